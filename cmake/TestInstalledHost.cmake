@@ -1,0 +1,39 @@
+# Installs the built library below WORK, then builds and runs Examples/Host against that tree: once
+# through the CMake package and once through pkg-config. Variables: BUILD, SOURCE, WORK, LIBDIR, CXX,
+# FLAGS (extra compiler and linker flags, for instrumented builds).
+function(run)
+    execute_process(COMMAND ${ARGV} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE errors)
+    if(NOT result EQUAL 0)
+        message(FATAL_ERROR "failed: ${ARGV}\n${output}\n${errors}")
+    endif()
+    set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+set(expected "1 4 4 7 1 0 1 2 3 4\n-1\n")
+
+function(expect_output)
+    run(${ARGV})
+    if(NOT output STREQUAL expected)
+        message(FATAL_ERROR "${ARGV} wrote\n${output}\nand not\n${expected}")
+    endif()
+endfunction()
+
+file(REMOVE_RECURSE "${WORK}")
+set(prefix "${WORK}/prefix")
+run("${CMAKE_COMMAND}" --install "${BUILD}" --prefix "${prefix}")
+
+run("${CMAKE_COMMAND}" -S "${SOURCE}/Examples/Host" -B "${WORK}/cmake" -G Ninja
+    "-DCMAKE_PREFIX_PATH=${prefix}" "-DCMAKE_CXX_COMPILER=${CXX}" "-DCMAKE_CXX_FLAGS=${FLAGS}")
+run("${CMAKE_COMMAND}" --build "${WORK}/cmake")
+expect_output("${WORK}/cmake/example-host")
+
+set(ENV{PKG_CONFIG_PATH} "${prefix}/${LIBDIR}/pkgconfig")
+execute_process(COMMAND pkg-config --cflags --libs OvraGeometryDatabase
+                RESULT_VARIABLE result OUTPUT_VARIABLE flags ERROR_VARIABLE errors)
+if(NOT result EQUAL 0)
+    message(FATAL_ERROR "pkg-config does not know the installed library: ${errors}")
+endif()
+separate_arguments(flags UNIX_COMMAND "${flags} ${FLAGS}")
+run("${CXX}" -std=c++17 -fPIC "${SOURCE}/Examples/Host/main.cpp" -o "${WORK}/pkg-config-host"
+    ${flags} "-Wl,-rpath,${prefix}/${LIBDIR}")
+expect_output("${WORK}/pkg-config-host")
