@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QFile>
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+namespace Ovra::GeoTool
+{
+
+/// \brief A set of output files that appear together and whole, or not at all.
+///
+/// Each file is written beside its target under a temporary name. commit() brings all of them to
+/// disk, then renames them in the order in which they were added; if a rename fails, those done
+/// before are taken back. Without commit() the destructor removes the temporary files and leaves
+/// the targets as they were. A target that is a device or a pipe is written directly.
+class OutputFiles
+{
+public:
+    OutputFiles();
+    ~OutputFiles();
+    OutputFiles(const OutputFiles&) = delete;
+    OutputFiles& operator=(const OutputFiles&) = delete;
+
+    /// \brief Opens the file that will become \p path; owned by this object.
+    ///
+    /// Throws ToolError OutputFailed if it cannot be created, in a directory that is missing for
+    /// instance.
+    QFile& add(const QString& path);
+
+    /// \brief Flushes, checks and renames; throws ToolError OutputFailed with the targets
+    /// untouched.
+    void commit();
+
+private:
+    struct Entry;
+    std::vector<std::unique_ptr<Entry>> entries_;
+};
+
+} // namespace Ovra::GeoTool

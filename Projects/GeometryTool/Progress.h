@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QString>
+
+namespace Ovra::GeoTool
+{
+
+/// \brief All that the tool says on standard error apart from its last word, the error line.
+///
+/// Progress is one line on a terminal that is overwritten in place, at most ten times a second, and
+/// erased in the end; nothing is printed when standard error is no terminal or after setQuiet(). A
+/// warning is a line of its own, terminal or not, and is held back by setQuiet() too.
+class Progress
+{
+public:
+    Progress();
+    ~Progress();
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+
+    /// \brief Leaves nothing but the error line.
+    void setQuiet(bool quiet);
+
+    /// \brief Begins a phase such as "reading wing.geo_mesh"; shown at once.
+    void phase(const QString& name);
+
+    /// \brief Says how far the phase has come, cheap enough for an inner loop.
+    /// \param total 0 when it is not known
+    /// \param unit what is counted, in the plural; empty leaves the numbers bare
+    void update(qint64 done, qint64 total, const QString& unit = QString());
+
+    /// \brief As update(), in bytes and shown in megabytes.
+    void updateBytes(qint64 done, qint64 total);
+
+    /// \brief A passing remark beside the phase, the progress texts of the library for instance.
+    void note(const QString& text);
+
+    /// \brief Erases the progress line; the next phase() begins a new one.
+    void finish();
+
+    /// \brief Prints "ovrageo: warning: " and the text as one line.
+    void warning(const QString& text);
+
+private:
+    bool isDue();
+    void show(const QString& detail);
+
+    bool terminal_ = false;
+    bool quiet_ = false;
+    bool lineShown_ = false;
+    QString phase_;
+    QElapsedTimer sinceShown_;
+};
+
+} // namespace Ovra::GeoTool
