@@ -1,0 +1,96 @@
+#pragma once
+
+#include "GeometryDatabaseExport.h"
+#include "Vector.h"
+
+#include <QSet>
+#include <QVarLengthArray>
+#include <QtGlobal>
+
+namespace Ovra::Geo
+{
+
+/// \brief Answers which of many points in space lies nearest to a given one.
+///
+/// A node holds one point and is a tree itself; it owns its two subtrees. The tree is not balanced:
+/// its shape follows the order of insertion. Points inserted in random order give a depth, and so a
+/// cost of an insertion, of O(log n); many points along one line in sorted order, or at one place,
+/// give O(n). No operation recurses, so that only time depends on the depth, not the stack.
+///
+/// The idea is that of I. Kalantari and G. McDonald, "A data structure and an algorithm for the
+/// nearest point problem", IEEE Transactions on Software Engineering 9 (1983).
+class OVRA_GEO_EXPORT NearTree
+{
+public:
+    /// \brief A tree of one node: id 0 at the zero point with radius 0.
+    NearTree() = default;
+
+    /// \brief Deletes both subtrees.
+    ~NearTree();
+
+    Q_DISABLE_COPY_MOVE(NearTree)
+
+    /// \brief Makes this a tree of one node; the subtrees that it had are deleted.
+    /// \param id     what a query is to return for the point
+    /// \param point  the position
+    /// \param radius the radius of the sphere about the point, which within() and the bounds of the
+    ///               search take into account; 0.0 for a plain point
+    void set(int id, const Vector& point, double radius);
+
+    /// \brief Adds a point below this node.
+    /// \param node a new tree of one node, not null; the tree takes ownership
+    void insert(NearTree* node);
+
+    /// \brief The id of the point that lies nearest to the point of \p query.
+    ///
+    /// Of points at the same distance the one that the search meets first is taken: a node before
+    /// its subtrees, the left subtree before the right one.
+    /// \param query the node whose point is asked for, in the tree or not; its id and radius play
+    ///              no part
+    /// \return 0 if \p query is null or no point is nearer than 1e12
+    int nearest(const NearTree* query) const;
+
+    /// \brief The ids of all points whose sphere overlaps the sphere of \p query.
+    ///
+    /// Spheres that only touch do not overlap, nor do points of radius 0 that coincide.
+    /// \param query a node with the centre and the radius of the sphere; not null
+    QSet<int> within(const NearTree* query) const;
+
+    /// \brief The position of this node.
+    Vector point() const { return point_; }
+
+    /// \brief The distance between the points of this node and of \p other, which is not null.
+    double distance(const NearTree* other) const;
+
+private:
+    struct Candidate
+    {
+        double distance;
+        int id;
+    };
+
+    /// A subtree that waits to be searched, and the least distance of the query to anything in it.
+    struct Subtree
+    {
+        const NearTree* root;
+        double closest;
+    };
+
+    using SearchStack = QVarLengthArray<Subtree, 64>;
+
+    void attach(NearTree* node, double reach);
+    void visit(const NearTree* query, Candidate* found, SearchStack* pending) const;
+    static void deleteTree(NearTree* root);
+
+    int id_ = 0;
+    Vector point_;
+    double radius_ = 0.0;
+    /// The greatest distance plus radius from point_ to anything in the subtree.
+    double maxLeft_ = 0.0;
+    double maxRight_ = 0.0;
+    /// Filled before right_, so that a node never has a right subtree alone.
+    NearTree* left_ = nullptr;
+    NearTree* right_ = nullptr;
+};
+
+} // namespace Ovra::Geo
