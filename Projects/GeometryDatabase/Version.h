@@ -1,0 +1,75 @@
+#pragma once
+
+#include "GeometryDatabaseExport.h"
+
+#include <QDataStream>
+#include <QMetaType>
+#include <QString>
+#include <QVariant>
+
+QT_FORWARD_DECLARE_CLASS(QTextStream)
+
+namespace Ovra::Geo
+{
+
+/// \brief A three-part version number, ordered by major, then minor, then build; 0.0.0 by default.
+///
+/// Known to Qt's meta types as "Ovra::Geo::Version" and, for values stored long ago,
+/// "geo::Version".
+class OVRA_GEO_EXPORT Version
+{
+public:
+    constexpr Version(int major = 0, int minor = 0, int build = 0)
+        : major_(major)
+        , minor_(minor)
+        , build_(build)
+    {
+    }
+
+    constexpr int major() const { return major_; }
+    constexpr int minor() const { return minor_; }
+    constexpr int build() const { return build_; }
+
+    /// \brief Sets all three parts.
+    void setVersion(int major, int minor, int build) { *this = Version(major, minor, build); }
+
+    /// \brief True when at least one of the three parts is not 0.
+    constexpr bool isValid() const { return major_ != 0 || minor_ != 0 || build_ != 0; }
+
+    bool operator==(const Version& other) const;
+    bool operator!=(const Version& other) const { return !(*this == other); }
+    bool operator<(const Version& other) const;
+    bool operator<=(const Version& other) const { return !(other < *this); }
+    bool operator>(const Version& other) const { return other < *this; }
+    bool operator>=(const Version& other) const { return !(*this < other); }
+
+    /// \brief The text "major.minor.build".
+    QString toString() const;
+
+    /// \brief A variant that holds this version under its meta type.
+    operator QVariant() const;
+
+private:
+    static bool init();
+
+    // Inline, so that the older name stands before the static objects of any file that includes
+    // this.
+    inline static const bool init_ = init();
+
+    qint32 major_;
+    qint32 minor_;
+    qint32 build_;
+};
+
+/// \brief Writes major, minor and build as signed 32-bit integers.
+OVRA_GEO_EXPORT QDataStream& operator<<(QDataStream& stream, const Version& version);
+
+/// \brief Reads major, minor and build as signed 32-bit integers.
+OVRA_GEO_EXPORT QDataStream& operator>>(QDataStream& stream, Version& version);
+
+/// \brief Writes Version::toString() and nothing else.
+OVRA_GEO_EXPORT QTextStream& operator<<(QTextStream& stream, const Version& version);
+
+} // namespace Ovra::Geo
+
+Q_DECLARE_METATYPE(Ovra::Geo::Version)
