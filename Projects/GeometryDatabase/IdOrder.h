@@ -1,0 +1,27 @@
+#pragma once
+
+#include "HashIterator.h"
+
+#include <QList>
+
+#include <algorithm>
+
+namespace Ovra::Geo
+{
+
+/// \brief The entities of a walk by ascending id, so that what is made on the way gets the same ids
+///        in every run. O(n log n).
+/// \param walk a walk over the entities of a container or the children of a model entity
+template <typename Entity>
+QList<Entity*> inIdOrder(HashIterator<int, Entity*> walk)
+{
+    QList<Entity*> entities;
+    while (walk.hasNext()) {
+        walk.next();
+        entities.append(walk.value());
+    }
+    std::sort(entities.begin(), entities.end(), Entity::lessThan);
+    return entities;
+}
+
+} // namespace Ovra::Geo
