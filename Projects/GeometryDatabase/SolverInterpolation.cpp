@@ -1,0 +1,345 @@
+#include "Database.h"
+#include "InterpolationData.h"
+#include "Mesh.h"
+#include "MeshVertex.h"
+#include "Model.h"
+#include "ModelEntity.h"
+#include "NearTree.h"
+#include "PeriodicTransform.h"
+#include "Solver.h"
+#include "Utility.h"
+
+#include <QDebug>
+#include <QMap>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <utility>
+
+namespace Ovra::Geo
+{
+
+namespace
+{
+
+using PeriodicPairs = QMap<int, std::pair<ModelEntity*, ModelEntity*>>;
+
+constexpr double Pi = 3.14159265358979323846;
+/// The cosine of 3 degrees: normals closer than that count as parallel or opposed.
+constexpr double ParallelCosine = 0.99863;
+constexpr double PeriodicTolerance = 1e-6;
+
+int intAttribute(const ModelEntity* face, const AttributeType& type)
+{
+    return face->attributes().value(type, 0).toInt();
+}
+
+PeriodicPairs periodicPairs(const Model* model)
+{
+    PeriodicPairs pairs;
+    OrderedHashIterator<int, ModelEntity*> faces = model->orderedIterator(model->faceDimension());
+    while (faces.hasNext()) {
+        ModelEntity* face = faces.next();
+        const int pairId = intAttribute(face, AttributeType::PeriodicPairId);
+        if (pairId == 0) {
+            continue;
+        }
+        if (intAttribute(face, AttributeType::PeriodicSideId) == 1) {
+            pairs[pairId].first = face;
+        } else {
+            pairs[pairId].second = face;
+        }
+    }
+    return pairs;
+}
+
+void storePeriodicTransform(const PeriodicTransform& transform, AttributeMap* attributes)
+{
+    attributes->insert(AttributeType::PeriodicOrigin, transform.origin);
+    attributes->insert(AttributeType::PeriodicXAxis, transform.xAxis);
+    attributes->insert(AttributeType::PeriodicYAxis, transform.yAxis);
+    attributes->insert(AttributeType::PeriodicZAxis, transform.zAxis);
+    attributes->insert(AttributeType::PeriodicMatrix, transform.matrix);
+    attributes->insert(AttributeType::PeriodicTranslation, transform.translation);
+}
+
+PeriodicTransform translationBy(const Vector& translation)
+{
+    PeriodicTransform result;
+    result.translation = translation;
+    result.xAxis = Vector(1.0, 0.0, 0.0);
+    result.yAxis = Vector(0.0, 1.0, 0.0);
+    result.zAxis = Vector(0.0, 0.0, 1.0);
+    result.matrix.setIdentity();
+    return result;
+}
+
+Vector normalized(Vector vector)
+{
+    vector.normalize();
+    return vector;
+}
+
+/// Two faces in one plane, a half turn apart about the middle between them.
+PeriodicTransform halfTurnFrame(const Vector& cA, const Vector& cB, const Vector& nA)
+{
+    PeriodicTransform result;
+    result.origin = 0.5 * (cA + cB);
+    result.xAxis = normalized(cA - result.origin);
+    result.yAxis = normalized(-nA);
+    result.zAxis = result.xAxis ^ result.yAxis;
+    return result;
+}
+
+/// Two faces whose planes meet in a line, the axis.
+PeriodicTransform sectorFrame(const Vector& cA, const Vector& cB, const Vector& nA,
+                              const Vector& nB)
+{
+    const double g = nA * nB;
+    const double hA = nA * cA;
+    const double hB = nB * cB;
+    const double divisor = 1.0 - g * g;
+    PeriodicTransform result;
+    result.origin = ((hA - g * hB) / divisor) * nA + ((hB - g * hA) / divisor) * nB;
+    result.xAxis = normalized(cA - result.origin);
+    result.yAxis = normalized(cB - result.origin);
+    result.zAxis = nA ^ nB;
+    return result;
+}
+
+void orthonormalizeFrame(PeriodicTransform* transform)
+{
+    transform->zAxis.normalize();
+    Vector::orthonormalize(transform->xAxis, transform->yAxis, transform->zAxis);
+    if (0.0 > (transform->xAxis ^ transform->yAxis) * transform->zAxis) {
+        transform->zAxis = -transform->zAxis;
+    }
+}
+
+Matrix rotationAboutZ(double angle)
+{
+    Matrix result;
+    result.setIdentity();
+    result(0, 0) = std::cos(angle);
+    result(0, 1) = -std::sin(angle);
+    result(1, 0) = std::sin(angle);
+    result(1, 1) = std::cos(angle);
+    return result;
+}
+
+/// A fixed permutation of the ids that leaves no trace of their order. Ids follow lines of the
+/// mesh, and a tree filled in that order is as deep as the lines are long.
+quint32 scattered(int id)
+{
+    auto x = static_cast<quint32>(id);
+    x ^= x >> 16;
+    x *= 0x7feb352dU;
+    x ^= x >> 15;
+    x *= 0x846ca68bU;
+    x ^= x >> 16;
+    return x;
+}
+
+QList<MeshEntity*> inScatteredOrder(const QSet<MeshEntity*>& vertices)
+{
+    QList<MeshEntity*> result(vertices.cbegin(), vertices.cend());
+    std::sort(result.begin(), result.end(), [](const MeshEntity* a, const MeshEntity* b) {
+        return scattered(a->id()) < scattered(b->id());
+    });
+    return result;
+}
+
+/// Finds the vertices of one face by place; owns the tree, and one query node for all searches.
+class VertexFinder
+{
+public:
+    VertexFinder(NearTree* tree, const Mesh* mesh)
+        : tree_(tree)
+        , mesh_(mesh)
+    {
+    }
+
+    MeshVertex* nearest(const Vector& point)
+    {
+        query_.set(0, point, 0.0);
+        return static_cast<MeshVertex*>(mesh_->entity(0, tree_->nearest(&query_)));
+    }
+
+private:
+    std::unique_ptr<NearTree> tree_;
+    NearTree query_;
+    const Mesh* mesh_;
+};
+
+/// Leaves out what another pair or an earlier run has tied.
+template <typename Tie>
+void forEachWithout(const AttributeType& link, const QSet<MeshEntity*>& vertices, Tie tie)
+{
+    for (MeshEntity* vertex : vertices) {
+        if (!vertex->attributes().contains(link)) {
+            tie(static_cast<MeshVertex*>(vertex));
+        }
+    }
+}
+
+} // namespace
+
+void Solver::interpolatePeriodicFaces()
+{
+    const PeriodicPairs pairs = periodicPairs(database_->model());
+    for (const auto& [first, second] : pairs) {
+        first->attributes().insert(AttributeType::PeriodicFace, second->id());
+        second->attributes().insert(AttributeType::PeriodicFace, first->id());
+    }
+    const auto planar = std::find_if(pairs.begin(), pairs.end(), [](const auto& pair) {
+        return pair.first->isPlanar() && pair.second->isPlanar();
+    });
+    PeriodicTransform transform;
+    if (planar != pairs.end()) {
+        transform = computePeriodicTransform(planar->first, planar->second);
+    }
+    storePeriodicTransform(transform, &database_->model()->attributes());
+    for (const auto& [first, second] : pairs) {
+        interpolatePeriodicFace(first, second, transform);
+    }
+}
+
+void Solver::interpolatePeriodicFace(ModelEntity* first, ModelEntity* second,
+                                     const PeriodicTransform& transform) const
+{
+    const QSet<MeshEntity*> firstVertices = Utility::getMeshVerticesOnModelEntity(first);
+    const QSet<MeshEntity*> secondVertices = Utility::getMeshVerticesOnModelEntity(second);
+    const auto tieAll = [this](const QSet<MeshEntity*>& vertices, const QSet<MeshEntity*>& partners,
+                               ModelEntity* face, const PeriodicTransform& toFace) {
+        VertexFinder finder(buildNearTree(partners), database_->mesh());
+        forEachWithout(AttributeType::PeriodicEntityId, vertices, [&](MeshVertex* vertex) {
+            Vector point = vertex->point();
+            transformPoint(point, toFace);
+            storePeriodicAttributes(
+                vertex, interpolate(point, finder.nearest(point), face, PeriodicTolerance));
+        });
+    };
+    tieAll(firstVertices, secondVertices, second, transform);
+    tieAll(secondVertices, firstVertices, first, transform.inverse());
+}
+
+void Solver::interpolateExtrudedFaces()
+{
+    clearExtrusionAttributes();
+    const Model* model = database_->model();
+    OrderedHashIterator<int, ModelEntity*> faces = model->orderedIterator(model->faceDimension());
+    while (faces.hasNext()) {
+        ModelEntity* face = faces.next();
+        const int partnerId = intAttribute(face, AttributeType::ExtrudedFace);
+        if (partnerId == 0) {
+            continue;
+        }
+        qDebug() << "Found face" << face->id() << "and face" << partnerId;
+        interpolateExtrudedFace(face, model->entity(model->faceDimension(), partnerId));
+    }
+}
+
+void Solver::interpolateExtrudedFace(ModelEntity* first, ModelEntity* second) const
+{
+    const QSet<MeshEntity*> firstVertices = Utility::getMeshVerticesOnModelEntity(first);
+    const QSet<MeshEntity*> secondVertices = Utility::getMeshVerticesOnModelEntity(second);
+    const auto tieAll = [this](const QSet<MeshEntity*>& vertices, const QSet<MeshEntity*>& partners,
+                               ModelEntity* face) {
+        VertexFinder finder(buildNearTree(partners), database_->mesh());
+        forEachWithout(AttributeType::ExtrudedEntityId, vertices, [&](MeshVertex* vertex) {
+            const Vector point = vertex->point();
+            storeExtrusionAttributes(
+                vertex, interpolate(point, finder.nearest(point), face, extrusionTolerance_));
+        });
+    };
+    tieAll(firstVertices, secondVertices, second);
+    tieAll(secondVertices, firstVertices, first);
+}
+
+PeriodicTransform Solver::computePeriodicTransform(ModelEntity* first, ModelEntity* second) const
+{
+    const Vector cA = first->meshCentroid();
+    const Vector nA = first->meshNormal();
+    const Vector cB = second->meshCentroid();
+    const Vector nB = second->meshNormal();
+    const double g = nA * nB;
+    if (-ParallelCosine > g) {
+        return translationBy(cB - cA);
+    }
+    PeriodicTransform result =
+        g > ParallelCosine ? halfTurnFrame(cA, cB, nA) : sectorFrame(cA, cB, nA, nB);
+    orthonormalizeFrame(&result);
+    // Rounding may take the product of parallel unit normals above 1, where there is no angle.
+    result.matrix = rotationAboutZ(Pi - std::acos(std::min(g, 1.0)));
+    return result;
+}
+
+void Solver::transformPoint(Vector& point, const PeriodicTransform& transform) const
+{
+    point = transform.map(point);
+}
+
+InterpolationData Solver::interpolate(const Vector& point, MeshVertex* nearest, ModelEntity* face,
+                                      double tolerance) const
+{
+    InterpolationData result;
+    if (point.isAlmostEqualTo(nearest->point(), 1e-6, 1e-8)) {
+        result.entityType = 0;
+        result.entityId = nearest->id();
+        return result;
+    }
+    MeshEntity* entity = Utility::findEnclosingMeshFace(point, nearest, face);
+    if (!entity) {
+        entity = Utility::findClosestMeshFace(point, nearest, face);
+    }
+    result.entityType = entity->dimension();
+    result.entityId = entity->id();
+    result.weights = Utility::computeWeights(point, entity, tolerance);
+    return result;
+}
+
+void Solver::storePeriodicAttributes(MeshVertex* vertex, const InterpolationData& data) const
+{
+    AttributeMap& attributes = vertex->attributes();
+    attributes.insert(AttributeType::PeriodicEntityType, data.entityType);
+    attributes.insert(AttributeType::PeriodicEntityId, data.entityId);
+    attributes.insert(AttributeType::PeriodicWeights, data.weightList());
+}
+
+void Solver::storeExtrusionAttributes(MeshVertex* vertex, const InterpolationData& data) const
+{
+    AttributeMap& attributes = vertex->attributes();
+    attributes.insert(AttributeType::ExtrudedEntityType, data.entityType);
+    attributes.insert(AttributeType::ExtrudedEntityId, data.entityId);
+    attributes.insert(AttributeType::ExtrudedWeights, data.weightList());
+}
+
+void Solver::clearExtrusionAttributes() const
+{
+    HashIterator<int, MeshEntity*> vertices = database_->mesh()->iterator(0);
+    while (vertices.hasNext()) {
+        vertices.next();
+        AttributeMap& attributes = vertices.value()->attributes();
+        attributes.remove(AttributeType::ExtrudedEntityType);
+        attributes.remove(AttributeType::ExtrudedEntityId);
+        attributes.remove(AttributeType::ExtrudedWeights);
+    }
+}
+
+NearTree* Solver::buildNearTree(const QSet<MeshEntity*>& vertices) const
+{
+    auto* root = new NearTree;
+    bool empty = true;
+    for (const MeshEntity* vertex : inScatteredOrder(vertices)) {
+        auto* node = empty ? root : new NearTree;
+        node->set(vertex->id(), static_cast<const MeshVertex*>(vertex)->point(), 0.0);
+        if (!empty) {
+            root->insert(node);
+        }
+        empty = false;
+    }
+    return root;
+}
+
+} // namespace Ovra::Geo
