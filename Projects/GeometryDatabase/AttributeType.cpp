@@ -107,11 +107,11 @@ struct Id
 
 } // namespace
 
-#define OVRA_GEO_CONSTANT(name, tag) constexpr AttributeType AttributeType::name(Id::name);
+#define OVRA_GEO_CONSTANT(name, tag) Q_CONSTINIT const AttributeType AttributeType::name(Id::name);
 OVRA_GEO_ATTRIBUTES(OVRA_GEO_CONSTANT)
 #undef OVRA_GEO_CONSTANT
 
-constexpr int AttributeType::count_ = Id::End - 1;
+Q_CONSTINIT const int AttributeType::count_ = Id::End - 1;
 
 namespace
 {
@@ -119,40 +119,41 @@ namespace
 struct TagRow
 {
     const char* tag;
-    AttributeType type;
+    int id;
 };
 
 constexpr TagRow tagTable[] = {
-#define OVRA_GEO_TAG(name, tag) {tag, AttributeType::name},
+#define OVRA_GEO_TAG(name, tag) {tag, Id::name},
     OVRA_GEO_ATTRIBUTES(OVRA_GEO_TAG)
 #undef OVRA_GEO_TAG
 };
+#undef OVRA_GEO_ATTRIBUTES
 
 constexpr TagRow aliasTable[] = {
-    {"coincidentFaceId", AttributeType::ExtrudedFace},
-    {"ex_model", AttributeType::ExMode},
-    {"extEntityId", AttributeType::ExtrudedEntityId},
-    {"extEntityType", AttributeType::ExtrudedEntityType},
-    {"extWeights", AttributeType::ExtrudedWeights},
-    {"inBL", AttributeType::InBL},
-    {"isResist", AttributeType::IsResist},
-    {"isShell", AttributeType::IsShell},
-    {"isThermal", AttributeType::IsThermal},
-    {"materialId", AttributeType::MaterialId},
-    {"materialType", AttributeType::MaterialType},
-    {"motionType", AttributeType::MotionType},
-    {"originalFaceId", AttributeType::NonExtrudedFace},
-    {"originalShellFaceId", AttributeType::OriginalShellFace},
-    {"perEntityId", AttributeType::PeriodicEntityId},
-    {"perEntityType", AttributeType::PeriodicEntityType},
-    {"periodic_face_id", AttributeType::PeriodicFace},
-    {"peripheralFaceId", AttributeType::StatorFace},
-    {"perWeights", AttributeType::PeriodicWeights},
-    {"rotorVertex", AttributeType::RotorVertex},
-    {"shellFace", AttributeType::NewShellFace},
-    {"shellVertex", AttributeType::ShellVertex},
-    {"statorVertex", AttributeType::StatorVertex},
-    {"visualScaleFactor", AttributeType::VisualScaleFactor},
+    {"coincidentFaceId", Id::ExtrudedFace},
+    {"ex_model", Id::ExMode},
+    {"extEntityId", Id::ExtrudedEntityId},
+    {"extEntityType", Id::ExtrudedEntityType},
+    {"extWeights", Id::ExtrudedWeights},
+    {"inBL", Id::InBL},
+    {"isResist", Id::IsResist},
+    {"isShell", Id::IsShell},
+    {"isThermal", Id::IsThermal},
+    {"materialId", Id::MaterialId},
+    {"materialType", Id::MaterialType},
+    {"motionType", Id::MotionType},
+    {"originalFaceId", Id::NonExtrudedFace},
+    {"originalShellFaceId", Id::OriginalShellFace},
+    {"perEntityId", Id::PeriodicEntityId},
+    {"perEntityType", Id::PeriodicEntityType},
+    {"periodic_face_id", Id::PeriodicFace},
+    {"peripheralFaceId", Id::StatorFace},
+    {"perWeights", Id::PeriodicWeights},
+    {"rotorVertex", Id::RotorVertex},
+    {"shellFace", Id::NewShellFace},
+    {"shellVertex", Id::ShellVertex},
+    {"statorVertex", Id::StatorVertex},
+    {"visualScaleFactor", Id::VisualScaleFactor},
 };
 
 } // namespace
@@ -169,11 +170,11 @@ struct AttributeType::Vocabulary
 AttributeType::Vocabulary::Vocabulary()
 {
     for (const TagRow& row : tagTable) {
-        tagsToIds_.insert(row.tag, row.type.id_);
-        idsToTags_.insert(row.type.id_, row.tag);
+        tagsToIds_.insert(row.tag, row.id);
+        idsToTags_.insert(row.id, row.tag);
     }
     for (const TagRow& row : aliasTable) {
-        aliases_.insert(row.tag, row.type.id_);
+        aliases_.insert(row.tag, row.id);
     }
 }
 
