@@ -130,19 +130,19 @@ public:
     /// \brief The entry at \p index of the list of \p dimension; \p index must be in range.
     MeshEntity* adjacencyAt(int dimension, int index) const
     {
-        return adjacencies_[static_cast<size_t>(dimension)].at(index);
+        return adjacencies(dimension).at(index);
     }
 
     /// \brief Number of entries in the list of \p dimension.
     int adjacencyCount(int dimension) const
     {
-        return static_cast<int>(adjacencies_[static_cast<size_t>(dimension)].size());
+        return static_cast<int>(adjacencies(dimension).size());
     }
 
     /// \brief Walks the list of \p dimension as it is now; later changes do not reach the walk.
     QListIterator<MeshEntity*> adjacencyIterator(int dimension) const
     {
-        return QListIterator<MeshEntity*>(adjacencies_[static_cast<size_t>(dimension)]);
+        return QListIterator<MeshEntity*>(adjacencies(dimension));
     }
 
     /// \brief Whether this entity lists \p entity; the other direction may differ.
@@ -171,15 +171,22 @@ protected:
     MeshEntity(const MeshEntity&) = default;
     MeshEntity& operator=(const MeshEntity&) = default;
 
+    /// \brief Position of the vertex at \p index of list 0, which must be in range.
+    Vector vertexPoint(int index) const { return adjacencyAt(0, index)->centroid(); }
+
+    /// \brief The default box, grown by the vertices in list order.
+    Box vertexBox() const;
+
     /// \brief Empties the list of \p dimension.
     void clearAdjacencies(int dimension);
 
     /// \brief Appends to the list of \p dimension what uses all the entity's vertices.
     void addUpwardAdjacencies(int dimension);
 
-    /// \brief Takes the entity out of its vertices' lists and out of those of its sides of
-    ///        \p sideDimension.
+    /// \brief Takes the entity out of the lists of its vertices.
     void removeFromVertices();
+
+    /// \brief Takes the entity out of the lists of its sides of \p sideDimension.
     void removeFromSides(int sideDimension);
 
     /// \brief Tells the parent, if any, that the entity goes; for destructors of derived classes,
@@ -192,6 +199,10 @@ private:
 
     static Neighbours commonNeighbours(const QList<MeshEntity*>& entities, int dimension);
 
+    QList<MeshEntity*>& adjacencies(int dimension)
+    {
+        return adjacencies_[static_cast<size_t>(dimension)];
+    }
     const QList<MeshEntity*>& adjacencies(int dimension) const
     {
         return adjacencies_[static_cast<size_t>(dimension)];

@@ -177,6 +177,15 @@ protected:
     Vector meshVertexMean() const;
 
 private:
+    QList<ModelEntity*>& adjacencies(int dimension)
+    {
+        return adjacencies_[static_cast<size_t>(dimension)];
+    }
+    const QList<ModelEntity*>& adjacencies(int dimension) const
+    {
+        return adjacencies_[static_cast<size_t>(dimension)];
+    }
+
     int id_ = 0;
     QString tag_;
     QString name_;

@@ -1,0 +1,165 @@
+#include "Mesh.h"
+
+#include "AttributeType.h"
+#include "EntityTable.h"
+#include "MeshEntity.h"
+
+#include <QVariant>
+
+#include <algorithm>
+#include <utility>
+
+namespace Ovra::Geo
+{
+
+namespace
+{
+
+void addToVertices(MeshEntity* element)
+{
+    const int count = element->adjacencyCount(0);
+    for (int i = 0; i < count; ++i) {
+        element->adjacencyAt(0, i)->addAdjacency(element);
+    }
+}
+
+} // namespace
+
+Mesh::Mesh(Model* model)
+    : model_(model)
+{
+}
+
+Mesh::~Mesh()
+{
+    clear();
+}
+
+void Mesh::add(MeshEntity* entity)
+{
+    const auto d = static_cast<size_t>(entity->dimension());
+    addToTable(entity, entities_[d], idGenerators_[d]);
+}
+
+void Mesh::remove(MeshEntity* entity)
+{
+    entities_[static_cast<size_t>(entity->dimension())].remove(entity->id());
+    entity->removeFromAdjacencies();
+    delete entity;
+}
+
+void Mesh::clear(int dimension)
+{
+    const auto d = static_cast<size_t>(dimension);
+    clearTable(entities_[d], idGenerators_[d]);
+}
+
+void Mesh::clear()
+{
+    for (int dimension = 3; dimension >= 0; --dimension) {
+        clear(dimension);
+    }
+}
+
+int Mesh::count(int dimension) const
+{
+    return static_cast<int>(entities_[static_cast<size_t>(dimension)].size());
+}
+
+bool Mesh::isEmpty() const
+{
+    return std::all_of(entities_.cbegin(), entities_.cend(),
+                       [](const auto& table) { return table.isEmpty(); });
+}
+
+MeshEntity* Mesh::entity(int dimension, int id) const
+{
+    return entities_[static_cast<size_t>(dimension)].value(id, nullptr);
+}
+
+HashIterator<int, MeshEntity*> Mesh::iterator(int dimension) const
+{
+    return HashIterator<int, MeshEntity*>(entities_[static_cast<size_t>(dimension)]);
+}
+
+OrderedHashIterator<int, MeshEntity*> Mesh::orderedIterator(int dimension) const
+{
+    return OrderedHashIterator<int, MeshEntity*>(&entities_[static_cast<size_t>(dimension)]);
+}
+
+void Mesh::setUpwardAdjacencies()
+{
+    for (size_t d = 1; d <= 3; ++d) {
+        for (const auto& entry : entriesInIdOrder(entities_[d])) {
+            addToVertices(entry.second);
+        }
+    }
+    for (size_t d = 1; d <= 2; ++d) {
+        for (const auto& entry : entriesInIdOrder(entities_[d])) {
+            entry.second->setUpwardAdjacencies();
+        }
+    }
+}
+
+void Mesh::clearUpwardAdjacencies()
+{
+    for (size_t d = 0; d <= 2; ++d) {
+        for (const auto& entry : entriesInIdOrder(entities_[d])) {
+            entry.second->clearUpwardAdjacencies();
+        }
+    }
+}
+
+void Mesh::renumber(int dimension)
+{
+    const auto d = static_cast<size_t>(dimension);
+    if (count(dimension) == idGenerators_[d].maxId()) {
+        return;
+    }
+    const auto entries = entriesInIdOrder(entities_[d]);
+    QHash<int, MeshEntity*> renumbered;
+    renumbered.reserve(entries.size());
+    QMap<int, int> idMap;
+    int newId = 0;
+    for (const auto& [oldId, entity] : entries) {
+        entity->setId(++newId);
+        renumbered.insert(newId, entity);
+        if (newId != oldId && dimension == 0) {
+            idMap.insert(idMap.cend(), oldId, newId);
+        }
+    }
+    entities_[d] = renumbered;
+    replaceVertexAttributes(idMap);
+    idGenerators_[d].reset();
+    idGenerators_[d].setMaxId(newId);
+}
+
+void Mesh::replaceVertexAttributes(const QMap<int, int>& idMap)
+{
+    if (idMap.isEmpty()) {
+        return;
+    }
+    for (const auto& entry : entriesInIdOrder(entities_[0])) {
+        if (entry.second->attributes().isEmpty()) {
+            continue;
+        }
+        for (const AttributeType& type :
+             {AttributeType::ShellVertex, AttributeType::RotorVertex, AttributeType::StatorVertex,
+              AttributeType::OriginalMotionVertex, AttributeType::NewMotionVertex}) {
+            replaceAttribute(entry.second, type, idMap);
+        }
+    }
+}
+
+void Mesh::replaceAttribute(MeshEntity* entity, const AttributeType& type,
+                            const QMap<int, int>& idMap)
+{
+    const int value = entity->attributes().value(type, QVariant(0)).toInt();
+    const auto found = idMap.constFind(value);
+    if (value == 0 || found == idMap.cend() || *found == value) {
+        return;
+    }
+    entity->attributes().insert(type, QVariant(*found));
+}
+
+} // namespace Ovra::Geo

@@ -1,0 +1,226 @@
+#include "MeshEntity.h"
+
+#include "MeshEdge.h"
+#include "MeshFace.h"
+#include "MeshRegion.h"
+#include "MeshVertex.h"
+#include "ModelEntity.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace Ovra::Geo
+{
+
+namespace
+{
+
+using Neighbours = QVarLengthArray<MeshEntity*, 16>;
+
+// Up to this many candidates, scanning a list beats hashing or sorting it, however long it is.
+constexpr qsizetype FewCandidates = 32;
+
+template <typename Predicate>
+void removeIf(Neighbours& candidates, Predicate predicate)
+{
+    const auto end = std::remove_if(candidates.begin(), candidates.end(), predicate);
+    candidates.resize(end - candidates.begin());
+}
+
+void intersect(Neighbours& candidates, const QList<MeshEntity*>& list)
+{
+    if (candidates.size() <= FewCandidates) {
+        removeIf(candidates, [&list](MeshEntity* entity) { return !list.contains(entity); });
+    } else {
+        const QSet<MeshEntity*> set(list.cbegin(), list.cend());
+        removeIf(candidates, [&set](MeshEntity* entity) { return !set.contains(entity); });
+    }
+}
+
+void removeDuplicates(Neighbours& candidates)
+{
+    auto end = candidates.begin();
+    for (MeshEntity* entity : std::as_const(candidates)) {
+        if (std::find(candidates.begin(), end, entity) == end) {
+            *end++ = entity;
+        }
+    }
+    candidates.resize(end - candidates.begin());
+}
+
+} // namespace
+
+MeshEntity* MeshEntity::create(int dimension)
+{
+    switch (dimension) {
+    case 0:
+        return new MeshVertex;
+    case 1:
+        return new MeshEdge;
+    case 2:
+        return new MeshFace;
+    case 3:
+        return new MeshRegion;
+    default:
+        return nullptr;
+    }
+}
+
+bool MeshEntity::lessThan(MeshEntity* a, MeshEntity* b)
+{
+    return *a < *b;
+}
+
+QSet<MeshEntity*> MeshEntity::getDownwardAdjacencies(MeshEntity* entity, int dimension)
+{
+    const int own = entity->dimension();
+    QSet<MeshEntity*> result;
+    for (const MeshEntity* vertex : std::as_const(*entity).adjacencies(0)) {
+        for (MeshEntity* candidate : vertex->adjacencies(dimension)) {
+            if (std::as_const(*candidate).adjacencies(own).contains(entity)) {
+                result.insert(candidate);
+            }
+        }
+    }
+    return result;
+}
+
+QSet<MeshEntity*> MeshEntity::getUpwardAdjacencies(MeshEntity* entity, int dimension)
+{
+    return getUpwardAdjacencies(std::as_const(*entity).adjacencies(0), dimension);
+}
+
+QSet<MeshEntity*> MeshEntity::getUpwardAdjacencies(const QList<MeshEntity*>& entities,
+                                                   int dimension)
+{
+    const Neighbours neighbours = commonNeighbours(entities, dimension);
+    return QSet<MeshEntity*>(neighbours.cbegin(), neighbours.cend());
+}
+
+MeshEntity::Neighbours MeshEntity::commonNeighbours(const QList<MeshEntity*>& entities,
+                                                    int dimension)
+{
+    Neighbours result;
+    // The shortest list leaves the least to look up, where a vertex has very many neighbours.
+    const auto shortest = std::min_element(
+        entities.cbegin(), entities.cend(), [dimension](const MeshEntity* a, const MeshEntity* b) {
+            return a->adjacencyCount(dimension) < b->adjacencyCount(dimension);
+        });
+    if (shortest == entities.cend()) {
+        return result;
+    }
+    const QList<MeshEntity*>& start = std::as_const(**shortest).adjacencies(dimension);
+    result.append(start.constData(), start.size());
+    for (auto i = entities.cbegin(); i != entities.cend(); ++i) {
+        if (i != shortest) {
+            intersect(result, std::as_const(**i).adjacencies(dimension));
+        }
+    }
+    removeDuplicates(result);
+    return result;
+}
+
+MeshEntity::~MeshEntity() = default;
+
+void MeshEntity::setUpwardAdjacencies() {}
+
+void MeshEntity::clearUpwardAdjacencies() {}
+
+void MeshEntity::removeFromAdjacencies() {}
+
+int MeshEntity::dimension() const
+{
+    return -1;
+}
+
+void MeshEntity::addAdjacency(MeshEntity* entity)
+{
+    const int dimension = entity->dimension();
+    QList<MeshEntity*>& list = adjacencies(dimension);
+    // Nearly every element has at least four vertices: one allocation instead of two, and a
+    // smaller.
+    if (dimension == 0 && list.isEmpty()) {
+        list.reserve(4);
+    }
+    list.append(entity);
+}
+
+bool MeshEntity::isAdjacentTo(MeshEntity* entity) const
+{
+    return adjacencies(entity->dimension()).contains(entity);
+}
+
+void MeshEntity::removeAdjacency(MeshEntity* entity)
+{
+    adjacencies(entity->dimension()).removeOne(entity);
+}
+
+bool MeshEntity::replaceAdjacency(MeshEntity* oldEntity, MeshEntity* newEntity)
+{
+    QList<MeshEntity*>& list = adjacencies(oldEntity->dimension());
+    const qsizetype index = list.indexOf(oldEntity);
+    if (index < 0) {
+        return false;
+    }
+    list[index] = newEntity;
+    return true;
+}
+
+bool MeshEntity::operator==(const MeshEntity& other) const
+{
+    return id_ == other.id_ && dimension() == other.dimension();
+}
+
+bool MeshEntity::operator!=(const MeshEntity& other) const
+{
+    return !(*this == other);
+}
+
+bool MeshEntity::operator<(const MeshEntity& other) const
+{
+    return id_ < other.id_;
+}
+
+Box MeshEntity::vertexBox() const
+{
+    Box box;
+    for (const MeshEntity* vertex : adjacencies(0)) {
+        box += vertex->centroid();
+    }
+    return box;
+}
+
+void MeshEntity::clearAdjacencies(int dimension)
+{
+    adjacencies(dimension) = {};
+}
+
+void MeshEntity::addUpwardAdjacencies(int dimension)
+{
+    for (MeshEntity* entity : commonNeighbours(adjacencies(0), dimension)) {
+        addAdjacency(entity);
+    }
+}
+
+void MeshEntity::removeFromVertices()
+{
+    for (MeshEntity* vertex : std::as_const(*this).adjacencies(0)) {
+        vertex->removeAdjacency(this);
+    }
+}
+
+void MeshEntity::removeFromSides(int sideDimension)
+{
+    for (MeshEntity* side : getDownwardAdjacencies(this, sideDimension)) {
+        side->removeAdjacency(this);
+    }
+}
+
+void MeshEntity::detachFromParent()
+{
+    if (parent_ != nullptr) {
+        parent_->removeChild(this);
+    }
+}
+
+} // namespace Ovra::Geo

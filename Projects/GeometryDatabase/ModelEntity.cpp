@@ -1,0 +1,151 @@
+#include "ModelEntity.h"
+
+#include "EntityTable.h"
+#include "MeshEntity.h"
+#include "ModelEdge.h"
+#include "ModelFace.h"
+#include "ModelRegion.h"
+#include "ModelVertex.h"
+#include "Utility.h"
+
+#include <QSet>
+
+#include <algorithm>
+#include <utility>
+
+namespace Ovra::Geo
+{
+
+ModelEntity* ModelEntity::create(int dimension)
+{
+    switch (dimension) {
+    case 0:
+        return new ModelVertex;
+    case 1:
+        return new ModelEdge;
+    case 2:
+        return new ModelFace;
+    case 3:
+        return new ModelRegion;
+    default:
+        return nullptr;
+    }
+}
+
+bool ModelEntity::lessThan(ModelEntity* a, ModelEntity* b)
+{
+    return *a < *b;
+}
+
+ModelEntity::~ModelEntity() = default;
+
+void ModelEntity::addAdjacency(ModelEntity* entity)
+{
+    adjacencies(entity->dimension()).append(entity);
+}
+
+void ModelEntity::removeAdjacency(ModelEntity* entity)
+{
+    adjacencies(entity->dimension()).removeOne(entity);
+}
+
+bool ModelEntity::replaceAdjacency(ModelEntity* oldEntity, ModelEntity* newEntity)
+{
+    QList<ModelEntity*>& list = adjacencies(oldEntity->dimension());
+    const qsizetype index = list.indexOf(oldEntity);
+    if (index < 0) {
+        return false;
+    }
+    list[index] = newEntity;
+    return true;
+}
+
+bool ModelEntity::isAdjacentTo(ModelEntity* entity) const
+{
+    return adjacencies(entity->dimension()).contains(entity);
+}
+
+int ModelEntity::adjacencyCount(int dimension) const
+{
+    return static_cast<int>(adjacencies(dimension).size());
+}
+
+ModelEntity* ModelEntity::adjacencyAt(int dimension, int index) const
+{
+    return adjacencies(dimension).value(index, nullptr);
+}
+
+QListIterator<ModelEntity*> ModelEntity::adjacencyIterator(int dimension) const
+{
+    return QListIterator<ModelEntity*>(adjacencies(dimension));
+}
+
+void ModelEntity::addChild(MeshEntity* child)
+{
+    if (child->parent() != nullptr) {
+        child->parent()->removeChild(child);
+    }
+    child->setParent(this);
+    if (child->dimension() == dimension()) {
+        children_.insert(child->id(), child);
+    }
+}
+
+void ModelEntity::removeChild(MeshEntity* child)
+{
+    if (child->dimension() == dimension()) {
+        children_.remove(child->id());
+    }
+    child->setParent(nullptr);
+}
+
+void ModelEntity::removeAllChildren()
+{
+    // Each destructor calls removeChild(), which finds nothing left to do in an empty table.
+    const QHash<int, MeshEntity*> children = std::exchange(children_, {});
+    for (const auto& entry : entriesInIdOrder(children)) {
+        delete entry.second;
+    }
+}
+
+HashIterator<int, MeshEntity*> ModelEntity::childIterator() const
+{
+    return HashIterator<int, MeshEntity*>(children_);
+}
+
+bool ModelEntity::operator==(const ModelEntity& other) const
+{
+    return id_ == other.id_ && dimension() == other.dimension();
+}
+
+bool ModelEntity::operator!=(const ModelEntity& other) const
+{
+    return !(*this == other);
+}
+
+bool ModelEntity::operator<(const ModelEntity& other) const
+{
+    return id_ < other.id_;
+}
+
+Vector ModelEntity::childMean(Vector (MeshEntity::*quantity)() const) const
+{
+    Vector sum;
+    for (const auto& entry : entriesInIdOrder(children_)) {
+        sum += (entry.second->*quantity)();
+    }
+    return sum / childCount();
+}
+
+Vector ModelEntity::meshVertexMean() const
+{
+    QList<MeshEntity*> vertices = Utility::getMeshVerticesOnModelEntity(this).values();
+    std::sort(vertices.begin(), vertices.end(), MeshEntity::lessThan);
+    Vector sum;
+    for (const MeshEntity* vertex : std::as_const(vertices)) {
+        sum += vertex->centroid();
+    }
+    return sum / static_cast<double>(vertices.size());
+}
+
+} // namespace Ovra::Geo
