@@ -1,14 +1,10 @@
 #pragma once
 
+#include "Database.h"
 #include "MeshSerializer.h"
 #include "Version.h"
 
 #include <QString>
-
-namespace Ovra::Geo
-{
-class Database;
-}
 
 namespace Ovra::GeoTool
 {
@@ -24,6 +20,14 @@ struct FileFacts
     bool oldHeader = false; ///< the file begins with a version 10 to 14 in place of a format number
     Geo::Version version;
     qint64 trailingBytes = 0; ///< bytes behind the end of the content
+};
+
+/// \brief A Database that gives its refinement regions back too when it goes.
+class CaseDatabase : public Geo::Database
+{
+public:
+    CaseDatabase() = default;
+    ~CaseDatabase();
 };
 
 /// \brief A case on disk: the pair NAME.geo_model and NAME.geo_mesh.
@@ -55,12 +59,12 @@ public:
     /// \brief Writes model and mesh; either both files are replaced or neither is.
     ///
     /// The formats 2014 and 2014a keep no parent dimension for mesh edges, faces and regions; see
-    /// unkeptParentCount(). A mesh that would lose parents is refused with ToolError Unsuitable
-    /// unless \p allowLoss, which makes it a warning. Throws ToolError OutputFailed when a file
-    /// cannot be written.
+    /// unkeptParentCount(). A mesh that holds such parents is refused with ToolError Unsuitable,
+    /// unless \p dropParents: then those entities lose their parent, in \p database too, with a
+    /// warning. Throws ToolError OutputFailed when a file cannot be written.
     void save(Geo::Database& database, Progress& progress,
               Geo::MeshSerializer::Format meshFormat = LatestMeshFormat,
-              bool allowLoss = false) const;
+              bool dropParents = false) const;
 
     /// \brief Number of mesh edges, faces and regions classified on a model entity of another
     /// dimension.

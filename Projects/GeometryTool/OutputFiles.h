@@ -35,6 +35,8 @@ public:
 
 private:
     struct Entry;
+
+    QString takeBack();
     std::vector<std::unique_ptr<Entry>> entries_;
 };
 

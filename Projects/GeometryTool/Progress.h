@@ -43,7 +43,7 @@ public:
     void warning(const QString& text);
 
 private:
-    bool isDue();
+    bool isDue() const;
     void show(const QString& detail);
 
     bool terminal_ = false;
