@@ -1,0 +1,156 @@
+#include "CaseSummary.h"
+
+#include "ElementTopology.h"
+#include "Mesh.h"
+#include "MeshEntity.h"
+#include "Model.h"
+#include "ModelEntity.h"
+#include "Progress.h"
+
+#include <algorithm>
+#include <tuple>
+
+namespace Ovra::GeoTool
+{
+
+using namespace Ovra::Geo;
+
+namespace
+{
+
+std::size_t slot(int dimension)
+{
+    return static_cast<std::size_t>(dimension);
+}
+
+QString tagOf(const AttributeType& type)
+{
+    return type.isValid() ? type.toString() : QStringLiteral("(unknown)");
+}
+
+void addId(IdSummary& summary, int id)
+{
+    ++summary.count;
+    summary.largestId = std::max(summary.largestId, id);
+    summary.gaps = summary.largestId - summary.count;
+}
+
+QString kindOf(const MeshEntity& entity)
+{
+    const ElementTopology* const topology =
+        ElementTopology::find(entity.dimension(), entity.adjacencyCount(0));
+    return topology ? QLatin1String(topology->plural) : QStringLiteral("unknown");
+}
+
+bool isOfMaterial(const MaterialSummary& material, const QString& type, const QVariant& id)
+{
+    return material.type == type && material.hasId == id.isValid() && material.id == id.toInt();
+}
+
+MaterialSummary& materialOf(std::vector<MaterialSummary>& materials, const ModelEntity& region)
+{
+    const QString type = region.attributes().value(AttributeType::MaterialType, {}).toString();
+    const QVariant id = region.attributes().value(AttributeType::MaterialId, {});
+    const auto found = std::find_if(materials.begin(), materials.end(), [&](const auto& material) {
+        return isOfMaterial(material, type, id);
+    });
+    if (found != materials.end())
+        return *found;
+    MaterialSummary material;
+    material.type = type;
+    material.id = id.toInt();
+    material.hasId = id.isValid();
+    materials.push_back(material);
+    return materials.back();
+}
+
+} // namespace
+
+CaseSummary::CaseSummary(const CaseFiles& files, const Database& database, Progress& progress)
+    : name(files.name())
+    , modelFile(files.modelFacts())
+    , meshFile(files.meshFacts())
+    , is3d(database.model()->is3d())
+    , coordinateSystem(database.model()->coordinateSystem())
+    , refinementRegionCount(database.model()->refinementRegionCount())
+    , modelBox(database.model()->boundingBox())
+{
+    progress.phase(QStringLiteral("counting"));
+    countModel(database);
+    countMesh(database, progress);
+    countMaterials(database);
+    progress.phase(QStringLiteral("judging the elements"));
+    for (int dimension = 1; dimension < 4; ++dimension) {
+        if (database.mesh()->count(dimension) > 0)
+            quality.emplace_back(dimension, MeshQuality(*database.mesh(), dimension, progress));
+    }
+    progress.finish();
+}
+
+void CaseSummary::countModel(const Database& database)
+{
+    for (const AttributeType& type : database.model()->attributes().types())
+        attributes[tagOf(type)].model = 1;
+    for (int dimension = 0; dimension < 4; ++dimension) {
+        auto entities = database.model()->orderedIterator(dimension);
+        while (entities.hasNext()) {
+            const ModelEntity* const entity = entities.next();
+            addId(model[slot(dimension)], entity->id());
+            for (const AttributeType& type : entity->attributes().types())
+                ++attributes[tagOf(type)].modelEntities[slot(dimension)];
+        }
+    }
+}
+
+void CaseSummary::countMesh(const Database& database, Progress& progress)
+{
+    for (const AttributeType& type : database.mesh()->attributes().types())
+        attributes[tagOf(type)].mesh = 1;
+    for (int dimension = 0; dimension < 4; ++dimension) {
+        const int count = database.mesh()->count(dimension);
+        auto entities = database.mesh()->iterator(dimension);
+        while (entities.hasNext()) {
+            entities.next();
+            countMeshEntity(*entities.value());
+            progress.update(mesh[slot(dimension)].count, count, QStringLiteral("entities"));
+        }
+    }
+}
+
+void CaseSummary::countMeshEntity(MeshEntity& entity)
+{
+    const std::size_t place = slot(entity.dimension());
+    addId(mesh[place], entity.id());
+    for (const AttributeType& type : entity.attributes().types())
+        ++attributes[tagOf(type)].meshEntities[place];
+    if (!entity.parent())
+        ++unclassified[place];
+    else if (entity.parent()->dimension() != entity.dimension())
+        ++onOtherDimension[place];
+    if (entity.dimension() == 0)
+        meshBox += entity.centroid();
+    else
+        ++kinds[place][kindOf(entity)];
+}
+
+void CaseSummary::countMaterials(const Database& database)
+{
+    auto regions = database.model()->orderedIterator(database.model()->faceDimension() + 1);
+    while (regions.hasNext()) {
+        const ModelEntity* const region = regions.next();
+        MaterialSummary& material = materialOf(materials, *region);
+        ++material.modelEntityCount;
+        material.elementCount += region->childCount();
+    }
+    std::sort(materials.begin(), materials.end(), [](const auto& a, const auto& b) {
+        return std::tie(a.type, a.hasId, a.id) < std::tie(b.type, b.hasId, b.id);
+    });
+}
+
+QString meshFormatName(int format)
+{
+    static const std::array<const char*, 3> names = {"2013", "2014", "2014a"};
+    return QLatin1String(names.at(static_cast<std::size_t>(format - 1)));
+}
+
+} // namespace Ovra::GeoTool

@@ -1,0 +1,62 @@
+#include "ConvertCommand.h"
+
+#include "CaseFiles.h"
+
+#include <CLI/CLI.hpp>
+#include <map>
+#include <memory>
+#include <string>
+
+namespace Ovra::GeoTool
+{
+
+using namespace Ovra::Geo;
+
+namespace
+{
+
+struct Options
+{
+    std::string name;
+    std::string output;
+    MeshSerializer::Format meshFormat = CaseFiles::LatestMeshFormat;
+    bool dropParents = false;
+};
+
+void run(const Options& options, Progress& progress)
+{
+    CaseDatabase database;
+    CaseFiles(QString::fromStdString(options.name)).load(database, progress);
+    CaseFiles(QString::fromStdString(options.output))
+        .save(database, progress, options.meshFormat, options.dropParents);
+}
+
+} // namespace
+
+void addConvertCommand(CLI::App& app, Progress& progress)
+{
+    static const std::map<std::string, MeshSerializer::Format> formats = {
+        {"2013", MeshSerializer::Format2013},
+        {"2014", MeshSerializer::Format2014},
+        {"2014a", MeshSerializer::Format2014a}};
+    CLI::App* const command =
+        app.add_subcommand("convert", "Write a case anew, in another mesh format");
+    const auto options = std::make_shared<Options>();
+    command->add_option("NAME", options->name, "The case, with or without a suffix")->required();
+    command->add_option("-o,--output", options->output, "The case to write; may be the same one")
+        ->type_name("NAME2")
+        ->required();
+    command
+        ->add_option("--mesh-format", options->meshFormat,
+                     "Mesh format to write; 2014a if not given")
+        ->type_name("2013|2014|2014a")
+        ->transform(CLI::Transformer(formats).description(""));
+    command->add_flag(
+        "--drop-parents", options->dropParents,
+        "Let mesh entities that stand on a model entity of another dimension lose their "
+        "parent where the format cannot hold it, with a warning, rather than refuse");
+    command->footer("Example:\n  ovrageo convert wing -o wing-2013 --mesh-format 2013");
+    command->callback([options, &progress] { run(*options, progress); });
+}
+
+} // namespace Ovra::GeoTool

@@ -1,0 +1,295 @@
+#include "MeshQuality.h"
+
+#include "ElementTopology.h"
+#include "Mesh.h"
+#include "MeshEntity.h"
+#include "Progress.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace Ovra::GeoTool
+{
+
+using namespace Ovra::Geo;
+
+namespace
+{
+
+using Points = std::vector<Vector>;
+
+constexpr double degenerateFraction = 1e-12;
+
+const Vector& at(const Points& points, int index)
+{
+    return points[static_cast<std::size_t>(index)];
+}
+
+int cyclic(const std::vector<int>& ring, std::size_t index)
+{
+    return ring[index % ring.size()];
+}
+
+Points pick(const std::vector<int>& side, const Points& points)
+{
+    Points picked;
+    for (const int index : side)
+        picked.push_back(at(points, index));
+    return picked;
+}
+
+Vector mean(const Points& points)
+{
+    Vector sum;
+    for (const Vector& point : points)
+        sum += point;
+    return sum / static_cast<double>(points.size());
+}
+
+/// Half the cross products about a point: the area vector of each triangle of a side.
+std::vector<Vector> areaVectors(const Points& ring, const Vector& about)
+{
+    std::vector<Vector> vectors;
+    for (std::size_t i = 0; i < ring.size(); ++i)
+        vectors.push_back(0.5 * ((ring[i] - about) ^ (ring[(i + 1) % ring.size()] - about)));
+    return vectors;
+}
+
+Vector splitPoint(const Points& ring)
+{
+    return ring.size() == 3 ? ring.front() : mean(ring);
+}
+
+double sideVolume(const Points& ring, const Vector& apex)
+{
+    const Vector about = splitPoint(ring);
+    double volume = 0.0;
+    for (const Vector& area : areaVectors(ring, about))
+        volume += area * (about - apex) / 3.0;
+    return volume;
+}
+
+double sideArea(const Points& ring)
+{
+    double area = 0.0;
+    for (const Vector& vector : areaVectors(ring, splitPoint(ring)))
+        area += vector.length();
+    return area;
+}
+
+double solidVolume(const ElementTopology& topology, const Points& points)
+{
+    double volume = 0.0;
+    for (const std::vector<int>& side : topology.sides)
+        volume += sideVolume(pick(side, points), points.front());
+    return volume;
+}
+
+double solidSurface(const ElementTopology& topology, const Points& points)
+{
+    double area = 0.0;
+    for (const std::vector<int>& side : topology.sides)
+        area += sideArea(pick(side, points));
+    return area;
+}
+
+double fanArea(const Points& points)
+{
+    double area = 0.0;
+    for (std::size_t i = 2; i < points.size(); ++i)
+        area += 0.5 * ((points[i - 1] - points[0]) ^ (points[i] - points[0])).length();
+    return area;
+}
+
+double perimeter(const Points& points)
+{
+    double length = 0.0;
+    for (std::size_t i = 0; i < points.size(); ++i)
+        length += (points[(i + 1) % points.size()] - points[i]).length();
+    return length;
+}
+
+double longestEdge(const ElementTopology& topology, const Points& points)
+{
+    double longest = topology.dimension == 1 ? (points[1] - points[0]).length() : 0.0;
+    for (const std::vector<int>& side : topology.sides) {
+        for (std::size_t i = 0; i < side.size(); ++i)
+            longest =
+                std::max(longest, (at(points, cyclic(side, i + 1)) - at(points, side[i])).length());
+    }
+    return longest;
+}
+
+double aspectOf(const ElementTopology& topology, const Points& points, double measure)
+{
+    const double boundary =
+        topology.dimension == 3 ? solidSurface(topology, points) : perimeter(points);
+    const double radius = topology.dimension * measure / boundary;
+    return longestEdge(topology, points) / radius / topology.regularAspect;
+}
+
+/// One corner of a solid: the vertex and its three neighbours, in the order that spans a positive
+/// volume.
+struct Corner
+{
+    int vertex;
+    int first;
+    int second;
+    int third;
+};
+
+/// The third edge at a corner of a side is the one that leaves the side.
+std::vector<int> neighboursBeyond(const ElementTopology& topology, int vertex,
+                                  const std::vector<int>& side)
+{
+    std::vector<int> neighbours;
+    for (const std::vector<int>& other : topology.sides) {
+        for (std::size_t i = 0; i < other.size(); ++i) {
+            const int next = cyclic(other, i + 1);
+            if (other[i] == vertex && std::find(side.begin(), side.end(), next) == side.end())
+                neighbours.push_back(next);
+        }
+    }
+    return neighbours;
+}
+
+std::vector<Corner> cornersOf(const ElementTopology& topology)
+{
+    std::vector<Corner> corners;
+    for (int vertex = 0; vertex < topology.vertexCount; ++vertex) {
+        const auto side =
+            std::find_if(topology.sides.begin(), topology.sides.end(), [=](const auto& each) {
+                return std::find(each.begin(), each.end(), vertex) != each.end();
+            });
+        const auto place =
+            static_cast<std::size_t>(std::find(side->begin(), side->end(), vertex) - side->begin());
+        const std::vector<int> beyond = neighboursBeyond(topology, vertex, *side);
+        if (beyond.size() == 1)
+            corners.push_back({vertex, cyclic(*side, place + side->size() - 1),
+                               cyclic(*side, place + 1), beyond.front()});
+    }
+    return corners;
+}
+
+/// The corners of a kind are found once; the walk over a mesh meets few kinds very often.
+const std::vector<Corner>& cachedCorners(const ElementTopology& topology)
+{
+    static std::vector<std::vector<Corner>> corners(ElementTopology::all().size());
+    std::vector<Corner>& found =
+        corners[static_cast<std::size_t>(&topology - ElementTopology::all().data())];
+    if (found.empty())
+        found = cornersOf(topology);
+    return found;
+}
+
+bool isSolidTwisted(const ElementTopology& topology, const Points& points)
+{
+    const std::vector<Corner>& corners = cachedCorners(topology);
+    return std::any_of(corners.begin(), corners.end(), [&points](const Corner& corner) {
+        const Vector& origin = at(points, corner.vertex);
+        const Vector normal =
+            (at(points, corner.first) - origin) ^ (at(points, corner.second) - origin);
+        return normal * (at(points, corner.third) - origin) <= 0.0;
+    });
+}
+
+/// True if the triangles on both sides of the diagonal from \p from face opposite ways.
+bool foldsAlongDiagonal(const Points& quad, std::size_t from)
+{
+    const Vector& a = quad[from];
+    const Vector& b = quad[from + 1];
+    const Vector& c = quad[(from + 2) % 4];
+    const Vector& d = quad[(from + 3) % 4];
+    return ((b - a) ^ (c - a)) * ((c - a) ^ (d - a)) < 0.0;
+}
+
+bool isTwisted(const ElementTopology& topology, const Points& points)
+{
+    if (topology.dimension == 3)
+        return isSolidTwisted(topology, points);
+    return points.size() == 4 && foldsAlongDiagonal(points, 0) && foldsAlongDiagonal(points, 1);
+}
+
+bool hasRepeatedVertex(const MeshEntity& element)
+{
+    for (int i = 1; i < element.adjacencyCount(0); ++i) {
+        for (int j = 0; j < i; ++j) {
+            if (element.adjacencyAt(0, i) == element.adjacencyAt(0, j))
+                return true;
+        }
+    }
+    return false;
+}
+
+Points pointsOf(const MeshEntity& element)
+{
+    Points points;
+    points.reserve(static_cast<std::size_t>(element.adjacencyCount(0)));
+    for (int i = 0; i < element.adjacencyCount(0); ++i)
+        points.push_back(element.adjacencyAt(0, i)->centroid());
+    return points;
+}
+
+} // namespace
+
+void Extremes::add(double value, int id)
+{
+    if (smallestId == 0 || value < smallest) {
+        smallest = value;
+        smallestId = id;
+    }
+    if (largestId == 0 || value > largest) {
+        largest = value;
+        largestId = id;
+    }
+}
+
+MeshQuality::MeshQuality(const Mesh& mesh, int dimension, Progress& progress)
+{
+    const int count = mesh.count(dimension);
+    int done = 0;
+    auto elements = mesh.orderedIterator(dimension);
+    while (elements.hasNext()) {
+        add(*elements.next());
+        progress.update(++done, count, QStringLiteral("elements"));
+    }
+}
+
+double MeshQuality::measureOf(const ElementTopology& topology, const std::vector<Vector>& points)
+{
+    if (topology.dimension == 1)
+        return (points[1] - points[0]).length();
+    return topology.dimension == 2 ? fanArea(points) : solidVolume(topology, points);
+}
+
+void MeshQuality::add(MeshEntity& element)
+{
+    const ElementTopology* const topology =
+        ElementTopology::find(element.dimension(), element.adjacencyCount(0));
+    if (topology)
+        judge(element.id(), *topology, pointsOf(element), hasRepeatedVertex(element));
+    else
+        unknown_.push_back(element.id());
+}
+
+void MeshQuality::judge(int id, const ElementTopology& topology, const std::vector<Vector>& points,
+                        bool repeatsVertex)
+{
+    const double measure = measureOf(topology, points);
+    const double scale = std::pow(longestEdge(topology, points), topology.dimension);
+    measure_.add(measure, id);
+    total_ += measure;
+    // Written so that a measure that is no number counts as degenerate.
+    if (repeatsVertex || !(std::abs(measure) > degenerateFraction * scale))
+        degenerate_.push_back(id);
+    else if (measure < 0.0)
+        inverted_.push_back(id);
+    else if (isTwisted(topology, points))
+        twisted_.push_back(id);
+    const bool hasAspect = topology.dimension > 1 &&
+                           (degenerate_.empty() || degenerate_.back() != id) && measure > 0.0;
+    if (hasAspect)
+        aspect_.add(aspectOf(topology, points, measure), id);
+}
+
+} // namespace Ovra::GeoTool

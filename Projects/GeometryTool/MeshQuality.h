@@ -1,0 +1,91 @@
+#pragma once
+
+#include "Vector.h"
+
+#include <limits>
+#include <vector>
+
+namespace Ovra::Geo
+{
+class Mesh;
+class MeshEntity;
+} // namespace Ovra::Geo
+
+namespace Ovra::GeoTool
+{
+
+struct ElementTopology;
+class Progress;
+
+/// \brief Smallest and largest of a quantity over the elements of a mesh, and where they are.
+struct Extremes
+{
+    double smallest = std::numeric_limits<double>::infinity();
+    double largest = -std::numeric_limits<double>::infinity();
+    int smallestId = 0; ///< 0 while nothing has been seen
+    int largestId = 0;
+
+    /// \brief Takes one more value in; of equal values the one with the lowest id counts.
+    void add(double value, int id);
+
+    bool isEmpty() const { return smallestId == 0; }
+};
+
+/// \brief How good the elements of one dimension of a mesh are.
+///
+/// - The measure is the length of a line, the area of a face (the fan of triangles about the first
+///   vertex, by magnitude), and the signed volume of a solid: the sum, over its sides with the
+///   normal outward, of the pyramids between the sides and the first vertex, a side of four
+///   vertices being split into four triangles about its mean point. A tetrahedron has (p1 - p0) x
+///   (p2 - p0) . (p3 - p0) / 6.
+/// - An element is degenerate if the magnitude of its measure is at most 1e-12 of its longest edge
+/// to
+///   the power of its dimension, or if it names one vertex twice.
+/// - A solid is inverted if its volume is negative and it is not degenerate. It is twisted if its
+///   volume is positive and the three edges at one of its corners, in their order, span a volume
+///   that is not; the apex of a pyramid, where four edges meet, is not looked at. A quadrilateral
+///   is twisted if its sides cross: both diagonals split it into triangles that face opposite ways.
+/// - The aspect is the longest edge over the radius 3 V / A of a solid, A being the area of its
+/// sides,
+///   or 2 A / P of a face, P being its perimeter, divided by that figure for the regular element
+///   with all edges alike: 1 is best. Degenerate and inverted elements have none, nor have lines.
+/// - An element with a number of vertices that makes no kind is counted as unknown and not looked
+/// at.
+class MeshQuality
+{
+public:
+    /// \brief Judges all elements of \p dimension, 1 to 3, in \p mesh.
+    MeshQuality(const Geo::Mesh& mesh, int dimension, Progress& progress);
+
+    const Extremes& measure() const { return measure_; }
+    const Extremes& aspect() const { return aspect_; }
+
+    /// \brief Sum of the measures.
+    double total() const { return total_; }
+
+    /// \brief Ids in ascending order.
+    const std::vector<int>& inverted() const { return inverted_; }
+    const std::vector<int>& twisted() const { return twisted_; }
+    const std::vector<int>& degenerate() const { return degenerate_; }
+    const std::vector<int>& unknown() const { return unknown_; }
+
+    /// \brief Signed volume of a solid, area of a face, length of a line, given its vertices'
+    /// points.
+    static double measureOf(const ElementTopology& topology,
+                            const std::vector<Geo::Vector>& points);
+
+private:
+    void add(Geo::MeshEntity& element);
+    void judge(int id, const ElementTopology& topology, const std::vector<Geo::Vector>& points,
+               bool repeatsVertex);
+
+    Extremes measure_;
+    Extremes aspect_;
+    double total_ = 0.0;
+    std::vector<int> inverted_;
+    std::vector<int> twisted_;
+    std::vector<int> degenerate_;
+    std::vector<int> unknown_;
+};
+
+} // namespace Ovra::GeoTool

@@ -1,0 +1,90 @@
+#include "SolverInputCommand.h"
+
+#include "CaseFiles.h"
+#include "OutputFiles.h"
+#include "SolverInput.h"
+#include "ToolError.h"
+
+#include <QTextStream>
+
+#include <CLI/CLI.hpp>
+#include <cmath>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Ovra::GeoTool
+{
+
+namespace
+{
+
+struct Options
+{
+    std::string name;
+    std::string output;
+    double scale = 1.0;
+    std::vector<std::string> sections;
+    bool labelled = false;
+};
+
+SolverInput configured(const Options& options)
+{
+    SolverInput input;
+    if (!std::isfinite(options.scale) || options.scale <= 0.0)
+        throw ToolError(ExitCode::Usage, QStringLiteral("--scale must be a number above 0"));
+    QStringList names;
+    for (const std::string& name : options.sections)
+        names += QString::fromStdString(name);
+    if (!names.isEmpty())
+        input.setSections(names);
+    input.setScale(options.scale);
+    input.setLabelled(options.labelled);
+    return input;
+}
+
+void run(const Options& options, Progress& progress)
+{
+    const SolverInput input = configured(options); // wrong arguments are told before a long load
+    CaseDatabase database;
+    CaseFiles(QString::fromStdString(options.name)).load(database, progress);
+    OutputFiles files;
+    QTextStream stream(&files.add(QString::fromStdString(options.output)));
+    input.write(database, stream, progress);
+    stream.flush();
+    files.commit();
+}
+
+void addOptions(CLI::App& command, Options& options)
+{
+    const std::string names = SolverInput::sectionNames().join(QStringLiteral(", ")).toStdString();
+    command.add_option("NAME", options.name, "The case, with or without a suffix")->required();
+    command.add_option("-o,--output", options.output, "The file to write")
+        ->type_name("FILE")
+        ->required();
+    command.add_option("--scale", options.scale, "Multiplies all coordinates; 1 if not given")
+        ->type_name("S");
+    command
+        .add_option("--sections", options.sections,
+                    "Only these, separated by commas, in the order of the file: " + names)
+        ->type_name("LIST")
+        ->delimiter(',')
+        ->expected(1);
+    command.add_flag("--labelled", options.labelled,
+                     "Write periodic, extrusion, moving and rotating in their labelled form");
+}
+
+} // namespace
+
+void addSolverInputCommand(CLI::App& app, Progress& progress)
+{
+    CLI::App* const command =
+        app.add_subcommand("solver-input", "Write the input of the flow solver");
+    const auto options = std::make_shared<Options>();
+    addOptions(*command, *options);
+    command->footer("Example:\n  ovrageo solver-input wing -o wing.gbi --scale 0.001 "
+                    "--sections nodes,elements");
+    command->callback([options, &progress] { run(*options, progress); });
+}
+
+} // namespace Ovra::GeoTool

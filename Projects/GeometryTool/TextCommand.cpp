@@ -1,0 +1,79 @@
+#include "TextCommand.h"
+
+#include "CaseFiles.h"
+#include "Mesh.h"
+#include "Model.h"
+#include "OutputFiles.h"
+#include "Progress.h"
+#include "ToolError.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTextStream>
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+
+namespace Ovra::GeoTool
+{
+
+namespace
+{
+
+struct Options
+{
+    std::string name;
+    std::string directory;
+};
+
+void requireDirectory(const QString& directory)
+{
+    if (!QDir().mkpath(directory))
+        throw ToolError(ExitCode::OutputFailed,
+                        QStringLiteral("cannot make the directory %1").arg(directory));
+}
+
+template <typename Container>
+void dump(Container& container, const QString& path, OutputFiles& files, Progress& progress)
+{
+    progress.phase(QStringLiteral("writing ") + path);
+    QTextStream stream(&files.add(path));
+    container.write(stream);
+    stream.flush();
+}
+
+void run(const Options& options, Progress& progress)
+{
+    CaseFiles source(QString::fromStdString(options.name));
+    CaseDatabase database;
+    source.load(database, progress);
+    const QString directory = QString::fromStdString(options.directory);
+    requireDirectory(directory);
+    const auto pathOf = [&directory](const QString& file) {
+        return QStringLiteral("%1/%2.txt").arg(directory, QFileInfo(file).fileName());
+    };
+    OutputFiles files;
+    dump(*database.model(), pathOf(source.modelPath()), files, progress);
+    dump(*database.mesh(), pathOf(source.meshPath()), files, progress);
+    files.commit();
+    progress.finish();
+}
+
+} // namespace
+
+void addTextCommand(CLI::App& app, Progress& progress)
+{
+    CLI::App* const command = app.add_subcommand("text", "Dump model and mesh as text to read");
+    const auto options = std::make_shared<Options>();
+    command->add_option("NAME", options->name, "The case, with or without a suffix")->required();
+    command
+        ->add_option("-o,--output", options->directory,
+                     "Directory for NAME.geo_model.txt and NAME.geo_mesh.txt; made if missing")
+        ->type_name("DIR")
+        ->required();
+    command->footer("Example:\n  ovrageo text wing -o dumps");
+    command->callback([options, &progress] { run(*options, progress); });
+}
+
+} // namespace Ovra::GeoTool

@@ -1,0 +1,83 @@
+#include "ConvertCommand.h"
+#include "ImportCommand.h"
+#include "InfoCommand.h"
+#include "Progress.h"
+#include "QtMessages.h"
+#include "SolverInputCommand.h"
+#include "TextCommand.h"
+#include "ToolError.h"
+
+#include <QHashSeed>
+
+#include <CLI/CLI.hpp>
+#include <csignal>
+#include <cstdio>
+#include <new>
+
+using namespace Ovra::GeoTool;
+
+namespace
+{
+
+/// A new subcommand is one more line here.
+constexpr auto addCommands = {
+    addImportCommand, addInfoCommand, addConvertCommand, addTextCommand, addSolverInputCommand,
+};
+
+int fail(Progress& progress, ExitCode exitCode, QString text)
+{
+    progress.finish();
+    text.replace(QLatin1Char('\n'), QLatin1Char(' '));
+    std::fprintf(stderr, "ovrageo: error: %s\n", text.trimmed().toUtf8().constData());
+    return static_cast<int>(exitCode);
+}
+
+void setUp(CLI::App& app, Progress& progress)
+{
+    app.name("ovrageo");
+    app.set_version_flag("--version", "ovrageo " OVRAGEO_VERSION);
+    app.require_subcommand(1);
+    app.fallthrough(); // so that --quiet may stand behind the subcommand
+    app.add_flag_callback(
+        "-q,--quiet", [&progress] { progress.setQuiet(true); },
+        "Print no progress and no warnings");
+    app.footer("Example:\n  ovrageo info wing\n\n"
+               "Exit codes: 0 done, 1 internal error, 2 usage, 3 input missing, 4 input damaged,\n"
+               "5 output failed, 6 case unsuitable for the request, 7 a check has findings.");
+    for (const auto add : addCommands)
+        add(app, progress);
+}
+
+int parse(CLI::App& app, Progress& progress, int argc, char** argv)
+{
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() == 0) // help or version
+            return app.exit(error);
+        return fail(progress, ExitCode::Usage,
+                    QString::fromUtf8(error.what()) + QStringLiteral("; see ovrageo --help"));
+    }
+    return static_cast<int>(ExitCode::Success);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QHashSeed::setDeterministicGlobalSeed(); // the same case gives the same bytes in every run
+    std::signal(SIGXFSZ, SIG_IGN);           // a file too large shall be an error of write()
+    Progress progress;
+    routeQtMessages(progress);
+    CLI::App app("Imports, examines, converts and prepares cases of the geometry database");
+    try {
+        setUp(app, progress);
+        return parse(app, progress, argc, argv);
+    } catch (const ToolError& error) {
+        return fail(progress, error.exitCode(), error.text());
+    } catch (const std::bad_alloc&) {
+        return fail(progress, ExitCode::InternalError, QStringLiteral("out of memory"));
+    } catch (const std::exception& error) {
+        return fail(progress, ExitCode::InternalError, QString::fromUtf8(error.what()));
+    }
+}
