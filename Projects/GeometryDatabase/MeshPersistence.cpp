@@ -1,0 +1,61 @@
+#include "Mesh.h"
+#include "MeshSerializer.h"
+#include "StreamHeader.h"
+
+#include <QDataStream>
+#include <QFile>
+#include <QTextStream>
+
+#include <memory>
+
+namespace Ovra::Geo
+{
+
+namespace
+{
+
+std::unique_ptr<MeshSerializer> makeSerializer(int format, Model* model, Mesh* mesh)
+{
+    const auto number = static_cast<MeshSerializer::Format>(format);
+    return std::unique_ptr<MeshSerializer>(MeshSerializer::create(number, model, mesh));
+}
+
+} // namespace
+
+void Mesh::read(QDataStream& stream)
+{
+    StreamHeader header;
+    if (!StreamHeader::read(header, stream)) {
+        return;
+    }
+    version_ = header.version;
+    const auto serializer = makeSerializer(header.format, model_, this);
+    if (!serializer) {
+        stream.setStatus(QDataStream::ReadCorruptData);
+        return;
+    }
+    serializer->read(stream);
+    setUpwardAdjacencies();
+}
+
+void Mesh::read(const wchar_t* fileName)
+{
+    QFile file(QString::fromWCharArray(fileName));
+    if (file.open(QIODevice::ReadOnly)) {
+        QDataStream stream(&file);
+        read(stream);
+    }
+}
+
+void Mesh::write(QTextStream& stream)
+{
+    makeSerializer(MeshSerializer::Format2013, model_, this)->write(stream);
+}
+
+void Mesh::write(QDataStream& stream)
+{
+    stream.setVersion(QDataStream::Qt_4_6);
+    makeSerializer(MeshSerializer::Format2014a, model_, this)->write(stream);
+}
+
+} // namespace Ovra::Geo

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QList>
+#include <QSet>
+
+class QDataStream;
+
+namespace Ovra::Geo
+{
+
+/// \brief The ids of one dimension that have occurred in the stream being read. Not for hosts.
+///
+/// Writers emit ascending ids, mostly without gaps, which costs constant time for each id and one
+/// entry for each run; any other order is right too, and costs a set entry for each id out of
+/// order.
+class StreamIds
+{
+public:
+    /// \brief Takes \p id in.
+    /// \return false if it has occurred before
+    /// \pre \p id is positive
+    bool insert(int id);
+
+    /// \brief Takes the id of a record of \p stream in; one that is not positive or has occurred
+    /// before
+    ///        sets the status QDataStream::ReadCorruptData.
+    void check(int id, QDataStream& stream);
+
+private:
+    struct Run
+    {
+        int first;
+        int last;
+    };
+
+    bool isInRun(int id) const;
+
+    QList<Run> runs_; // ascending
+    QSet<int> others_;
+};
+
+} // namespace Ovra::Geo

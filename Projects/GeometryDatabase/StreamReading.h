@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QDataStream>
+
+/// \file
+/// \brief Reading from streams that may be damaged. Not for hosts.
+
+namespace Ovra::Geo
+{
+
+/// \brief Whether everything that was read from \p stream so far was there and made sense.
+inline bool isOk(const QDataStream& stream)
+{
+    return stream.status() == QDataStream::Ok;
+}
+
+/// \brief Reads a value by its stream operator.
+/// \return what that operator leaves when the stream breaks, numbers being 0
+template <typename Value>
+Value readValue(QDataStream& stream)
+{
+    Value value{};
+    stream >> value;
+    return value;
+}
+
+/// \brief Reads the signed 32-bit count that heads records.
+///
+/// The count is what the stream claims: who loops over it tests the stream in every round, and
+/// makes no room ahead. \return 0 for a negative count, and if the stream has failed, before or
+/// here
+inline qint32 readCount(QDataStream& stream)
+{
+    const qint32 count = isOk(stream) ? readValue<qint32>(stream) : 0;
+    return isOk(stream) && count > 0 ? count : 0;
+}
+
+} // namespace Ovra::Geo
