@@ -97,12 +97,23 @@ void writeCount(QTextStream& stream, qsizetype count, LineEnd lineEnd)
     stream << static_cast<int>(count) << lineEnd;
 }
 
+void writeFace(QTextStream& stream, const ElementFaceData& face)
+{
+    stream << face.elementId_ << ' ' << face.localFace_;
+}
+
+void writeFaces(QTextStream& stream, const QList<ElementFaceData>& faces, LineEnd lineEnd)
+{
+    for (const ElementFaceData& face : faces) {
+        writeFace(stream, face);
+        stream << lineEnd;
+    }
+}
+
 void writeCountedFaces(QTextStream& stream, const QList<ElementFaceData>& faces, LineEnd lineEnd)
 {
     writeCount(stream, faces.size(), lineEnd);
-    for (const ElementFaceData& face : faces) {
-        stream << face.elementId_ << ' ' << face.localFace_ << lineEnd;
-    }
+    writeFaces(stream, faces, lineEnd);
 }
 
 void writeCountedMap(QTextStream& stream, const QMap<int, int>& map, LineEnd lineEnd)
@@ -135,6 +146,16 @@ void writeLinkIds(QTextStream& stream, const LinkData& stencil)
 void writeLinkWeights(QTextStream& stream, const LinkData& stencil)
 {
     writeFirst(stream, stencil.linkWeights_, stencil.linkCount_);
+}
+
+void writeStencils(QTextStream& stream, const QList<LinkData>& stencils, LineEnd lineEnd)
+{
+    for (const LinkData& stencil : stencils) {
+        stream << stencil.nodeId_ << ' ';
+        writeLinkIds(stream, stencil);
+        writeLinkWeights(stream, stencil);
+        stream << lineEnd;
+    }
 }
 
 } // namespace Ovra::Geo::GbiText

@@ -85,6 +85,12 @@ void writeIds(QTextStream& stream, const QList<int>& ids, int idsPerLine, LineEn
 /// \brief A number of records, with the end of its line.
 void writeCount(QTextStream& stream, qsizetype count, LineEnd lineEnd);
 
+/// \brief Element id and local face number, without the end of the line.
+void writeFace(QTextStream& stream, const ElementFaceData& face);
+
+/// \brief A line "element id, local face" for each face.
+void writeFaces(QTextStream& stream, const QList<ElementFaceData>& faces, LineEnd lineEnd);
+
 /// \brief The number of \p faces, then a line "element id, local face" for each.
 void writeCountedFaces(QTextStream& stream, const QList<ElementFaceData>& faces, LineEnd lineEnd);
 
@@ -93,6 +99,10 @@ void writeLinkIds(QTextStream& stream, const LinkData& stencil);
 
 /// \brief The weights of a stencil, each with a blank behind it.
 void writeLinkWeights(QTextStream& stream, const LinkData& stencil);
+
+/// \brief A line "node id, link count, link ids, weights" for each stencil, with a blank at its
+/// end.
+void writeStencils(QTextStream& stream, const QList<LinkData>& stencils, LineEnd lineEnd);
 
 /// \brief The size of a map, then a line "key value" for each entry, ascending by key.
 void writeCountedMap(QTextStream& stream, const QMap<int, int>& map, LineEnd lineEnd);

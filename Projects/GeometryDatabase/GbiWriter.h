@@ -278,6 +278,9 @@ private:
     void getMovingRegionData() const;
     void getRotatingRegionData() const;
 
+    void clearPeriodicData() const;
+    void sortPeriodicData() const;
+
     int faceCount(QList<QList<ElementFaceData>>& lists) const;
     void removeDuplicates(QList<int>& values) const;
     void removeDuplicates(QList<LinkData>& values) const;

@@ -2,31 +2,18 @@
 
 #include "AttributeMap.h"
 #include "AttributeType.h"
-#include "Database.h"
 #include "GbiWriter.h"
-#include "Mesh.h"
-#include "MeshEntity.h"
-#include "MeshVertex.h"
-#include "Model.h"
-#include "ModelEdge.h"
-#include "ModelEntity.h"
-#include "ModelFace.h"
-#include "ModelRegion.h"
+#include "TestMesh.h"
 
 #include <QStringList>
 #include <QTextStream>
 
 #include <functional>
 
-/// A small model and mesh, built by hand with chosen ids, and the text that a writer makes of it.
-class SolverInputCase
+/// A model and mesh built by chosen ids, and the text that a writer makes of it.
+class SolverInputCase : public TestMesh
 {
 public:
-    Ovra::Geo::Database database;
-
-    Ovra::Geo::Model& model() { return *database.model(); }
-    Ovra::Geo::Mesh& mesh() { return *database.mesh(); }
-
     Ovra::Geo::ModelEntity* modelEntity(int dimension, int id, const QString& name = {})
     {
         auto* entity = Ovra::Geo::ModelEntity::create(dimension);
@@ -50,50 +37,36 @@ public:
     Ovra::Geo::ModelEntity* bounding(int dimension, int id,
                                      const QList<Ovra::Geo::ModelEntity*>& upper)
     {
-        auto* entity = modelEntity(dimension, id, QString());
+        auto* entity = modelEntity(dimension, id);
         for (auto* region : upper) {
-            entity->addAdjacency(region);
-            region->addAdjacency(entity);
+            link(entity, region);
         }
         return entity;
     }
 
-    Ovra::Geo::MeshEntity* node(int id, const Ovra::Geo::Vector& point = Ovra::Geo::Vector())
+    Ovra::Geo::MeshVertex* node(int id, const Ovra::Geo::Vector& point = Ovra::Geo::Vector())
     {
-        auto* vertex = static_cast<Ovra::Geo::MeshVertex*>(Ovra::Geo::MeshEntity::create(0));
-        vertex->setId(id);
-        vertex->setPoint(point);
-        mesh().add(vertex);
-        return vertex;
+        auto* known = static_cast<Ovra::Geo::MeshVertex*>(mesh().entity(0, id));
+        return known ? known : addVertex(point, id);
     }
 
     /// Makes a mesh entity of the parent's dimension, and those of its nodes that do not exist yet.
     Ovra::Geo::MeshEntity* element(int id, Ovra::Geo::ModelEntity* parent, const QList<int>& nodes)
     {
-        return element(id, parent, parent->dimension(), nodes);
-    }
-
-    Ovra::Geo::MeshEntity* element(int id, Ovra::Geo::ModelEntity* parent, int dimension,
-                                   const QList<int>& nodes)
-    {
-        auto* entity = Ovra::Geo::MeshEntity::create(dimension);
-        entity->setId(id);
+        Vertices vertices;
         for (int nodeId : nodes) {
-            auto* vertex = mesh().entity(0, nodeId);
-            entity->addAdjacency(vertex ? vertex : node(nodeId));
+            vertices.append(node(nodeId));
         }
-        mesh().add(entity);
-        parent->addChild(entity);
-        return entity;
+        return addElement(parent->dimension(), vertices, parent, id);
     }
 
     void setNodeAttribute(int id, const Ovra::Geo::AttributeType& type, const QVariant& value)
     {
-        mesh().entity(0, id)->attributes().insert(type, value);
+        node(id)->attributes().insert(type, value);
     }
 
     /// To be called when the mesh is complete.
-    void link() { mesh().setUpwardAdjacencies(); }
+    void complete() { mesh().setUpwardAdjacencies(); }
 
     using Section = std::function<void(const Ovra::Geo::GbiWriter&, QTextStream&)>;
 
