@@ -10,6 +10,7 @@
 #include "Solver.h"
 #include "Utility.h"
 
+#include <QSet>
 #include <QVariant>
 
 namespace Ovra::Geo

@@ -11,7 +11,10 @@
 #include "Utility.h"
 
 #include <QDebug>
+#include <QSet>
 #include <QVariant>
+
+#include <algorithm>
 
 namespace Ovra::Geo
 {

@@ -70,7 +70,7 @@ void Solver::decomposeWedgesToTets(const QList<MeshEntity*>& wedges)
         ModelEntity* parent = wedge->parent();
 
         // Both diagonals of the one quadrilateral without v[0]; the other two are cut from v[0].
-        if (MeshEntityPair(v[1], v[5]) < MeshEntityPair(v[2], v[4])) {
+        if (MeshEntityPair{v[1], v[5]} < MeshEntityPair{v[2], v[4]}) {
             addTetrahedron(v[2], v[1], v[0], v[5], parent);
             addTetrahedron(v[5], v[1], v[0], v[4], parent);
             addTetrahedron(v[5], v[3], v[4], v[0], parent);
