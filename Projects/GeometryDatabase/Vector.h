@@ -190,9 +190,8 @@ inline Vector operator^(const Vector& a, const Vector& b)
                   a.x() * b.y() - a.y() * b.x());
 }
 
-/// \brief The hash of the vector's text: vectors that print alike hash alike.
-///
-/// 0.0 and -0.0 print differently; a host that keys a table by vectors should settle their signs.
+/// \brief The hash of the vector's text, with seed 0: vectors that print alike hash alike, whatever
+///        their low-order bits.
 OVRA_GEO_EXPORT size_t qHash(const Vector& vector);
 
 /// \brief Writes x, y and z as doubles.
