@@ -114,3 +114,5 @@ QTextStream& operator<<(QTextStream& stream, const Box& box)
 }
 
 } // namespace Ovra::Geo
+
+OVRA_GEO_DEFINE_SHARED_METATYPE(Ovra::Geo::Box)

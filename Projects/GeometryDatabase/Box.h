@@ -112,4 +112,4 @@ OVRA_GEO_EXPORT QTextStream& operator<<(QTextStream& stream, const Box& box);
 
 } // namespace Ovra::Geo
 
-Q_DECLARE_METATYPE(Ovra::Geo::Box)
+OVRA_GEO_DECLARE_SHARED_METATYPE(Ovra::Geo::Box)

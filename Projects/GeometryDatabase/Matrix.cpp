@@ -177,3 +177,5 @@ QTextStream& operator<<(QTextStream& stream, const Matrix& matrix)
 }
 
 } // namespace Ovra::Geo
+
+OVRA_GEO_DEFINE_SHARED_METATYPE(Ovra::Geo::Matrix)

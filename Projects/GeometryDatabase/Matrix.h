@@ -99,4 +99,4 @@ OVRA_GEO_EXPORT QTextStream& operator<<(QTextStream& stream, const Matrix& matri
 
 } // namespace Ovra::Geo
 
-Q_DECLARE_METATYPE(Ovra::Geo::Matrix)
+OVRA_GEO_DECLARE_SHARED_METATYPE(Ovra::Geo::Matrix)

@@ -122,3 +122,5 @@ QTextStream& operator<<(QTextStream& stream, const RefinementRegion& region)
 }
 
 } // namespace Ovra::Geo
+
+OVRA_GEO_DEFINE_SHARED_METATYPE(Ovra::Geo::RefinementRegion)

@@ -157,4 +157,4 @@ private:
 
 } // namespace Ovra::Geo
 
-Q_DECLARE_METATYPE(Ovra::Geo::RefinementRegion)
+OVRA_GEO_DECLARE_SHARED_METATYPE(Ovra::Geo::RefinementRegion)

@@ -86,3 +86,5 @@ QTextStream& operator<<(QTextStream& stream, const Vector& vector)
 }
 
 } // namespace Ovra::Geo
+
+OVRA_GEO_DEFINE_SHARED_METATYPE(Ovra::Geo::Vector)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "GeometryDatabaseExport.h"
+#include "MetaTypeSharing.h"
 
 #include <QDataStream>
 #include <QMetaType>
@@ -205,4 +206,4 @@ OVRA_GEO_EXPORT QTextStream& operator<<(QTextStream& stream, const Vector& vecto
 
 } // namespace Ovra::Geo
 
-Q_DECLARE_METATYPE(Ovra::Geo::Vector)
+OVRA_GEO_DECLARE_SHARED_METATYPE(Ovra::Geo::Vector)

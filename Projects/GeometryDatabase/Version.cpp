@@ -58,3 +58,5 @@ QTextStream& operator<<(QTextStream& stream, const Version& version)
 }
 
 } // namespace Ovra::Geo
+
+OVRA_GEO_DEFINE_SHARED_METATYPE(Ovra::Geo::Version)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "GeometryDatabaseExport.h"
+#include "MetaTypeSharing.h"
 
 #include <QDataStream>
 #include <QMetaType>
@@ -72,4 +73,4 @@ OVRA_GEO_EXPORT QTextStream& operator<<(QTextStream& stream, const Version& vers
 
 } // namespace Ovra::Geo
 
-Q_DECLARE_METATYPE(Ovra::Geo::Version)
+OVRA_GEO_DECLARE_SHARED_METATYPE(Ovra::Geo::Version)
