@@ -1,0 +1,276 @@
+#include "EntityGeometry.h"
+
+#include "ElementShape.h"
+
+#include <algorithm>
+#include <cmath>
+#include <gmsh.h>
+
+namespace Ovra::GeoTool
+{
+
+using Geo::Vector;
+
+namespace
+{
+
+constexpr double flatness = 1e-8; ///< distance from the plane or line by the size of the entity
+
+struct Piece
+{
+    double measure = 0;
+    Vector centroid;
+    Vector normal; ///< of length measure
+};
+
+Piece linePiece(const ImportedMesh& mesh, const ImportedElement& line)
+{
+    const Vector a = mesh.point(line, 0);
+    const Vector b = mesh.point(line, 1);
+    const Vector along = b - a;
+    return {along.length(), 0.5 * (a + b), Vector(along.y(), -along.x(), 0)};
+}
+
+Piece facePiece(const ImportedMesh& mesh, const ImportedElement& face)
+{
+    Piece piece;
+    const Vector origin = mesh.point(face, 0);
+    for (int i = 1; i + 1 < face.nodeCount; ++i) {
+        const Vector a = mesh.point(face, i);
+        const Vector b = mesh.point(face, i + 1);
+        const Vector normal = 0.5 * ((a - origin) ^ (b - origin));
+        const double area = normal.length();
+        piece.measure += area;
+        piece.centroid += (area / 3.0) * (origin + a + b);
+        piece.normal += normal;
+    }
+    if (piece.measure > 0)
+        piece.centroid /= piece.measure;
+    return piece;
+}
+
+Piece regionPiece(const ImportedMesh& mesh, const ImportedElement& region)
+{
+    Piece piece;
+    const Vector origin = mesh.point(region, 0);
+    for (const auto& local : ElementShape::faces(region.nodeCount)) {
+        const ImportedElement side = ElementShape::face(region, local);
+        Vector middle;
+        for (int i = 0; i < side.nodeCount; ++i)
+            middle += mesh.point(side, i);
+        middle /= side.nodeCount;
+        for (int i = 0; i < side.nodeCount; ++i) {
+            const Vector a = mesh.point(side, i);
+            const Vector b = mesh.point(side, (i + 1) % side.nodeCount);
+            const double volume = (((a - origin) ^ (b - origin)) * (middle - origin)) / 6.0;
+            piece.measure += volume;
+            piece.centroid += (0.25 * volume) * (origin + a + b + middle);
+        }
+    }
+    if (piece.measure != 0)
+        piece.centroid /= piece.measure;
+    return piece;
+}
+
+double sizeOf(const std::vector<Vector>& points)
+{
+    Geo::Box box;
+    for (const Vector& point : points)
+        box += point;
+    return points.empty() ? 0.0 : box.extent().length();
+}
+
+const Vector& farthestFrom(const Vector& from, const std::vector<Vector>& points)
+{
+    return *std::max_element(points.begin(), points.end(),
+                             [&from](const Vector& a, const Vector& b) {
+                                 return (a - from).length() < (b - from).length();
+                             });
+}
+
+bool isStraight(const std::vector<Vector>& points)
+{
+    if (points.empty())
+        return false;
+    const Vector origin = points.front();
+    Vector along = farthestFrom(origin, points) - origin;
+    along.normalize();
+    const double limit = flatness * sizeOf(points);
+    return std::all_of(points.begin(), points.end(), [&](const Vector& point) {
+        return ((point - origin) ^ along).length() <= limit;
+    });
+}
+
+bool isFlat(const std::vector<Vector>& points)
+{
+    if (points.empty())
+        return false;
+    const Vector origin = points.front();
+    const Vector along = farthestFrom(origin, points) - origin;
+    Vector normal;
+    for (const Vector& point : points) {
+        const Vector candidate = along ^ (point - origin);
+        if (candidate.length() > normal.length())
+            normal = candidate;
+    }
+    normal.normalize();
+    const double limit = flatness * sizeOf(points);
+    return std::all_of(points.begin(), points.end(), [&](const Vector& point) {
+        return std::abs((point - origin) * normal) <= limit;
+    });
+}
+
+/// \brief What the OpenCASCADE kernel knows; nothing for entities that it has not made.
+void askOpenCascade(int dimension, int tag, ImportedGeometry& geometry)
+{
+    try {
+        double mass = 0;
+        double c[3] = {0, 0, 0};
+        double low[3] = {0, 0, 0};
+        double high[3] = {0, 0, 0};
+        gmsh::model::occ::getMass(dimension, tag, mass);
+        gmsh::model::occ::getCenterOfMass(dimension, tag, c[0], c[1], c[2]);
+        gmsh::model::occ::getBoundingBox(dimension, tag, low[0], low[1], low[2], high[0], high[1],
+                                         high[2]);
+        geometry.measure = mass;
+        geometry.centroid = Vector(c[0], c[1], c[2]);
+        geometry.box += Geo::Box(Vector(low[0], low[1], low[2]), Vector(high[0], high[1], high[2]));
+    } catch (...) {
+        return; // another kernel's entity: what the mesh says stays
+    }
+}
+
+/// \brief The place of a vertex that may have no mesh.
+void askPoint(int tag, ImportedGeometry& geometry)
+{
+    try {
+        std::vector<double> c;
+        gmsh::model::getValue(0, tag, {}, c);
+        geometry.centroid = Vector(c.at(0), c.at(1), c.at(2));
+        geometry.box += geometry.centroid;
+    } catch (...) {
+        return; // the place of its mesh, if any, stays
+    }
+}
+
+bool knownFlat(int dimension, int tag)
+{
+    std::string type;
+    gmsh::model::getType(dimension, tag, type);
+    return dimension == 1 ? type == "Line" : type == "Plane" || type == "Plane surface";
+}
+
+/// \brief Points of a kernel's shape on a grid over its parameters.
+std::vector<Vector> gridPoints(int dimension, int tag)
+{
+    constexpr int steps = 4;
+    std::vector<double> low;
+    std::vector<double> high;
+    gmsh::model::getParametrizationBounds(dimension, tag, low, high);
+    std::vector<double> parameters;
+    for (int i = 0; i <= steps; ++i) {
+        const double u = low.at(0) + (high.at(0) - low.at(0)) * i / steps;
+        if (dimension == 1)
+            parameters.push_back(u);
+        for (int j = 0; dimension == 2 && j <= steps; ++j)
+            parameters.insert(parameters.end(),
+                              {u, low.at(1) + (high.at(1) - low.at(1)) * j / steps});
+    }
+    std::vector<double> c;
+    gmsh::model::getValue(dimension, tag, parameters, c);
+    std::vector<Vector> points;
+    for (std::size_t i = 0; i + 2 < c.size(); i += 3)
+        points.emplace_back(c[i], c[i + 1], c[i + 2]);
+    return points;
+}
+
+} // namespace
+
+EntityGeometry::EntityGeometry(ImportedMesh& mesh)
+    : mesh_(mesh)
+{
+}
+
+void EntityGeometry::compute()
+{
+    for (int d = 0; d <= 3; ++d) {
+        measureMesh(d);
+        askKernel(d);
+        if (d == 1 || d == 2)
+            decidePlanarity(d);
+    }
+}
+
+void EntityGeometry::measureMesh(int dimension)
+{
+    points_.assign(mesh_.entitiesOf(dimension).size(), {});
+    for (const ImportedElement& element : mesh_.elementsOf(dimension))
+        addPiece(dimension, element);
+    for (ImportedEntity& entity : mesh_.entitiesOf(dimension)) {
+        ImportedGeometry& geometry = entity.geometry;
+        if (geometry.measure != 0)
+            geometry.centroid /= geometry.measure;
+        const double rounding = 1e-10 * geometry.measure;
+        if (geometry.normal.length() <= rounding)
+            geometry.normal.reset();
+        geometry.normal.normalize();
+    }
+}
+
+void EntityGeometry::addPiece(int dimension, const ImportedElement& element)
+{
+    ImportedGeometry& geometry = mesh_.entity(dimension, element.entity).geometry;
+    auto& points = points_[static_cast<std::size_t>(element.entity)];
+    for (int n = 0; n < element.nodeCount; ++n) {
+        geometry.box += mesh_.point(element, n);
+        if (dimension == 1 || dimension == 2)
+            points.push_back(mesh_.point(element, n));
+    }
+    if (dimension == 0) {
+        geometry.centroid = mesh_.point(element, 0);
+        return;
+    }
+    const Piece piece = dimension == 1   ? linePiece(mesh_, element)
+                        : dimension == 2 ? facePiece(mesh_, element)
+                                         : regionPiece(mesh_, element);
+    geometry.measure += piece.measure;
+    geometry.centroid += piece.measure * piece.centroid;
+    geometry.normal += piece.normal;
+}
+
+void EntityGeometry::askKernel(int dimension)
+{
+    for (ImportedEntity& entity : mesh_.entitiesOf(dimension)) {
+        if (entity.fromCad && dimension == 0)
+            askPoint(entity.gmshTag, entity.geometry);
+        else if (entity.fromCad)
+            askOpenCascade(dimension, entity.gmshTag, entity.geometry);
+    }
+}
+
+void EntityGeometry::decidePlanarity(int dimension)
+{
+    auto& entities = mesh_.entitiesOf(dimension);
+    for (std::size_t i = 0; i < entities.size(); ++i) {
+        ImportedEntity& entity = entities[i];
+        std::vector<Vector> points = points_[i];
+        if (entity.fromCad && !knownFlat(dimension, entity.gmshTag)) {
+            const std::vector<Vector> shape = samples(dimension, entity);
+            points.insert(points.end(), shape.begin(), shape.end());
+        }
+        entity.geometry.planar = entity.fromCad && knownFlat(dimension, entity.gmshTag);
+        if (!entity.geometry.planar)
+            entity.geometry.planar = dimension == 1 ? isStraight(points) : isFlat(points);
+    }
+}
+
+std::vector<Vector> EntityGeometry::samples(int dimension, const ImportedEntity& entity) const
+{
+    try {
+        return gridPoints(dimension, entity.gmshTag);
+    } catch (...) {
+        return {}; // a degenerate shape has no parameters
+    }
+}
+
+} // namespace Ovra::GeoTool

@@ -1,0 +1,370 @@
+#include "GmshExtraction.h"
+
+#include "ElementShape.h"
+#include "Progress.h"
+#include "ToolError.h"
+
+#include <QMap>
+
+#include <algorithm>
+#include <gmsh.h>
+#include <limits>
+
+namespace Ovra::GeoTool
+{
+
+using Geo::Vector;
+
+namespace
+{
+
+struct Kind
+{
+    QString name;
+    int dimension = 0;
+    int order = 0;
+    int nodes = 0;
+    int corners = 0;
+};
+
+Kind kindOf(int gmshType)
+{
+    Kind kind;
+    std::string name;
+    std::vector<double> local;
+    try {
+        gmsh::model::mesh::getElementProperties(gmshType, name, kind.dimension, kind.order,
+                                                kind.nodes, local, kind.corners);
+    } catch (...) {
+        name = "type " + std::to_string(gmshType); // Gmsh itself cannot describe some kinds
+    }
+    kind.name = QString::fromStdString(name);
+    return kind;
+}
+
+bool isKnown(const Kind& kind)
+{
+    static const char* const Families[] = {"Point",       "Line",    "Triangle", "Quadrilateral",
+                                           "Tetrahedron", "Pyramid", "Prism",    "Hexahedron"};
+    return std::any_of(std::begin(Families), std::end(Families), [&kind](const char* family) {
+        return kind.name.startsWith(QLatin1String(family));
+    });
+}
+
+bool isDiscrete(int dimension, int tag)
+{
+    std::string type;
+    gmsh::model::getType(dimension, tag, type);
+    return type.rfind("Discrete", 0) == 0;
+}
+
+bool anyShapeFromCad(const ImportedMesh& mesh)
+{
+    for (int d = 1; d <= 3; ++d) {
+        for (const ImportedEntity& entity : mesh.entitiesOf(d)) {
+            if (entity.fromCad)
+                return true;
+        }
+    }
+    return false;
+}
+
+/// \brief Twice the signed area of a face as seen from +z.
+double turnInPlane(const ImportedMesh& mesh, const ImportedElement& face)
+{
+    Vector sum;
+    for (int i = 1; i + 1 < face.nodeCount; ++i)
+        sum += (mesh.point(face, i) - mesh.point(face, 0)) ^
+               (mesh.point(face, i + 1) - mesh.point(face, 0));
+    return sum.z();
+}
+
+} // namespace
+
+GmshExtraction::GmshExtraction(const QString& input, Progress& progress)
+    : input_(input)
+    , progress_(progress)
+{
+}
+
+ImportedMesh GmshExtraction::extract(int dimension)
+{
+    progress_.phase(QStringLiteral("taking over the mesh"));
+    mesh_.elementDimension = dimension;
+    requireKnownKinds(dimension);
+    for (int d = 0; d <= dimension; ++d)
+        addEntities(d);
+    const bool cad = anyShapeFromCad(mesh_);
+    for (ImportedEntity& vertex : mesh_.entitiesOf(0))
+        vertex.fromCad = cad;
+    for (int d = 1; d <= dimension; ++d)
+        addBoundaries(d);
+    addNodes();
+    for (int d = 0; d <= dimension; ++d) {
+        addElements(d);
+        removeDuplicates(d);
+    }
+    warn(higherOrder_, QStringLiteral("%1 elements of higher order become linear"));
+    for (int d = 0; d <= dimension; ++d)
+        classifyNodes(d);
+    turnVolumes();
+    turnPlanarFaces();
+    dropUnusedNodes();
+    return std::move(mesh_);
+}
+
+void GmshExtraction::warn(long long count, const QString& text)
+{
+    if (count > 0)
+        progress_.warning(QStringLiteral("%1: %2").arg(input_, text.arg(count)));
+}
+
+void GmshExtraction::addEntities(int dimension)
+{
+    gmsh::vectorpair entities;
+    gmsh::model::getEntities(entities, dimension);
+    std::sort(entities.begin(), entities.end());
+    for (const auto& [d, tag] : entities) {
+        if (tag <= 0)
+            throw ToolError(ExitCode::Unsuitable,
+                            QStringLiteral("%1: entity %2 of dimension %3 has no positive number")
+                                .arg(input_)
+                                .arg(tag)
+                                .arg(d));
+        ImportedEntity entity;
+        entity.id = tag;
+        entity.gmshTag = tag;
+        entity.fromCad = !isDiscrete(d, tag);
+        std::string label;
+        gmsh::model::getEntityName(d, tag, label);
+        entity.label = QString::fromStdString(label).simplified();
+        addGroups(entity, d);
+        mesh_.entitiesOf(d).push_back(entity);
+    }
+}
+
+void GmshExtraction::addGroups(ImportedEntity& entity, int dimension) const
+{
+    std::vector<int> groups;
+    gmsh::model::getPhysicalGroupsForEntity(dimension, entity.gmshTag, groups);
+    for (int& group : groups)
+        group = std::abs(group); // the sign tells the sense of the entity in the group
+    std::sort(groups.begin(), groups.end());
+    groups.erase(std::unique(groups.begin(), groups.end()), groups.end());
+    for (const int group : groups) {
+        std::string name;
+        gmsh::model::getPhysicalName(dimension, group, name);
+        entity.inGroup = entity.inGroup || group > 0;
+        if (!name.empty())
+            entity.groups.append(QString::fromStdString(name));
+    }
+}
+
+void GmshExtraction::addBoundaries(int dimension)
+{
+    std::unordered_map<int, int> positions;
+    const auto& lower = mesh_.entitiesOf(dimension - 1);
+    for (std::size_t i = 0; i < lower.size(); ++i)
+        positions.emplace(lower[i].gmshTag, static_cast<int>(i));
+    const int count = static_cast<int>(mesh_.entitiesOf(dimension).size());
+    for (int i = 0; i < count; ++i) {
+        std::vector<int> upward;
+        std::vector<int> downward;
+        gmsh::model::getAdjacencies(dimension, mesh_.entity(dimension, i).gmshTag, upward,
+                                    downward);
+        for (const int tag : downward) {
+            const auto found = positions.find(std::abs(tag));
+            if (found != positions.end())
+                mesh_.link(dimension, i, dimension - 1, found->second);
+        }
+    }
+}
+
+void GmshExtraction::requireKnownKinds(int dimension) const
+{
+    QMap<QString, std::size_t> unknown;
+    gmsh::vectorpair entities;
+    gmsh::model::getEntities(entities);
+    for (const auto& [d, tag] : entities) {
+        std::vector<int> types;
+        std::vector<std::vector<std::size_t>> elements;
+        std::vector<std::vector<std::size_t>> nodes;
+        gmsh::model::mesh::getElements(types, elements, nodes, d, tag);
+        for (std::size_t i = 0; i < types.size() && d <= dimension; ++i) {
+            const Kind kind = kindOf(types[i]);
+            if (!isKnown(kind))
+                unknown[kind.name] += elements[i].size();
+        }
+    }
+    QStringList counts;
+    for (auto it = unknown.cbegin(); it != unknown.cend(); ++it)
+        counts.append(QStringLiteral("%1 of kind %2").arg(it.value()).arg(it.key()));
+    if (!counts.isEmpty())
+        throw ToolError(ExitCode::Unsuitable,
+                        QStringLiteral("%1: elements of kinds that cannot be imported: %2")
+                            .arg(input_, counts.join(QStringLiteral(", "))));
+}
+
+void GmshExtraction::addNodes()
+{
+    std::vector<std::size_t> tags;
+    std::vector<double> coordinates;
+    std::vector<double> parameters;
+    gmsh::model::mesh::getNodes(tags, coordinates, parameters);
+    if (tags.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
+        throw ToolError(ExitCode::Unsuitable, QStringLiteral("%1: too many nodes").arg(input_));
+    mesh_.nodes.resize(tags.size());
+    for (std::size_t i = 0; i < tags.size(); ++i) {
+        mesh_.nodes[i].gmshTag = tags[i];
+        mesh_.nodes[i].point =
+            Vector(coordinates[3 * i], coordinates[3 * i + 1], coordinates[3 * i + 2]);
+    }
+    std::sort(mesh_.nodes.begin(), mesh_.nodes.end(),
+              [](const ImportedNode& a, const ImportedNode& b) { return a.gmshTag < b.gmshTag; });
+    for (std::size_t i = 0; i < mesh_.nodes.size(); ++i)
+        nodePositions_.emplace(mesh_.nodes[i].gmshTag, static_cast<int>(i));
+    between_.assign(mesh_.nodes.size(), false);
+}
+
+void GmshExtraction::classifyNodes(int dimension)
+{
+    const int count = static_cast<int>(mesh_.entitiesOf(dimension).size());
+    for (int i = 0; i < count; ++i) {
+        std::vector<std::size_t> tags;
+        std::vector<double> coordinates;
+        std::vector<double> parameters;
+        gmsh::model::mesh::getNodes(tags, coordinates, parameters, dimension,
+                                    mesh_.entity(dimension, i).gmshTag);
+        for (const std::size_t tag : tags) {
+            ImportedNode& node = mesh_.nodes[static_cast<std::size_t>(nodePositions_.at(tag))];
+            node.dimension = dimension;
+            node.entity = i;
+        }
+    }
+}
+
+void GmshExtraction::addElements(int dimension)
+{
+    const int count = static_cast<int>(mesh_.entitiesOf(dimension).size());
+    for (int i = 0; i < count; ++i)
+        addElementsOf(dimension, i);
+}
+
+void GmshExtraction::addElementsOf(int dimension, int position)
+{
+    std::vector<int> types;
+    std::vector<std::vector<std::size_t>> elements;
+    std::vector<std::vector<std::size_t>> nodes;
+    gmsh::model::mesh::getElements(types, elements, nodes, dimension,
+                                   mesh_.entity(dimension, position).gmshTag);
+    for (std::size_t t = 0; t < types.size(); ++t) {
+        const Kind kind = kindOf(types[t]);
+        if (kind.order > 1)
+            higherOrder_ += static_cast<long long>(elements[t].size());
+        for (std::size_t e = 0; e < elements[t].size(); ++e) {
+            const auto* first = nodes[t].data() + e * static_cast<std::size_t>(kind.nodes);
+            ImportedElement element;
+            element.entity = position;
+            element.nodeCount = kind.corners;
+            for (int n = 0; n < kind.nodes; ++n) {
+                const int node = nodePositions_.at(first[n]);
+                if (n < kind.corners)
+                    element.nodes[static_cast<std::size_t>(n)] = node;
+                else
+                    between_[static_cast<std::size_t>(node)] = true;
+            }
+            mesh_.elementsOf(dimension).push_back(element);
+        }
+    }
+}
+
+void GmshExtraction::removeDuplicates(int dimension)
+{
+    auto& elements = mesh_.elementsOf(dimension);
+    std::vector<std::pair<std::array<int, 9>, std::size_t>> keys;
+    keys.reserve(elements.size());
+    for (std::size_t i = 0; i < elements.size(); ++i) {
+        std::array<int, 9> key{};
+        std::copy(elements[i].nodes.begin(), elements[i].nodes.end(), key.begin());
+        std::sort(key.begin(), key.begin() + elements[i].nodeCount);
+        key[8] = elements[i].entity;
+        keys.emplace_back(key, i);
+    }
+    std::sort(keys.begin(), keys.end());
+    std::vector<bool> repeated(elements.size(), false);
+    for (std::size_t i = 1; i < keys.size(); ++i)
+        repeated[keys[i].second] = keys[i].first == keys[i - 1].first;
+    std::size_t next = 0;
+    const auto kept = std::remove_if(elements.begin(), elements.end(),
+                                     [&](const ImportedElement&) { return repeated[next++]; });
+    const auto removed = elements.end() - kept;
+    elements.erase(kept, elements.end());
+    warn(removed, QStringLiteral("%1 elements of dimension ") + QString::number(dimension) +
+                      QStringLiteral(" are there twice and taken once"));
+}
+
+void GmshExtraction::turnVolumes()
+{
+    long long turned = 0;
+    long long flat = 0;
+    for (ImportedElement& element : mesh_.elementsOf(3)) {
+        const double volume = ElementShape::volume(mesh_, element);
+        flat += volume == 0.0 ? 1 : 0;
+        if (volume >= 0)
+            continue;
+        ElementShape::flip(element, 3);
+        ++turned;
+    }
+    warn(turned,
+         QStringLiteral("%1 elements with a negative volume are turned the right way round"));
+    warn(flat, QStringLiteral("%1 elements have no volume"));
+}
+
+void GmshExtraction::turnPlanarFaces()
+{
+    if (mesh_.elementDimension != 2)
+        return;
+    Geo::Box box;
+    for (const ImportedNode& node : mesh_.nodes)
+        box += node.point;
+    if (mesh_.nodes.empty() || box.extent().z() != 0.0)
+        return;
+    for (ImportedElement& face : mesh_.elementsOf(2)) {
+        if (turnInPlane(mesh_, face) < 0)
+            ElementShape::flip(face, 2);
+    }
+}
+
+void GmshExtraction::dropUnusedNodes()
+{
+    std::vector<int> renamed(mesh_.nodes.size(), -1);
+    for (int d = 1; d <= 3; ++d) {
+        for (const ImportedElement& element : mesh_.elementsOf(d)) {
+            for (std::size_t n = 0; n < static_cast<std::size_t>(element.nodeCount); ++n)
+                renamed[static_cast<std::size_t>(element.nodes[n])] = 0;
+        }
+    }
+    std::erase_if(mesh_.elementsOf(0), [&renamed](const ImportedElement& point) {
+        return renamed[static_cast<std::size_t>(point.nodes[0])] < 0;
+    });
+    long long unused = 0;
+    std::vector<ImportedNode> kept;
+    for (std::size_t i = 0; i < mesh_.nodes.size(); ++i) {
+        if (renamed[i] == 0) {
+            renamed[i] = static_cast<int>(kept.size());
+            kept.push_back(mesh_.nodes[i]);
+        } else {
+            unused += between_[i] ? 0 : 1;
+        }
+    }
+    for (auto& elements : mesh_.elements) {
+        for (ImportedElement& element : elements) {
+            for (std::size_t n = 0; n < static_cast<std::size_t>(element.nodeCount); ++n)
+                element.nodes[n] = renamed[static_cast<std::size_t>(element.nodes[n])];
+        }
+    }
+    mesh_.nodes = std::move(kept);
+    warn(unused, QStringLiteral("%1 nodes that belong to no element are left out"));
+}
+
+} // namespace Ovra::GeoTool

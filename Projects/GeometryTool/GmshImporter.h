@@ -1,0 +1,33 @@
+#pragma once
+
+#include "GmshReader.h"
+
+#include <QString>
+
+namespace Ovra::Geo
+{
+class Database;
+}
+
+namespace Ovra::GeoTool
+{
+
+class AttributesFile;
+class Progress;
+
+/// \brief Imports a file that Gmsh opens: from the file to a database with model, mesh and
+/// attributes.
+class GmshImporter
+{
+public:
+    GmshImporter(const ImportOptions& options, Progress& progress);
+
+    /// \brief Fills \p database, which must be empty; \p attributes may be null. Throws ToolError.
+    void import(Geo::Database& database, const AttributesFile* attributes);
+
+private:
+    ImportOptions options_;
+    Progress& progress_;
+};
+
+} // namespace Ovra::GeoTool

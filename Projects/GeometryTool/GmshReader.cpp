@@ -1,0 +1,164 @@
+#include "GmshReader.h"
+
+#include "AbaqusReader.h"
+#include "GmshSession.h"
+#include "InputFileCheck.h"
+#include "Progress.h"
+#include "SurfaceFilling.h"
+#include "ToolError.h"
+
+#include <QFile>
+#include <QHash>
+
+#include <gmsh.h>
+
+namespace Ovra::GeoTool
+{
+
+namespace
+{
+
+bool hasElements(int dimension)
+{
+    std::vector<int> types;
+    gmsh::model::mesh::getElementTypes(types, dimension);
+    return !types.empty();
+}
+
+bool isCadModel()
+{
+    gmsh::vectorpair entities;
+    gmsh::model::getEntities(entities);
+    for (const auto& [dimension, tag] : entities) {
+        std::string type;
+        gmsh::model::getType(dimension, tag, type);
+        if (dimension > 0 && type.rfind("Discrete", 0) != 0)
+            return true;
+    }
+    return false;
+}
+
+bool isSurfaceFormat(const QString& path)
+{
+    return InputFileCheck::suffix(path) == QLatin1String("stl");
+}
+
+} // namespace
+
+GmshReader::GmshReader(GmshSession& session, Progress& progress)
+    : session_(session)
+    , progress_(progress)
+{
+}
+
+int GmshReader::read(const ImportOptions& options)
+{
+    InputFileCheck::check(options.input);
+    requireReader(options.input);
+    open(options.input);
+    fillIfSurface(options);
+    const int dimension = targetDimension(options);
+    if (!hasElements(dimension))
+        generate(options, dimension);
+    return dimension;
+}
+
+void GmshReader::requireReader(const QString& path) const
+{
+    static const QHash<QString, QString> Features{{QStringLiteral("cgns"), QStringLiteral("Cgns")},
+                                                  {QStringLiteral("med"), QStringLiteral("Med")},
+                                                  {QStringLiteral("mmed"), QStringLiteral("Med")},
+                                                  {QStringLiteral("rmed"), QStringLiteral("Med")}};
+    const QString feature = Features.value(InputFileCheck::suffix(path));
+    if (!feature.isEmpty() && !GmshSession::hasFeature(feature))
+        throw ToolError(ExitCode::Unsuitable,
+                        QStringLiteral("%1: the installed Gmsh was built without support for %2 "
+                                       "files; convert the file to .msh first")
+                            .arg(path, feature.toUpper()));
+}
+
+void GmshReader::open(const QString& path)
+{
+    progress_.phase(QStringLiteral("reading %1").arg(path));
+    session_.run(path, [&path] {
+        // Loose faces of a neutral format are sewn up, so that they bound solids.
+        const QString suffix = InputFileCheck::suffix(path);
+        const bool loose = suffix == QLatin1String("iges") || suffix == QLatin1String("igs");
+        gmsh::option::setNumber("Geometry.OCCSewFaces", loose ? 1 : 0);
+        gmsh::option::setNumber("Geometry.OCCMakeSolids", loose ? 1 : 0);
+        if (suffix == QLatin1String("inp"))
+            AbaqusReader(path).read();
+        else
+            gmsh::open(QFile::encodeName(path).toStdString());
+    });
+    for (const QString& warning : session_.takeWarnings())
+        progress_.warning(QStringLiteral("%1: Gmsh: %2").arg(path, warning));
+    if (gmsh::model::getDimension() < 1)
+        throw ToolError(ExitCode::InputDamaged,
+                        QStringLiteral("%1: Gmsh finds neither geometry nor mesh in it").arg(path));
+}
+
+int GmshReader::targetDimension(const ImportOptions& options) const
+{
+    const int present = gmsh::model::getDimension();
+    const int wanted = options.dimension == 0 ? qMax(2, present) : options.dimension;
+    if (present >= wanted)
+        return wanted;
+    throw ToolError(ExitCode::Unsuitable,
+                    wanted == 3
+                        ? QStringLiteral("%1: holds no volumes; import it with --dimension 2")
+                              .arg(options.input)
+                        : QStringLiteral("%1: holds curves only, no surfaces").arg(options.input));
+}
+
+void GmshReader::generate(const ImportOptions& options, int dimension)
+{
+    if (!isCadModel() && !isSurfaceFormat(options.input))
+        throw ToolError(ExitCode::Unsuitable,
+                        QStringLiteral("%1: holds no elements of dimension %2 and no geometry to "
+                                       "mesh")
+                            .arg(options.input)
+                            .arg(dimension));
+    if (options.meshSize > 0) {
+        gmsh::option::setNumber("Mesh.MeshSizeMax", options.meshSize);
+        gmsh::option::setNumber("Mesh.MeshSizeMin", 0);
+    }
+    static const QString Names[] = {QString(), QStringLiteral("curves"), QStringLiteral("surfaces"),
+                                    QStringLiteral("volumes")};
+    for (int d = 1; d <= dimension; ++d) {
+        progress_.phase(QStringLiteral("meshing the %1").arg(Names[d]));
+        session_.run(
+            QStringLiteral("%1: meshing the %2 fails").arg(options.input, Names[d]),
+            [d] { gmsh::model::mesh::generate(d); }, false);
+    }
+    if (!hasElements(dimension))
+        throw ToolError(ExitCode::Unsuitable,
+                        QStringLiteral("%1: Gmsh makes no elements of dimension %2 of it")
+                            .arg(options.input)
+                            .arg(dimension));
+    session_.takeWarnings(); // about quality on the way, of which the result tells more
+}
+
+void GmshReader::fillIfSurface(const ImportOptions& options)
+{
+    const bool surfaceOnly = gmsh::model::getDimension() == 2 && !isCadModel();
+    const bool wanted =
+        options.dimension == 3 || (options.dimension == 0 && isSurfaceFormat(options.input));
+    if (!surfaceOnly || !wanted)
+        return;
+    progress_.phase(QStringLiteral("looking for closed bodies"));
+    SurfaceFilling filling;
+    session_.run(options.input, [&filling] { filling.collect(); });
+    if (!filling.openness().isEmpty()) {
+        const QString text = QStringLiteral("%1: its surface encloses no volume: %2")
+                                 .arg(options.input, filling.openness());
+        if (options.dimension == 3)
+            throw ToolError(ExitCode::Unsuitable, text);
+        progress_.warning(text + QStringLiteral("; only the surface is imported"));
+        return;
+    }
+    session_.run(options.input, [&filling] { filling.addVolumes(); });
+    generate(options, 3);
+}
+
+} // namespace Ovra::GeoTool

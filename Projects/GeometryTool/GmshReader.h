@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QString>
+
+namespace Ovra::GeoTool
+{
+
+class GmshSession;
+class Progress;
+
+/// \brief What the user asks of an import.
+struct ImportOptions
+{
+    QString input;
+    double meshSize = 0; ///< largest length of an element's edge; 0 leaves it to the input
+    int dimension = 0;   ///< 3 or 2; 0 takes what the input holds
+};
+
+/// \brief Loads a file into Gmsh and sees to it that there is a mesh.
+class GmshReader
+{
+public:
+    GmshReader(GmshSession& session, Progress& progress);
+
+    /// \brief Loads and, where there is no mesh, meshes; the dimension of the elements, 2 or 3.
+    ///
+    /// Afterwards Gmsh's current model holds the geometry and the mesh, of whatever order. Of a
+    /// triangulated surface (STL) the inside of each closed body is filled. Throws ToolError.
+    int read(const ImportOptions& options);
+
+private:
+    void requireReader(const QString& path) const;
+    void open(const QString& path);
+    int targetDimension(const ImportOptions& options) const;
+    void generate(const ImportOptions& options, int dimension);
+    void fillIfSurface(const ImportOptions& options);
+
+    GmshSession& session_;
+    Progress& progress_;
+};
+
+} // namespace Ovra::GeoTool

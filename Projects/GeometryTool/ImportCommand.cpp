@@ -1,0 +1,96 @@
+#include "ImportCommand.h"
+
+#include "AttributesFile.h"
+#include "CaseFiles.h"
+#include "Database.h"
+#include "GmshImporter.h"
+#include "IsolatedRun.h"
+#include "Progress.h"
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace Ovra::GeoTool
+{
+
+namespace
+{
+
+struct Arguments
+{
+    std::string input;
+    std::string output;
+    std::string attributes;
+    double meshSize = 0;
+    int dimension = 0;
+};
+
+ImportOptions optionsOf(const Arguments& arguments)
+{
+    ImportOptions options;
+    options.input = QString::fromStdString(arguments.input);
+    options.meshSize = arguments.meshSize;
+    options.dimension = arguments.dimension;
+    return options;
+}
+
+void import(const Arguments& arguments, Progress& progress)
+{
+    std::optional<AttributesFile> attributes;
+    if (!arguments.attributes.empty()) {
+        attributes.emplace(QString::fromStdString(arguments.attributes));
+        attributes->read();
+    }
+    Geo::Database database;
+    GmshImporter(optionsOf(arguments), progress)
+        .import(database, attributes ? &*attributes : nullptr);
+    CaseFiles(QString::fromStdString(arguments.output)).save(database, progress);
+    progress.finish();
+}
+
+} // namespace
+
+void addImportCommand(CLI::App& app, Progress& progress)
+{
+    const auto arguments = std::make_shared<Arguments>();
+    CLI::App* command = app.add_subcommand(
+        "import", "Make a case from a geometry or mesh file, meshing it where it has no mesh");
+    command
+        ->add_option("INPUT", arguments->input,
+                     "Gmsh .geo or .msh, STEP, IGES, BREP, UNV, Nastran .bdf, STL, legacy VTK, "
+                     "Medit .mesh, Abaqus .inp, or what else the installed Gmsh opens")
+        ->required();
+    command
+        ->add_option("-o,--output", arguments->output,
+                     "Case to write: NAME.geo_model and NAME.geo_mesh")
+        ->required()
+        ->type_name("NAME");
+    command
+        ->add_option("--attributes", arguments->attributes,
+                     "JSON file that gives attributes to physical groups and entities")
+        ->type_name("FILE.json");
+    command
+        ->add_option("--mesh-size", arguments->meshSize,
+                     "Largest element edge when meshing, in the unit of the input")
+        ->check(CLI::PositiveNumber)
+        ->type_name("H");
+    command
+        ->add_option("--dimension", arguments->dimension,
+                     "Import volumes (3) or surfaces only (2); default: what the input has")
+        ->check(CLI::IsMember({2, 3}));
+    command->footer("Example:\n  ovrageo import enclosure.geo -o enclosure --attributes "
+                    "enclosure.json --mesh-size 0.01");
+    command->callback([arguments, &progress] {
+        const QString input = QString::fromStdString(arguments->input);
+        progress.phase(QStringLiteral("importing %1").arg(input));
+        IsolatedRun::run(
+            QStringLiteral("%1: Gmsh broke down over it; the file is damaged or too much for it")
+                .arg(input),
+            [&] { import(*arguments, progress); });
+        progress.finish();
+    });
+}
+
+} // namespace Ovra::GeoTool

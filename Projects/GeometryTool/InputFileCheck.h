@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QString>
+
+namespace Ovra::GeoTool
+{
+
+/// \brief Finds out, before Gmsh reads a file, what Gmsh would pass over without a word.
+///
+/// Several of Gmsh's readers take what they can get of a file that was cut off, or make an empty
+/// model of one that is missing or of another kind. What shows that a file is whole is told by its
+/// suffix:
+///
+/// | Suffix | Whole when |
+/// |---|---|
+/// | msh | every section "$Name" is closed by "$EndName" |
+/// | step, stp | the last line is "END-ISO-10303-21;" |
+/// | iges, igs | the last line is of section T |
+/// | unv | the delimiters "    -1" come in pairs |
+/// | bdf, nas | there is a line "ENDDATA" |
+/// | stl | text: "endsolid" at the end; binary: the size that the count of triangles calls for |
+/// | mesh | there is the keyword "End" |
+/// | vtk, inp | the last line is ended |
+class InputFileCheck
+{
+public:
+    /// \brief Throws ToolError: InputMissing for a file that is missing or unreadable, InputDamaged
+    /// for one that is empty, cut off, or of a kind that Gmsh is known to misread.
+    static void check(const QString& path);
+
+    /// \brief The suffix of \p path in lower case, "msh" for instance.
+    static QString suffix(const QString& path);
+};
+
+} // namespace Ovra::GeoTool
