@@ -14,6 +14,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <vector>
 
@@ -164,13 +165,14 @@ inline QString findStaleUpwardList(Database* database, int edgeDimension = 1)
                 expected[vertex][static_cast<size_t>(d)].append(entity);
         }
     }
-    const auto sortedById = [](QList<MeshEntity*> list) {
+    // Not the lists' own operator==, which hands null pointers of empty lists to memcmp.
+    const auto isSame = [](QList<MeshEntity*> list, const QList<MeshEntity*>& wanted) {
         std::sort(list.begin(), list.end(), MeshEntity::lessThan);
-        return list;
+        return std::equal(list.cbegin(), list.cend(), wanted.cbegin(), wanted.cend());
     };
     for (const MeshEntity* vertex : sorted(database->mesh()->iterator(0))) {
         for (int d = 1; d < 4; ++d) {
-            if (sortedById(neighbours(vertex, d)) != expected[vertex][static_cast<size_t>(d)])
+            if (!isSame(neighbours(vertex, d), expected[vertex][static_cast<size_t>(d)]))
                 return text(vertex) + QStringLiteral(" has a wrong list %1").arg(d);
         }
     }
@@ -182,7 +184,7 @@ inline QString findStaleUpwardList(Database* database, int edgeDimension = 1)
                 const auto& list = expected[vertex][static_cast<size_t>(d + 1)];
                 common.removeIf([&](MeshEntity* entity) { return !list.contains(entity); });
             }
-            if (sortedById(neighbours(side, d + 1)) != common)
+            if (!isSame(neighbours(side, d + 1), common))
                 return text(side) + QStringLiteral(" has a wrong list %1").arg(d + 1);
         }
     }
