@@ -1,0 +1,298 @@
+#include "MeshSerializer2013.h"
+#include "MeshSerializer2014.h"
+#include "MeshSerializer2014a.h"
+#include "MeshStreamCase.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Ovra::Geo;
+using namespace StreamTesting;
+
+namespace
+{
+
+// An empty mesh in format 2013 behind the given header.
+QByteArray emptyMesh(const char* header)
+{
+    return hex(header) + QByteArray(4 + 4 * 4, '\0');
+}
+
+QByteArray tetrahedron(MeshSerializer::Format format)
+{
+    TestMesh mesh;
+    fillTetrahedron(mesh);
+    return written(mesh, format);
+}
+
+void addFormatRows()
+{
+    QTest::addColumn<MeshSerializer::Format>("format");
+    QTest::newRow("2013") << MeshSerializer::Format2013;
+    QTest::newRow("2014") << MeshSerializer::Format2014;
+    QTest::newRow("2014a") << MeshSerializer::Format2014a;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Ovra::Geo::MeshSerializer::Format)
+
+class TestMeshRead : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void createsTheSerializerOfAFormat()
+    {
+        TestMesh mesh;
+        const auto create = [&](int format) {
+            return std::unique_ptr<MeshSerializer>(MeshSerializer::create(
+                static_cast<MeshSerializer::Format>(format), &mesh.model(), &mesh.mesh()));
+        };
+        QVERIFY(dynamic_cast<MeshSerializer2013*>(create(1).get()) != nullptr);
+        QVERIFY(dynamic_cast<MeshSerializer2014*>(create(2).get()) != nullptr);
+        QVERIFY(dynamic_cast<MeshSerializer2014a*>(create(3).get()) != nullptr);
+        QVERIFY(create(0) == nullptr);
+        QVERIFY(create(4) == nullptr);
+        QVERIFY(create(12) == nullptr);
+        QVERIFY(create(-1) == nullptr);
+    }
+
+    void recognisesTheHeader_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<Version>("version");
+        QTest::newRow("format 1") << emptyMesh("00000001 0000000E 00000001 00000002")
+                                  << Version(14, 1, 2);
+        QTest::newRow("format 2") << emptyMesh("00000002 0000000E 00000001 00000002")
+                                  << Version(14, 1, 2);
+        QTest::newRow("format 3") << hex("00000003 0000000E 00000001 00000002 00000000 FFFF") +
+                                         hex("00000000 FFFFFFFF").repeated(4)
+                                  << Version(14, 1, 2);
+        QTest::newRow("old, 12") << emptyMesh("0000000C 00000003 00000004") << Version(12, 3, 4);
+        QTest::newRow("old, lowest")
+            << emptyMesh("0000000A 00000003 00000004") << Version(10, 3, 4);
+        QTest::newRow("old, highest")
+            << emptyMesh("0000000E 00000003 00000004") << Version(14, 3, 4);
+    }
+
+    void recognisesTheHeader()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(Version, version);
+        TestMesh mesh;
+        QDataStream stream(bytes);
+        mesh.mesh().read(stream);
+        QCOMPARE(stream.status(), QDataStream::Ok);
+        QCOMPARE(stream.version(), 12);
+        QVERIFY(stream.atEnd());
+        QCOMPARE(mesh.mesh().version(), version);
+        QVERIFY(mesh.mesh().isEmpty());
+    }
+
+    void refusesOtherFormats_data()
+    {
+        QTest::addColumn<QByteArray>("format");
+        QTest::newRow("0") << hex("00000000");
+        QTest::newRow("4") << hex("00000004");
+        QTest::newRow("9") << hex("00000009");
+        QTest::newRow("15") << hex("0000000F");
+        QTest::newRow("negative") << hex("FFFFFFFF");
+    }
+
+    void refusesOtherFormats()
+    {
+        QFETCH(QByteArray, format);
+        TestMesh mesh;
+        fillTriangle(mesh);
+        const QByteArray before = written(mesh, MeshSerializer::Format2013);
+        QCOMPARE(readInto(mesh, format + tetrahedron(MeshSerializer::Format2013).mid(4)),
+                 QDataStream::ReadCorruptData);
+        QCOMPARE(mesh.mesh().version(), Version(14, 1, 2));
+        QCOMPARE(written(mesh, MeshSerializer::Format2013).toHex(), before.toHex());
+        QCOMPARE(mesh.mesh().entity(0, 1)->adjacencyCount(1), 1);
+    }
+
+    void goesThereAndBack_data() { addFormatRows(); }
+
+    void goesThereAndBack()
+    {
+        QFETCH(MeshSerializer::Format, format);
+        TestMesh mesh;
+        addModel(mesh);
+        QCOMPARE(readInto(mesh, tetrahedron(format)), QDataStream::Ok);
+        QCOMPARE(written(mesh, MeshSerializer::Format2013).toHex(),
+                 tetrahedron(MeshSerializer::Format2013).toHex());
+        QCOMPARE(neighbourIds(mesh.mesh().entity(2, 5), 3), QList<int>{3});
+        QCOMPARE(mesh.model().entity(3, 14)->childCount(), 1);
+    }
+
+    void readsFromASequentialDevice_data() { addFormatRows(); }
+
+    void readsFromASequentialDevice()
+    {
+        QFETCH(MeshSerializer::Format, format);
+        TestMesh mesh;
+        addModel(mesh);
+        SequentialDevice device(tetrahedron(format));
+        QDataStream stream(&device);
+        mesh.mesh().read(stream);
+        QCOMPARE(stream.status(), QDataStream::Ok);
+        QCOMPARE(written(mesh, format).size(), tetrahedron(format).size());
+    }
+
+    void honoursByteOrderAndPrecision()
+    {
+        TestMesh mesh;
+        fillTetrahedron(mesh);
+        QByteArray bytes;
+        QDataStream out(&bytes, QIODevice::WriteOnly);
+        out.setByteOrder(QDataStream::LittleEndian);
+        out.setFloatingPointPrecision(QDataStream::SinglePrecision);
+        mesh.mesh().write(out);
+        QVERIFY(bytes.startsWith(hex("03000000 0E000000")));
+        QCOMPARE(out.byteOrder(), QDataStream::LittleEndian);
+        QCOMPARE(out.floatingPointPrecision(), QDataStream::SinglePrecision);
+
+        TestMesh copy;
+        addModel(copy);
+        QDataStream in(bytes);
+        in.setByteOrder(QDataStream::LittleEndian);
+        in.setFloatingPointPrecision(QDataStream::SinglePrecision);
+        copy.mesh().read(in);
+        QCOMPARE(in.status(), QDataStream::Ok);
+        QCOMPARE(in.byteOrder(), QDataStream::LittleEndian);
+        QCOMPARE(in.floatingPointPrecision(), QDataStream::SinglePrecision);
+        QCOMPARE(written(copy, MeshSerializer::Format2013).toHex(),
+                 tetrahedron(MeshSerializer::Format2013).toHex());
+    }
+
+    void leavesTheVersionOfTheStreamToWhoCallsASerializer()
+    {
+        TestMesh mesh;
+        fillTriangle(mesh);
+        const QByteArray bytes = binary(
+            [&](QDataStream& stream) {
+                MeshSerializer2013(&mesh.model(), &mesh.mesh()).write(stream);
+                QCOMPARE(stream.version(), int(QDataStream::Qt_6_0));
+            },
+            QDataStream::Qt_6_0);
+        QCOMPARE(bytes.toHex(), written(mesh, MeshSerializer::Format2013).toHex());
+    }
+
+    void printsTheOldestFormat()
+    {
+        TestMesh mesh;
+        fillTetrahedron(mesh);
+        QCOMPARE(text([&](QTextStream& stream) { mesh.mesh().write(stream); }),
+                 printed(mesh, MeshSerializer::Format2013));
+    }
+
+    void readsAFile()
+    {
+        QTemporaryDir directory;
+        QFile file(directory.filePath("tetrahedron"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(tetrahedron(MeshSerializer::Format2014a));
+        file.close();
+        TestMesh mesh;
+        addModel(mesh);
+        mesh.mesh().read(file.fileName().toStdWString().c_str());
+        QCOMPARE(mesh.mesh().count(0), 4);
+        QCOMPARE(mesh.mesh().count(3), 1);
+    }
+
+    void passesOverAFileThatDoesNotOpen()
+    {
+        Messages messages;
+        TestMesh mesh;
+        fillTriangle(mesh);
+        mesh.mesh().read(L"/no/such/directory/mesh");
+        QCOMPARE(mesh.mesh().count(0), 3);
+        QCOMPARE(mesh.mesh().version(), Version(14, 1, 2));
+        QVERIFY2(Messages::isEmpty(), qPrintable(Messages::join()));
+    }
+
+    void addsToWhatIsThere_data() { addFormatRows(); }
+
+    void addsToWhatIsThere()
+    {
+        QFETCH(MeshSerializer::Format, format);
+        TestMesh mesh;
+        addModel(mesh);
+        auto* vertex = mesh.addVertex({5, 5, 5}, 100, mesh.model().entity(0, 11));
+        mesh.mesh().attributes().insert(AttributeType::MaterialId, 1);
+        QCOMPARE(readInto(mesh, tetrahedron(format)), QDataStream::Ok);
+        QCOMPARE(mesh.mesh().count(0), 5);
+        QCOMPARE(mesh.mesh().entity(0, 100), vertex);
+        QCOMPARE(mesh.model().entity(0, 11)->childCount(), 2);
+        QVERIFY(!mesh.mesh().attributes().contains(AttributeType::MaterialId));
+    }
+
+    // Mesh::add() tells no one of the entity that it drops, so that the test deletes it.
+    void replacesAnEntityOfTheSameId()
+    {
+        TestMesh mesh;
+        addModel(mesh);
+        const std::unique_ptr<MeshEntity> dropped(mesh.addVertex({5, 5, 5}, 7));
+        QCOMPARE(readInto(mesh, tetrahedron(MeshSerializer::Format2014a)), QDataStream::Ok);
+        QCOMPARE(mesh.mesh().count(0), 4);
+        QVERIFY(mesh.mesh().entity(0, 7) != dropped.get());
+    }
+
+    void readsIdsInAnyOrder()
+    {
+        QByteArray bytes = hex("00000001 00000000 00000000 00000000 00000000 00000006");
+        for (char id : QByteArray("\x09\x03\x0A\x04\x01\x0B")) {
+            bytes += QByteArray(3, '\0') + id + hex("FFFFFFFF") + QByteArray(32, '\0');
+        }
+        TestMesh mesh;
+        QCOMPARE(readInto(mesh, bytes + QByteArray(12, '\0')), QDataStream::Ok);
+        QCOMPARE(mesh.mesh().count(0), 6);
+    }
+
+    void refusesAnIdThatOccurredBefore_data()
+    {
+        QTest::addColumn<QByteArray>("ids");
+        QTest::addColumn<int>("count");
+        QTest::newRow("at once") << hex("01 01 02 03 04 05") << 1;
+        QTest::newRow("in a run") << hex("01 02 03 04 02 06") << 4;
+        QTest::newRow("start of a run") << hex("05 06 07 05 02 01") << 3;
+        QTest::newRow("out of order") << hex("09 03 0A 03 01 02") << 3;
+        QTest::newRow("in an earlier run") << hex("01 02 05 06 09 02") << 5;
+        QTest::newRow("last of all") << hex("01 02 05 06 09 09") << 5;
+    }
+
+    void refusesAnIdThatOccurredBefore()
+    {
+        QFETCH(QByteArray, ids);
+        QFETCH(int, count);
+        QByteArray bytes = hex("00000001 00000000 00000000 00000000 00000000 00000006");
+        for (char id : ids) {
+            bytes += QByteArray(3, '\0') + id + hex("FFFFFFFF") + QByteArray(32, '\0');
+        }
+        TestMesh mesh;
+        QCOMPARE(readInto(mesh, bytes + QByteArray(12, '\0')), QDataStream::ReadCorruptData);
+        QCOMPARE(mesh.mesh().count(0), count);
+    }
+
+    void readsNothingFromAFailedStream()
+    {
+        TestMesh mesh;
+        fillTriangle(mesh);
+        QDataStream stream(tetrahedron(MeshSerializer::Format2014a));
+        stream.setVersion(QDataStream::Qt_5_0);
+        stream.setStatus(QDataStream::ReadPastEnd);
+        mesh.mesh().setVersion(Version(1, 2, 3));
+        mesh.mesh().read(stream);
+        QCOMPARE(stream.status(), QDataStream::ReadPastEnd);
+        QCOMPARE(stream.device()->pos(), 0);
+        QCOMPARE(stream.version(), int(QDataStream::Qt_5_0));
+        QCOMPARE(mesh.mesh().version(), Version(1, 2, 3));
+        QCOMPARE(mesh.mesh().entity(0, 1)->adjacencyCount(1), 1);
+    }
+};
+
+QTEST_APPLESS_MAIN(TestMeshRead)
+#include "tst_MeshRead.moc"
