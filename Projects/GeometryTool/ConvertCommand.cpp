@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace Ovra::GeoTool
 {
@@ -19,26 +20,31 @@ struct Options
 {
     std::string name;
     std::string output;
-    MeshSerializer::Format meshFormat = CaseFiles::LatestMeshFormat;
+    std::string meshFormat = "2014a";
     bool dropParents = false;
 };
+
+const std::map<std::string, MeshSerializer::Format>& formats()
+{
+    static const std::map<std::string, MeshSerializer::Format> table = {
+        {"2013", MeshSerializer::Format2013},
+        {"2014", MeshSerializer::Format2014},
+        {"2014a", MeshSerializer::Format2014a}};
+    return table;
+}
 
 void run(const Options& options, Progress& progress)
 {
     CaseDatabase database;
     CaseFiles(QString::fromStdString(options.name)).load(database, progress);
     CaseFiles(QString::fromStdString(options.output))
-        .save(database, progress, options.meshFormat, options.dropParents);
+        .save(database, progress, formats().at(options.meshFormat), options.dropParents);
 }
 
 } // namespace
 
 void addConvertCommand(CLI::App& app, Progress& progress)
 {
-    static const std::map<std::string, MeshSerializer::Format> formats = {
-        {"2013", MeshSerializer::Format2013},
-        {"2014", MeshSerializer::Format2014},
-        {"2014a", MeshSerializer::Format2014a}};
     CLI::App* const command =
         app.add_subcommand("convert", "Write a case anew, in another mesh format");
     const auto options = std::make_shared<Options>();
@@ -50,7 +56,7 @@ void addConvertCommand(CLI::App& app, Progress& progress)
         ->add_option("--mesh-format", options->meshFormat,
                      "Mesh format to write; 2014a if not given")
         ->type_name("2013|2014|2014a")
-        ->transform(CLI::Transformer(formats).description(""));
+        ->check(CLI::IsMember(std::vector<std::string>{"2013", "2014", "2014a"}).description(""));
     command->add_flag(
         "--drop-parents", options->dropParents,
         "Let mesh entities that stand on a model entity of another dimension lose their "

@@ -10,8 +10,8 @@
 #include <CLI/CLI.hpp>
 #include <cmath>
 #include <memory>
+#include <optional>
 #include <string>
-#include <vector>
 
 namespace Ovra::GeoTool
 {
@@ -24,7 +24,7 @@ struct Options
     std::string name;
     std::string output;
     double scale = 1.0;
-    std::vector<std::string> sections;
+    std::optional<std::string> sections;
     bool labelled = false;
 };
 
@@ -33,11 +33,8 @@ SolverInput configured(const Options& options)
     SolverInput input;
     if (!std::isfinite(options.scale) || options.scale <= 0.0)
         throw ToolError(ExitCode::Usage, QStringLiteral("--scale must be a number above 0"));
-    QStringList names;
-    for (const std::string& name : options.sections)
-        names += QString::fromStdString(name);
-    if (!names.isEmpty())
-        input.setSections(names);
+    if (options.sections)
+        input.setSections(QString::fromStdString(*options.sections).split(QLatin1Char(',')));
     input.setScale(options.scale);
     input.setLabelled(options.labelled);
     return input;
@@ -67,9 +64,7 @@ void addOptions(CLI::App& command, Options& options)
     command
         .add_option("--sections", options.sections,
                     "Only these, separated by commas, in the order of the file: " + names)
-        ->type_name("LIST")
-        ->delimiter(',')
-        ->expected(1);
+        ->type_name("LIST");
     command.add_flag("--labelled", options.labelled,
                      "Write periodic, extrusion, moving and rotating in their labelled form");
 }

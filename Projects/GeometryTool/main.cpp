@@ -36,8 +36,8 @@ void setUp(CLI::App& app, Progress& progress)
 {
     app.name("ovrageo");
     app.set_version_flag("--version", "ovrageo " OVRAGEO_VERSION);
-    app.require_subcommand(1);
-    app.fallthrough(); // so that --quiet may stand behind the subcommand
+    app.require_subcommand(0, 1); // parse() asks for one, so that a wrong word is told by name
+    app.fallthrough();            // so that --quiet may stand behind the subcommand
     app.add_flag_callback(
         "-q,--quiet", [&progress] { progress.setQuiet(true); },
         "Print no progress and no warnings");
@@ -58,6 +58,9 @@ int parse(CLI::App& app, Progress& progress, int argc, char** argv)
         return fail(progress, ExitCode::Usage,
                     QString::fromUtf8(error.what()) + QStringLiteral("; see ovrageo --help"));
     }
+    if (app.get_subcommands().empty())
+        return fail(progress, ExitCode::Usage,
+                    QStringLiteral("a subcommand is missing; see ovrageo --help"));
     return static_cast<int>(ExitCode::Success);
 }
 

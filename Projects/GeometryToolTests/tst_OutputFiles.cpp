@@ -1,0 +1,128 @@
+#include "OutputFiles.h"
+#include "ToolError.h"
+#include "ToolRun.h"
+
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Ovra::GeoTool;
+
+class TestOutputFiles : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        directory_ = std::make_unique<QTemporaryDir>();
+        QVERIFY(directory_->isValid());
+    }
+
+    void nothingAppearsBeforeTheCommit()
+    {
+        OutputFiles files;
+        files.add(path("a")).write("new a");
+        files.add(path("b")).write("new b");
+        QVERIFY(!QFile::exists(path("a")) && !QFile::exists(path("b")));
+        files.commit();
+        QCOMPARE(filesIn(directory_->path()), QStringList({"a", "b"}));
+        QCOMPARE(contentOf(path("a")), QByteArray("new a"));
+        QCOMPARE(contentOf(path("b")), QByteArray("new b"));
+    }
+
+    void withoutCommitNothingIsLeft()
+    {
+        QVERIFY(writeContent(path("a"), "old a"));
+        {
+            OutputFiles files;
+            files.add(path("a")).write("new a");
+            files.add(path("b")).write("new b");
+        }
+        QCOMPARE(filesIn(directory_->path()), QStringList({"a"}));
+        QCOMPARE(contentOf(path("a")), QByteArray("old a"));
+    }
+
+    void aFailedSecondRenameTakesTheFirstBack_data()
+    {
+        QTest::addColumn<bool>("oldFile");
+        QTest::newRow("old file") << true;
+        QTest::newRow("no old file") << false;
+    }
+
+    void aFailedSecondRenameTakesTheFirstBack()
+    {
+        QFETCH(bool, oldFile);
+        if (oldFile)
+            QVERIFY(writeContent(path("a"), "old a"));
+        {
+            OutputFiles files;
+            files.add(path("a")).write("new a");
+            files.add(path("b")).write("new b");
+            QVERIFY(QDir(directory_->path()).mkdir("b")); // no file can be renamed to that
+            QVERIFY_EXCEPTION_THROWN(files.commit(), ToolError);
+        }
+        QCOMPARE(filesIn(directory_->path()), oldFile ? QStringList({"a"}) : QStringList());
+        QCOMPARE(contentOf(path("a")), oldFile ? QByteArray("old a") : QByteArray());
+    }
+
+    void keepsPermissionsAndLinks()
+    {
+        const QFile::Permissions permissions =
+            QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser;
+        QVERIFY(writeContent(path("real"), "old"));
+        QVERIFY(QFile::setPermissions(path("real"), permissions));
+        QVERIFY(QFile::link(path("real"), path("link")));
+        OutputFiles files;
+        files.add(path("link")).write("new");
+        files.commit();
+        QVERIFY(QFileInfo(path("link")).isSymLink());
+        QCOMPARE(contentOf(path("real")), QByteArray("new"));
+        QCOMPARE(QFile::permissions(path("real")), permissions);
+    }
+
+    void refusesWhatItCannotWrite_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("directory") << "directory"
+                                   << "it is a directory";
+        QTest::newRow("no directory") << "missing/a"
+                                      << "there is no directory %1/missing";
+        QTest::newRow("below a file") << "file/a"
+                                      << "there is no directory %1/file";
+    }
+
+    void refusesWhatItCannotWrite()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, reason);
+        QVERIFY(QDir(directory_->path()).mkdir("directory"));
+        QVERIFY(writeContent(path("file"), "old"));
+        if (reason.contains('%'))
+            reason = reason.arg(directory_->path());
+        OutputFiles files;
+        try {
+            files.add(path(name));
+            QFAIL("no error");
+        } catch (const ToolError& error) {
+            QCOMPARE(error.exitCode(), ExitCode::OutputFailed);
+            QCOMPARE(error.text(), QStringLiteral("cannot write %1: %2").arg(path(name), reason));
+        }
+    }
+
+    void aFullDeviceIsFoundAtTheCommit()
+    {
+        OutputFiles files;
+        files.add("/dev/full").write("text");
+        QVERIFY_EXCEPTION_THROWN(files.commit(), ToolError);
+    }
+
+private:
+    QString path(const QString& name) const { return directory_->filePath(name); }
+
+    std::unique_ptr<QTemporaryDir> directory_;
+};
+
+QTEST_GUILESS_MAIN(TestOutputFiles)
+#include "tst_OutputFiles.moc"

@@ -1,0 +1,348 @@
+#include "TinyCase.h"
+#include "ToolRun.h"
+
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace
+{
+
+/// The commands that read a case; "@" stands for the output of those that have one.
+const QList<QStringList> readingCommands = {{"info"},
+                                            {"info", "--json"},
+                                            {"convert", "-o", "@"},
+                                            {"text", "-o", "@"},
+                                            {"solver-input", "-o", "@"}};
+
+} // namespace
+
+class TestToolErrors : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        directory_ = std::make_unique<QTemporaryDir>();
+        QVERIFY(directory_->isValid());
+        TinyCase tiny;
+        QVERIFY(tiny.save(path("tiny")));
+        model_ = contentOf(path("tiny.geo_model"));
+        mesh_ = contentOf(path("tiny.geo_mesh"));
+    }
+
+    void tellsOfWrongCommandLines_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("word");
+        QTest::newRow("nothing") << QStringList() << "subcommand";
+        QTest::newRow("unknown subcommand") << QStringList{"inform"} << "inform";
+        QTest::newRow("unknown option") << QStringList{"--fast"} << "--fast";
+        QTest::newRow("unknown option of info") << QStringList{"info", "x", "--xml"} << "--xml";
+        QTest::newRow("no name") << QStringList{"info"} << "NAME";
+        QTest::newRow("two names") << QStringList{"info", "x", "y"} << "y";
+        QTest::newRow("no output") << QStringList{"convert", "x"} << "--output";
+        QTest::newRow("no value") << QStringList{"convert", "x", "-o"} << "--output";
+        QTest::newRow("unknown format")
+            << QStringList{"convert", "x", "-o", "y", "--mesh-format", "2015"} << "2015";
+        QTest::newRow("format by number")
+            << QStringList{"convert", "x", "-o", "y", "--mesh-format", "1"} << "--mesh-format";
+        QTest::newRow("no sections")
+            << QStringList{"solver-input", "x", "-o", "y", "--sections", ""} << "section";
+        QTest::newRow("scale is no number")
+            << QStringList{"solver-input", "x", "-o", "y", "--scale", "mm"} << "--scale";
+    }
+
+    void tellsOfWrongCommandLines()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, word);
+        const ToolRun run = runTool(arguments);
+        QCOMPARE(run.exitCode, 2);
+        QVERIFY2(isOneErrorLine(run.errors), run.errors.constData());
+        QVERIFY2(run.errors.contains(word.toUtf8()), run.errors.constData());
+        QCOMPARE(run.output, QByteArray());
+    }
+
+    void helpHasAnExampleForEachSubcommand_data()
+    {
+        QTest::addColumn<QString>("command");
+        for (const char* command : {"info", "convert", "text", "solver-input", "import"})
+            QTest::newRow(command) << command;
+    }
+
+    void helpHasAnExampleForEachSubcommand()
+    {
+        QFETCH(QString, command);
+        const ToolRun run = runTool({command, "--help"});
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY(run.output.contains("Example"));
+        QVERIFY(run.output.contains(("  ovrageo " + command + ' ').toUtf8()));
+        QCOMPARE(run.errors, QByteArray());
+    }
+
+    void tellsTheVersion()
+    {
+        const ToolRun run = runTool({"--version"});
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY(QRegularExpression("^ovrageo \\d+\\.\\d+\\.\\d+\n$").match(run.output).hasMatch());
+    }
+
+    void tellsOfMissingFiles_data()
+    {
+        QTest::addColumn<QString>("missing");
+        QTest::newRow("model") << "tiny.geo_model";
+        QTest::newRow("mesh") << "tiny.geo_mesh";
+    }
+
+    void tellsOfMissingFiles()
+    {
+        QFETCH(QString, missing);
+        QVERIFY(QFile::remove(path(missing)));
+        expectFailureOfAll(3, "cannot read " + path(missing) + ": no such file");
+    }
+
+    void tellsOfDirectoriesInPlaceOfFiles()
+    {
+        QVERIFY(QFile::remove(path("tiny.geo_mesh")));
+        QVERIFY(QDir(directory_->path()).mkdir("tiny.geo_mesh"));
+        expectFailureOfAll(3, "cannot read " + path("tiny.geo_mesh") + ": it is no regular file");
+    }
+
+    void tellsWhereAFileIsTruncated()
+    {
+        for (qsizetype size = 0; size < model_.size(); size += 23)
+            expectTruncation("tiny.geo_model", model_, size);
+        QVERIFY(writeContent(path("tiny.geo_model"), model_));
+        for (qsizetype size = 0; size < mesh_.size(); size += 131)
+            expectTruncation("tiny.geo_mesh", mesh_, size);
+        expectTruncation("tiny.geo_model", model_, model_.size() - 1);
+        QVERIFY(writeContent(path("tiny.geo_model"), model_));
+        expectTruncation("tiny.geo_mesh", mesh_, mesh_.size() - 1);
+    }
+
+    void tellsWhatWasReadBeforeTheTruncation()
+    {
+        // The region section ends with -1 and 0 region attributes; without its last byte all
+        // entities have been read.
+        QVERIFY(writeContent(path("tiny.geo_mesh"), mesh_.chopped(1)));
+        const ToolRun run = runTool({"info", path("tiny")});
+        QCOMPARE(run.errors, QStringLiteral("ovrageo: error: %1 is truncated: it ends at byte %2, "
+                                            "after 4 mesh vertices, 1 mesh faces, 1 mesh regions\n")
+                                 .arg(path("tiny.geo_mesh"))
+                                 .arg(mesh_.size() - 1)
+                                 .toUtf8());
+    }
+
+    void tellsOfFilesOfAnotherKind_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("number");
+        QTest::newRow("text") << QByteArray("solid teapot, facet normal") << "1936682089";
+        QTest::newRow("zeros") << QByteArray(64, '\0') << "0";
+        QTest::newRow("format of the future")
+            << QByteArray("\0\0\0\4", 4) + QByteArray(64, '\0') << "4";
+        QTest::newRow("version 15") << QByteArray("\0\0\0\17", 4) + QByteArray(64, '\0') << "15";
+        QTest::newRow("negative") << QByteArray(64, '\xff') << "-1";
+    }
+
+    void tellsOfFilesOfAnotherKind()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, number);
+        QVERIFY(writeContent(path("tiny.geo_mesh"), content));
+        expectFailureOfAll(
+            4, path("tiny.geo_mesh") + " is no mesh file: at byte 0 stands " + number +
+                   ", where a format number from 1 to 3 or a version from 10 to 14 is expected");
+        QVERIFY(writeContent(path("tiny.geo_model"), content));
+        expectFailureOfAll(
+            4, path("tiny.geo_model") + " is no model file: at byte 0 stands " + number +
+                   ", where a format number from 1 to 1 or a version from 10 to 14 is expected");
+    }
+
+    void survivesOverwrittenBytes()
+    {
+        for (qsizetype i = 16; i < mesh_.size(); i += 97) {
+            QByteArray damaged = mesh_;
+            damaged[i] = static_cast<char>(~damaged[i]);
+            QVERIFY(writeContent(path("tiny.geo_mesh"), damaged));
+            const ToolRun run = runTool({"info", path("tiny"), "--quiet"});
+            QVERIFY2(run.exitCode == 0 || run.exitCode == 4,
+                     QByteArray::number(qlonglong(i)).constData());
+            QVERIFY2(run.exitCode == 0 ? run.errors.isEmpty() : isOneErrorLine(run.errors),
+                     run.errors.constData());
+            QCOMPARE(run.output.isEmpty(), run.exitCode != 0);
+        }
+    }
+
+    void tellsOfModelAndMeshThatDoNotBelongTogether()
+    {
+        TinyCase tiny;
+        tiny.bottom->setParent(nullptr);
+        tiny.region->removeAdjacency(tiny.face);
+        tiny.model()->remove(tiny.face);
+        QVERIFY(tiny.save(path("other")));
+        QVERIFY(runTool({"convert", path("tiny"), "-o", path("tiny"), "--mesh-format", "2013"})
+                    .exitCode == 0);
+        QVERIFY(writeContent(path("tiny.geo_model"), contentOf(path("other.geo_model"))));
+        const ToolRun run = runTool({"info", path("tiny")});
+        QCOMPARE(run.exitCode, 4);
+        QVERIFY2(isOneErrorLine(run.errors), run.errors.constData());
+        QVERIFY2(run.errors.contains("tiny.geo_mesh is damaged at or just before byte"),
+                 run.errors.constData());
+        QVERIFY2(run.errors.contains("after 4 mesh vertices"), run.errors.constData());
+    }
+
+    void trailingBytesAreAWarning()
+    {
+        QVERIFY(writeContent(path("tiny.geo_model"), model_ + "xyz"));
+        const ToolRun run = runTool({"info", path("tiny")});
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(run.errors,
+                 QStringLiteral("ovrageo: warning: %1 goes on for 3 bytes behind the end "
+                                "of the model, at byte %2\n")
+                     .arg(path("tiny.geo_model"))
+                     .arg(model_.size())
+                     .toUtf8());
+        QVERIFY(run.output.startsWith("Case"));
+        QCOMPARE(runTool({"info", path("tiny"), "--quiet"}).errors, QByteArray());
+        QCOMPARE(runTool({"--quiet", "info", path("tiny")}).errors, QByteArray());
+    }
+
+    void tellsOfOutputsThatCannotBe_data()
+    {
+        QTest::addColumn<QStringList>("command");
+        QTest::addColumn<QString>("output");
+        const QList<QStringList> commands = {
+            {"convert", "-o"}, {"text", "-o"}, {"solver-input", "-o"}};
+        for (const QStringList& command : commands) {
+            QTest::addRow("%s below a file", qPrintable(command[0]))
+                << command << "tiny.geo_model/out";
+            if (command[0] != "text")
+                QTest::addRow("%s in no directory", qPrintable(command[0]))
+                    << command << "missing/out";
+            QTest::addRow("%s in a closed directory", qPrintable(command[0]))
+                << command << "closed/out";
+        }
+        QTest::newRow("file is a directory") << QStringList{"solver-input", "-o"} << "closed";
+    }
+
+    void tellsOfOutputsThatCannotBe()
+    {
+        QFETCH(QStringList, command);
+        QFETCH(QString, output);
+        QVERIFY(QDir(directory_->path()).mkdir("closed"));
+        QVERIFY(QFile::setPermissions(path("closed"), QFile::ReadOwner | QFile::ExeOwner));
+        if (output == "closed/out" && geteuid() == 0)
+            QSKIP("no directory is closed to the superuser");
+        const QStringList before = filesIn(directory_->path());
+        const ToolRun run = runTool(command + QStringList{path(output), path("tiny")});
+        QCOMPARE(run.exitCode, 5);
+        QVERIFY2(isOneErrorLine(run.errors), run.errors.constData());
+        QVERIFY2(run.errors.contains(path(output).toUtf8()), run.errors.constData());
+        QCOMPARE(filesIn(directory_->path()), before);
+    }
+
+    void aFullDiskLeavesOldFilesAsTheyWere_data()
+    {
+        QTest::addColumn<QStringList>("command");
+        QTest::addColumn<QStringList>("files");
+        QTest::newRow("convert") << QStringList{"convert", "-o", "out"}
+                                 << QStringList{"out.geo_model", "out.geo_mesh"};
+        QTest::newRow("text") << QStringList{"text", "-o", "dumps"}
+                              << QStringList{"dumps/big.geo_model.txt", "dumps/big.geo_mesh.txt"};
+        QTest::newRow("solver-input")
+            << QStringList{"solver-input", "-o", "out.txt"} << QStringList{"out.txt"};
+    }
+
+    void aFullDiskLeavesOldFilesAsTheyWere()
+    {
+        QFETCH(QStringList, command);
+        QFETCH(QStringList, files);
+        TinyCase big;
+        for (int i = 0; i < 5000; ++i)
+            big.addVertex(Ovra::Geo::Vector(i, 0.123456789, 0));
+        QVERIFY(big.save(path("big")));
+        QVERIFY(QDir(directory_->path()).mkdir("dumps"));
+        for (const QString& file : files)
+            QVERIFY(writeContent(path(file), "old"));
+        const QStringList before = filesIn(directory_->path()) + filesIn(path("dumps"));
+        const ToolRun run =
+            runTool({command[0], path("big"), command[1], path(command[2])}, {}, [] {
+                const rlimit limit = {20000, 20000};
+                setrlimit(RLIMIT_FSIZE, &limit);
+            });
+        QCOMPARE(run.exitCode, 5);
+        QVERIFY2(isOneErrorLine(run.errors), run.errors.constData());
+        QVERIFY2(run.errors.contains("File too large"), run.errors.constData());
+        for (const QString& file : files)
+            QCOMPARE(contentOf(path(file)), QByteArray("old"));
+        QCOMPARE(filesIn(directory_->path()) + filesIn(path("dumps")), before);
+    }
+
+    void aFullDeviceIsAnError()
+    {
+        const ToolRun run = runTool({"solver-input", path("tiny"), "-o", "/dev/full"});
+        QCOMPARE(run.exitCode, 5);
+        QCOMPARE(run.errors, QByteArray("ovrageo: error: cannot write /dev/full: No space left on "
+                                        "device\n"));
+    }
+
+    void fullStandardOutputIsAnError()
+    {
+        QProcess process;
+        process.setStandardOutputFile("/dev/full");
+        process.start(OVRAGEO_PATH, {"info", path("tiny")});
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitCode(), 5);
+        QCOMPARE(process.readAllStandardError(),
+                 QByteArray("ovrageo: error: cannot write standard output: No space left on "
+                            "device\n"));
+    }
+
+private:
+    QString path(const QString& name) const { return directory_->filePath(name); }
+
+    /// Every command that reads fails alike, with that one line, and leaves no file and old files
+    /// alone.
+    void expectFailureOfAll(int exitCode, const QString& text)
+    {
+        for (const QStringList& command : readingCommands) {
+            QVERIFY(writeContent(path("out"), "old"));
+            const QStringList before = filesIn(directory_->path());
+            QStringList arguments = command;
+            arguments.replaceInStrings("@", path("out"));
+            const ToolRun run = runTool(arguments << path("tiny"));
+            QCOMPARE(run.errors, ("ovrageo: error: " + text + '\n').toUtf8());
+            QCOMPARE(run.exitCode, exitCode);
+            QCOMPARE(run.output, QByteArray());
+            QCOMPARE(contentOf(path("out")), QByteArray("old"));
+            QCOMPARE(filesIn(directory_->path()), before);
+        }
+    }
+
+    void expectTruncation(const QString& file, const QByteArray& content, qsizetype size)
+    {
+        QVERIFY(writeContent(path(file), content.left(size)));
+        const ToolRun run = runTool({"info", path("tiny")});
+        QCOMPARE(run.exitCode, 4);
+        QVERIFY2(isOneErrorLine(run.errors), run.errors.constData());
+        const QString start =
+            QStringLiteral("ovrageo: error: %1 is truncated: it ends at byte %2, ")
+                .arg(path(file))
+                .arg(size);
+        QVERIFY2(run.errors.startsWith(start.toUtf8()), run.errors.constData());
+        QCOMPARE(run.output, QByteArray());
+    }
+
+    std::unique_ptr<QTemporaryDir> directory_;
+    QByteArray model_;
+    QByteArray mesh_;
+};
+
+QTEST_GUILESS_MAIN(TestToolErrors)
+#include "tst_ToolErrors.moc"

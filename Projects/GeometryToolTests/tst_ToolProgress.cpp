@@ -1,0 +1,116 @@
+#include "TinyCase.h"
+#include "ToolRun.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <array>
+#include <cstdlib>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace
+{
+
+/// A terminal without a screen: what is printed on it can be read back.
+class Terminal
+{
+public:
+    Terminal()
+        : master_(posix_openpt(O_RDWR | O_NOCTTY))
+    {
+        grantpt(master_);
+        unlockpt(master_);
+        name_ = QString::fromLocal8Bit(ptsname(master_));
+        slave_ = open(ptsname(master_), O_RDWR | O_NOCTTY); // keeps the text when the tool is gone
+    }
+
+    ~Terminal()
+    {
+        close(slave_);
+        close(master_);
+    }
+
+    Terminal(const Terminal&) = delete;
+    Terminal& operator=(const Terminal&) = delete;
+
+    QString name() const { return name_; }
+
+    QByteArray text() const
+    {
+        fcntl(master_, F_SETFL, O_NONBLOCK);
+        std::array<char, 65536> buffer;
+        const ssize_t size = read(master_, buffer.data(), buffer.size());
+        return size > 0 ? QByteArray(buffer.data(), size) : QByteArray();
+    }
+
+private:
+    int master_;
+    int slave_ = -1;
+    QString name_;
+};
+
+} // namespace
+
+class TestToolProgress : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(directory_.isValid());
+        TinyCase tiny;
+        QVERIFY(tiny.save(path("tiny")));
+    }
+
+    void showsPhasesOnATerminalAndErasesThem()
+    {
+        const QByteArray text = printed({"solver-input", path("tiny"), "-o", path("out")});
+        QVERIFY(text.contains("\r\033[Kreading tiny.geo_model"));
+        QVERIFY(text.contains("\r\033[Kreading tiny.geo_mesh"));
+        QVERIFY(text.contains("\r\033[Kwriting section 1 of 9, nodes"));
+        QVERIFY(text.contains("\r\033[Kwriting section 9 of 9, rotating"));
+        QVERIFY(text.endsWith("\r\033[K"));
+        QVERIFY(!text.contains('\n'));
+    }
+
+    void isSilentWhenTold()
+    {
+        QCOMPARE(printed({"solver-input", path("tiny"), "-o", path("out"), "--quiet"}),
+                 QByteArray());
+    }
+
+    void isSilentWhenPiped()
+    {
+        const ToolRun run = runTool({"solver-input", path("tiny"), "-o", path("out")});
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(run.errors, QByteArray());
+        QCOMPARE(run.output, QByteArray());
+    }
+
+    void theErrorLineStandsAlone()
+    {
+        const QByteArray text = printed({"info", path("none")});
+        QVERIFY2(text.endsWith("ovrageo: error: cannot read " + path("none.geo_model").toUtf8() +
+                               ": no such file\r\n"),
+                 text.constData());
+    }
+
+private:
+    QString path(const QString& name) const { return directory_.filePath(name); }
+
+    static QByteArray printed(const QStringList& arguments)
+    {
+        const Terminal terminal;
+        QProcess process;
+        process.setStandardErrorFile(terminal.name());
+        process.start(OVRAGEO_PATH, arguments);
+        return process.waitForFinished() ? terminal.text() : QByteArray("did not end");
+    }
+
+    QTemporaryDir directory_;
+};
+
+QTEST_GUILESS_MAIN(TestToolProgress)
+#include "tst_ToolProgress.moc"
