@@ -142,7 +142,9 @@ void MeshSerializer2014a::writeMeshEntityAttributes(int dimension, QDataStream& 
     auto entities = mesh()->iterator(dimension);
     while (entities.hasNext()) {
         entities.next();
-        writeAttributes(entities.value(), stream);
+        if (!entities.value()->attributes().isEmpty()) {
+            writeAttributes(entities.value(), stream);
+        }
     }
     stream << static_cast<qint32>(EndOfSection);
 }

@@ -9,9 +9,6 @@
 #include <QIODevice>
 #include <QString>
 
-#include <type_traits>
-#include <utility>
-
 namespace Ovra::Geo
 {
 
@@ -139,13 +136,18 @@ void VariantReader::readPair(QVariantPair& pair)
 template <typename Item>
 void VariantReader::readList(QList<Item>& items)
 {
-    readBoundedList(stream_, items, [this](QDataStream& stream, Item& item) {
-        if constexpr (std::is_same_v<Item, QVariant>) {
-            read(item);
-        } else {
-            stream >> item;
-        }
-    });
+    readBoundedList(stream_, items, [this](QDataStream&, Item& item) { readItem(item); });
+}
+
+void VariantReader::readItem(QVariant& item)
+{
+    read(item);
+}
+
+template <typename Item>
+void VariantReader::readItem(Item& item)
+{
+    stream_ >> item;
 }
 
 template <typename Map>

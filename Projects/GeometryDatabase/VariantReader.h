@@ -53,6 +53,9 @@ private:
     void readPair(QVariantPair& pair);
     template <typename Item>
     void readList(QList<Item>& items);
+    void readItem(QVariant& item);
+    template <typename Item>
+    void readItem(Item& item);
     template <typename Map>
     void readMap(Map& map);
     void readPlain(QMetaType type, void* content);
