@@ -215,6 +215,23 @@ private slots:
         QVERIFY(!grid.face(2, 3)->attributes().contains(AttributeType::StatorFace));
     }
 
+    void aFaceOfAnUnmeshedFluidStaysOnTheRotor()
+    {
+        // The fluid above the device has a mesh, the one beside it has none.
+        GridSpec spec;
+        spec.cells = {2, 1, 2};
+        spec.regionOf = [](int x, int, int z) { return z == 0 ? 2 + x : 1 - x; };
+        spec.materials = {{1, "fluid"}, {2, "rotating_device"}, {3, "fluid"}};
+        spec.unmeshed = {3};
+        GridMesh grid(spec);
+        const QSet<MeshEntity*> before = MeshChecks::verticesOn(grid.face(2, 3));
+        QVERIFY(before.contains(grid.vertexAt(1, 0, 1)));
+        Solver(grid.database()).addPeripheralFaces();
+        QVERIFY(statorOf(grid, grid.face(1, 2)));
+        QVERIFY(!statorOf(grid, grid.face(2, 3)));
+        QCOMPARE(MeshChecks::verticesOn(grid.face(2, 3)), before);
+    }
+
     void aFluidTouchingAtOneVertexTakesTheCopy()
     {
         GridSpec spec;
