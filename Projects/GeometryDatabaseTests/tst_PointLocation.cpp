@@ -342,6 +342,8 @@ private slots:
         QTest::newRow("square to the second end") << Vector(4, 0, 2) << 2.0;
         QTest::newRow("square to the first end") << Vector(0, 0, -2) << 2.0;
         QTest::newRow("on an end") << Vector(4, 0, 0) << 0.0;
+        QTest::newRow("just beyond the second end") << Vector(4.125, 0, 0) << 0.125;
+        QTest::newRow("just before the first end") << Vector(-0.125, 0, 0) << 0.125;
     }
 
     void distanceToASegment()
