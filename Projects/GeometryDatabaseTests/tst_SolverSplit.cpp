@@ -410,7 +410,7 @@ private slots:
     void aDeviceWithAMeshIsStillBoundToItsLists()
     {
         GridMesh grid(row({"fluid", "led_device"}));
-        grid.region(2)->attributes().insert(AttributeType::HotFaces, QVariantList({999}));
+        grid.region(2)->attributes().insert(AttributeType::HotFaces, QVariantList{QVariant(999)});
         Solver(grid.database()).splitFluidSolidFaces();
         QVERIFY(!grid.face(1, 2)->attributes().contains(AttributeType::SolidFace));
     }
@@ -418,7 +418,7 @@ private slots:
     void theListsOfOtherRegionsDontCount()
     {
         GridMesh grid(row({"fluid", "solid"}));
-        grid.region(2)->attributes().insert(AttributeType::HotFaces, QVariantList({999}));
+        grid.region(2)->attributes().insert(AttributeType::HotFaces, QVariantList{QVariant(999)});
         Solver(grid.database()).splitFluidSolidFaces();
         QVERIFY(grid.face(1, 2)->attributes().contains(AttributeType::SolidFace));
     }
