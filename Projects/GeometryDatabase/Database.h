@@ -9,8 +9,7 @@ class Mesh;
 class Model;
 
 /// \brief Owner of one Model and of the one Mesh that is bound to it; what a host creates first,
-/// and
-///        what Solver and GbiWriter work on.
+///        and what Solver and GbiWriter work on.
 ///
 /// One thread at a time, for all that hangs from it.
 class OVRA_GEO_EXPORT Database

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "HashIterator.h"
 #include "IdGenerator.h"
 
 #include <QHash>
@@ -19,8 +20,7 @@ template <typename Entity>
 using TableEntry = std::pair<int, Entity*>;
 
 /// \brief Stores \p entity under its id, in place of an entity of that id; one without id gets the
-/// next
-///        of \p ids, which otherwise follow the id upwards.
+///        next of \p ids, which otherwise follow the id upwards.
 template <typename Entity>
 void addToTable(Entity* entity, QHash<int, Entity*>& table, IdGenerator& ids)
 {
@@ -32,29 +32,44 @@ void addToTable(Entity* entity, QHash<int, Entity*>& table, IdGenerator& ids)
     table.insert(entity->id(), entity);
 }
 
-/// \brief The entries of \p table by ascending id.
+/// \brief The ids and entities of a walk by ascending id.
 ///
-/// Entities are usually allocated in the order of their ids, so that this walk goes through memory
-/// in order, where one in hash order misses the cache at every step; and what it does comes out
-/// alike under every hash seed.
+/// Entities are usually allocated in the order of their ids, so that this order goes through memory
+/// in step, where hash order misses the cache at every entity; and what is done in it comes out
+/// alike under every hash seed. O(n) while at least a quarter of the ids in the range is in use,
+/// O(n log n) otherwise.
+/// \param walk stands at its beginning
+/// \param count number of entities of the walk
 template <typename Entity>
-QList<TableEntry<Entity>> entriesInIdOrder(const QHash<int, Entity*>& table)
+QList<TableEntry<Entity>> entriesInIdOrder(HashIterator<int, Entity*> walk, qsizetype count)
 {
-    QList<TableEntry<Entity>> entries;
-    entries.reserve(table.size());
-    for (auto i = table.cbegin(); i != table.cend(); ++i) {
-        entries.append({i.key(), i.value()});
+    using Entry = TableEntry<Entity>;
+    QList<Entry> entries;
+    entries.reserve(count);
+    while (walk.hasNext()) {
+        walk.next();
+        entries.append({walk.key(), walk.value()});
     }
-    std::sort(entries.begin(), entries.end(),
-              [](const auto& a, const auto& b) { return a.first < b.first; });
-    return entries;
+    const auto byId = [](const Entry& a, const Entry& b) { return a.first < b.first; };
+    const auto [lowest, highest] = std::minmax_element(entries.cbegin(), entries.cend(), byId);
+    if (entries.isEmpty() || qint64{highest->first} - lowest->first >= 4 * qint64{count}) {
+        std::sort(entries.begin(), entries.end(), byId);
+        return entries;
+    }
+    const int first = lowest->first;
+    QList<Entry> places(highest->first - first + 1);
+    for (const Entry& entry : std::as_const(entries)) {
+        places[entry.first - first] = entry;
+    }
+    places.removeIf([](const Entry& entry) { return entry.second == nullptr; });
+    return places;
 }
 
 /// \brief Deletes the entities of \p table, leaves it as it was made and starts \p ids again.
 template <typename Entity>
 void clearTable(QHash<int, Entity*>& table, IdGenerator& ids)
 {
-    for (const auto& entry : entriesInIdOrder(table)) {
+    for (const auto& entry : entriesInIdOrder(HashIterator<int, Entity*>(table), table.size())) {
         delete entry.second;
     }
     table = {};

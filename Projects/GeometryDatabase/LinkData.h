@@ -10,7 +10,7 @@ namespace Ovra::Geo
 {
 
 /// \brief The interpolation stencil of one mesh vertex: up to four other vertices and their
-/// weights.
+///        weights.
 ///
 /// Four is the most that an element face has; nothing checks it. A plain value: owns nothing.
 /// Comparisons look at nodeId_ alone.

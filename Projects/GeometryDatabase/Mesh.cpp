@@ -89,13 +89,13 @@ OrderedHashIterator<int, MeshEntity*> Mesh::orderedIterator(int dimension) const
 
 void Mesh::setUpwardAdjacencies()
 {
-    for (size_t d = 1; d <= 3; ++d) {
-        for (const auto& entry : entriesInIdOrder(entities_[d])) {
+    for (int d = 1; d <= 3; ++d) {
+        for (const auto& entry : entriesInIdOrder(iterator(d), count(d))) {
             addToVertices(entry.second);
         }
     }
-    for (size_t d = 1; d <= 2; ++d) {
-        for (const auto& entry : entriesInIdOrder(entities_[d])) {
+    for (int d = 1; d <= 2; ++d) {
+        for (const auto& entry : entriesInIdOrder(iterator(d), count(d))) {
             entry.second->setUpwardAdjacencies();
         }
     }
@@ -103,8 +103,8 @@ void Mesh::setUpwardAdjacencies()
 
 void Mesh::clearUpwardAdjacencies()
 {
-    for (size_t d = 0; d <= 2; ++d) {
-        for (const auto& entry : entriesInIdOrder(entities_[d])) {
+    for (int d = 0; d <= 2; ++d) {
+        for (const auto& entry : entriesInIdOrder(iterator(d), count(d))) {
             entry.second->clearUpwardAdjacencies();
         }
     }
@@ -116,7 +116,7 @@ void Mesh::renumber(int dimension)
     if (count(dimension) == idGenerators_[d].maxId()) {
         return;
     }
-    const auto entries = entriesInIdOrder(entities_[d]);
+    const auto entries = entriesInIdOrder(iterator(dimension), count(dimension));
     QHash<int, MeshEntity*> renumbered;
     renumbered.reserve(entries.size());
     QMap<int, int> idMap;
@@ -139,7 +139,7 @@ void Mesh::replaceVertexAttributes(const QMap<int, int>& idMap)
     if (idMap.isEmpty()) {
         return;
     }
-    for (const auto& entry : entriesInIdOrder(entities_[0])) {
+    for (const auto& entry : entriesInIdOrder(iterator(0), count(0))) {
         if (entry.second->attributes().isEmpty()) {
             continue;
         }

@@ -63,8 +63,7 @@ public:
     void remove(MeshEntity* entity);
 
     /// \brief Deletes the entities of \p dimension, taking them off their parents; its ids start
-    /// from 1
-    ///        again.
+    ///        from 1 again.
     ///
     /// Entities of the other dimensions keep their pointers to those deleted.
     void clear(int dimension);
@@ -101,41 +100,40 @@ public:
     ///        regions: a vertex lists what uses it, an edge its faces, a face its regions.
     ///
     /// Does not clear first, so that a second call enters everything twice. The order within the
-    /// lists means nothing. O(n) for meshes with vertices of bounded valence. \pre the vertex lists
-    /// are complete
+    /// lists means nothing. O(n) for meshes with vertices of bounded valence.
+    /// \pre the vertex lists are complete
     void setUpwardAdjacencies();
 
     /// \brief Empties the upward lists of all vertices, edges and faces; the vertex lists stay.
     void clearUpwardAdjacencies();
 
     /// \brief Reads a mesh of any binary format, adding to what is there, classifies it on the
-    /// model's
-    ///        entities and sets the upward lists. The stream is left at QDataStream version 12.
+    ///        model's entities and sets the upward lists. The stream is left at QDataStream version
+    ///        12.
     /// \pre the model is read
     void read(QDataStream& stream);
 
     /// \brief Reads the file \p fileName, NUL-terminated; a file that does not open changes
-    /// nothing.
+    ///        nothing.
     void read(const wchar_t* fileName);
 
     /// \brief Writes the text form of the oldest format, which is for people: it cannot be read
-    /// back.
+    ///        back.
     void write(QTextStream& stream);
 
     /// \brief Writes the newest binary format and leaves the stream at QDataStream version 12.
     void write(QDataStream& stream);
 
     /// \brief Closes the gaps in the ids of \p dimension: the entities get 1 to count(), in the
-    /// order of
-    ///        their ids, and the next new one count() + 1.
+    ///        order of their ids, and the next new one count() + 1.
     ///
     /// Does nothing if count() equals the highest id handed out. Otherwise O(n log n) in the number
     /// of entities, whatever their ids. With vertices, the attributes ShellVertex, RotorVertex,
     /// StatorVertex, OriginalMotionVertex and NewMotionVertex of all vertices follow the new ids; a
     /// value that names no present vertex stays. Ids kept anywhere else are void: in other
     /// attributes, and as keys of the child tables of ModelEntity, whose walks go on working.
-    /// Ordered iterators of the dimension do not survive the call. \pre all ids of the dimension
-    /// are positive
+    /// Ordered iterators of the dimension do not survive the call.
+    /// \pre all ids of the dimension are positive
     void renumber(int dimension);
 
 private:

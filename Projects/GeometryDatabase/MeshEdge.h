@@ -23,8 +23,7 @@ public:
     Vector centroid() const override;
 
     /// \brief The direction turned clockwise by 90 degrees in the xy plane, of unit length; zero
-    /// for an
-    ///        edge along z.
+    ///        for an edge along z.
     Vector normal() const override;
 
     /// \brief The length.

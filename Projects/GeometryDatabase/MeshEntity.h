@@ -24,13 +24,12 @@ class ModelEntity;
 /// its node order (see Utility), and the only stored downward relation. The other lists are derived
 /// from the vertex lists by Mesh::setUpwardAdjacencies(), and their order means nothing:
 ///
-/// | class      | list 0                         | list 1         | list 2            | list 3 |
-/// |------------|--------------------------------|----------------|-------------------|-------------------|
-/// | MeshVertex | empty                          | edges that use | faces that use    | regions
-/// that use  | | MeshEdge   | its 2 vertices                 | empty          | faces with both   |
-/// empty             | | MeshFace   | its 3 or 4 vertices            | empty          | empty |
-/// regions with all  | | MeshRegion | its 4, 5, 6 or 8 vertices      | empty          | empty |
-/// empty             |
+/// | class      | list 0           | list 1         | list 2          | list 3           |
+/// |------------|------------------|----------------|-----------------|------------------|
+/// | MeshVertex | empty            | edges that use | faces that use  | regions that use |
+/// | MeshEdge   | 2 vertices       | empty          | faces with both | empty            |
+/// | MeshFace   | 3 or 4 vertices  | empty          | empty           | regions with all |
+/// | MeshRegion | 4, 5, 6 or 8     | empty          | empty           | empty            |
 ///
 /// The Mesh owns its entities; the parent and the list entries are not owned. A copy shares parent
 /// and neighbours, which know nothing of it, and its destructor detaches it from the parent by its
@@ -58,11 +57,11 @@ public:
     static QSet<MeshEntity*> getDownwardAdjacencies(MeshEntity* entity, int dimension);
 
     /// \brief The entities of \p dimension that use all vertices of \p entity, read from the lists
-    /// of
-    ///        those vertices. Levels can be skipped: an edge has regions in this sense.
+    ///        of those vertices. Levels can be skipped: an edge has regions in this sense.
     ///
     /// The test is by vertices only: two opposite corners of a quadrilateral count as adjacent to
-    /// it. \param entity an edge, face or region; a vertex gives the empty set
+    /// it.
+    /// \param entity an edge, face or region; a vertex gives the empty set
     static QSet<MeshEntity*> getUpwardAdjacencies(MeshEntity* entity, int dimension);
 
     /// \brief The entities of \p dimension that stand in the lists of all of \p entities.
@@ -93,8 +92,7 @@ public:
     virtual double boundaryArea() const = 0;
 
     /// \brief Appends to the entity's upward lists what uses all its vertices; does not clear
-    /// first,
-    ///        so that a second call enters everything twice.
+    ///        first, so that a second call enters everything twice.
     /// \pre the vertices' own lists are complete
     virtual void setUpwardAdjacencies();
 
@@ -109,8 +107,7 @@ public:
     int id() const { return id_; }
 
     /// \brief Changes the id; neither a Mesh nor a ModelEntity that holds the entity under its old
-    /// id
-    ///        is told.
+    ///        id is told.
     void setId(int id) { id_ = id; }
 
     /// \brief The model entity on which the entity is classified, or null; not owned.
@@ -152,8 +149,7 @@ public:
     void removeAdjacency(MeshEntity* entity);
 
     /// \brief Puts \p newEntity in the place of the first occurrence of \p oldEntity, so that the
-    /// node
-    ///        order stays intact.
+    ///        node order stays intact.
     /// \param newEntity goes into the list of \p oldEntity's dimension, whatever its own
     /// \return false, with nothing changed, if \p oldEntity is no neighbour
     bool replaceAdjacency(MeshEntity* oldEntity, MeshEntity* newEntity);
@@ -190,8 +186,7 @@ protected:
     void removeFromSides(int sideDimension);
 
     /// \brief Tells the parent, if any, that the entity goes; for destructors of derived classes,
-    /// in
-    ///        which dimension() still answers.
+    ///        in which dimension() still answers.
     void detachFromParent();
 
 private:

@@ -21,8 +21,7 @@ public:
     bool operator==(const MeshEntityPair& other) const;
 
     /// \brief Compares the smallest entities alone: different pairs with the same smallest entity
-    /// are
-    ///        equivalent.
+    ///        are equivalent.
     bool operator<(const MeshEntityPair& other) const;
 
     MeshEntity* first_ = nullptr;

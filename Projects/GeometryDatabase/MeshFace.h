@@ -6,8 +6,7 @@ namespace Ovra::Geo
 {
 
 /// \brief A surface element: three vertices (triangle) or four (quadrilateral), in the order in
-/// which
-///        they follow its boundary.
+///        which they follow its boundary.
 ///
 /// Its list 3 is filled with the regions that use all its vertices.
 class OVRA_GEO_EXPORT MeshFace : public MeshEntity
@@ -25,13 +24,11 @@ public:
     Vector centroid() const override;
 
     /// \brief Unit normal of the first three vertices, right-handed about their order; zero if they
-    /// are
-    ///        in line.
+    ///        are in line.
     Vector normal() const override;
 
     /// \brief The area: the triangles of the fan about the first vertex, added by magnitude, so
-    /// that a
-    ///        fan that folds over itself comes out too large.
+    ///        that a fan that folds over itself comes out too large.
     double boundaryArea() const override;
     void setUpwardAdjacencies() override;
     void clearUpwardAdjacencies() override;

@@ -6,8 +6,7 @@ namespace Ovra::Geo
 {
 
 /// \brief A volume element: 4 vertices (tetrahedron), 5 (pyramid), 6 (wedge) or 8 (hexahedron), in
-/// the
-///        node order that Utility shows.
+///        the node order that Utility shows.
 class OVRA_GEO_EXPORT MeshRegion : public MeshEntity
 {
 public:
@@ -24,8 +23,7 @@ public:
     Vector normal() const override;
 
     /// \brief The sum over the faces in the own list 2, which is empty, and the sum 0, in a mesh
-    /// that
-    ///        was read or built in the usual way: regions do not list their faces.
+    ///        that was read or built in the usual way: regions do not list their faces.
     double boundaryArea() const override;
     void removeFromAdjacencies() override;
 };

@@ -83,8 +83,7 @@ public:
     bool is3d() const;
 
     /// \brief The dimension of the entities that bound the domain: 2, or 1 in a planar model, which
-    /// is
-    ///        one without regions.
+    ///        is one without regions.
     int faceDimension() const;
 
     /// \brief Takes \p entity over and stores it under its id.
@@ -122,8 +121,7 @@ public:
     HashIterator<int, ModelEntity*> iterator(int dimension) const;
 
     /// \brief Walks the entities of \p dimension by ascending id; O(n log n) to make. The model
-    /// must
-    ///        outlive it.
+    ///        must outlive it.
     OrderedHashIterator<int, ModelEntity*> orderedIterator(int dimension) const;
 
     /// \brief Appends \p region to the list and takes it over.

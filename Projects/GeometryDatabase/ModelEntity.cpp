@@ -102,8 +102,9 @@ void ModelEntity::removeChild(MeshEntity* child)
 void ModelEntity::removeAllChildren()
 {
     // Each destructor calls removeChild(), which finds nothing left to do in an empty table.
-    const QHash<int, MeshEntity*> children = std::exchange(children_, {});
-    for (const auto& entry : entriesInIdOrder(children)) {
+    const auto children = entriesInIdOrder(childIterator(), childCount());
+    children_ = {};
+    for (const auto& entry : children) {
         delete entry.second;
     }
 }
@@ -131,7 +132,7 @@ bool ModelEntity::operator<(const ModelEntity& other) const
 Vector ModelEntity::childMean(Vector (MeshEntity::*quantity)() const) const
 {
     Vector sum;
-    for (const auto& entry : entriesInIdOrder(children_)) {
+    for (const auto& entry : entriesInIdOrder(childIterator(), childCount())) {
         sum += (entry.second->*quantity)();
     }
     return sum / childCount();

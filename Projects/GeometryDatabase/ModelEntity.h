@@ -41,8 +41,7 @@ public:
 
     /// \brief Drops the entity's own lists; neighbours and children are not told.
     /// \pre the mesh entities classified on this one are gone, or are never destroyed or moved:
-    /// their
-    ///      destructors call back into their parent
+    ///      their destructors call back into their parent
     virtual ~ModelEntity();
 
     /// \brief 0 for a vertex, 1 for an edge, 2 for a face, 3 for a region.
@@ -61,17 +60,15 @@ public:
     virtual bool isPlanar() const = 0;
 
     /// \brief Centroid of the mesh on this entity, computed at the first call that finds children
-    /// and
-    ///        kept for the life of the entity, however the mesh changes afterwards.
+    ///        and kept for the life of the entity, however the mesh changes afterwards.
     ///
     /// A vertex answers its point once it has a child; an edge the mean of its elements' centroids;
-    /// a face or region the mean of the distinct vertices of its elements. \return the zero vector
-    /// as long as there are no children
+    /// a face or region the mean of the distinct vertices of its elements.
+    /// \return the zero vector as long as there are no children
     virtual Vector meshCentroid() const = 0;
 
     /// \brief Arithmetic mean of the normals of the children of an edge or face: neither weighted
-    /// nor
-    ///        normalised. Computed and kept as, and together with, meshCentroid().
+    ///        nor normalised. Computed and kept as, and together with, meshCentroid().
     /// \return the zero vector for a vertex or region and as long as there are no children
     virtual Vector meshNormal() const = 0;
 
@@ -131,8 +128,7 @@ public:
     void addChild(MeshEntity* child);
 
     /// \brief Takes \p child off this entity: out of the table, by its present id, if its dimension
-    /// is
-    ///        this entity's, and in every case its parent becomes null.
+    ///        is this entity's, and in every case its parent becomes null.
     ///
     /// After Mesh::renumber() of that dimension the table still has the old ids as keys, so that
     /// the call misses the entry or hits that of another child.
@@ -146,8 +142,7 @@ public:
     int childCount() const { return static_cast<int>(children_.size()); }
 
     /// \brief Walks the children as they are now, in hash order, keyed by the ids that they had
-    /// when
-    ///        they were added.
+    ///        when they were added.
     HashIterator<int, MeshEntity*> childIterator() const;
 
     /// \brief Same id and same dimension.
@@ -171,8 +166,7 @@ protected:
     Vector childMean(Vector (MeshEntity::*quantity)() const) const;
 
     /// \brief Mean position of the distinct vertices of the children, summed in ascending order of
-    /// the
-    ///        vertices' ids.
+    ///        the vertices' ids.
     /// \pre there are children
     Vector meshVertexMean() const;
 

@@ -1,5 +1,6 @@
 #include "Utility.h"
 
+#include "EntityTable.h"
 #include "MeshEntity.h"
 #include "ModelEntity.h"
 
@@ -150,12 +151,11 @@ int Utility::getLocalFaceIndex(MeshEntity* face, MeshEntity* element)
 QSet<MeshEntity*> Utility::getMeshVerticesOnModelEntity(ModelEntity const* entity)
 {
     QSet<MeshEntity*> vertices;
-    HashIterator<int, MeshEntity*> children = entity->childIterator();
-    while (children.hasNext()) {
-        const MeshEntity* child = children.next().value();
-        const int count = child->adjacencyCount(0);
+    vertices.reserve(entity->childCount() / 4);
+    for (const auto& entry : entriesInIdOrder(entity->childIterator(), entity->childCount())) {
+        const int count = entry.second->adjacencyCount(0);
         for (int i = 0; i < count; ++i) {
-            vertices.insert(child->adjacencyAt(0, i));
+            vertices.insert(entry.second->adjacencyAt(0, i));
         }
     }
     return vertices;

@@ -24,8 +24,7 @@ class ModelFace;
 class ModelVertex;
 
 /// \brief Static operations on elements, model and mesh: local numbering of element faces, queries
-/// on
-///        the classification, point location and interpolation weights.
+///        on the classification, point location and interpolation weights.
 ///
 /// Nothing here holds state, owns what it is given or changes anything, except copyAttribute() and
 /// replaceAdjacencies(). Pointers must not be null unless an operation says otherwise.
@@ -80,11 +79,10 @@ public:
     static QSet<int> getLocalVertexIndexSet(MeshEntity* subEntity, MeshEntity* element);
 
     /// \brief The local face number of \p face in \p element, or -1 if its vertices are no row of
-    /// the
-    ///        table of \p element's kind.
+    ///        the table of \p element's kind.
     ///
     /// Foreign vertices count as position 0, see getLocalVertexIndexSet(), and may complete a row.
-    /// \param face    an edge for an \p element of dimension 2, a face for one of dimension 3
+    /// \param face an edge for an \p element of dimension 2, a face for one of dimension 3
     /// \param element of any kind shown above; another number of vertices gives -1
     static int getLocalFaceIndex(MeshEntity* face, MeshEntity* element);
 
@@ -93,7 +91,7 @@ public:
     /// @{
 
     /// \brief All vertices of \p entity's mesh children, that is of the elements of its own
-    /// dimension.
+    ///        dimension.
     static QSet<MeshEntity*> getMeshVerticesOnModelEntity(ModelEntity const* entity);
 
     /// \brief Whether the region's attribute MaterialType is "fluid" or one of the devices that the
@@ -102,8 +100,7 @@ public:
     static bool isFluid(ModelEntity* region);
 
     /// \brief Whether the region's attribute MaterialType names a device that gets no elements of
-    /// its
-    ///        own: "ecomp_2resist", "ecomp_tec", "led_device". Exact and case sensitive.
+    ///        its own: "ecomp_2resist", "ecomp_tec", "led_device". Exact and case sensitive.
     static bool isUnmeshedDevice(ModelEntity* region);
 
     /// \brief Whether the number of neighbours of \p face one dimension up is not 2.
@@ -111,8 +108,7 @@ public:
     static bool isExternalFace(ModelEntity* face);
 
     /// \brief Whether all regions at \p face, and at \p otherFace, are fluid; true for faces
-    /// without
-    ///        regions.
+    ///        without regions.
     /// \param otherFace may be null
     static bool isFluidFluidInterface(ModelEntity* face, ModelEntity* otherFace);
 
@@ -130,13 +126,11 @@ public:
     static ModelEntity* getAdjacentFluidRegion(ModelEntity* entity, Model* model);
 
     /// \brief Whether an element of any region of \p model is no simplex; the regions of a planar
-    /// model
-    ///        are its faces.
+    ///        model are its faces.
     static bool hasNonSimplexMeshEntities(Model* model);
 
     /// \brief Whether a mesh child of \p entity is no simplex: not of 3 vertices on a face, not of
-    /// 4
-    ///        elsewhere.
+    ///        4 elsewhere.
     static bool hasNonSimplexMeshEntities(ModelEntity* entity);
 
     /// \brief Copies the attribute \p type, if \p source has it; otherwise \p target keeps its own.
@@ -145,7 +139,7 @@ public:
     /// \brief Replaces \p oldEntity by \p newEntity as a neighbour of \p entity, and moves the back
     ///        link; \p newEntity always gets a back link, also a second one.
     /// \return false, with nothing changed, if neither of \p entity and \p oldEntity lists the
-    /// other
+    ///         other
     static bool replaceAdjacencies(MeshEntity* entity, MeshEntity* oldEntity,
                                    MeshEntity* newEntity);
 
@@ -156,16 +150,14 @@ public:
                                    ModelEntity* newEntity);
 
     /// \brief The first two vertices of \p edge, counter-clockwise about the stored centroid and
-    /// normal
-    ///        of \p face; swapped if the edge runs through the centroid.
+    ///        normal of \p face; swapped if the edge runs through the centroid.
     ///
     /// An edge with fewer than two vertices stops the process with the assertion "i.hasNext()".
     static std::pair<ModelVertex*, ModelVertex*> getCounterClockwiseEdge(ModelFace const* face,
                                                                          ModelEdge const* edge);
 
     /// \brief For each mesh child of \p face and each element in its list 3: the element's face,
-    /// not
-    ///        sorted.
+    ///        not sorted.
     /// \param otherFace may be null; with \p face it decides ElementFaceData::fluidInterface_, see
     ///                  isFluidFluidInterface()
     static QList<ElementFaceData> getElementFaceDataOnModelFace(ModelEntity* face,
@@ -181,15 +173,14 @@ public:
     /// \brief Weights of \p entity's vertices, in their order, that express \p point.
     ///
     /// On an edge the weights are linear. On a polygon they are mean value coordinates (M. S.
-    /// Floater, Mean value coordinates, Computer Aided Geometric Design 20, 2003), with the
-    /// vertices' first three for orientation and distances taken in space. \param point     must
-    /// not coincide with a corner of a polygon, nor lie on the line of a side
-    ///                  beyond its ends: the result would be not a number
-    /// \param entity    an edge, or a face of at least three vertices
+    /// Floater, Mean value coordinates, Computer Aided Geometric Design 20, 2003), oriented by the
+    /// first three vertices and with distances taken in space.
+    /// \param point must not coincide with a corner of a polygon, nor lie on the line of a side
+    ///              beyond its ends: the result would be not a number
+    /// \param entity an edge, or a face of at least three vertices
     /// \param tolerance as height over edge length, below which a point counts as lying on an edge
-    /// of
-    ///                  the polygon; as distance over summed distances to the ends, below which it
-    ///                  snaps to a corner; and as the weight below which a weight is dropped and
+    ///                  of the polygon; as distance over summed distances to the ends, below which
+    ///                  it snaps to a corner; and as the weight below which a weight is dropped and
     ///                  the others scaled up
     static QVarLengthArray<double, 4> computeWeights(const Vector& point, MeshEntity* entity,
                                                      double tolerance);
@@ -204,8 +195,7 @@ public:
     static double distanceTo(const Vector& point, MeshVertex* first, MeshVertex* second);
 
     /// \brief The first element about \p vertex, of \p face's dimension and classified on the
-    /// entity of
-    ///        \p face's id, that contains \p point; null if there is none.
+    ///        entity of \p face's id, that contains \p point; null if there is none.
     /// \pre the upward lists of \p vertex are set
     static MeshEntity* findEnclosingMeshFace(const Vector& point, MeshVertex* vertex,
                                              ModelEntity* face);
