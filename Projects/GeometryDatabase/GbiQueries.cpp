@@ -8,8 +8,6 @@
 
 #include <QVariant>
 
-#include <algorithm>
-
 namespace Ovra::Geo::GbiQueries
 {
 
@@ -29,13 +27,6 @@ int solverMaterial(const Model& model, const ModelEntity& region)
     const ModelEntity& source =
         fluidRegion == 0 ? region : *model.entity(model.faceDimension() + 1, fluidRegion);
     return intAttribute(source.attributes(), AttributeType::MaterialId);
-}
-
-QList<MeshEntity*> sortedNodes(const ModelEntity& entity)
-{
-    QList<MeshEntity*> nodes = Utility::getMeshVerticesOnModelEntity(&entity).values();
-    std::sort(nodes.begin(), nodes.end(), MeshEntity::lessThan);
-    return nodes;
 }
 
 namespace

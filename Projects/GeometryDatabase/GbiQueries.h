@@ -36,9 +36,6 @@ bool boolAttribute(const AttributeMap& attributes, const AttributeType& type);
 /// \param region an entity of the dimension Model::faceDimension() + 1
 int solverMaterial(const Model& model, const ModelEntity& region);
 
-/// \brief The mesh vertices on a model entity, ascending by id.
-QList<MeshEntity*> sortedNodes(const ModelEntity& entity);
-
 /// \brief The attributes of a mesh vertex that tie it to an entity elsewhere.
 struct LinkAttributes
 {

@@ -5,8 +5,11 @@
 #include "MeshEntity.h"
 #include "Model.h"
 #include "ModelEntity.h"
+#include "Utility.h"
 
 #include <QVariant>
+
+#include <algorithm>
 
 namespace Ovra::Geo
 {
@@ -45,9 +48,16 @@ void writeShellElement(QTextStream& stream, const MeshEntity& element, int mater
     GbiText::writeElementVertices(stream, element);
 }
 
+QList<MeshEntity*> sortedNodes(const ModelEntity& face)
+{
+    QList<MeshEntity*> nodes = Utility::getMeshVerticesOnModelEntity(&face).values();
+    std::sort(nodes.begin(), nodes.end(), MeshEntity::lessThan);
+    return nodes;
+}
+
 void writeNodeLinks(QTextStream& stream, const ModelEntity& face)
 {
-    const QList<MeshEntity*> nodes = GbiQueries::sortedNodes(face);
+    const QList<MeshEntity*> nodes = sortedNodes(face);
     stream << face.id() << ' '
            << GbiQueries::intAttribute(face.attributes(), AttributeType::NewShellFace) << ' '
            << static_cast<int>(nodes.size()) << '\n';

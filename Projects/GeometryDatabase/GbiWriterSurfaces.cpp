@@ -5,7 +5,9 @@
 #include "MeshEntity.h"
 #include "Model.h"
 #include "ModelEntity.h"
+#include "Utility.h"
 
+#include <QSet>
 #include <QVarLengthArray>
 
 #include <algorithm>
@@ -180,12 +182,13 @@ void writeConnectivity(QTextStream& stream, const Mesh& mesh, const ModelEntity&
 
 QList<int> nodeIds(const ModelEntity& face)
 {
+    const QSet<MeshEntity*> nodes = Utility::getMeshVerticesOnModelEntity(&face);
     QList<int> ids;
-    const QList<MeshEntity*> nodes = GbiQueries::sortedNodes(face);
     ids.reserve(nodes.size());
     for (const MeshEntity* node : nodes) {
         ids.append(node->id());
     }
+    std::sort(ids.begin(), ids.end());
     return ids;
 }
 
