@@ -1,7 +1,7 @@
+#include "AllocationWatch.h"
 #include "MeshStreamCase.h"
 #include "ModelEdge.h"
 #include "RefinementRegion.h"
-#include "StreamLimits.h"
 
 #include <QTest>
 
@@ -136,6 +136,9 @@ QDataStream::Status survive(const QByteArray& bytes, const Reader& read)
     if (!Messages::isEmpty()) {
         QTest::qFail(qPrintable(Messages::join()), __FILE__, __LINE__);
     }
+    if (AllocationWatch::isExceeded()) {
+        QTest::qFail("asks for memory", __FILE__, __LINE__);
+    }
     checkOldContent(target);
     checkMesh(target, bytes.size());
     checkModel(target, bytes.size());
@@ -226,8 +229,6 @@ private:
     }
 
 private slots:
-    void initTestCase() { limitMemory(); }
-
     void readsTheSamples_data()
     {
         addSamples();

@@ -1,3 +1,4 @@
+#include "AllocationWatch.h"
 #include "Box.h"
 #include "Matrix.h"
 #include "RefinementRegion.h"
@@ -291,6 +292,7 @@ private slots:
         QCOMPARE(actual.status, QDataStream::ReadPastEnd);
         QVERIFY(actual.silent);
         QVERIFY(!actual.value.isValid());
+        QVERIFY(!AllocationWatch::isExceeded());
     }
 
     void readsNothingFromAFailedStream()
