@@ -63,12 +63,68 @@ void requireReplaceable(const QString& path)
 
 } // namespace
 
+/// A QFile that remembers its first failure. A QFile by itself answers a short write with a number
+/// that streams lose, and forgets it: a full disk would pass unseen.
+class OutputFiles::CheckedFile : public QFile
+{
+public:
+    QString failure() const { return failure_; }
+
+    /// \brief Empties Qt's buffer and the system's.
+    bool bringToDisk();
+
+protected:
+    qint64 writeData(const char* data, qint64 size) override;
+
+private:
+    void remember(const QString& failure);
+    void rememberReason();
+
+    QString failure_;
+};
+
+qint64 OutputFiles::CheckedFile::writeData(const char* data, qint64 size)
+{
+    qint64 done = 0;
+    while (done < size) {
+        const qint64 count = QFile::writeData(data + done, size - done);
+        if (count <= 0) {
+            rememberReason();
+            return -1;
+        }
+        done += count;
+    }
+    return done;
+}
+
+bool OutputFiles::CheckedFile::bringToDisk()
+{
+    if (!flush() || error() != NoError)
+        rememberReason();
+    else if (fsync(handle()) != 0 && errno != EINVAL) // EINVAL is the answer of a pipe or device
+        remember(QString::fromLocal8Bit(std::strerror(errno)));
+    return failure_.isEmpty();
+}
+
+void OutputFiles::CheckedFile::remember(const QString& failure)
+{
+    if (failure_.isEmpty())
+        failure_ = failure;
+}
+
+/// A flush that got a part out knows no reason; the next one meets the obstacle itself.
+void OutputFiles::CheckedFile::rememberReason()
+{
+    flush();
+    remember(errorString());
+}
+
 struct OutputFiles::Entry
 {
     QString path; // as the user gave it, for messages
     QString target;
     QString backup;
-    QFile file;
+    CheckedFile file;
     bool direct = false;
     bool inPlace = false;
 
@@ -79,6 +135,7 @@ struct OutputFiles::Entry
     void putInPlace();
     bool takeBack();
     void dropBackup();
+    void discard();
 };
 
 void OutputFiles::Entry::open()
@@ -106,11 +163,8 @@ void OutputFiles::Entry::openBeside()
 
 void OutputFiles::Entry::bringToDisk()
 {
-    const bool flushed = file.flush() && file.error() == QFileDevice::NoError;
-    if (!flushed)
-        throw outputError(path, file.errorString());
-    if (!direct && fsync(file.handle()) != 0)
-        throw outputError(path, QString::fromLocal8Bit(std::strerror(errno)));
+    if (!file.bringToDisk())
+        throw outputError(path, file.failure());
     file.close();
     if (file.error() != QFileDevice::NoError)
         throw outputError(path, file.errorString());
@@ -159,13 +213,21 @@ void OutputFiles::Entry::dropBackup()
         QFile::remove(backup);
 }
 
+/// QFile::remove() keeps a file that it cannot flush first.
+void OutputFiles::Entry::discard()
+{
+    file.close();
+    std::error_code error;
+    std::filesystem::remove(toPath(file.fileName()), error);
+}
+
 OutputFiles::OutputFiles() = default;
 
 OutputFiles::~OutputFiles()
 {
     for (const std::unique_ptr<Entry>& entry : entries_) {
         if (!entry->direct && !entry->inPlace)
-            entry->file.remove();
+            entry->discard();
     }
 }
 

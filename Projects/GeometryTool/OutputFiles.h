@@ -34,6 +34,7 @@ public:
     void commit();
 
 private:
+    class CheckedFile;
     struct Entry;
 
     QString takeBack();
