@@ -1,0 +1,50 @@
+#pragma once
+
+#include <array>
+#include <vector>
+
+namespace Ovra::Geo
+{
+class Database;
+class Mesh;
+class MeshEntity;
+class Model;
+class ModelEntity;
+} // namespace Ovra::Geo
+
+namespace Ovra::GeoTool
+{
+
+/// \brief All entities of a case in ascending id, for checks that walk them more than once.
+///
+/// It owns nothing and holds as long as no entity is added or removed.
+class CaseView
+{
+public:
+    explicit CaseView(const Geo::Database& database);
+
+    Geo::Model& model() const { return *model_; }
+    Geo::Mesh& mesh() const { return *mesh_; }
+
+    /// \brief Dimension of what bounds the domain, 1 in a planar model.
+    int faceDimension() const { return faceDimension_; }
+    int elementDimension() const { return faceDimension_ + 1; }
+
+    const std::vector<Geo::ModelEntity*>& modelEntities(int dimension) const;
+    const std::vector<Geo::MeshEntity*>& meshEntities(int dimension) const;
+
+    /// \brief Mesh entities of the model entity's own dimension that stand on it, by id.
+    static std::vector<Geo::MeshEntity*> childrenOf(const Geo::ModelEntity& entity);
+
+    /// \brief The vertices of those, by id.
+    static std::vector<Geo::MeshEntity*> verticesOn(const Geo::ModelEntity& entity);
+
+private:
+    Geo::Model* model_;
+    Geo::Mesh* mesh_;
+    int faceDimension_;
+    std::array<std::vector<Geo::ModelEntity*>, 4> modelEntities_;
+    std::array<std::vector<Geo::MeshEntity*>, 4> meshEntities_;
+};
+
+} // namespace Ovra::GeoTool

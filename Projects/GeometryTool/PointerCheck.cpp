@@ -1,0 +1,153 @@
+#include "PointerCheck.h"
+
+#include "CaseView.h"
+#include "FindingSink.h"
+#include "MeshEntity.h"
+#include "ModelEntity.h"
+
+#include <array>
+#include <unordered_map>
+#include <unordered_set>
+
+namespace Ovra::GeoTool
+{
+
+using namespace Ovra::Geo;
+
+namespace
+{
+
+template <typename Entity>
+using Alive = std::array<std::unordered_set<const Entity*>, 4>;
+
+QString dimensionName(std::size_t dimension)
+{
+    static const std::array<const char*, 4> names = {"vertices", "edges", "faces", "regions"};
+    return QLatin1String(names.at(dimension));
+}
+
+class Run
+{
+public:
+    Run(const CaseView& view, FindingSink& sink);
+    bool check();
+
+private:
+    template <typename Entity>
+    void checkLists(const Entity& entity, const Alive<Entity>& alive);
+    void checkParent(const MeshEntity& entity);
+    void checkChildren(const ModelEntity& entity);
+    void checkChildCounts();
+
+    /// The place is left out: it might be read through a dead pointer.
+    template <typename Entity>
+    void report(FindingKind kind, const Entity& entity, const FindingSink::Text& text)
+    {
+        sink_.add(kind, EntityName(entity), std::nullopt, text);
+        sound_ = sound_ && kind != FindingKind::DeadPointer;
+    }
+
+    const CaseView& view_;
+    FindingSink& sink_;
+    Alive<ModelEntity> model_;
+    Alive<MeshEntity> mesh_;
+    bool sound_ = true;
+};
+
+Run::Run(const CaseView& view, FindingSink& sink)
+    : view_(view)
+    , sink_(sink)
+{
+    for (std::size_t dimension = 0; dimension < 4; ++dimension) {
+        const auto& modelEntities = view.modelEntities(static_cast<int>(dimension));
+        const auto& meshEntities = view.meshEntities(static_cast<int>(dimension));
+        model_[dimension].insert(modelEntities.begin(), modelEntities.end());
+        mesh_[dimension].insert(meshEntities.begin(), meshEntities.end());
+    }
+}
+
+bool Run::check()
+{
+    for (int dimension = 0; dimension < 4; ++dimension) {
+        for (const ModelEntity* entity : view_.modelEntities(dimension)) {
+            checkLists(*entity, model_);
+            checkChildren(*entity);
+        }
+        for (const MeshEntity* entity : view_.meshEntities(dimension)) {
+            checkLists(*entity, mesh_);
+            checkParent(*entity);
+        }
+    }
+    if (sound_)
+        checkChildCounts();
+    return sound_;
+}
+
+template <typename Entity>
+void Run::checkLists(const Entity& entity, const Alive<Entity>& alive)
+{
+    for (std::size_t dimension = 0; dimension < 4; ++dimension) {
+        auto neighbours = entity.adjacencyIterator(static_cast<int>(dimension));
+        while (neighbours.hasNext()) {
+            if (alive[dimension].count(neighbours.next()) == 0)
+                report(FindingKind::DeadPointer, entity, [=] {
+                    return QStringLiteral("lists among its %1 one that is no longer there")
+                        .arg(dimensionName(dimension));
+                });
+        }
+    }
+}
+
+void Run::checkParent(const MeshEntity& entity)
+{
+    const ModelEntity* const parent = entity.parent();
+    bool found = !parent;
+    for (const auto& alive : model_)
+        found = found || alive.count(parent) > 0;
+    if (!found)
+        report(FindingKind::DeadPointer, entity,
+               [] { return QStringLiteral("stands on a model entity that is no longer there"); });
+}
+
+void Run::checkChildren(const ModelEntity& entity)
+{
+    const auto& alive = mesh_[static_cast<std::size_t>(entity.dimension())];
+    auto children = entity.childIterator();
+    while (children.hasNext()) {
+        children.next();
+        if (alive.count(children.value()) == 0)
+            report(FindingKind::DeadPointer, entity,
+                   [] { return QStringLiteral("has a mesh child that is no longer there"); });
+        else if (children.value()->parent() != &entity)
+            report(FindingKind::LostChild, entity, [id = children.value()->id()] {
+                return QStringLiteral("has the child %1, which stands elsewhere").arg(id);
+            });
+    }
+}
+
+void Run::checkChildCounts()
+{
+    for (int dimension = 0; dimension < 4; ++dimension) {
+        std::unordered_map<const ModelEntity*, int> counts;
+        for (const MeshEntity* entity : view_.meshEntities(dimension))
+            ++counts[entity->parent()];
+        for (const ModelEntity* entity : view_.modelEntities(dimension)) {
+            if (counts[entity] != entity->childCount())
+                report(FindingKind::LostChild, *entity, [=, count = counts[entity]] {
+                    return QStringLiteral("has %1 children in its table, where %2 mesh entities "
+                                          "of its dimension stand on it")
+                        .arg(entity->childCount())
+                        .arg(count);
+                });
+        }
+    }
+}
+
+} // namespace
+
+bool PointerCheck::run(const CaseView& view, FindingSink& sink)
+{
+    return Run(view, sink).check();
+}
+
+} // namespace Ovra::GeoTool
