@@ -2,6 +2,7 @@
 
 #include "Database.h"
 #include "ElementTopology.h"
+#include "EntityNames.h"
 #include "Mesh.h"
 #include "MeshEntity.h"
 #include "Model.h"
@@ -10,7 +11,6 @@
 #include "Utility.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 #include <vector>
 
@@ -23,23 +23,6 @@ namespace
 {
 
 constexpr int largestStencil = 4; // what a LinkData holds
-
-QString nameOf(const QString& owner, int dimension, int id)
-{
-    static const std::array<const char*, 4> names = {"vertex", "edge", "face", "region"};
-    return QStringLiteral("%1 %2 %3")
-        .arg(owner, QLatin1String(names[static_cast<std::size_t>(dimension)]), QString::number(id));
-}
-
-QString nameOf(const ModelEntity& entity)
-{
-    return nameOf(QStringLiteral("model"), entity.dimension(), entity.id());
-}
-
-QString nameOf(const MeshEntity& entity)
-{
-    return nameOf(QStringLiteral("mesh"), entity.dimension(), entity.id());
-}
 
 [[noreturn]] void refuse(const QString& what)
 {
