@@ -98,10 +98,10 @@ void lookAcrossShell(const Mesh& mesh, const MeshEntity& face, std::size_t empty
     for (const MeshEntity* partner : partners) {
         sides.vertices[emptySide].append(partner->id());
     }
-    const QSet<MeshEntity*> elements =
-        MeshEntity::getUpwardAdjacencies(partners, face.dimension() + 1);
+    const QList<MeshEntity*> elements =
+        MeshEntity::getUpwardAdjacencies(partners, face.dimension() + 1).values();
     if (elements.size() == 1) {
-        const int id = (*elements.cbegin())->id();
+        const int id = elements.first()->id();
         sides.elements[emptySide] = emptySide == 0 ? id : -id;
     }
 }

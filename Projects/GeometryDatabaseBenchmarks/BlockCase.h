@@ -1,6 +1,10 @@
 #pragma once
 
 #include "Database.h"
+#include "Mesh.h"
+#include "MeshEntity.h"
+#include "Model.h"
+#include "ModelEntity.h"
 
 #include <QList>
 
