@@ -1,8 +1,19 @@
 #include "CaseVerifier.h"
 
+#include "AttributeCheck.h"
 #include "CaseView.h"
+#include "ClassificationCheck.h"
+#include "ElementCheck.h"
+#include "ModelLinkCheck.h"
+#include "MotionCheck.h"
+#include "PairCheck.h"
 #include "PointerCheck.h"
 #include "Progress.h"
+#include "ReferenceCheck.h"
+#include "SideCheck.h"
+
+#include <functional>
+#include <utility>
 
 namespace Ovra::GeoTool
 {
@@ -15,10 +26,29 @@ CaseVerifier::CaseVerifier(const Geo::Database& database)
 CaseFindings CaseVerifier::verify(Progress& progress, Topics topics, int limit) const
 {
     CaseFindings findings(limit);
-    progress.phase(QStringLiteral("verifying"));
     const CaseView view(database_);
     if (topics.testFlag(Pointers) && !PointerCheck::run(view, findings))
         return findings;
+    const std::initializer_list<std::pair<Topic, std::function<void()>>> checks = {
+        {Elements, [&] { ElementCheck(view, findings).run(progress); }},
+        {Classification, [&] { ClassificationCheck::run(view, findings); }},
+        {ModelLinks, [&] { ModelLinkCheck::run(view, findings); }},
+        {Surfaces, [&] { SideCheck(view, findings).run(); }},
+        {Attributes,
+         [&] {
+             AttributeCheck::run(view, findings);
+             ReferenceCheck(view, findings).run();
+         }},
+        {Pairs, [&] {
+             PairCheck(view, findings).run();
+             MotionCheck(view, findings).run();
+         }}};
+    int done = 0;
+    for (const auto& [topic, check] : checks) {
+        progress.phase(QStringLiteral("verifying, step %1 of %2").arg(++done).arg(checks.size()));
+        if (topics.testFlag(topic))
+            check();
+    }
     progress.finish();
     return findings;
 }

@@ -1,9 +1,8 @@
 #include "EntityName.h"
 
+#include "EntityNames.h"
 #include "MeshEntity.h"
 #include "ModelEntity.h"
-
-#include <array>
 
 namespace Ovra::GeoTool
 {
@@ -27,13 +26,10 @@ EntityName::EntityName(const Geo::MeshEntity& entity)
 
 QString EntityName::text() const
 {
-    static const std::array<const char*, 4> names = {"vertex", "edge", "face", "region"};
-    if (owner == Owner::Case)
-        return QStringLiteral("the case");
-    return QStringLiteral("%1 %2 %3")
-        .arg(owner == Owner::Model ? QStringLiteral("model") : QStringLiteral("mesh"),
-             QLatin1String(names.at(static_cast<std::size_t>(dimension))))
-        .arg(id);
+    const QString container =
+        owner == Owner::Model ? QStringLiteral("model") : QStringLiteral("mesh");
+    return dimension == Whole ? QStringLiteral("the ") + container
+                              : nameOf(container, dimension, id);
 }
 
 QString placeText(const Geo::Vector& place)

@@ -18,22 +18,23 @@ struct EntityName
 {
     enum class Owner
     {
-        Case, ///< the model or the mesh as a whole; dimension and id mean nothing
         Model,
         Mesh
     };
 
-    EntityName() = default;
+    /// \brief The dimension in the name of the model or the mesh as a whole, whose id is 0.
+    static constexpr int Whole = -1;
+
     EntityName(Owner owner, int dimension, int id);
     explicit EntityName(const Geo::ModelEntity& entity);
     explicit EntityName(const Geo::MeshEntity& entity);
 
-    /// \brief "mesh face 7", or "the case".
+    /// \brief "mesh face 7", or "the mesh".
     QString text() const;
 
-    Owner owner = Owner::Case;
-    int dimension = 0;
-    int id = 0;
+    Owner owner;
+    int dimension;
+    int id;
 };
 
 /// \brief "(0.25, 0.25, 1)", to six digits.

@@ -51,6 +51,7 @@ const std::vector<Row>& table()
         {FindingKind::PeriodicPair, "periodic-pair", Error},
         {FindingKind::ExtrudedPair, "extruded-pair", Error},
         {FindingKind::MissingLink, "missing-link", Error},
+        {FindingKind::StrayLink, "stray-link", Error},
         {FindingKind::BadWeights, "bad-weights", Error},
         {FindingKind::Replica, "replica", Error},
         {FindingKind::RotorSide, "rotor-side", Error},

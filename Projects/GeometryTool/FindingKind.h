@@ -45,6 +45,7 @@ enum class FindingKind
     PeriodicPair,
     ExtrudedPair,
     MissingLink,
+    StrayLink,
     BadWeights,
     Replica,
     RotorSide

@@ -1,0 +1,214 @@
+#include "ElementCheck.h"
+
+#include "CaseView.h"
+#include "ElementTopology.h"
+#include "FindingSink.h"
+#include "Mesh.h"
+#include "MeshEntity.h"
+#include "MeshQuality.h"
+#include "Model.h"
+#include "Progress.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace Ovra::GeoTool
+{
+
+using namespace Ovra::Geo;
+
+namespace
+{
+
+constexpr std::size_t mostVertices = 8;
+
+/// The vertices of an element without regard to their order.
+struct VertexSet
+{
+    std::array<int, mostVertices> ids = {};
+    const MeshEntity* element = nullptr;
+};
+
+bool isFinite(const Vector& point)
+{
+    return std::isfinite(point.x()) && std::isfinite(point.y()) && std::isfinite(point.z());
+}
+
+bool hasPoints(const MeshEntity& entity)
+{
+    for (int i = 0; i < entity.adjacencyCount(0); ++i) {
+        if (!isFinite(entity.adjacencyAt(0, i)->centroid()))
+            return false;
+    }
+    return true;
+}
+
+/// The first vertex that stands in the list again, or null.
+const MeshEntity* repeatedVertex(const MeshEntity& entity)
+{
+    for (int i = 1; i < entity.adjacencyCount(0); ++i) {
+        for (int j = 0; j < i; ++j) {
+            if (entity.adjacencyAt(0, i) == entity.adjacencyAt(0, j))
+                return entity.adjacencyAt(0, i);
+        }
+    }
+    return nullptr;
+}
+
+const ElementTopology* topologyOf(const MeshEntity& entity)
+{
+    return ElementTopology::find(entity.dimension(), entity.adjacencyCount(0));
+}
+
+QString vertexCountsOf(int dimension)
+{
+    static const std::array<const char*, 4> counts = {"", "an edge has 2", "a face has 3 or 4",
+                                                      "a region has 4, 5, 6 or 8"};
+    return QLatin1String(counts.at(static_cast<std::size_t>(dimension)));
+}
+
+QString measureText(const MeshEntity& entity)
+{
+    static const std::array<const char*, 4> names = {"", "length", "area", "volume"};
+    std::vector<Vector> points;
+    for (int i = 0; i < entity.adjacencyCount(0); ++i)
+        points.push_back(entity.adjacencyAt(0, i)->centroid());
+    return QStringLiteral("%1 of %2")
+        .arg(QLatin1String(names.at(static_cast<std::size_t>(entity.dimension()))))
+        .arg(MeshQuality::measureOf(*topologyOf(entity), points), 0, 'g', 6);
+}
+
+VertexSet vertexSetOf(const MeshEntity& element)
+{
+    VertexSet set;
+    set.element = &element;
+    for (int i = 0; i < element.adjacencyCount(0); ++i)
+        set.ids[static_cast<std::size_t>(i)] = element.adjacencyAt(0, i)->id();
+    std::sort(set.ids.begin(), set.ids.end());
+    return set;
+}
+
+} // namespace
+
+ElementCheck::ElementCheck(const CaseView& view, FindingSink& sink)
+    : view_(view)
+    , sink_(sink)
+{
+}
+
+bool ElementCheck::hasSides(const MeshEntity& entity)
+{
+    return topologyOf(entity) && !repeatedVertex(entity);
+}
+
+void ElementCheck::run(Progress& progress)
+{
+    checkVertices();
+    for (int dimension = 1; dimension < 4; ++dimension) {
+        for (MeshEntity* entity : view_.meshEntities(dimension))
+            checkVertexList(*entity);
+        checkShapes(dimension, progress);
+        checkDuplicates(dimension);
+    }
+}
+
+void ElementCheck::checkVertices()
+{
+    for (const MeshEntity* vertex : view_.meshEntities(0)) {
+        if (!isFinite(vertex->centroid()))
+            sink_.add(FindingKind::BadPoint, *vertex,
+                      [] { return QStringLiteral("has a coordinate that is no finite number"); });
+        if (vertex->adjacencyCount(1) + vertex->adjacencyCount(2) + vertex->adjacencyCount(3) == 0)
+            sink_.add(FindingKind::UnusedVertex, *vertex,
+                      [] { return QStringLiteral("is used by no mesh edge, face or region"); });
+    }
+}
+
+void ElementCheck::checkVertexList(MeshEntity& entity)
+{
+    const ElementTopology* const topology = topologyOf(entity);
+    if (!topology)
+        sink_.add(FindingKind::VertexCount, entity, [&entity] {
+            return QStringLiteral("has %1 vertices; %2")
+                .arg(entity.adjacencyCount(0))
+                .arg(vertexCountsOf(entity.dimension()));
+        });
+    if (const MeshEntity* const vertex = repeatedVertex(entity))
+        sink_.add(FindingKind::RepeatedVertex, entity, [vertex] {
+            return QStringLiteral("names mesh vertex %1 twice; the vertices of an element must be "
+                                  "different")
+                .arg(vertex->id());
+        });
+    if (topology && entity.dimension() < view_.faceDimension() && entity.adjacencyCount(2) == 0)
+        sink_.add(FindingKind::EdgeWithoutFace, entity,
+                  [] { return QStringLiteral("is a side of no mesh face"); });
+}
+
+void ElementCheck::checkShapes(int dimension, Progress& progress)
+{
+    const MeshQuality quality(view_.mesh(), dimension, progress);
+    using Report = void (ElementCheck::*)(MeshEntity&);
+    const std::array<std::pair<const std::vector<int>*, Report>, 3> reports = {
+        {{&quality.degenerate(), &ElementCheck::reportFlat},
+         {&quality.inverted(), &ElementCheck::reportInverted},
+         {&quality.twisted(), &ElementCheck::reportTwisted}}};
+    for (const auto& [ids, report] : reports) {
+        for (const int id : *ids) {
+            MeshEntity& entity = *view_.mesh().entity(dimension, id);
+            if (hasPoints(entity) && !repeatedVertex(entity)) // these are told already
+                (this->*report)(entity);
+        }
+    }
+}
+
+void ElementCheck::reportFlat(MeshEntity& entity)
+{
+    sink_.add(FindingKind::DegenerateElement, entity, [&entity] {
+        static const std::array<const char*, 4> powers = {"", "", " squared", " cubed"};
+        return QStringLiteral("is flat: its %1 is at most 1e-12 of its longest edge%2")
+            .arg(measureText(entity),
+                 QLatin1String(powers.at(static_cast<std::size_t>(entity.dimension()))));
+    });
+}
+
+void ElementCheck::reportInverted(MeshEntity& entity)
+{
+    sink_.add(FindingKind::InvertedElement, entity, [&entity] {
+        return QStringLiteral("is inside out: its %1 is negative; the order of a %2's vertices "
+                              "must make it positive")
+            .arg(measureText(entity), QLatin1String(topologyOf(entity)->name));
+    });
+}
+
+void ElementCheck::reportTwisted(MeshEntity& entity)
+{
+    sink_.add(FindingKind::TwistedElement, entity, [&entity] {
+        return entity.dimension() == 2
+                   ? QStringLiteral("is twisted: its sides cross")
+                   : QStringLiteral("is twisted: its %1 is positive, but the edges at one of its "
+                                    "corners span none")
+                         .arg(measureText(entity));
+    });
+}
+
+void ElementCheck::checkDuplicates(int dimension)
+{
+    std::vector<VertexSet> sets;
+    sets.reserve(view_.meshEntities(dimension).size());
+    for (const MeshEntity* element : view_.meshEntities(dimension)) {
+        if (hasSides(*element))
+            sets.push_back(vertexSetOf(*element));
+    }
+    std::stable_sort(sets.begin(), sets.end(),
+                     [](const VertexSet& a, const VertexSet& b) { return a.ids < b.ids; });
+    for (std::size_t i = 1; i < sets.size(); ++i) {
+        if (sets[i].ids == sets[i - 1].ids)
+            sink_.add(FindingKind::DuplicateElement, *sets[i].element,
+                      [other = EntityName(*sets[i - 1].element)] {
+                          return QStringLiteral("has the same vertices as %1").arg(other.text());
+                      });
+    }
+}
+
+} // namespace Ovra::GeoTool

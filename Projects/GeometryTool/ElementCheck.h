@@ -1,0 +1,41 @@
+#pragma once
+
+namespace Ovra::Geo
+{
+class MeshEntity;
+}
+
+namespace Ovra::GeoTool
+{
+
+class CaseView;
+class FindingSink;
+class Progress;
+
+/// \brief Judges every mesh entity by itself: its point or vertices, its shape, and whether it is
+/// used at all.
+class ElementCheck
+{
+public:
+    /// \param view, sink not owned; must outlive this object
+    ElementCheck(const CaseView& view, FindingSink& sink);
+
+    void run(Progress& progress);
+
+    /// \brief True if the entity is of a kind of ElementTopology and names no vertex twice.
+    static bool hasSides(const Geo::MeshEntity& entity);
+
+private:
+    void checkVertices();
+    void checkVertexList(Geo::MeshEntity& entity);
+    void checkShapes(int dimension, Progress& progress);
+    void reportFlat(Geo::MeshEntity& entity);
+    void reportInverted(Geo::MeshEntity& entity);
+    void reportTwisted(Geo::MeshEntity& entity);
+    void checkDuplicates(int dimension);
+
+    const CaseView& view_;
+    FindingSink& sink_;
+};
+
+} // namespace Ovra::GeoTool

@@ -1,0 +1,174 @@
+#include "LinkCheck.h"
+
+#include "AttributeMap.h"
+#include "CaseView.h"
+#include "EntityNames.h"
+#include "FindingSink.h"
+#include "Mesh.h"
+#include "MeshEntity.h"
+#include "ModelEntity.h"
+
+#include <QStringList>
+#include <QVariant>
+
+#include <algorithm>
+#include <cmath>
+
+namespace Ovra::GeoTool
+{
+
+using namespace Ovra::Geo;
+
+namespace
+{
+
+constexpr int largestStencil = 4;         // what a LinkData holds
+constexpr double sumTolerance = 1e-6;     // weights are normalised in double precision
+constexpr double negativeTolerance = 0.0; // negative ones are dropped as they are computed
+
+int weightCountOf(const MeshEntity& target)
+{
+    return target.dimension() == 0 ? 1 : target.adjacencyCount(0);
+}
+
+/// Positive weights of the stencil; only these take room in the writer's record.
+qint64 linkCount(const QVariantList& weights)
+{
+    return std::count_if(weights.begin(), weights.end(),
+                         [](const QVariant& weight) { return weight.toDouble() > 0.0; });
+}
+
+} // namespace
+
+LinkCheck::Tags LinkCheck::periodic()
+{
+    return {AttributeType::PeriodicEntityType, AttributeType::PeriodicEntityId,
+            AttributeType::PeriodicWeights};
+}
+
+LinkCheck::Tags LinkCheck::extruded()
+{
+    return {AttributeType::ExtrudedEntityType, AttributeType::ExtrudedEntityId,
+            AttributeType::ExtrudedWeights};
+}
+
+LinkCheck::LinkCheck(const Tags& tags, const CaseView& view, FindingSink& sink)
+    : tags_(tags)
+    , view_(view)
+    , sink_(sink)
+{
+}
+
+void LinkCheck::run(const Pairs& pairs)
+{
+    const auto& vertices = view_.meshEntities(0);
+    if (std::none_of(vertices.begin(), vertices.end(), [this](auto* v) { return isTied(*v); }))
+        return;
+    gather(pairs);
+    for (MeshEntity* vertex : vertices) {
+        if (!isTied(*vertex) && partners_.count(vertex) == 0)
+            continue;
+        if (const MeshEntity* const target = checkTarget(*vertex)) {
+            checkWeights(*vertex, *target);
+            checkPlace(*vertex, *target);
+        }
+    }
+}
+
+bool LinkCheck::isTied(MeshEntity& vertex) const
+{
+    const AttributeMap& attributes = vertex.attributes();
+    return !attributes.isEmpty() &&
+           (attributes.contains(tags_.entityType) || attributes.contains(tags_.entityId));
+}
+
+void LinkCheck::gather(const Pairs& pairs)
+{
+    for (const auto& [face, partner] : pairs) {
+        for (const MeshEntity* vertex : CaseView::verticesOn(*face)) {
+            faces_[vertex].push_back(face);
+            partners_[vertex].push_back(partner);
+        }
+    }
+}
+
+const MeshEntity* LinkCheck::checkTarget(MeshEntity& vertex)
+{
+    const AttributeMap& attributes = vertex.attributes();
+    const int dimension = attributes.value(tags_.entityType, -1).toInt();
+    const int id = attributes.value(tags_.entityId, 0).toInt();
+    if (dimension < 0 || dimension > 3 || id == 0) {
+        sink_.add(FindingKind::MissingLink, vertex, [&] {
+            return QStringLiteral("lacks its %1 and %2, or they mean nothing")
+                .arg(tags_.entityType.toString(), tags_.entityId.toString());
+        });
+        return nullptr;
+    }
+    const MeshEntity* const target = view_.mesh().entity(dimension, id);
+    if (!target) {
+        sink_.add(FindingKind::MissingEntity, vertex, [&] {
+            return QStringLiteral("names in %1 the %2, which does not exist")
+                .arg(tags_.entityId.toString(), nameOf(QStringLiteral("mesh"), dimension, id));
+        });
+        return nullptr;
+    }
+    const qsizetype wanted = target->adjacencyCount(0);
+    const QVariantList weights = attributes.value(tags_.weights, {}).toList();
+    if (weights.size() < wanted || linkCount(weights.mid(0, wanted)) > largestStencil) {
+        sink_.add(FindingKind::BadWeights, vertex, [&] {
+            return QStringLiteral("has %1 values in %2 for the %3 vertices of %4; at most %5 of "
+                                  "them may be positive")
+                .arg(weights.size())
+                .arg(tags_.weights.toString())
+                .arg(wanted)
+                .arg(nameOf(*target))
+                .arg(largestStencil);
+        });
+        return nullptr;
+    }
+    return target;
+}
+
+void LinkCheck::checkWeights(MeshEntity& vertex, const MeshEntity& target)
+{
+    const QVariantList weights = vertex.attributes().value(tags_.weights, {}).toList();
+    double sum = 0.0;
+    bool valid = weights.size() == weightCountOf(target);
+    QStringList texts;
+    for (const QVariant& weight : weights) {
+        sum += weight.toDouble();
+        valid = valid && weight.toDouble() >= negativeTolerance;
+        texts += QString::number(weight.toDouble(), 'g', 6);
+    }
+    if (!valid || !(std::abs(sum - 1.0) <= sumTolerance))
+        sink_.add(FindingKind::BadWeights, vertex, [&] {
+            return QStringLiteral("has the %1 (%2) for %3; %4 are expected, none negative, with "
+                                  "the sum 1")
+                .arg(tags_.weights.toString(), texts.join(QStringLiteral(", ")), nameOf(target))
+                .arg(weightCountOf(target));
+        });
+}
+
+void LinkCheck::checkPlace(MeshEntity& vertex, const MeshEntity& target)
+{
+    const auto partners = partners_.find(&vertex);
+    if (partners == partners_.end() || liesOn(target, partners->second))
+        return;
+    sink_.add(FindingKind::StrayLink, vertex, [&] {
+        return QStringLiteral("names in %1 the %2, which does not lie on %3")
+            .arg(tags_.entityId.toString(), nameOf(target), nameOf(*partners->second.front()));
+    });
+}
+
+bool LinkCheck::liesOn(const MeshEntity& target, const Faces& faces) const
+{
+    const auto isOneOf = [&faces](const ModelEntity* face) {
+        return std::find(faces.begin(), faces.end(), face) != faces.end();
+    };
+    if (target.dimension() != 0)
+        return isOneOf(target.parent());
+    const auto own = faces_.find(&target);
+    return own != faces_.end() && std::any_of(own->second.begin(), own->second.end(), isOneOf);
+}
+
+} // namespace Ovra::GeoTool

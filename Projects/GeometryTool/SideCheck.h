@@ -1,0 +1,49 @@
+#pragma once
+
+#include "ElementSides.h"
+
+namespace Ovra::Geo
+{
+class MeshEntity;
+class ModelEntity;
+} // namespace Ovra::Geo
+
+namespace Ovra::GeoTool
+{
+
+class CaseView;
+class FindingSink;
+
+/// \brief Looks how the elements meet one another, and which of them lie on which mesh face; in a
+/// planar case which mesh faces lie on which edge.
+///
+/// It goes by whole sides of elements. The upward list of a mesh face goes by vertices alone, and
+/// may name an element that has all of them without having that side.
+class SideCheck
+{
+public:
+    /// \param view, sink not owned; must outlive this object
+    SideCheck(const CaseView& view, FindingSink& sink);
+
+    void run();
+
+    /// \brief Reports a mesh face with more than two elements in its upward list.
+    static void checkElementCount(const Geo::MeshEntity& face, FindingSink& sink);
+
+private:
+    void checkFace(const Geo::MeshEntity& face);
+    void checkListedElements(const Geo::MeshEntity& face, ElementSides::Run sides);
+    void checkRegions(const Geo::MeshEntity& face, ElementSides::Run sides);
+    void reportMissing(const Geo::MeshEntity& face, const Geo::ModelEntity& region, bool isBare);
+    void checkRun(ElementSides::Run sides);
+    void checkMeeting(ElementSides::Run pair);
+    void checkCover(ElementSides::Run sides);
+    bool isCovered(const ElementSides::Key& key) const;
+
+    const CaseView& view_;
+    FindingSink& sink_;
+    ElementSides sides_;
+    std::vector<ElementSides::Key> covered_; ///< the mesh faces, ascending
+};
+
+} // namespace Ovra::GeoTool
