@@ -89,6 +89,7 @@ void AbaqusReader::read()
     if (elements_.empty())
         fail(QStringLiteral("the file ends without any *ELEMENT data"));
     requireKnownNodes();
+    putEndsFirst();
     enterSets();
     makeEntities();
 }
@@ -221,6 +222,16 @@ void AbaqusReader::takeSetMembers(const QList<QByteArray>& fields)
             members.append(QList<std::size_t>(setMembers_.value(field)));
         else
             members.append(number(field));
+    }
+}
+
+/// \brief From the order of nodes along a line to ends first, as Gmsh has it.
+void AbaqusReader::putEndsFirst()
+{
+    constexpr int quadraticLine = 8;
+    for (Element& element : elements_) {
+        if (element.gmshType == quadraticLine)
+            std::swap(element.nodes[1], element.nodes[2]);
     }
 }
 

@@ -53,6 +53,7 @@ private:
     void takeNode(const QList<QByteArray>& fields);
     void takeElement(const QList<QByteArray>& fields);
     void takeSetMembers(const QList<QByteArray>& fields);
+    void putEndsFirst();
     void requireWholeElement() const;
     std::size_t number(const QByteArray& field) const;
     double real(const QByteArray& field) const;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "AttributeType.h"
+#include "AttributeValue.h"
 
 #include <QJsonObject>
 #include <QJsonValue>
@@ -8,11 +9,12 @@
 #include <QString>
 #include <QVariant>
 
+#include <optional>
+
 namespace Ovra::Geo
 {
 class Model;
-class ModelEntity;
-} // namespace Ovra::Geo
+}
 
 namespace Ovra::GeoTool
 {
@@ -32,7 +34,13 @@ public:
     /// and, but for names of faces, values.
     void read();
 
-    /// \brief Sets the attributes; throws for a name or an entity that \p mesh does not have.
+    /// \brief Takes the mesh away from the regions that are to have none; their faces keep theirs.
+    ///
+    /// Throws for a name or an entity that \p mesh does not have, or that is no region.
+    void leaveWithoutMesh(ImportedMesh& mesh) const;
+
+    /// \brief Sets the attributes, those of shells first; throws for a name or an entity that
+    /// \p mesh does not have.
     /// \param model made from \p mesh
     void apply(const ImportedMesh& mesh, Geo::Model& model) const;
 
@@ -47,27 +55,55 @@ private:
 
     struct Target
     {
+        QString place;
         QString key;
+        bool isGroup = true;
+        std::optional<bool> meshed; ///< what the file says, if anything
         QList<Entry> entries;
     };
 
+    struct Shell
+    {
+        QString place;
+        QJsonValue region;
+        QJsonValue originalFace;
+        QJsonValue newFace;
+    };
+
+    struct Reference
+    {
+        int dimension;
+        int id;
+    };
+
     [[noreturn]] void fail(const QString& place, const QString& what) const;
+    void requireKind(const QString& place, const QJsonValue& json, ValueKind kind) const;
+    void requireEntity(const QString& place, const Reference& reference,
+                       const ImportedMesh& mesh) const;
     QJsonObject object(const QJsonValue& value, const QString& place) const;
+
     QList<Target> readTargets(const QString& section, const QJsonValue& value) const;
     QList<Entry> readEntries(const QString& place, const QJsonObject& object) const;
+    std::optional<bool> readMeshed(const QString& place, const QJsonValue& value) const;
+    QList<Shell> readShells(const QString& section, const QJsonValue& value) const;
+    QJsonValue takeReference(const QString& place, const QString& key, ValueKind kind,
+                             QJsonObject& keys) const;
 
-    QList<Geo::ModelEntity*> groupMembers(const QString& key, const ImportedMesh& mesh,
-                                          Geo::Model& model) const;
-    Geo::ModelEntity* entityOf(const QString& key, Geo::Model& model) const;
-    QVariant resolved(const Entry& entry, const ImportedMesh& mesh, Geo::Model& model) const;
-    QList<int> facesNamed(const QString& name, const QString& place, const ImportedMesh& mesh,
-                          Geo::Model& model) const;
-    int faceWithId(const QJsonValue& json, const QString& place, Geo::Model& model) const;
+    void applyShell(const Shell& shell, const ImportedMesh& mesh, Geo::Model& model) const;
+    QList<Reference> targetsOf(const Target& target, const ImportedMesh& mesh) const;
+    QList<Reference> groupMembers(const Target& target, const ImportedMesh& mesh) const;
+    Reference entityOf(const Target& target, const ImportedMesh& mesh) const;
+    QVariant resolved(const Entry& entry, const ImportedMesh& mesh) const;
+    QList<int> named(const QJsonValue& json, const QString& place, int dimension,
+                     const ImportedMesh& mesh) const;
+    int single(const QJsonValue& json, const QString& place, int dimension,
+               const ImportedMesh& mesh) const;
 
     QString path_;
     QList<Entry> model_;
     QList<Target> groups_;
     QList<Target> entities_;
+    QList<Shell> shells_;
 };
 
 } // namespace Ovra::GeoTool

@@ -1,5 +1,7 @@
 #include "ElementShape.h"
 
+#include "ElementTopology.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -11,39 +13,31 @@ using Geo::Vector;
 namespace
 {
 
-using LocalFaces = std::vector<std::array<int, 4>>;
+using Sides = std::vector<std::vector<int>>;
 
-const LocalFaces TetrahedronFaces{{1, 2, 3, -1}, {0, 3, 2, -1}, {0, 1, 3, -1}, {0, 2, 1, -1}};
-const LocalFaces PyramidFaces{
-    {3, 2, 1, 0}, {0, 1, 4, -1}, {1, 2, 4, -1}, {2, 3, 4, -1}, {3, 0, 4, -1}};
-const LocalFaces WedgeFaces{{0, 1, 4, 3}, {1, 2, 5, 4}, {2, 0, 3, 5}, {0, 2, 1, -1}, {3, 4, 5, -1}};
-const LocalFaces HexahedronFaces{{0, 4, 7, 3}, {1, 2, 6, 5}, {0, 1, 5, 4},
-                                 {2, 3, 7, 6}, {0, 3, 2, 1}, {4, 5, 6, 7}};
-
-std::vector<std::array<int, 2>> edgesOfFaces(const LocalFaces& faces)
+/// \brief The edges of the faces, each once and as a face of two nodes.
+Sides edgesOfFaces(const Sides& faces)
 {
-    std::vector<std::array<int, 2>> edges;
+    Sides edges;
     for (const auto& face : faces) {
-        const std::size_t count = face[3] < 0 ? 3 : 4;
-        for (std::size_t i = 0; i < count; ++i)
-            edges.push_back({std::min(face[i], face[(i + 1) % count]),
-                             std::max(face[i], face[(i + 1) % count])});
+        for (std::size_t i = 0; i < face.size(); ++i) {
+            const auto [low, high] = std::minmax(face[i], face[(i + 1) % face.size()]);
+            edges.push_back({low, high});
+        }
     }
     std::sort(edges.begin(), edges.end());
     edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
     return edges;
 }
 
-const std::vector<std::array<int, 2>>& localEdges(int nodeCount, int dimension)
+const Sides& localEdges(int nodeCount, int dimension)
 {
-    static const std::vector<std::array<int, 2>> Triangle{{0, 1}, {1, 2}, {2, 0}};
-    static const std::vector<std::array<int, 2>> Quadrilateral{{0, 1}, {1, 2}, {2, 3}, {3, 0}};
-    static const auto Tetrahedron = edgesOfFaces(TetrahedronFaces);
-    static const auto Pyramid = edgesOfFaces(PyramidFaces);
-    static const auto Wedge = edgesOfFaces(WedgeFaces);
-    static const auto Hexahedron = edgesOfFaces(HexahedronFaces);
     if (dimension == 2)
-        return nodeCount == 3 ? Triangle : Quadrilateral;
+        return ElementTopology::find(2, nodeCount)->sides;
+    static const Sides Tetrahedron = edgesOfFaces(ElementShape::faces(4));
+    static const Sides Pyramid = edgesOfFaces(ElementShape::faces(5));
+    static const Sides Wedge = edgesOfFaces(ElementShape::faces(6));
+    static const Sides Hexahedron = edgesOfFaces(ElementShape::faces(8));
     switch (nodeCount) {
     case 4:
         return Tetrahedron;
@@ -63,25 +57,16 @@ double sixVolumes(const Vector& a, const Vector& b, const Vector& c)
 
 } // namespace
 
-const std::vector<std::array<int, 4>>& ElementShape::faces(int nodeCount)
+const std::vector<std::vector<int>>& ElementShape::faces(int nodeCount)
 {
-    switch (nodeCount) {
-    case 4:
-        return TetrahedronFaces;
-    case 5:
-        return PyramidFaces;
-    case 6:
-        return WedgeFaces;
-    default:
-        return HexahedronFaces;
-    }
+    return ElementTopology::find(3, nodeCount)->sides;
 }
 
-ImportedElement ElementShape::face(const ImportedElement& element, const std::array<int, 4>& local)
+ImportedElement ElementShape::face(const ImportedElement& element, const std::vector<int>& local)
 {
     ImportedElement result;
-    result.nodeCount = local[3] < 0 ? 3 : 4;
-    for (std::size_t i = 0; i < static_cast<std::size_t>(result.nodeCount); ++i)
+    result.nodeCount = static_cast<int>(local.size());
+    for (std::size_t i = 0; i < local.size(); ++i)
         result.nodes[i] = element.nodes[static_cast<std::size_t>(local[i])];
     return result;
 }

@@ -16,25 +16,20 @@ struct NodeKey
     auto operator<=>(const NodeKey&) const = default;
 };
 
-/// \brief Local edges and faces of the element kinds, with the volume element's faces turned
-/// outwards, and the repair of the node order.
+/// \brief What the import needs of the shape of elements: their sides as elements of their own,
+/// their volume, and the repair of their node order.
 ///
-/// The node order is that of the face tables of Geo::Utility, which Gmsh shares:
-/// \verbatim
-///  tetrahedron    pyramid        wedge          hexahedron
-///  0 1 2 base     0 1 2 3 base   0 1 2 base     0 1 2 3 base
-///  3 apex         4 apex         3 4 5 top      4 5 6 7 top
-/// \endverbatim
-/// The base is numbered counter-clockwise as seen from the other nodes, so that
-/// (p1 - p0) ^ (p2 - p0) points to them and the volume is positive.
+/// The node order is that of ElementTopology, which Gmsh shares. The base of a volume element is
+/// numbered counter-clockwise as seen from its other nodes, so that (p1 - p0) ^ (p2 - p0) points to
+/// them and the volume is positive.
 class ElementShape
 {
 public:
-    /// \brief The local faces of a volume element, outward; a triangle ends in -1.
-    static const std::vector<std::array<int, 4>>& faces(int nodeCount);
+    /// \brief The local faces of a volume element, outward.
+    static const std::vector<std::vector<int>>& faces(int nodeCount);
 
     /// \brief Face \p local of a volume element as an element of its own, outward.
-    static ImportedElement face(const ImportedElement& element, const std::array<int, 4>& local);
+    static ImportedElement face(const ImportedElement& element, const std::vector<int>& local);
 
     /// \brief The edges of a surface or volume element as pairs of nodes of the mesh.
     static void edges(const ImportedElement& element, int dimension,

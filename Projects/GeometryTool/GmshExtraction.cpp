@@ -337,34 +337,11 @@ void GmshExtraction::turnPlanarFaces()
 
 void GmshExtraction::dropUnusedNodes()
 {
-    std::vector<int> renamed(mesh_.nodes.size(), -1);
-    for (int d = 1; d <= 3; ++d) {
-        for (const ImportedElement& element : mesh_.elementsOf(d)) {
-            for (std::size_t n = 0; n < static_cast<std::size_t>(element.nodeCount); ++n)
-                renamed[static_cast<std::size_t>(element.nodes[n])] = 0;
-        }
-    }
-    std::erase_if(mesh_.elementsOf(0), [&renamed](const ImportedElement& point) {
-        return renamed[static_cast<std::size_t>(point.nodes[0])] < 0;
-    });
-    long long unused = 0;
-    std::vector<ImportedNode> kept;
-    for (std::size_t i = 0; i < mesh_.nodes.size(); ++i) {
-        if (renamed[i] == 0) {
-            renamed[i] = static_cast<int>(kept.size());
-            kept.push_back(mesh_.nodes[i]);
-        } else {
-            unused += between_[i] ? 0 : 1;
-        }
-    }
-    for (auto& elements : mesh_.elements) {
-        for (ImportedElement& element : elements) {
-            for (std::size_t n = 0; n < static_cast<std::size_t>(element.nodeCount); ++n)
-                element.nodes[n] = renamed[static_cast<std::size_t>(element.nodes[n])];
-        }
-    }
-    mesh_.nodes = std::move(kept);
-    warn(unused, QStringLiteral("%1 nodes that belong to no element are left out"));
+    const std::vector<bool> unused = mesh_.removeUnusedNodes();
+    long long count = 0;
+    for (std::size_t i = 0; i < unused.size(); ++i)
+        count += unused[i] && !between_[i] ? 1 : 0;
+    warn(count, QStringLiteral("%1 nodes that belong to no element are left out"));
 }
 
 } // namespace Ovra::GeoTool

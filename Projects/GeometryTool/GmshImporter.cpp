@@ -34,6 +34,8 @@ void GmshImporter::import(Geo::Database& database, const AttributesFile* attribu
     TopologyLinks::addTouching(mesh);
     TopologyLinks::discardEmpty(mesh);
     session.run(options_.input, [&mesh] { EntityGeometry(mesh).compute(); });
+    if (attributes != nullptr)
+        attributes->leaveWithoutMesh(mesh);
     progress_.phase(QStringLiteral("building model and mesh"));
     MeshTransfer(mesh, database).transfer();
     if (attributes != nullptr)

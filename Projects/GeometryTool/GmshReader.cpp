@@ -1,6 +1,7 @@
 #include "GmshReader.h"
 
 #include "AbaqusReader.h"
+#include "DeclaredElements.h"
 #include "GmshSession.h"
 #include "InputFileCheck.h"
 #include "Progress.h"
@@ -38,6 +39,18 @@ bool isCadModel()
     return false;
 }
 
+qint64 elementCount()
+{
+    std::vector<int> types;
+    std::vector<std::vector<std::size_t>> elements;
+    std::vector<std::vector<std::size_t>> nodes;
+    gmsh::model::mesh::getElements(types, elements, nodes);
+    qint64 count = 0;
+    for (const auto& list : elements)
+        count += static_cast<qint64>(list.size());
+    return count;
+}
+
 bool isSurfaceFormat(const QString& path)
 {
     return InputFileCheck::suffix(path) == QLatin1String("stl");
@@ -56,6 +69,7 @@ int GmshReader::read(const ImportOptions& options)
     InputFileCheck::check(options.input);
     requireReader(options.input);
     open(options.input);
+    requireAllElements(options.input);
     fillIfSurface(options);
     const int dimension = targetDimension(options);
     if (!hasElements(dimension))
@@ -98,6 +112,19 @@ void GmshReader::open(const QString& path)
                         QStringLiteral("%1: Gmsh finds neither geometry nor mesh in it").arg(path));
 }
 
+void GmshReader::requireAllElements(const QString& path) const
+{
+    const qint64 declared = DeclaredElements::in(path).value_or(0);
+    const qint64 loaded = elementCount();
+    if (loaded < declared)
+        throw ToolError(ExitCode::Unsuitable,
+                        QStringLiteral("%1: %2 of its %3 elements are of kinds that cannot be "
+                                       "imported, polygons or springs for instance")
+                            .arg(path)
+                            .arg(declared - loaded)
+                            .arg(declared));
+}
+
 int GmshReader::targetDimension(const ImportOptions& options) const
 {
     const int present = gmsh::model::getDimension();
@@ -123,14 +150,11 @@ void GmshReader::generate(const ImportOptions& options, int dimension)
         gmsh::option::setNumber("Mesh.MeshSizeMax", options.meshSize);
         gmsh::option::setNumber("Mesh.MeshSizeMin", 0);
     }
-    static const QString Names[] = {QString(), QStringLiteral("curves"), QStringLiteral("surfaces"),
-                                    QStringLiteral("volumes")};
-    for (int d = 1; d <= dimension; ++d) {
-        progress_.phase(QStringLiteral("meshing the %1").arg(Names[d]));
-        session_.run(
-            QStringLiteral("%1: meshing the %2 fails").arg(options.input, Names[d]),
-            [d] { gmsh::model::mesh::generate(d); }, false);
-    }
+    // In one call, as Gmsh's own users have it: meshing in steps gives another mesh.
+    progress_.phase(QStringLiteral("meshing %1").arg(options.input));
+    session_.run(
+        QStringLiteral("%1: meshing fails").arg(options.input),
+        [dimension] { gmsh::model::mesh::generate(dimension); }, false);
     if (!hasElements(dimension))
         throw ToolError(ExitCode::Unsuitable,
                         QStringLiteral("%1: Gmsh makes no elements of dimension %2 of it")

@@ -31,6 +31,7 @@ public:
 private:
     void requireReader(const QString& path) const;
     void open(const QString& path);
+    void requireAllElements(const QString& path) const;
     int targetDimension(const ImportOptions& options) const;
     void generate(const ImportOptions& options, int dimension);
     void fillIfSurface(const ImportOptions& options);

@@ -6,6 +6,10 @@
 #include "GmshImporter.h"
 #include "IsolatedRun.h"
 #include "Progress.h"
+#include "ToolError.h"
+
+#include <QDir>
+#include <QFileInfo>
 
 #include <CLI/CLI.hpp>
 #include <memory>
@@ -36,8 +40,19 @@ ImportOptions optionsOf(const Arguments& arguments)
     return options;
 }
 
+/// \brief Meshing may take long; a place that does not exist is better told ahead of it.
+void requireOutputDirectory(const QString& output)
+{
+    const QFileInfo info(output);
+    if (!info.dir().exists())
+        throw ToolError(ExitCode::OutputFailed, QStringLiteral("cannot write %1: there is no "
+                                                               "directory %2")
+                                                    .arg(output, info.dir().path()));
+}
+
 void import(const Arguments& arguments, Progress& progress)
 {
+    requireOutputDirectory(QString::fromStdString(arguments.output));
     std::optional<AttributesFile> attributes;
     if (!arguments.attributes.empty()) {
         attributes.emplace(QString::fromStdString(arguments.attributes));

@@ -100,6 +100,16 @@ struct ImportedMesh
     /// \brief Appends an entity with the id above all others of its dimension; its position.
     int addEntity(int dimension, const ImportedEntity& entity);
 
+    /// \brief Position of the entity with an id; -1 if there is none or it is discarded.
+    int positionOf(int dimension, int id) const;
+
+    /// \brief Takes all elements off an entity; their nodes stay.
+    void removeElementsOf(int dimension, int position);
+
+    /// \brief Removes the nodes that no line, face or region uses, and the points on them.
+    /// \return for each former position whether the node is gone
+    std::vector<bool> removeUnusedNodes();
+
     /// \brief Notes, both ways and once, that two entities touch.
     void link(int dimensionA, int positionA, int dimensionB, int positionB);
 

@@ -5,7 +5,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
-#include <QSet>
 #include <QtEndian>
 
 namespace Ovra::GeoTool
@@ -42,13 +41,14 @@ void checkSections(QFile& file)
     QByteArray open;
     constexpr qint64 longestLine = 200;
     while (!file.atEnd()) {
-        const QByteArray line = file.readLine(longestLine).trimmed().toLower();
-        if (!line.startsWith('$') || line.startsWith("$comment"))
+        const QByteArray line = file.readLine(longestLine).trimmed();
+        const QByteArray lower = line.toLower(); // version 1 shouts
+        if (!line.startsWith('$') || lower.startsWith("$comment"))
             continue;
         found = true;
-        if (open.isEmpty() && !line.startsWith("$end"))
+        if (open.isEmpty() && !lower.startsWith("$end"))
             open = line.mid(1);
-        else if (line == "$end" + open)
+        else if (lower == "$end" + open.toLower())
             open.clear();
     }
     if (!found)
@@ -91,20 +91,35 @@ void checkNastran(QFile& file)
     cutOff(file, QStringLiteral("there is no ENDDATA"));
 }
 
+/// \brief How many numbers Gmsh takes from a line under a keyword of a Medit file; 0 if it does not
+/// matter.
+qsizetype numbersUnder(const QByteArray& keyword)
+{
+    static const QHash<QByteArray, qsizetype> Numbers{{"Edges", 3},          {"Triangles", 4},
+                                                      {"Quadrilaterals", 5}, {"Tetrahedra", 5},
+                                                      {"Prisms", 7},         {"Hexahedra", 9}};
+    return Numbers.value(keyword, 0);
+}
+
 void checkMedit(QFile& file)
 {
-    static const QSet<QByteArray> Misread{"EdgesP2",      "TrianglesP2", "QuadrilateralsQ2",
-                                          "TetrahedraP2", "HexahedraQ2", "PrismsP2",
-                                          "PyramidsP2"};
+    QByteArray keyword;
     bool ended = false;
-    while (!file.atEnd()) {
-        const QByteArray word = file.readLine().trimmed();
-        if (Misread.contains(word))
-            damaged(file.fileName(),
-                    QStringLiteral("holds second-order elements (%1), which Gmsh misreads in Medit "
-                                   "files; save the mesh in first order or as .msh")
-                        .arg(QString::fromLatin1(word)));
-        ended = ended || word == "End";
+    for (qint64 number = 1; !file.atEnd(); ++number) {
+        const QByteArray line = file.readLine().simplified();
+        const bool isKeyword = !line.isEmpty() && line.at(0) >= 'A' && line.at(0) <= 'Z';
+        if (isKeyword)
+            keyword = line.split(' ').first();
+        ended = ended || keyword == "End";
+        const bool tooLong =
+            !isKeyword && numbersUnder(keyword) > 0 && line.count(' ') >= numbersUnder(keyword);
+        const bool higherOrder = isKeyword && (keyword.endsWith("P2") || keyword.endsWith("Q2"));
+        if (tooLong || higherOrder)
+            damaged(
+                file.fileName(),
+                QStringLiteral("line %1: elements of second order, which Gmsh misreads in Medit "
+                               "files; save the mesh in first order or as .msh")
+                    .arg(number));
     }
     if (!ended)
         cutOff(file, QStringLiteral("there is no End"));
@@ -127,6 +142,59 @@ void checkStl(QFile& file)
         cutOff(file, QStringLiteral("there is no endsolid"));
 }
 
+qint64 numbersInLine(const QByteArray& line)
+{
+    qint64 count = 0;
+    for (const QByteArray& word : line.simplified().split(' '))
+        count += !word.isEmpty() && word.at(0) >= '0' && word.at(0) <= '9' ? 1 : 0;
+    return count;
+}
+
+/// \brief Each table of values on points or cells has as many as there are of these.
+void checkVtkTables(QFile& file)
+{
+    qint64 wanted = 0;
+    qint64 missing = 0;
+    while (!file.atEnd()) {
+        const QByteArray line = file.readLine().simplified();
+        if (line.startsWith("CELL_DATA ") || line.startsWith("POINT_DATA "))
+            wanted = line.mid(line.indexOf(' ')).toLongLong();
+        else if (line.startsWith("LOOKUP_TABLE "))
+            missing = wanted;
+        else
+            missing -= numbersInLine(line);
+    }
+    if (missing > 0)
+        cutOff(file, QStringLiteral("%1 of %2 values of the last table are missing")
+                         .arg(missing)
+                         .arg(wanted));
+}
+
+/// \brief The types of the cells come behind points and cells, and so tell of these too.
+void checkVtk(QFile& file)
+{
+    bool binary = false;
+    qint64 wanted = -1;
+    qint64 found = 0;
+    while (!file.atEnd() && wanted < 0) {
+        const QByteArray line = file.readLine().simplified();
+        binary = binary || line == "BINARY";
+        if (line.startsWith("CELL_TYPES "))
+            wanted = line.mid(11).toLongLong();
+    }
+    if (wanted < 0)
+        cutOff(file, QStringLiteral("there are no CELL_TYPES"));
+    constexpr qint64 bytesOfType = 4;
+    if (binary)
+        found = (file.size() - file.pos()) / bytesOfType;
+    while (!binary && !file.atEnd() && found < wanted)
+        found += numbersInLine(file.readLine());
+    if (found < wanted)
+        cutOff(file, QStringLiteral("%1 of %2 CELL_TYPES are there").arg(found).arg(wanted));
+    if (!binary)
+        checkVtkTables(file);
+}
+
 void checkLastLineEnded(QFile& file)
 {
     if (!tail(file, 1).endsWith('\n'))
@@ -138,12 +206,12 @@ using Check = void (*)(QFile&);
 Check checkFor(const QString& suffix)
 {
     static const QHash<QString, Check> Checks{
-        {QStringLiteral("msh"), checkSections},      {QStringLiteral("step"), checkStep},
-        {QStringLiteral("stp"), checkStep},          {QStringLiteral("iges"), checkIges},
-        {QStringLiteral("igs"), checkIges},          {QStringLiteral("unv"), checkUniversal},
-        {QStringLiteral("bdf"), checkNastran},       {QStringLiteral("nas"), checkNastran},
-        {QStringLiteral("stl"), checkStl},           {QStringLiteral("mesh"), checkMedit},
-        {QStringLiteral("vtk"), checkLastLineEnded}, {QStringLiteral("inp"), checkLastLineEnded}};
+        {QStringLiteral("msh"), checkSections}, {QStringLiteral("step"), checkStep},
+        {QStringLiteral("stp"), checkStep},     {QStringLiteral("iges"), checkIges},
+        {QStringLiteral("igs"), checkIges},     {QStringLiteral("unv"), checkUniversal},
+        {QStringLiteral("bdf"), checkNastran},  {QStringLiteral("nas"), checkNastran},
+        {QStringLiteral("stl"), checkStl},      {QStringLiteral("mesh"), checkMedit},
+        {QStringLiteral("vtk"), checkVtk},      {QStringLiteral("inp"), checkLastLineEnded}};
     return Checks.value(suffix, nullptr);
 }
 

@@ -20,7 +20,8 @@ namespace Ovra::GeoTool
 /// | bdf, nas | there is a line "ENDDATA" |
 /// | stl | text: "endsolid" at the end; binary: the size that the count of triangles calls for |
 /// | mesh | there is the keyword "End" |
-/// | vtk, inp | the last line is ended |
+/// | vtk | there are as many types of cells as announced |
+/// | inp | the last line is ended |
 class InputFileCheck
 {
 public:
