@@ -47,8 +47,8 @@ struct LinkAttributes
 /// \brief The stencil of a mesh vertex that is tied to an entity elsewhere.
 ///
 /// A vertex tied to a vertex has that one link with weight 1, whether or not it exists. Otherwise
-/// the links are those vertices of the entity that have a weight above 0, ascending by id. \pre the
-/// entity exists, has at most four vertices and as many weights; what is missing or beyond
+/// the links are those vertices of the entity that have a weight above 0, ascending by id.
+/// \pre the entity exists, has at most four vertices and as many weights; what is missing or beyond
 ///      that is left out
 LinkData stencilOf(const Mesh& mesh, MeshEntity& vertex, const LinkAttributes& names);
 

@@ -64,13 +64,13 @@ struct ElementShape
 ///                      quadrilateral
 ElementShape shapeOf(const MeshEntity& element, int quadrilateral);
 
-/// \brief The first five columns of an element line: id, type code, node count, material, region
-/// id.
+/// \brief The first five columns of an element line: id, type code, node count, material and
+///        region id.
 void writeElementColumns(QTextStream& stream, const MeshEntity& element, ElementShape shape,
                          int material, int regionId);
 
-/// \brief The last columns of an element line, each vertex id with a blank ahead, and the line
-/// feed.
+/// \brief The last columns of an element line, each vertex id with a blank ahead, and the
+///        line feed.
 void writeElementVertices(QTextStream& stream, const MeshEntity& element);
 
 /// \brief x, y and z, one blank apart.
@@ -100,8 +100,8 @@ void writeLinkIds(QTextStream& stream, const LinkData& stencil);
 /// \brief The weights of a stencil, each with a blank behind it.
 void writeLinkWeights(QTextStream& stream, const LinkData& stencil);
 
-/// \brief A line "node id, link count, link ids, weights" for each stencil, with a blank at its
-/// end.
+/// \brief A line "node id, link count, link ids, weights" for each stencil, with a blank at
+///        its end.
 void writeStencils(QTextStream& stream, const QList<LinkData>& stencils, LineEnd lineEnd);
 
 /// \brief The size of a map, then a line "key value" for each entry, ascending by key.

@@ -26,38 +26,36 @@ class Model;
 ///
 /// <b>Conventions of the format</b>
 /// - Fields stand one blank apart and are never padded. Integers and reals go through the stream,
-/// so
-///   that locale, number flags and real number notation are the host's; the precision of reals is
-///   changed only where a section says so below.
+///   so that locale, number flags and real number notation are the host's; the precision of reals
+///   is changed only where a section says so below.
 /// - Ids are those of the entities, without renumbering (Mesh::renumber() makes them dense); 0
-/// means
-///   that there is no such entity. Local face numbers are those of Utility::getLocalFaceIndex().
+///   means that there is no such entity. Local face numbers are those of
+///   Utility::getLocalFaceIndex().
 /// - A section with a count in front ends by that count, any other by a terminator line.
 /// - Records in hash order are a set to the solver: their order may differ from run to run.
 ///
-/// | operation                              | order of records                                |
-/// precision        | end        |
-/// |----------------------------------------|-------------------------------------------------|------------------|------------|
-/// | writeNodes                             | hash                                            | 15,
-/// restored     | "-1"       | | writeElements                          | hash | no reals         |
-/// "-1"       | | writePartSurfaces                      | regions hash, faces by id | 15, restored
-/// | "-1"       | | writeSurfaceConnectivity               | faces hash, nodes by id, lines by
-/// first element | 15, restored     | "-1"       | | writeShellElements                     |
-/// regions hash, elements by id                    | no reals         | "-1"       | |
-/// writeShellRegionData                   | hash                                            | no
-/// reals         | "-1"       | | writeShellSurfaceNodeLinks             | faces hash, nodes by id
-/// | no reals         | "-1 -1 -1" | | writePeriodicFaceList                  | by element, then
-/// local face                     | no reals         | counted    | | writePeriodicNodalData | by
-/// node id                                      | 6, restored      | counted    | |
-/// writePeriodicTransform                 | four lines                                      | the
-/// stream's     | fixed      | | writeGmPeriodicData                    | ascending | the stream's
-/// | counted    | | writeExtrusionFaceList                 | by element, then local face | no reals
-/// | counted    | | writeExtrusionNodalData                | by node id | 6, restored      |
-/// counted    | | writeGmExtrusionData                   | ascending | 6, not restored  | counted |
-/// | writeMovingRegionData, the Gm form     | materials hash, maps by key                     | no
-/// reals         | counted    | | writeRotatingRegionData, the Gm form   | regions hash, within a
-/// region ascending         | no reals         | counted    | | writeSpatiallyVaryingNodalBC |
-/// writes nothing                                  |                  |            |
+/// The operations without their `write`; a precision of 15 or 6 is put back at the end unless it
+/// stays. Lines of surface connectivity ascend by their first element.
+///
+/// | operation               | order of records                          | precision | end        |
+/// |-------------------------|-------------------------------------------|-----------|------------|
+/// | Nodes                   | hash                                      | 15        | "-1"       |
+/// | Elements                | hash                                      | no reals  | "-1"       |
+/// | PartSurfaces            | regions hash; faces by id                 | 15        | "-1"       |
+/// | SurfaceConnectivity     | faces hash; nodes by id; lines by element | 15        | "-1"       |
+/// | ShellElements           | regions hash; elements by id              | no reals  | "-1"       |
+/// | ShellRegionData         | hash                                      | no reals  | "-1"       |
+/// | ShellSurfaceNodeLinks   | faces hash; nodes by id                   | no reals  | "-1 -1 -1" |
+/// | PeriodicFaceList        | by element, then local face               | no reals  | counted    |
+/// | PeriodicNodalData       | by node id                                | 6         | counted    |
+/// | PeriodicTransform       | four lines                                | stream's  | fixed      |
+/// | GmPeriodicData          | ascending                                 | stream's  | counted    |
+/// | ExtrusionFaceList       | by element, then local face               | no reals  | counted    |
+/// | ExtrusionNodalData      | by node id                                | 6         | counted    |
+/// | GmExtrusionData         | ascending                                 | 6, stays  | counted    |
+/// | MovingRegionData, Gm    | materials hash; maps by key               | no reals  | counted    |
+/// | RotatingRegionData, Gm  | regions hash; ascending within each       | no reals  | counted    |
+/// | SpatiallyVaryingNodalBC | writes nothing                            |           |            |
 ///
 /// <b>Caches.</b> The topics periodic, extrusion, moving regions and rotating regions exist in a
 /// plain and in a labelled form (`Gm`), made from the same data. That data is gathered on first use
@@ -94,15 +92,15 @@ public:
     /// presence of `is_shell` that counts here, not its value. The material is the region's
     /// `material_id`, or that of the region named by its `fluid_region`; a missing one is 0.
     ///
-    /// | element                     | type code | node count |
-    /// |-----------------------------|-----------|------------|
-    /// | tetrahedron, 4 vertices     | 4         | 4          |
-    /// | pyramid, 5 vertices         | 6         | 5          |
-    /// | wedge, 6 vertices           | 5         | 6          |
-    /// | hexahedron, 8 vertices      | 3         | 8          |
-    /// | triangle, 3 vertices        | 1         | 3          |
-    /// | quadrilateral, 4 vertices   | 2         | 4          |
-    /// | any other number            | 0         | 0          |
+    /// | element                   | type code | node count |
+    /// |---------------------------|-----------|------------|
+    /// | tetrahedron, 4 vertices   | 4         | 4          |
+    /// | pyramid, 5 vertices       | 6         | 5          |
+    /// | wedge, 6 vertices         | 5         | 6          |
+    /// | hexahedron, 8 vertices    | 3         | 8          |
+    /// | triangle, 3 vertices      | 1         | 3          |
+    /// | quadrilateral, 4 vertices | 2         | 4          |
+    /// | any other number          | 0         | 0          |
     void writeElements(QTextStream& stream) const;
 
     /// @}
@@ -111,26 +109,27 @@ public:
 
     /// \brief Writes the parts, that is the model regions, then "-1".
     ///
-    /// | line       | fields                                                             |
-    /// |------------|--------------------------------------------------------------------|
-    /// | 1          | region id, number of bounding faces, name to the end of the line   |
-    /// | 2          | centroid times scale: x y z                                        |
-    /// | 3 and on   | ids of the bounding faces, ascending, 20 a line                    |
+    /// | line     | fields                                                           |
+    /// |----------|------------------------------------------------------------------|
+    /// | 1        | region id, number of bounding faces, name to the end of the line |
+    /// | 2        | centroid times scale: x y z                                      |
+    /// | 3 and on | ids of the bounding faces, ascending, 20 a line                  |
     ///
     /// In lists of ids a full line has no blank at its end, a short last line has one, and an empty
     /// list has no line at all.
+    ///
     /// \param stream where to write; its precision is 15 meanwhile
     /// \param scale  multiplies the centroids
     void writePartSurfaces(QTextStream& stream, double scale) const;
 
     /// \brief Writes the surfaces, that is the model faces that have a region, then "-1".
     ///
-    /// | line               | fields |
-    /// |--------------------|----------------------------------------------------------------------|
-    /// | 1                  | face id, first region id, number of mesh faces, number of nodes, name
-    /// | | 2                  | centroid times scale: x y z; normal: x y z | | 3 and on           |
-    /// ids of the nodes on the face, ascending, 5 a line                    | | one per mesh face
-    /// | connectivity, ascending by first element                             |
+    /// | line              | fields                                                            |
+    /// |-------------------|-------------------------------------------------------------------|
+    /// | 1                 | face id, first region id, number of mesh faces and of nodes, name |
+    /// | 2                 | centroid times scale: x y z; normal: x y z                        |
+    /// | 3 and on          | ids of the nodes on the face, ascending, 5 a line                 |
+    /// | one per mesh face | connectivity, ascending by first element                          |
     ///
     /// Name, centroid and normal are those of the face named by `non_extruded_face`, if there is
     /// one. A connectivity line holds the element on one side, the vertex ids and the element on
@@ -138,9 +137,10 @@ public:
     /// face has fewer than two elements, the surface is no shell itself and a vertex has
     /// `shell_vertex`) the line ends instead with the negative id of the one element that holds the
     /// partners of all the vertices, the ids of the partners, and a blank; unless there is no such
-    /// single element. \param stream where to write; its precision is 15 meanwhile. Connectivity
-    /// lines do not follow
-    ///               its locale and number flags
+    /// single element. A mesh face without any element is written with the partners and that one
+    /// element, not negated, in its stead.
+    /// \param stream where to write; its precision is 15 meanwhile. Connectivity lines do not
+    ///               follow its locale and number flags
     /// \param scale  multiplies the centroids, not the normals
     /// \pre the upward adjacency lists of the mesh are set
     void writeSurfaceConnectivity(QTextStream& stream, double scale) const;
@@ -194,19 +194,21 @@ public:
 
     /// \brief Writes the whole topic in labelled blocks, at the stream's own precision.
     ///
-    /// | label                           | what follows |
-    /// |---------------------------------|----------------------------------------------------------|
-    /// | "--- nPeriodic ---"             | number of periodic model faces | | "--- node_per_status
-    /// ---"       | count; node id, status                                   | | "--- AFaceList
-    /// ---"             | count; element id, local face                            | | "---
-    /// BFaceList ---"             | the same for side B                                      | |
-    /// "--- ANodeList ---"             | count; the ids, 20 a line                                |
-    /// | "--- BNodeList ---"             | the same for side B | | "--- nMaxANabors ---" | 4 if the
-    /// model has regions, else 2                       | | "--- nMaxBNabors ---"           | the
-    /// same number                                          | | "--- ALinksCon and ALinksWht ---" |
-    /// count; node id, link count, link ids, weights, a blank | | "--- BLinksCon and BLinksWht ---"
-    /// | the same for side B                                    | | "--- Transform ---" | half the
-    /// number of periodic faces; the transform's lines | \pre as for writePeriodicNodalData()
+    /// | label                             | what follows                                         |
+    /// |-----------------------------------|------------------------------------------------------|
+    /// | "--- nPeriodic ---"               | number of periodic model faces                       |
+    /// | "--- node_per_status ---"         | count; node id, status                               |
+    /// | "--- AFaceList ---"               | count; element id, local face                        |
+    /// | "--- BFaceList ---"               | the same for side B                                  |
+    /// | "--- ANodeList ---"               | count; the ids, 20 a line                            |
+    /// | "--- BNodeList ---"               | the same for side B                                  |
+    /// | "--- nMaxANabors ---"             | 4 if the model has regions, else 2                   |
+    /// | "--- nMaxBNabors ---"             | the same number                                      |
+    /// | "--- ALinksCon and ALinksWht ---" | count; node id, link count, link ids, weights, blank |
+    /// | "--- BLinksCon and BLinksWht ---" | the same for side B                                  |
+    /// | "--- Transform ---"               | half the number of periodic faces; the transform     |
+    ///
+    /// \pre as for writePeriodicNodalData()
     void writeGmPeriodicData(QTextStream& stream) const;
 
     /// @}
@@ -225,12 +227,13 @@ public:
 
     /// \brief Writes the whole topic in labelled blocks.
     ///
-    /// | label                 | what follows                                          |
-    /// |-----------------------|-------------------------------------------------------|
-    /// | none                  | number of stencils                                    |
-    /// | "--- i_extrusion ---" | per stencil: node id, link count, link ids, a blank   |
-    /// | "--- f_extrusion ---" | per stencil: weights, each with a blank behind it     |
-    /// | "--- EFaceList ---"   | count; element id, local face                         |
+    /// | label                 | what follows                                        |
+    /// |-----------------------|-----------------------------------------------------|
+    /// | none                  | number of stencils                                  |
+    /// | "--- i_extrusion ---" | per stencil: node id, link count, link ids, a blank |
+    /// | "--- f_extrusion ---" | per stencil: weights, each with a blank behind it   |
+    /// | "--- EFaceList ---"   | count; element id, local face                       |
+    ///
     /// \param stream where to write
     /// \post the stream's real number precision is 6
     void writeGmExtrusionData(QTextStream& stream) const;
@@ -253,8 +256,7 @@ public:
     ///        faces in one line; then per region its id and material, the counted pairs of rotor
     ///        and stator node, and the counted element faces of the rotor and of the stator side.
     /// \pre every vertex on a rotor side face has `stator_vertex`, and every mesh face on either
-    /// side
-    ///      has one element; asserted while the data is gathered
+    ///      side has one element; asserted while the data is gathered
     void writeRotatingRegionData(QTextStream& stream) const;
 
     /// \brief The data of writeMovingRegionData() under the labels "--- nReplicate ---",

@@ -99,9 +99,8 @@ public:
     /// has two copies and names the later one. Solid elements stay with the rotor.
     ///
     /// \pre upward adjacencies of the mesh are set, every mesh entity has a parent, the regions
-    /// have
-    ///      their `material_type`, and each mesh face of a peripheral face has an element outside
-    ///      the device
+    ///      have their `material_type`, and each mesh face of a peripheral face has an element
+    ///      outside the device
     /// \post upward adjacencies are kept; a second call finds no peripheral face
     void addPeripheralFaces();
 
@@ -116,7 +115,7 @@ public:
     /// \pre each pair has one first and one second face, both meshed; mesh vertices list their mesh
     ///      faces
     /// \post no entity and no adjacency is changed; the ids stored hold until the mesh is
-    /// renumbered
+    ///       renumbered
     void interpolatePeriodicFaces();
 
     /// \brief Ties the vertices of each extruded face and of its partner to each other's mesh.
@@ -129,7 +128,7 @@ public:
     ///
     /// \pre both faces exist and are meshed; mesh vertices list their mesh faces
     /// \post no entity and no adjacency is changed; the ids stored hold until the mesh is
-    /// renumbered
+    ///       renumbered
     void interpolateExtrudedFaces();
 
     /// \brief Replaces every wedge, an element with six vertices, by three tetrahedra.

@@ -7,9 +7,9 @@ namespace Ovra::Geo
 
 /// \brief The six ways of turning a wedge so that a chosen one of its vertices comes first.
 ///
-/// A wedge has its triangles at the positions 0 1 2 and 3 4 5, with 0 below 3, 1 below 4 and 2
-/// below
-/// 5. Every row keeps the wedge's orientation, so that one pattern of tetrahedra serves them all.
+/// A wedge has its triangles at the positions 0 1 2 and 3 4 5, with 0 below 3, 1 below 4 and
+/// 2 below 5. Every row keeps the wedge's orientation, so that one pattern of tetrahedra serves
+/// them all.
 ///
 /// \verbatim
 ///       3-------5
