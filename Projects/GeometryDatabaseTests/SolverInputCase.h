@@ -5,6 +5,7 @@
 #include "GbiWriter.h"
 #include "TestMesh.h"
 
+#include <QBuffer>
 #include <QStringList>
 #include <QTextStream>
 
@@ -82,6 +83,16 @@ public:
     QString written(void (Ovra::Geo::GbiWriter::*section)(QTextStream&) const)
     {
         return written([section](const auto& writer, auto& stream) { (writer.*section)(stream); });
+    }
+
+    /// What has reached the device when a section returns, without a flush by the host.
+    QString arrived(void (Ovra::Geo::GbiWriter::*section)(QTextStream&) const)
+    {
+        QBuffer device;
+        device.open(QIODevice::WriteOnly);
+        QTextStream stream(&device);
+        (Ovra::Geo::GbiWriter(&database).*section)(stream);
+        return QString::fromUtf8(device.data());
     }
 
     QString written(void (Ovra::Geo::GbiWriter::*section)(QTextStream&, double) const, double scale)

@@ -163,6 +163,17 @@ private slots:
         QCOMPARE(stream.realNumberPrecision(), 12);
     }
 
+    void labelledFormFlushesAllLinesButTheFaceCount()
+    {
+        PairCase pair;
+        QCOMPARE(pair.arrived(&GbiWriter::writeGmExtrusionData), pair.labelled());
+        QCOMPARE(pair.arrived(&GbiWriter::writeExtrusionNodalData), QString());
+        ExtrusionCase empty;
+        QCOMPARE(empty.arrived(&GbiWriter::writeGmExtrusionData),
+                 QStringLiteral("0\n--- i_extrusion ---\n--- f_extrusion ---\n"
+                                "--- EFaceList ---\n"));
+    }
+
     void labelledFormLeavesThePrecisionAtSix()
     {
         ExtrusionCase c;

@@ -391,6 +391,17 @@ private slots:
         QCOMPARE(stream.realNumberPrecision(), 9);
     }
 
+    void allSectionsFlush()
+    {
+        ReplicaCase moving;
+        moving.addMesh();
+        QCOMPARE(moving.arrived(&GbiWriter::writeMovingRegionData), moving.plain());
+        QCOMPARE(moving.arrived(&GbiWriter::writeGmMovingRegionData), moving.labelled());
+        DeviceCase rotating;
+        QCOMPARE(rotating.arrived(&GbiWriter::writeRotatingRegionData), rotating.plain());
+        QCOMPARE(rotating.arrived(&GbiWriter::writeGmRotatingRegionData), rotating.labelled());
+    }
+
     void aRotorVertexWithoutStatorVertexStops()
     {
         DeviceCase c;

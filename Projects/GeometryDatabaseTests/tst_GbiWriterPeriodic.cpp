@@ -350,6 +350,29 @@ private slots:
         QCOMPARE(stream.realNumberPrecision(), 9);
     }
 
+    void theTransformAndTheLabelledFormFlush()
+    {
+        PairCase c;
+        QCOMPARE(c.arrived(&GbiWriter::writePeriodicTransform), NoTransform);
+        QCOMPARE(c.arrived(&GbiWriter::writeGmPeriodicData), c.labelled());
+        QCOMPARE(c.arrived(&GbiWriter::writePeriodicNodalData), QString());
+        QCOMPARE(c.arrived(&GbiWriter::writePeriodicFaceList), QString());
+    }
+
+    void aNodeOfIdZeroFallsOutOfTheLists()
+    {
+        MeshVertex stray;
+        stray.attributes().insert(AttributeType::PeriodicEntityType, 0);
+        PeriodicCase c;
+        MeshEntity* meshFace = c.element(51, c.periodicFace(10, 1, 1), {3});
+        meshFace->addAdjacency(&stray);
+        c.tie(3, 0, 17);
+        QCOMPARE(c.nodal(), QStringLiteral("1\n3 1 1 17 1 \n0\n"));
+        const QString text = c.labelled();
+        QVERIFY(text.contains("--- node_per_status ---\n2\n0 1\n3 1\n---"));
+        QVERIFY(text.contains("--- ANodeList ---\n1\n3 \n---"));
+    }
+
     void threeFacesAreOnePairInTheTransform()
     {
         PairCase c;

@@ -515,6 +515,24 @@ private slots:
         QCOMPARE(modelVector(&surface, AttributeType::PeriodicTranslation), Vector(0, 0, -4));
     }
 
+    void aLaterFaceOfAPairAndSideReplacesTheEarlier()
+    {
+        SurfaceMesh surface;
+        const auto [first, second] = addOpposedSquares(&surface, Vector(0, 0, 4));
+        const auto [single, later] = addOpposedSquares(&surface, Vector(0, 0, 6));
+        makePair(first, second, 1);
+        makePair(first, later, 1);
+        QVERIFY(second->id() < later->id());
+        surface.mesh()->setUpwardAdjacencies();
+        Solver(surface.database()).interpolatePeriodicFaces();
+        QCOMPARE(modelVector(&surface, AttributeType::PeriodicTranslation), Vector(0, 0, 6));
+        QCOMPARE(first->attributes().value(AttributeType::PeriodicFace, 0).toInt(), later->id());
+        QCOMPARE(later->attributes().value(AttributeType::PeriodicFace, 0).toInt(), first->id());
+        for (ModelEntity* face : {second, single}) {
+            QVERIFY(!face->attributes().contains(AttributeType::PeriodicFace));
+        }
+    }
+
     void tiedVerticesAreLeftAlone()
     {
         SurfaceMesh surface;
