@@ -1,9 +1,6 @@
 #include "EntityNames.h"
 
-#include "MeshEntity.h"
-#include "ModelEntity.h"
-
-#include <array>
+#include "EntityName.h"
 
 namespace Ovra::GeoTool
 {
@@ -12,19 +9,19 @@ using namespace Ovra::Geo;
 
 QString nameOf(const QString& owner, int dimension, int id)
 {
-    static const std::array<const char*, 4> names = {"vertex", "edge", "face", "region"};
-    return QStringLiteral("%1 %2 %3")
-        .arg(owner, QLatin1String(names[static_cast<std::size_t>(dimension)]), QString::number(id));
+    const bool isModel = owner == QLatin1String("model");
+    return EntityName(isModel ? EntityName::Owner::Model : EntityName::Owner::Mesh, dimension, id)
+        .text();
 }
 
 QString nameOf(const ModelEntity& entity)
 {
-    return nameOf(QStringLiteral("model"), entity.dimension(), entity.id());
+    return EntityName(entity).text();
 }
 
 QString nameOf(const MeshEntity& entity)
 {
-    return nameOf(QStringLiteral("mesh"), entity.dimension(), entity.id());
+    return EntityName(entity).text();
 }
 
 } // namespace Ovra::GeoTool

@@ -12,6 +12,7 @@ namespace Ovra::GeoTool
 {
 
 /// \brief How messages name an entity: \p owner "mesh", dimension 2 and id 7 give "mesh face 7".
+/// \param owner "model" or "mesh"
 /// \param dimension 0 to 3
 QString nameOf(const QString& owner, int dimension, int id);
 

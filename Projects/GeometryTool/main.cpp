@@ -1,11 +1,13 @@
 #include "ConvertCommand.h"
 #include "ImportCommand.h"
 #include "InfoCommand.h"
+#include "PrepareCommand.h"
 #include "Progress.h"
 #include "QtMessages.h"
 #include "SolverInputCommand.h"
 #include "TextCommand.h"
 #include "ToolError.h"
+#include "VerifyCommand.h"
 
 #include <QHashSeed>
 
@@ -21,7 +23,8 @@ namespace
 
 /// A new subcommand is one more line here.
 constexpr auto addCommands = {
-    addImportCommand, addInfoCommand, addConvertCommand, addTextCommand, addSolverInputCommand,
+    addImportCommand, addInfoCommand,    addVerifyCommand,      addConvertCommand,
+    addTextCommand,   addPrepareCommand, addSolverInputCommand,
 };
 
 int fail(Progress& progress, ExitCode exitCode, QString text)

@@ -1,0 +1,119 @@
+#include "ExtrudedInterpolation.h"
+
+#include "EntityName.h"
+#include "EntityNames.h"
+#include "Mesh.h"
+#include "MeshEntity.h"
+#include "Model.h"
+#include "ModelEntity.h"
+#include "Progress.h"
+#include "Solver.h"
+#include "Utility.h"
+#include "VertexTies.h"
+
+#include <algorithm>
+
+namespace Ovra::GeoTool
+{
+
+using namespace Ovra::Geo;
+
+namespace
+{
+
+/// Farther from its tie than this, in longest edges of what it is tied to, a vertex lies beside the
+/// partner face.
+constexpr double allowedMiss = 0.5;
+
+} // namespace
+
+ExtrudedInterpolation::ExtrudedInterpolation(Database& database, Progress& progress)
+    : PreparationStep(database)
+    , progress_(progress)
+{
+}
+
+QList<ModelEntity*> ExtrudedInterpolation::extrudedFaces() const
+{
+    QList<ModelEntity*> faces = modelFaces();
+    faces.removeIf([](const ModelEntity* face) {
+        return intOf(face->attributes(), AttributeType::ExtrudedFace) == 0;
+    });
+    return faces;
+}
+
+ModelEntity* ExtrudedInterpolation::partnerOf(const ModelEntity& face) const
+{
+    return model().entity(faceDimension(), intOf(face.attributes(), AttributeType::ExtrudedFace));
+}
+
+void ExtrudedInterpolation::requireAtStart() const
+{
+    for (const ModelEntity* face : extrudedFaces()) {
+        const ModelEntity* const partner = partnerOf(*face);
+        if (!partner)
+            refuse(QStringLiteral("extruded_face of %1 names %2, which does not exist")
+                       .arg(nameOf(*face),
+                            nameOf(QStringLiteral("model"), faceDimension(),
+                                   intOf(face->attributes(), AttributeType::ExtrudedFace))));
+        if (partner == face)
+            refuse(QStringLiteral("extruded_face of %1 names that face itself").arg(nameOf(*face)));
+        for (const ModelEntity* side : {face, partner}) {
+            if (side->childCount() == 0)
+                refuse(QStringLiteral("%1 of the extruded pair %2 and %3 has no mesh")
+                           .arg(nameOf(*side))
+                           .arg(face->id())
+                           .arg(partner->id()));
+        }
+    }
+}
+
+QList<MeshEntity*> ExtrudedInterpolation::verticesOnPairs() const
+{
+    QSet<MeshEntity*> vertices;
+    for (const ModelEntity* face : extrudedFaces()) {
+        vertices += Utility::getMeshVerticesOnModelEntity(face);
+        vertices += Utility::getMeshVerticesOnModelEntity(partnerOf(*face));
+    }
+    QList<MeshEntity*> sorted = vertices.values();
+    std::sort(sorted.begin(), sorted.end(), MeshEntity::lessThan);
+    return sorted;
+}
+
+QString ExtrudedInterpolation::run(Solver& solver)
+{
+    requireAtStart(); // steps before this one may have removed mesh faces
+    const qint64 renewed = VertexTies::extruded().count(mesh());
+    const qsizetype faceCount = extrudedFaces().size();
+    if (renewed == 0 && faceCount == 0)
+        return QString();
+    solver.interpolateExtrudedFaces();
+    requireTies();
+    return QStringLiteral("%1, %2 tied")
+        .arg(counted(faceCount, QStringLiteral("extruded face")),
+             counted(verticesOnPairs().size(), QStringLiteral("vertex"),
+                     QStringLiteral("vertices")));
+}
+
+void ExtrudedInterpolation::requireTies() const
+{
+    const VertexTies ties = VertexTies::extruded();
+    qint64 beside = 0;
+    for (MeshEntity* vertex : verticesOnPairs()) {
+        const QString fault = ties.fault(mesh(), *vertex);
+        if (!fault.isEmpty())
+            refuse(QStringLiteral("%1 at %2 on an extruded face %3")
+                       .arg(nameOf(*vertex), placeText(vertex->centroid()), fault));
+        const MeshEntity& partner = ties.entityOf(mesh(), *vertex);
+        const double miss = (ties.placeOf(mesh(), *vertex) - vertex->centroid()).length();
+        if (partner.dimension() > 0 && miss > allowedMiss * longestEdge(partner))
+            ++beside;
+    }
+    if (beside > 0)
+        progress_.warning(
+            QStringLiteral(
+                "%1 of extruded faces lie more than half an edge beside the partner face")
+                .arg(counted(beside, QStringLiteral("vertex"), QStringLiteral("vertices"))));
+}
+
+} // namespace Ovra::GeoTool

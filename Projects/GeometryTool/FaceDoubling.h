@@ -1,0 +1,33 @@
+#pragma once
+
+#include "PreparationStep.h"
+
+#include <functional>
+
+namespace Ovra::GeoTool
+{
+
+/// \brief What splitting and the doubling of peripheral faces have in common.
+class FaceDoubling : public PreparationStep
+{
+public:
+    using PreparationStep::PreparationStep;
+
+protected:
+    /// \brief Carries out \p operation, which adds model faces that name the old ones in \p link,
+    ///        and takes along what it leaves behind.
+    ///
+    /// Throws ToolError Unsuitable if mesh faces have come apart from their elements.
+    /// \param which which faces they are, for the report
+    /// \param fault what must be the reason when they have
+    QString doubleFaces(const Geo::AttributeType& link, const std::function<void()>& operation,
+                        const QString& which, const QString& fault);
+
+private:
+    /// \brief What \p face, which is new, needs besides.
+    virtual void settle(Geo::ModelEntity& face) const;
+
+    QList<Geo::ModelEntity*> facesWith(const Geo::AttributeType& link) const;
+};
+
+} // namespace Ovra::GeoTool

@@ -1,0 +1,72 @@
+#include "MeshRenumbering.h"
+
+#include "EntityNames.h"
+#include "IdOrder.h"
+#include "Mesh.h"
+#include "MeshEntity.h"
+#include "VertexLinks.h"
+
+#include <QStringList>
+
+#include <array>
+
+namespace Ovra::GeoTool
+{
+
+using namespace Ovra::Geo;
+
+namespace
+{
+
+/// Number of entities that are not numbered as a mesh without gaps would have them.
+qint64 displacedCount(const Mesh& mesh, int dimension)
+{
+    qint64 displaced = 0;
+    int expected = 0;
+    for (const MeshEntity* entity : inIdOrder(mesh.iterator(dimension))) {
+        if (entity->id() != ++expected)
+            ++displaced;
+    }
+    return displaced;
+}
+
+} // namespace
+
+// A stale number would come to name another vertex.
+void MeshRenumbering::require() const
+{
+    forEachVertexLink(mesh(), [this](MeshEntity& vertex, const AttributeType& type, int id) {
+        if (!mesh().entity(0, id))
+            refuse(
+                QStringLiteral("%1 of %2 names %3, which does not exist")
+                    .arg(type.toString(), nameOf(vertex), nameOf(QStringLiteral("mesh"), 0, id)));
+    });
+}
+
+QString MeshRenumbering::run(Solver&)
+{
+    require();
+    QStringList parts;
+    for (int dimension = 0; dimension < 4; ++dimension) {
+        const QString part = renumber(dimension);
+        if (!part.isEmpty())
+            parts += part;
+    }
+    return parts.join(QStringLiteral(", "));
+}
+
+QString MeshRenumbering::renumber(int dimension)
+{
+    using Words = std::array<const char*, 2>;
+    static const std::array<Words, 4> words = {
+        Words{"vertex", "vertices"}, {"edge", "edges"}, {"face", "faces"}, {"region", "regions"}};
+    const qint64 displaced = displacedCount(mesh(), dimension);
+    mesh().renumber(dimension);
+    if (displaced == 0)
+        return QString();
+    const Words& names = words[static_cast<std::size_t>(dimension)];
+    return QStringLiteral("%1 given new ids")
+        .arg(counted(displaced, QLatin1String(names[0]), QLatin1String(names[1])));
+}
+
+} // namespace Ovra::GeoTool

@@ -1,0 +1,222 @@
+#include "PeriodicInterpolation.h"
+
+#include "EntityName.h"
+#include "EntityNames.h"
+#include "Mesh.h"
+#include "MeshEntity.h"
+#include "Model.h"
+#include "ModelEntity.h"
+#include "Solver.h"
+#include "Utility.h"
+#include "VertexTies.h"
+
+#include <QHash>
+
+#include <algorithm>
+#include <cmath>
+
+namespace Ovra::GeoTool
+{
+
+using namespace Ovra::Geo;
+
+namespace
+{
+
+/// A mean of unit normals that is shorter belongs to no plane.
+constexpr double planeNormalLength = 0.99;
+/// Beyond this the search for the closest mesh face gives up with nothing.
+constexpr double farthest = 1e9;
+/// How far a vertex may land from its tie, in longest edges of the mesh entity it is tied to.
+constexpr double allowedMiss = 0.5;
+
+const QString remedy = QStringLiteral(
+    "the mesh faces of both sides must face out of the domain, and one transform must serve all "
+    "pairs");
+
+int pairIdOf(const ModelEntity* face)
+{
+    return face->attributes().value(AttributeType::PeriodicPairId, 0).toInt();
+}
+
+bool isFirstSide(const ModelEntity* face)
+{
+    return face->attributes().value(AttributeType::PeriodicSideId, 0).toInt() == 1;
+}
+
+bool isUsable(const Vector& point)
+{
+    return std::abs(point.x()) < farthest && std::abs(point.y()) < farthest &&
+           std::abs(point.z()) < farthest; // false for what is no number
+}
+
+PeriodicTransform transformOf(Model& model)
+{
+    const auto vector = [&model](const AttributeType& type) {
+        return model.attributes().value(type, {}).value<Vector>();
+    };
+    PeriodicTransform transform;
+    transform.origin = vector(AttributeType::PeriodicOrigin);
+    transform.xAxis = vector(AttributeType::PeriodicXAxis);
+    transform.yAxis = vector(AttributeType::PeriodicYAxis);
+    transform.zAxis = vector(AttributeType::PeriodicZAxis);
+    transform.translation = vector(AttributeType::PeriodicTranslation);
+    transform.matrix = model.attributes().value(AttributeType::PeriodicMatrix, {}).value<Matrix>();
+    return transform;
+}
+
+bool arePlanar(const std::pair<ModelEntity*, ModelEntity*>& pair)
+{
+    return pair.first->isPlanar() && pair.second->isPlanar();
+}
+
+} // namespace
+
+void PeriodicInterpolation::requireAtStart() const
+{
+    QMap<int, QList<const ModelEntity*>> faces;
+    for (const ModelEntity* face : modelFaces()) {
+        if (pairIdOf(face) != 0)
+            faces[pairIdOf(face)].append(face);
+    }
+    for (auto entry = faces.begin(); entry != faces.end(); ++entry) {
+        const qsizetype first = std::count_if(entry->begin(), entry->end(), isFirstSide);
+        const qsizetype second = entry->size() - first;
+        if (first != 1 || second != 1)
+            refuse(QStringLiteral("periodic pair %1 has %2 with periodic_side_id 1 and %3 with "
+                                  "another, beginning with %4; it must have one of each")
+                       .arg(entry.key())
+                       .arg(counted(first, QStringLiteral("model face")))
+                       .arg(second)
+                       .arg(nameOf(*entry->first())));
+        for (const ModelEntity* face : *entry) {
+            if (face->childCount() == 0)
+                refuse(QStringLiteral("%1 of periodic pair %2 has no mesh")
+                           .arg(nameOf(*face))
+                           .arg(entry.key()));
+        }
+    }
+    const Pairs all = pairs();
+    if (!all.isEmpty() && std::none_of(all.begin(), all.end(), arePlanar))
+        refuse(QStringLiteral("no periodic pair has two planar faces from which the transform "
+                              "could be told; pair %1 has %2 and %3")
+                   .arg(all.firstKey())
+                   .arg(nameOf(*all.first().first), nameOf(*all.first().second)));
+}
+
+PeriodicInterpolation::Pairs PeriodicInterpolation::pairs() const
+{
+    Pairs pairs;
+    for (ModelEntity* face : modelFaces()) {
+        if (pairIdOf(face) == 0)
+            continue;
+        Pair& pair = pairs[pairIdOf(face)];
+        (isFirstSide(face) ? pair.first : pair.second) = face;
+    }
+    return pairs;
+}
+
+void PeriodicInterpolation::requirePlane(const ModelEntity& face) const
+{
+    const double length = face.meshNormal().length();
+    if (!(length > planeNormalLength))
+        refuse(QStringLiteral("%1 is periodic and counts as planar, but its mesh faces do not "
+                              "face one way")
+                   .arg(nameOf(face)));
+}
+
+QList<MeshEntity*> PeriodicInterpolation::verticesOn(const Pairs& pairs) const
+{
+    QSet<MeshEntity*> vertices;
+    for (const Pair& pair : pairs) {
+        vertices += Utility::getMeshVerticesOnModelEntity(pair.first);
+        vertices += Utility::getMeshVerticesOnModelEntity(pair.second);
+    }
+    QList<MeshEntity*> sorted = vertices.values();
+    std::sort(sorted.begin(), sorted.end(), MeshEntity::lessThan);
+    return sorted;
+}
+
+/// The library computes the transform and follows it at once, also where it leads nowhere. With all
+/// vertices marked as tied it goes no further than the transform.
+PeriodicTransform PeriodicInterpolation::rehearse(Solver& solver, const Pairs& pairs) const
+{
+    const QList<MeshEntity*> vertices = verticesOn(pairs);
+    const AttributeType mark = VertexTies::periodic().idType();
+    for (MeshEntity* vertex : vertices)
+        vertex->attributes().insert(mark, 0);
+    solver.interpolatePeriodicFaces();
+    for (MeshEntity* vertex : vertices)
+        vertex->attributes().remove(mark);
+    return transformOf(model());
+}
+
+void PeriodicInterpolation::requireUsable(const Pairs& pairs,
+                                          const PeriodicTransform& transform) const
+{
+    for (const MeshEntity* vertex : verticesOn(pairs)) {
+        const Vector point = vertex->centroid();
+        for (const PeriodicTransform& map : {transform, transform.inverse()}) {
+            if (!isUsable(point) || !isUsable(map.map(point)))
+                refuse(QStringLiteral("the periodic transform takes %1 nowhere; %2")
+                           .arg(nameOf(*vertex), remedy));
+        }
+    }
+}
+
+QString PeriodicInterpolation::run(Solver& solver)
+{
+    requireAtStart(); // steps before this one may have removed mesh faces
+    const Pairs all = pairs();
+    const qint64 renewed = VertexTies::periodic().clear(mesh());
+    if (all.isEmpty())
+        return renewed == 0 ? QString()
+                            : QStringLiteral("%1 released, as no face is periodic any more")
+                                  .arg(counted(renewed, QStringLiteral("vertex"),
+                                               QStringLiteral("vertices")));
+    const auto guide = std::find_if(all.begin(), all.end(), arePlanar);
+    requirePlane(*guide->first);
+    requirePlane(*guide->second);
+    const PeriodicTransform transform = rehearse(solver, all);
+    requireUsable(all, transform);
+    solver.interpolatePeriodicFaces();
+    requireTies(all, transform);
+    return QStringLiteral("%1, %2 tied by %3")
+        .arg(counted(all.size(), QStringLiteral("periodic pair")),
+             counted(verticesOn(all).size(), QStringLiteral("vertex"), QStringLiteral("vertices")),
+             transform.translation.isZero() ? QStringLiteral("a rotation")
+                                            : QStringLiteral("a translation"));
+}
+
+/// A vertex on faces of several pairs is tied by one of them alone: any of its images will do.
+void PeriodicInterpolation::requireTies(const Pairs& pairs,
+                                        const PeriodicTransform& transform) const
+{
+    const VertexTies ties = VertexTies::periodic();
+    QHash<MeshEntity*, QList<Vector>> images;
+    for (const Pair& pair : pairs) {
+        for (MeshEntity* vertex : Utility::getMeshVerticesOnModelEntity(pair.first))
+            images[vertex].append(transform.map(vertex->centroid()));
+        for (MeshEntity* vertex : Utility::getMeshVerticesOnModelEntity(pair.second))
+            images[vertex].append(transform.inverse().map(vertex->centroid()));
+    }
+    for (MeshEntity* vertex : verticesOn(pairs)) {
+        const QString fault = ties.fault(mesh(), *vertex);
+        if (!fault.isEmpty())
+            refuse(QStringLiteral("%1 at %2 on a periodic face %3; %4")
+                       .arg(nameOf(*vertex), placeText(vertex->centroid()), fault, remedy));
+        const Vector place = ties.placeOf(mesh(), *vertex);
+        double miss = farthest;
+        for (const Vector& image : images.value(vertex))
+            miss = std::min(miss, (image - place).length());
+        const MeshEntity& partner = ties.entityOf(mesh(), *vertex);
+        if (partner.dimension() > 0 && miss > allowedMiss * longestEdge(partner))
+            refuse(QStringLiteral("%1 at %2 on a periodic face lands %3 beside the partner face; "
+                                  "%4")
+                       .arg(nameOf(*vertex), placeText(vertex->centroid()))
+                       .arg(miss)
+                       .arg(remedy));
+    }
+}
+
+} // namespace Ovra::GeoTool

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <vector>
+
+namespace Ovra::Geo
+{
+class Database;
+}
+
+namespace Ovra::GeoTool
+{
+
+class CaseFindings;
+class PreparationStep;
+class Progress;
+
+/// \brief Brings a case into the shape that the flow solver needs: the operations of the library in
+///        the one order in which they do not get into each other's way.
+///
+/// Documentation/Preparation.md tells the order and why it is so. The case in memory is in no
+/// defined state after a refusal: throw it away.
+class Preparation
+{
+public:
+    /// \brief Names of the operations in the order in which they run; the options of `prepare`.
+    static QStringList operationNames();
+
+    /// \brief What the operation of that name does, for the help.
+    static QString description(const QString& name);
+
+    /// \param database a case just loaded; not owned
+    Preparation(Geo::Database& database, Progress& progress);
+    ~Preparation();
+    Preparation(const Preparation&) = delete;
+    Preparation& operator=(const Preparation&) = delete;
+
+    /// \brief Tolerance of the weights on extruded faces, see Solver::setExtrusionTolerance().
+    void setExtrusionTolerance(double tolerance) { extrusionTolerance_ = tolerance; }
+
+    /// \brief Runs the operations of these names, in its own order, and returns a line for each.
+    ///
+    /// Throws ToolError Unsuitable if the case is unsound, if an operation cannot be carried out on
+    /// it, or if it would come out unsound.
+    QStringList run(const QStringList& operations);
+
+private:
+    void releaseTies(const QStringList& operations);
+    void requireSound(const CaseFindings& findings) const;
+    void requireNoWorse(const CaseFindings& before) const;
+    void requireNoTies(const QString& operation) const;
+
+    Geo::Database& database_;
+    Progress& progress_;
+    double extrusionTolerance_;
+};
+
+} // namespace Ovra::GeoTool

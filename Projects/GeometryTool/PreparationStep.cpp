@@ -1,0 +1,131 @@
+#include "PreparationStep.h"
+
+#include "Database.h"
+#include "EntityNames.h"
+#include "IdOrder.h"
+#include "Mesh.h"
+#include "MeshEntity.h"
+#include "Model.h"
+#include "ModelEntity.h"
+#include "ToolError.h"
+
+namespace Ovra::GeoTool
+{
+
+using namespace Ovra::Geo;
+
+PreparationStep::PreparationStep(Database& database)
+    : database_(database)
+{
+}
+
+PreparationStep::~PreparationStep() = default;
+
+Model& PreparationStep::model() const
+{
+    return *database_.model();
+}
+
+Mesh& PreparationStep::mesh() const
+{
+    return *database_.mesh();
+}
+
+int PreparationStep::faceDimension() const
+{
+    return model().faceDimension();
+}
+
+QList<ModelEntity*> PreparationStep::modelFaces() const
+{
+    return inIdOrder(model().iterator(faceDimension()));
+}
+
+QList<ModelEntity*> PreparationStep::modelRegions() const
+{
+    return inIdOrder(model().iterator(regionDimension()));
+}
+
+QList<ModelEntity*> PreparationStep::regionsAt(const ModelEntity& face) const
+{
+    QList<ModelEntity*> regions;
+    for (auto walk = face.adjacencyIterator(regionDimension()); walk.hasNext();)
+        regions.append(walk.next());
+    return regions;
+}
+
+QList<MeshEntity*> PreparationStep::elementsAt(const MeshEntity& meshFace) const
+{
+    QList<MeshEntity*> elements;
+    for (auto walk = meshFace.adjacencyIterator(regionDimension()); walk.hasNext();)
+        elements.append(walk.next());
+    return elements;
+}
+
+void PreparationStep::refreshUpwardLists() const
+{
+    mesh().clearUpwardAdjacencies();
+    mesh().setUpwardAdjacencies();
+}
+
+qint64 PreparationStep::sideCount() const
+{
+    qint64 count = 0;
+    for (auto meshFaces = mesh().iterator(faceDimension()); meshFaces.hasNext();) {
+        meshFaces.next();
+        count += meshFaces.value()->adjacencyCount(regionDimension());
+    }
+    return count;
+}
+
+void PreparationStep::requireStandIns(const ModelEntity& region) const
+{
+    if (!region.attributes().value(AttributeType::MeshByExtrusion, false).toBool())
+        return;
+    for (auto faces = region.adjacencyIterator(faceDimension()); faces.hasNext();) {
+        const ModelEntity* const face = faces.next();
+        const int id = intOf(face->attributes(), AttributeType::NonExtrudedFace);
+        if (id != 0 && !model().entity(face->dimension(), id))
+            refuse(QStringLiteral("non_extruded_face of %1 names %2, which does not exist, and %3 "
+                                  "finds its neighbours through it")
+                       .arg(nameOf(*face), nameOf(QStringLiteral("model"), face->dimension(), id),
+                            nameOf(region)));
+    }
+}
+
+void PreparationStep::refuse(const QString& text)
+{
+    throw ToolError(ExitCode::Unsuitable, text);
+}
+
+bool PreparationStep::isMeshed(const ModelEntity& region)
+{
+    return region.childCount() > 0;
+}
+
+int PreparationStep::intOf(const AttributeMap& attributes, const AttributeType& type)
+{
+    return attributes.value(type, 0).toInt();
+}
+
+bool PreparationStep::isOfMaterial(const ModelEntity& region, const QString& type)
+{
+    return region.attributes().value(AttributeType::MaterialType, {}).toString() == type;
+}
+
+QString PreparationStep::withMaterial(const ModelEntity& region)
+{
+    const QString type = region.attributes().value(AttributeType::MaterialType, {}).toString();
+    return nameOf(region) + (type.isEmpty() ? QStringLiteral(" (no material_type)")
+                                            : QStringLiteral(" (material_type \"%1\")").arg(type));
+}
+
+QString PreparationStep::counted(qint64 count, const QString& singular, const QString& plural)
+{
+    const QString& name = count == 1         ? singular
+                          : plural.isEmpty() ? singular + QLatin1Char('s')
+                                             : plural;
+    return QStringLiteral("%1 %2").arg(count).arg(name);
+}
+
+} // namespace Ovra::GeoTool

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "AttributeType.h"
+#include "Vector.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace Ovra::Geo
+{
+class Mesh;
+class MeshEntity;
+} // namespace Ovra::Geo
+
+namespace Ovra::GeoTool
+{
+
+/// \brief The attributes that tie a mesh vertex to a mesh entity on a partner face.
+class VertexTies
+{
+public:
+    static VertexTies periodic();
+    static VertexTies extruded();
+
+    /// \brief Number of vertices in \p mesh that carry any of the attributes.
+    qint64 count(const Geo::Mesh& mesh) const;
+
+    /// \brief Takes the attributes off all vertices of \p mesh.
+    /// \return how many vertices had any
+    qint64 clear(Geo::Mesh& mesh) const;
+
+    const Geo::AttributeType& idType() const { return entityId_; }
+
+    /// \brief What is wrong with the tie of \p vertex: a missing attribute, an entity that is not
+    ///        there, weights that are too few, not finite, negative, or not 1 in sum.
+    /// \return empty if nothing is
+    QString fault(const Geo::Mesh& mesh, Geo::MeshEntity& vertex) const;
+
+    /// \brief The entity that a faultless tie names.
+    const Geo::MeshEntity& entityOf(const Geo::Mesh& mesh, Geo::MeshEntity& vertex) const;
+
+    /// \brief The place that a faultless tie stands for: the weighted vertices of its entity.
+    Geo::Vector placeOf(const Geo::Mesh& mesh, Geo::MeshEntity& vertex) const;
+
+private:
+    VertexTies(const Geo::AttributeType& entityType, const Geo::AttributeType& entityId,
+               const Geo::AttributeType& weights);
+
+    bool isTied(Geo::MeshEntity& vertex) const;
+
+    Geo::AttributeType entityType_;
+    Geo::AttributeType entityId_;
+    Geo::AttributeType weights_;
+};
+
+/// \brief Length of the longest side of a mesh entity; 0 for a vertex.
+double longestEdge(const Geo::MeshEntity& entity);
+
+} // namespace Ovra::GeoTool
