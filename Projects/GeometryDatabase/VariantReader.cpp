@@ -195,14 +195,14 @@ bool VariantReader::hasKnownTimeSpec() const
     if (bytes.size() <= dateSize + timeSize) {
         return true; // broken off, which Qt's operator will find
     }
-    const int spec = bytes.back();
+    const int timeSpec = bytes.back();
     if (version == QDataStream::Qt_5_0) {
-        return spec >= Qt::LocalTime && spec <= Qt::OffsetFromUTC;
+        return timeSpec >= Qt::LocalTime && timeSpec <= Qt::OffsetFromUTC;
     }
     if (version < QDataStream::Qt_5_2) {
-        return spec != OldTimeZone;
+        return timeSpec != OldTimeZone;
     }
-    return spec >= Qt::LocalTime && spec <= Qt::TimeZone;
+    return timeSpec >= Qt::LocalTime && timeSpec <= Qt::TimeZone;
 }
 
 } // namespace Ovra::Geo
