@@ -37,8 +37,22 @@ void intersect(Neighbours& candidates, const QList<MeshEntity*>& list)
     }
 }
 
+void removeDuplicatesOfMany(Neighbours& candidates)
+{
+    QSet<MeshEntity*> seen;
+    removeIf(candidates, [&seen](MeshEntity* entity) {
+        const qsizetype before = seen.size();
+        seen.insert(entity);
+        return seen.size() == before;
+    });
+}
+
 void removeDuplicates(Neighbours& candidates)
 {
+    if (candidates.size() > FewCandidates) {
+        removeDuplicatesOfMany(candidates);
+        return;
+    }
     auto end = candidates.begin();
     for (MeshEntity* entity : std::as_const(candidates)) {
         if (std::find(candidates.begin(), end, entity) == end) {
@@ -137,8 +151,7 @@ void MeshEntity::addAdjacency(MeshEntity* entity)
 {
     const int dimension = entity->dimension();
     QList<MeshEntity*>& list = adjacencies(dimension);
-    // Nearly every element has at least four vertices: one allocation instead of two, and a
-    // smaller.
+    // Nearly every element has at least four vertices: one allocation instead of two, and smaller.
     if (dimension == 0 && list.isEmpty()) {
         list.reserve(4);
     }

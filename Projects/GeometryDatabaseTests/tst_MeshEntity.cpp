@@ -1,6 +1,7 @@
 #include "AttributeType.h"
 #include "TestMesh.h"
 
+#include <QElapsedTimer>
 #include <QTest>
 
 #include <memory>
@@ -258,6 +259,27 @@ private slots:
         }
         QCOMPARE(MeshEntity::getUpwardAdjacencies({&a, &b}, 2), expected);
         QCOMPARE(MeshEntity::getUpwardAdjacencies({&b, &a}, 2), expected);
+    }
+
+    // Damaged meshes have such vertices; the time must not grow with the square of their number.
+    void collapsesManyDuplicatesInOrder()
+    {
+        MeshVertex vertex;
+        QList<MeshFace> faces(200000);
+        for (int pass = 0; pass < 2; ++pass) {
+            for (qsizetype i = 0; i < faces.size(); ++i) {
+                faces[i].setId(static_cast<int>(i) + 1);
+                vertex.addAdjacency(&faces[i]);
+            }
+        }
+        MeshEdge edge;
+        edge.addAdjacency(&vertex);
+        QElapsedTimer timer;
+        timer.start();
+        edge.setUpwardAdjacencies();
+        QVERIFY2(timer.elapsed() < 20000, "quadratic in the number of duplicates");
+        QCOMPARE(edge.adjacencyCount(2), 200000);
+        QCOMPARE(sortedIds(MeshEntity::getUpwardAdjacencies(&edge, 2)), neighbourIds(&edge, 2));
     }
 
     void looksUpwardsThroughTheVertices()
