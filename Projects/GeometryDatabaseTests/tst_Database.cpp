@@ -2,6 +2,7 @@
 #include "RefinementRegion.h"
 #include "TestMesh.h"
 
+#include <QDataStream>
 #include <QTest>
 
 #include <type_traits>
@@ -22,6 +23,22 @@ private slots:
         QVERIFY(database.mesh());
         QVERIFY(database.model()->isEmpty());
         QVERIFY(database.mesh()->isEmpty());
+    }
+
+    void bindsTheMeshToTheModel()
+    {
+        TestMesh source;
+        source.addVertex(Vector(1, 2, 3), 5, source.addModelVertex(Vector(1, 2, 3), 7));
+        QByteArray bytes;
+        QDataStream output(&bytes, QIODevice::WriteOnly);
+        source.mesh().write(output);
+
+        TestMesh target;
+        auto* parent = target.addModelVertex(Vector(1, 2, 3), 7);
+        QDataStream input(bytes);
+        target.mesh().read(input);
+        QCOMPARE(parent->childCount(), 1);
+        QCOMPARE(target.mesh().entity(0, 5)->parent(), parent);
     }
 
     void clearsEntitiesAndKeepsTheRest()
