@@ -36,6 +36,7 @@ public:
     /// \brief The number of keys.
     int count() const;
 
+    /// \brief Whether there are no keys.
     bool isEmpty() const { return map_.isEmpty(); }
 
     /// \brief The keys in ascending order of ids, which is the order in which files list them.

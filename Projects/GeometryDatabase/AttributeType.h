@@ -31,7 +31,10 @@ public:
     /// \brief Whether this is a type of the vocabulary rather than the invalid one.
     constexpr bool isValid() const { return id_ != InvalidId; }
 
+    /// \brief Whether both are the same type of the vocabulary, or both invalid.
     constexpr bool operator==(const AttributeType& other) const { return id_ == other.id_; }
+
+    /// \brief The negation of operator==().
     constexpr bool operator!=(const AttributeType& other) const { return id_ != other.id_; }
 
     /// \brief The order of the constants, after the invalid type.
@@ -41,7 +44,7 @@ public:
     QString toString() const;
 
     /// \brief The type with this tag or alias, letter case included; the invalid type if there is
-    /// none.
+    ///        none.
     static AttributeType fromString(const QString& tag);
 
     /// \brief All tags without the aliases, sorted case-sensitively.

@@ -18,6 +18,7 @@ namespace Ovra::Geo
 class OVRA_GEO_EXPORT Box
 {
 public:
+    /// \brief The inverted box without extent.
     constexpr Box() = default;
 
     /// \brief The box with these corners, stored as given: they are not sorted.
@@ -27,7 +28,10 @@ public:
     {
     }
 
+    /// \brief The low corner.
     constexpr Vector minimum() const { return minimum_; }
+
+    /// \brief The high corner.
     constexpr Vector maximum() const { return maximum_; }
 
     /// \brief The point half way between the corners.
@@ -46,7 +50,7 @@ public:
     bool intersects(const Box& other) const;
 
     /// \brief True when the low corner exceeds the high one on at least one axis, as in a default
-    /// box.
+    ///        box.
     ///
     /// The sense is the opposite of what the name suggests: a box with extent, a flat one included,
     /// answers false.
@@ -88,8 +92,7 @@ private:
 
     static bool init();
 
-    // Inline, so that the older name stands before the static objects of any file that includes
-    // this.
+    // Inline: the older name stands before the static objects of any file that includes this.
     inline static const bool init_ = init();
 
     static constexpr double largest_ = std::numeric_limits<double>::max();

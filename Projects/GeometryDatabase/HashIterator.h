@@ -6,7 +6,7 @@ namespace Ovra::Geo
 {
 
 /// \brief A walk over a snapshot of a hash, in the hash's own order, in the manner of
-/// QHashIterator.
+///        QHashIterator.
 ///
 /// Changes to the container after the iterator is made don't disturb the walk: removed items are
 /// still visited and new ones are not. What pointer values point to is not part of the snapshot.
@@ -28,6 +28,7 @@ public:
     {
     }
 
+    /// \brief Whether items remain.
     bool hasNext() const { return next_ != hash_.constEnd(); }
 
     /// \brief Steps to the next item, which becomes the current one, and returns it.

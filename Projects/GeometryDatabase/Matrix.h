@@ -14,6 +14,7 @@ namespace Ovra::Geo
 class OVRA_GEO_EXPORT Matrix
 {
 public:
+    /// \brief The zero matrix.
     Matrix() = default;
 
     /// \brief The element at \p row and \p column, both 0 to 2.
@@ -35,8 +36,7 @@ public:
     void transpose();
 
     /// \brief The text "( {a, b, c} {d, e, f} {g, h, i} )", row after row, each number with up to
-    /// six
-    ///        significant digits, in any locale.
+    ///        six significant digits, in any locale.
     QString toString() const;
 
     /// \brief A variant that holds this matrix under its meta type.
@@ -57,8 +57,7 @@ public:
 private:
     static bool init();
 
-    // Inline, so that the older name stands before the static objects of any file that includes
-    // this.
+    // Inline: the older name stands before the static objects of any file that includes this.
     inline static const bool init_ = init();
 
     double elements_[9] = {};

@@ -10,7 +10,7 @@ namespace Ovra::Geo
 {
 
 /// \brief A walk over a live hash in ascending order of keys, for results that must be
-/// reproducible.
+///        reproducible.
 ///
 /// The keys are those at construction: one that is added later is not visited, and one that is
 /// removed later is visited with a default-constructed value, a null pointer for entities. Values
@@ -49,11 +49,11 @@ public:
 
     ~OrderedHashIterator() { delete iterator_; }
 
+    /// \brief Whether keys remain.
     bool hasNext() const { return iterator_->hasNext(); }
 
     /// \brief Steps to the next key and returns its value, or a default-constructed one if the key
-    /// has
-    ///        left the hash since construction.
+    ///        has left the hash since construction.
     /// \pre hasNext()
     Value next() { return hash_->value(iterator_->next()); }
 

@@ -43,6 +43,9 @@ public:
     {
     }
 
+    /// \name Fields that stand alone
+    /// Stored as given and handed out again, a list shared until one side changes it.
+    /// \{
     QString type() const { return type_; }
     void setType(const QString& type) { type_ = type; }
 
@@ -61,6 +64,22 @@ public:
     Vector centroid() const { return centroid_; }
     void setCentroid(const Vector& centroid) { centroid_ = centroid; }
 
+    bool isUniform() const { return uniform_; }
+    void setUniform(bool uniform) { uniform_ = uniform; }
+
+    QList<double> lambdas() const { return lambdas_; }
+    void setLambdas(const QList<double>& lambdas) { lambdas_ = lambdas; }
+
+    Vector extent() const { return extent_; }
+    void setExtent(const Vector& extent) { extent_ = extent; }
+
+    Vector minimum() const { return minimum_; }
+    void setMinimum(const Vector& minimum) { minimum_ = minimum; }
+
+    Vector maximum() const { return maximum_; }
+    void setMaximum(const Vector& maximum) { maximum_ = maximum; }
+    /// \}
+
     /// \brief One of the three vectors.
     /// \param index 2 for the second and 3 for the third; 1 and every other value give the first
     Vector vector(int index) const { return genericVector(index); }
@@ -78,6 +97,7 @@ public:
     /// \copydoc point(int)
     const Vector& point(int index) const { return points_.at(index); }
 
+    /// \brief Number of points.
     int pointCount() const { return static_cast<int>(points_.size()); }
 
     /// \brief Stores the numbers of cells of the background grid along its three directions.
@@ -85,21 +105,6 @@ public:
 
     /// \brief Sets the numbers of cells of the background grid along its three directions.
     void setBackgroundGridDimensions(int first, int second, int third);
-
-    bool isUniform() const { return uniform_; }
-    void setUniform(bool uniform) { uniform_ = uniform; }
-
-    QList<double> lambdas() const { return lambdas_; }
-    void setLambdas(const QList<double>& lambdas) { lambdas_ = lambdas; }
-
-    Vector extent() const { return extent_; }
-    void setExtent(const Vector& extent) { extent_ = extent; }
-
-    Vector minimum() const { return minimum_; }
-    void setMinimum(const Vector& minimum) { minimum_ = minimum; }
-
-    Vector maximum() const { return maximum_; }
-    void setMaximum(const Vector& maximum) { maximum_ = maximum; }
 
     /// \brief One of the three vectors of the transformation.
     /// \param index 2 for the second and 3 for the third; 1 and every other value give the first
@@ -120,8 +125,8 @@ public:
     friend OVRA_GEO_EXPORT QDataStream& operator>>(QDataStream& stream, RefinementRegion& region);
 
     /// \brief Writes the text form: the fields in the order of the binary form, separated by
-    /// blanks,
-    ///        on lines of their own for each group, each point and each lambda; flags as 0 and 1.
+    ///        blanks, on lines of their own for each group, each point and each lambda; flags as 0
+    ///        and 1.
     friend OVRA_GEO_EXPORT QTextStream& operator<<(QTextStream& stream,
                                                    const RefinementRegion& region);
 
@@ -133,8 +138,7 @@ private:
 
     static bool init();
 
-    // Inline, so that the older name stands before the static objects of any file that includes
-    // this.
+    // Inline: the older name stands before the static objects of any file that includes this.
     inline static const bool init_ = init();
 
     Version version_;

@@ -25,7 +25,10 @@ namespace Ovra::Geo
 class OVRA_GEO_EXPORT Vector
 {
 public:
+    /// \brief The vector (0, 0, 0).
     constexpr Vector() = default;
+
+    /// \brief The vector of these components.
     constexpr Vector(double x, double y, double z)
         : x_(x)
         , y_(y)
@@ -33,8 +36,13 @@ public:
     {
     }
 
+    /// \brief The first component.
     constexpr double x() const { return x_; }
+
+    /// \brief The second component.
     constexpr double y() const { return y_; }
+
+    /// \brief The third component.
     constexpr double z() const { return z_; }
 
     /// \brief Sets all three components.
@@ -66,9 +74,10 @@ public:
     ///        the mean of the two, plus \p absoluteTolerance.
     ///
     /// With a relative tolerance of 0 this is a pure distance test. The limit itself still counts
-    /// as equal. \param other             the vector to compare with \param relativeTolerance share
-    /// of the mean's length, without unit \param absoluteTolerance a length in the unit of the
-    /// components
+    /// as equal.
+    /// \param other             the vector to compare with
+    /// \param relativeTolerance share of the mean's length, without unit
+    /// \param absoluteTolerance a length in the unit of the components
     bool isAlmostEqualTo(const Vector& other, double relativeTolerance,
                          double absoluteTolerance) const;
 
@@ -85,9 +94,11 @@ public:
     /// \brief Turns \p a and \p b into an orthonormal frame with \p c, by the Gram-Schmidt process.
     ///
     /// \p a loses its part along \p c and is normalized, then \p b loses its parts along both and
-    /// is normalized. Whichever comes out of length 0 stays the zero vector. \param a first
-    /// direction to be changed \param b second direction to be changed \param c the reference
-    /// direction, not changed \pre \p c is of unit length
+    /// is normalized. Whichever comes out of length 0 stays the zero vector.
+    /// \param a first direction, to be changed
+    /// \param b second direction, to be changed
+    /// \param c the reference direction, not changed
+    /// \pre \p c is of unit length
     static void orthonormalize(Vector& a, Vector& b, Vector& c);
 
     /// \brief The text "(x, y, z)", each number with up to six significant digits, in any locale.
@@ -127,8 +138,7 @@ public:
 private:
     static bool init();
 
-    // Inline, so that the older name stands before the static objects of any file that includes
-    // this.
+    // Inline: the older name stands before the static objects of any file that includes this.
     inline static const bool init_ = init();
 
     double x_ = 0.0;

@@ -20,6 +20,7 @@ namespace Ovra::Geo
 class OVRA_GEO_EXPORT Version
 {
 public:
+    /// \brief The version of these parts.
     constexpr Version(int major = 0, int minor = 0, int build = 0)
         : major_(major)
         , minor_(minor)
@@ -27,8 +28,13 @@ public:
     {
     }
 
+    /// \brief The part that counts most in comparisons.
     constexpr int major() const { return major_; }
+
+    /// \brief The part that counts where the major ones are equal.
     constexpr int minor() const { return minor_; }
+
+    /// \brief The part that counts where the other two are equal.
     constexpr int build() const { return build_; }
 
     /// \brief Sets all three parts.
@@ -37,12 +43,15 @@ public:
     /// \brief True when at least one of the three parts is not 0.
     constexpr bool isValid() const { return major_ != 0 || minor_ != 0 || build_ != 0; }
 
+    /// \name Comparison by major, then minor, then build, as signed numbers
+    /// \{
     bool operator==(const Version& other) const;
     bool operator!=(const Version& other) const { return !(*this == other); }
     bool operator<(const Version& other) const;
     bool operator<=(const Version& other) const { return !(other < *this); }
     bool operator>(const Version& other) const { return other < *this; }
     bool operator>=(const Version& other) const { return !(*this < other); }
+    /// \}
 
     /// \brief The text "major.minor.build".
     QString toString() const;
@@ -53,8 +62,7 @@ public:
 private:
     static bool init();
 
-    // Inline, so that the older name stands before the static objects of any file that includes
-    // this.
+    // Inline: the older name stands before the static objects of any file that includes this.
     inline static const bool init_ = init();
 
     qint32 major_;
