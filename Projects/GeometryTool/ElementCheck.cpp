@@ -106,7 +106,7 @@ void ElementCheck::run(Progress& progress)
 {
     checkVertices();
     for (int dimension = 1; dimension < 4; ++dimension) {
-        for (MeshEntity* entity : view_.meshEntities(dimension))
+        for (const MeshEntity* entity : view_.meshEntities(dimension))
             checkVertexList(*entity);
         checkShapes(dimension, progress);
         checkDuplicates(dimension);
@@ -125,22 +125,26 @@ void ElementCheck::checkVertices()
     }
 }
 
-void ElementCheck::checkVertexList(MeshEntity& entity)
+void ElementCheck::checkVertexCount(const MeshEntity& entity, FindingSink& sink)
 {
-    const ElementTopology* const topology = topologyOf(entity);
-    if (!topology)
-        sink_.add(FindingKind::VertexCount, entity, [&entity] {
+    if (!topologyOf(entity))
+        sink.add(FindingKind::VertexCount, entity, [&entity] {
             return QStringLiteral("has %1 vertices; %2")
                 .arg(entity.adjacencyCount(0))
                 .arg(vertexCountsOf(entity.dimension()));
         });
+}
+
+void ElementCheck::checkVertexList(const MeshEntity& entity)
+{
+    checkVertexCount(entity, sink_);
     if (const MeshEntity* const vertex = repeatedVertex(entity))
         sink_.add(FindingKind::RepeatedVertex, entity, [vertex] {
             return QStringLiteral("names mesh vertex %1 twice; the vertices of an element must be "
                                   "different")
                 .arg(vertex->id());
         });
-    if (topology && entity.dimension() < view_.faceDimension() && entity.adjacencyCount(2) == 0)
+    if (entity.dimension() < view_.faceDimension() && entity.adjacencyCount(2) == 0)
         sink_.add(FindingKind::EdgeWithoutFace, entity,
                   [] { return QStringLiteral("is a side of no mesh face"); });
 }

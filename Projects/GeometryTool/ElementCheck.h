@@ -25,9 +25,12 @@ public:
     /// \brief True if the entity is of a kind of ElementTopology and names no vertex twice.
     static bool hasSides(const Geo::MeshEntity& entity);
 
+    /// \brief Reports an edge, face or region whose number of vertices makes no element.
+    static void checkVertexCount(const Geo::MeshEntity& entity, FindingSink& sink);
+
 private:
     void checkVertices();
-    void checkVertexList(Geo::MeshEntity& entity);
+    void checkVertexList(const Geo::MeshEntity& entity);
     void checkShapes(int dimension, Progress& progress);
     void reportFlat(Geo::MeshEntity& entity);
     void reportInverted(Geo::MeshEntity& entity);

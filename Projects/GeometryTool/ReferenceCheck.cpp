@@ -22,13 +22,13 @@ namespace
 
 using Names = AttributeRule::Names;
 
-QString nameOfTarget(const CaseView& view, const AttributeRule& rule, int id)
+/// The dimension of the model entities that an attribute of \p entity names. An extruded face is
+/// paired with its like, whatever the model takes for a face.
+int targetDimension(const CaseView& view, const ModelEntity& entity, const AttributeRule& rule)
 {
-    if (rule.names == Names::MeshVertex)
-        return nameOf(QStringLiteral("mesh"), 0, id);
-    const int dimension =
-        rule.names == Names::ModelFace ? view.faceDimension() : view.elementDimension();
-    return nameOf(QStringLiteral("model"), dimension, id);
+    if (rule.type == AttributeType::ExtrudedFace)
+        return entity.dimension();
+    return rule.names == Names::ModelFace ? view.faceDimension() : view.elementDimension();
 }
 
 /// One id or a list of them.
@@ -86,42 +86,32 @@ void ReferenceCheck::run()
 void ReferenceCheck::checkReference(const ModelEntity& entity, const AttributeType& type)
 {
     const AttributeRule& rule = AttributeRule::of(type);
-    if (rule.names != Names::MeshVertex)
-        checkIds(entity, rule);
+    const int dimension = targetDimension(view_, entity, rule);
+    if (rule.names == Names::ModelFace || rule.names == Names::ModelRegion)
+        checkIds(entity, rule, QStringLiteral("model"), dimension, view_.model());
 }
 
 void ReferenceCheck::checkReference(MeshEntity& vertex, const AttributeType& type)
 {
     const AttributeRule& rule = AttributeRule::of(type);
     if (rule.names == Names::MeshVertex)
-        checkIds(vertex, rule);
+        checkIds(vertex, rule, QStringLiteral("mesh"), 0, view_.mesh());
 }
 
-template <typename Entity>
-void ReferenceCheck::checkIds(Entity& entity, const AttributeRule& rule)
+template <typename Entity, typename Container>
+void ReferenceCheck::checkIds(Entity& entity, const AttributeRule& rule, const QString& owner,
+                              int dimension, const Container& container)
 {
     if (!entity.attributes().contains(rule.type))
         return;
     const QVariantList ids = idsIn(entity.attributes().value(rule.type, {}));
     for (const QVariant& each : ids) {
         const int id = each.toInt();
-        if (rule.none != id && !exists(rule, id))
+        if (rule.none != id && !container.entity(dimension, id))
             sink_.add(FindingKind::MissingEntity, entity, [&, id] {
                 return QStringLiteral("names in %1 the %2, which does not exist")
-                    .arg(rule.type.toString(), nameOfTarget(view_, rule, id));
+                    .arg(rule.type.toString(), nameOf(owner, dimension, id));
             });
-    }
-}
-
-bool ReferenceCheck::exists(const AttributeRule& rule, int id) const
-{
-    switch (rule.names) {
-    case Names::ModelFace:
-        return view_.model().entity(view_.faceDimension(), id);
-    case Names::ModelRegion:
-        return view_.model().entity(view_.elementDimension(), id);
-    default:
-        return view_.mesh().entity(0, id);
     }
 }
 

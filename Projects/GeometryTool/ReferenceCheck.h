@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 namespace Ovra::Geo
 {
 class AttributeType;
@@ -31,9 +33,9 @@ public:
     void checkReference(Geo::MeshEntity& vertex, const Geo::AttributeType& type);
 
 private:
-    template <typename Entity>
-    void checkIds(Entity& entity, const AttributeRule& rule);
-    bool exists(const AttributeRule& rule, int id) const;
+    template <typename Entity, typename Container>
+    void checkIds(Entity& entity, const AttributeRule& rule, const QString& owner, int dimension,
+                  const Container& container);
     void checkFaceAnswers(const Geo::ModelEntity& face);
     void checkRegionAnswers(const Geo::ModelEntity& region);
     void checkVertexAnswers(Geo::MeshEntity& vertex);

@@ -1,6 +1,7 @@
 #include "SideCheck.h"
 
 #include "CaseView.h"
+#include "ElementCheck.h"
 #include "ElementTopology.h"
 #include "FindingSink.h"
 #include "MeshEntity.h"
@@ -108,7 +109,7 @@ void SideCheck::checkListedElements(const MeshEntity& face, ElementSides::Run si
         const MeshEntity* const element = elements.next();
         const bool isSide = std::any_of(sides.begin(), sides.end(),
                                         [=](const auto& side) { return side.element == element; });
-        if (!isSide && ElementTopology::find(element->dimension(), element->adjacencyCount(0)))
+        if (!isSide && ElementCheck::hasSides(*element))
             sink_.add(FindingKind::NoSide, face, [element] {
                 return QStringLiteral("has all its vertices in %1, but is no side of it")
                     .arg(EntityName(*element).text());

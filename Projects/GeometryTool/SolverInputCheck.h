@@ -1,17 +1,13 @@
 #pragma once
 
-#include <QString>
+#include "CaseView.h"
+
 #include <QStringList>
 
 namespace Ovra::Geo
 {
-class AttributeType;
 class Database;
-class MeshEntity;
-class Model;
-class Mesh;
-class ModelEntity;
-} // namespace Ovra::Geo
+}
 
 namespace Ovra::GeoTool
 {
@@ -19,8 +15,7 @@ namespace Ovra::GeoTool
 /// \brief Looks whether a case holds what the writer of the solver input takes for granted.
 ///
 /// The writer follows ids in attributes without a test and stops the process where a rotor face
-/// lacks its partners. Every operation throws ToolError Unsuitable, which names the first entity,
-/// in ascending id, that would bring it there.
+/// lacks its partners. The checks are those of CaseVerifier, as far as the sections need them.
 class SolverInputCheck
 {
 public:
@@ -28,6 +23,9 @@ public:
     explicit SolverInputCheck(const Geo::Database& database);
 
     /// \brief Checks what the sections of these names need.
+    ///
+    /// Throws ToolError Unsuitable, which names the first entity of a check, in ascending id, that
+    /// would lead the writer astray.
     void require(const QStringList& sections) const;
 
 private:
@@ -37,22 +35,9 @@ private:
     void checkExtrusion() const;
     void checkMoving() const;
     void checkRotating() const;
+    void checkShapes(const Geo::ModelEntity& face) const;
 
-    void requireModelReference(const Geo::ModelEntity& entity, const Geo::AttributeType& type,
-                               int dimension) const;
-    void requireVertexReference(Geo::MeshEntity& vertex, const Geo::AttributeType& type) const;
-    void requireStencil(Geo::MeshEntity& vertex, const Geo::AttributeType& entityType,
-                        const Geo::AttributeType& entityId,
-                        const Geo::AttributeType& weights) const;
-    void requireKnownElements(const Geo::ModelEntity& face, int elementDimension) const;
-    void checkReplica(const Geo::ModelEntity& region) const;
-    void checkRotor(const Geo::ModelEntity& face) const;
-    void requireOneElementEach(const Geo::ModelEntity& face) const;
-
-    Geo::Model* model_;
-    Geo::Mesh* mesh_;
-    int faceDimension_;
-    int elementDimension_;
+    CaseView view_;
 };
 
 } // namespace Ovra::GeoTool

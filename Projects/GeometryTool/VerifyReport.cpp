@@ -1,0 +1,124 @@
+#include "VerifyReport.h"
+
+#include "Database.h"
+#include "Mesh.h"
+#include "Model.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace Ovra::GeoTool
+{
+
+using namespace Ovra::Geo;
+
+namespace
+{
+
+QString counted(qint64 count, const QString& noun)
+{
+    const QString plural = count == 1 ? QString() : QStringLiteral("s");
+    return QStringLiteral("%1 %2%3").arg(count).arg(noun, plural);
+}
+
+QString groupText(FindingKind kind, const CaseFindings::Group& group)
+{
+    const QString head =
+        QStringLiteral("%1 %2: ").arg(severityName(findingSeverity(kind)), findingName(kind));
+    QString text;
+    for (const Finding& finding : group.first)
+        text += head + finding.line() + QLatin1Char('\n');
+    const qint64 rest = group.count - static_cast<qint64>(group.first.size());
+    if (rest > 0)
+        text += head +
+                (group.first.empty() ? counted(rest, QStringLiteral("finding"))
+                                     : QStringLiteral("and %1 more").arg(rest)) +
+                QLatin1Char('\n');
+    return text;
+}
+
+QJsonValue placeJson(const std::optional<Vector>& place)
+{
+    if (!place)
+        return QJsonValue::Null;
+    return QJsonArray{place->x(), place->y(), place->z()};
+}
+
+QJsonObject findingJson(const Finding& finding)
+{
+    const bool whole = finding.entity.dimension == EntityName::Whole;
+    return {{"owner", finding.entity.owner == EntityName::Owner::Model ? "model" : "mesh"},
+            {"dimension", whole ? QJsonValue::Null : QJsonValue(finding.entity.dimension)},
+            {"id", whole ? QJsonValue::Null : QJsonValue(finding.entity.id)},
+            {"place", placeJson(finding.place)},
+            {"text", finding.line()}};
+}
+
+QJsonObject groupJson(FindingKind kind, const CaseFindings::Group& group)
+{
+    QJsonArray first;
+    for (const Finding& finding : group.first)
+        first.append(findingJson(finding));
+    return {{"kind", findingName(kind)},
+            {"severity", severityName(findingSeverity(kind))},
+            {"count", group.count},
+            {"first", first}};
+}
+
+template <typename Container>
+QJsonArray countsJson(const Container& container)
+{
+    QJsonArray counts;
+    for (int dimension = 0; dimension < 4; ++dimension)
+        counts.append(container.count(dimension));
+    return counts;
+}
+
+} // namespace
+
+VerifyReport::VerifyReport(const QString& name, const Database& database,
+                           const CaseFindings& findings)
+    : name_(name)
+    , database_(database)
+    , findings_(findings)
+{
+}
+
+QString VerifyReport::summary() const
+{
+    return QStringLiteral("%1 is %2: %3, %4")
+        .arg(name_, findings_.isSound() ? QStringLiteral("sound") : QStringLiteral("unsound"),
+             counted(findings_.errorCount(), QStringLiteral("error")),
+             counted(findings_.warningCount(), QStringLiteral("warning")));
+}
+
+QByteArray VerifyReport::text() const
+{
+    QString text;
+    for (const Severity severity : {Severity::Error, Severity::Warning}) {
+        for (const auto& [kind, group] : findings_.groups()) {
+            if (findingSeverity(kind) == severity)
+                text += groupText(kind, group);
+        }
+    }
+    return (text + summary() + QLatin1Char('\n')).toUtf8();
+}
+
+QByteArray VerifyReport::json() const
+{
+    QJsonArray groups;
+    for (const auto& [kind, group] : findings_.groups())
+        groups.append(groupJson(kind, group));
+    const QJsonObject object{
+        {"case", name_},
+        {"sound", findings_.isSound()},
+        {"errors", findings_.errorCount()},
+        {"warnings", findings_.warningCount()},
+        {"checked", QJsonObject{{"modelEntities", countsJson(*database_.model())},
+                                {"meshEntities", countsJson(*database_.mesh())}}},
+        {"findings", groups}};
+    return QJsonDocument(object).toJson(QJsonDocument::Indented);
+}
+
+} // namespace Ovra::GeoTool
