@@ -2,6 +2,8 @@
 
 #include "EntityName.h"
 
+#include <array>
+
 namespace Ovra::GeoTool
 {
 
@@ -9,9 +11,9 @@ using namespace Ovra::Geo;
 
 QString nameOf(const QString& owner, int dimension, int id)
 {
-    const bool isModel = owner == QLatin1String("model");
-    return EntityName(isModel ? EntityName::Owner::Model : EntityName::Owner::Mesh, dimension, id)
-        .text();
+    static const std::array<const char*, 4> names = {"vertex", "edge", "face", "region"};
+    return QStringLiteral("%1 %2 %3")
+        .arg(owner, QLatin1String(names[static_cast<std::size_t>(dimension)]), QString::number(id));
 }
 
 QString nameOf(const ModelEntity& entity)
