@@ -54,8 +54,7 @@ public:
     virtual ~MeshSerializer();
 
     /// \brief Reads everything behind the header, which Mesh::read() takes in, and adds it to the
-    /// mesh;
-    ///        upward lists are left to the caller.
+    ///        mesh; upward lists are left to the caller.
     virtual void read(QDataStream& stream) = 0;
 
     /// \brief Writes the text form, header included, which is for people and has no reader.
@@ -84,8 +83,7 @@ protected:
     Mesh* mesh() const { return mesh_; }
 
     /// \brief Reads a count and that many records. Each entity is classified and added once its
-    /// record
-    ///        is complete and sound.
+    ///        record is complete and sound.
     void readEntities(int dimension, QDataStream& stream, const RecordReader& readRecord);
 
     /// \brief Reads the dimension, -1 for none, and the id of a parent.

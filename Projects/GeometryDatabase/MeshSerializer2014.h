@@ -6,8 +6,7 @@ namespace Ovra::Geo
 {
 
 /// \brief Mesh format 2: as format 1, but edges, faces and regions lack the dimension of their
-/// parent,
-///        which is taken to be their own.
+///        parent, which is taken to be their own.
 ///
 /// | item                             | form                                             |
 /// |----------------------------------|--------------------------------------------------|

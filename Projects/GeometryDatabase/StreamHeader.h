@@ -22,8 +22,10 @@ struct StreamHeader
     Version version;
 
     /// \brief Reads the head and sets the stream to QDataStream version 12, that of everything
-    /// behind it. \param[out] header meaningful only if the stream did not break \return whether
-    /// the status of \p stream is Ok; if it was not before, nothing is read
+    ///        behind it.
+    /// \param[out] header meaningful only if the stream did not break
+    /// \param stream      stands at the head; if its status is not Ok, nothing is read
+    /// \return whether the status of \p stream is Ok afterwards
     static bool read(StreamHeader& header, QDataStream& stream);
 };
 

@@ -22,8 +22,7 @@ public:
     bool insert(int id);
 
     /// \brief Takes the id of a record of \p stream in; one that is not positive or has occurred
-    /// before
-    ///        sets the status QDataStream::ReadCorruptData.
+    ///        before sets the status QDataStream::ReadCorruptData.
     void check(int id, QDataStream& stream);
 
 private:

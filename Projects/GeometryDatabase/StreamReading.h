@@ -27,8 +27,8 @@ Value readValue(QDataStream& stream)
 /// \brief Reads the signed 32-bit count that heads records.
 ///
 /// The count is what the stream claims: who loops over it tests the stream in every round, and
-/// makes no room ahead. \return 0 for a negative count, and if the stream has failed, before or
-/// here
+/// makes no room ahead.
+/// \return 0 for a negative count, and if the stream has failed, before or here
 inline qint32 readCount(QDataStream& stream)
 {
     const qint32 count = isOk(stream) ? readValue<qint32>(stream) : 0;

@@ -1,7 +1,6 @@
 #include "AttributeType.h"
 #include "TestMesh.h"
 
-#include <QElapsedTimer>
 #include <QTest>
 
 #include <memory>
@@ -274,10 +273,8 @@ private slots:
         }
         MeshEdge edge;
         edge.addAdjacency(&vertex);
-        QElapsedTimer timer;
-        timer.start();
+        // Minutes, if it were quadratic in the number of duplicates.
         edge.setUpwardAdjacencies();
-        QVERIFY2(timer.elapsed() < 20000, "quadratic in the number of duplicates");
         QCOMPARE(edge.adjacencyCount(2), 200000);
         QCOMPARE(sortedIds(MeshEntity::getUpwardAdjacencies(&edge, 2)), neighbourIds(&edge, 2));
     }
