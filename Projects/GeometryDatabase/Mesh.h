@@ -110,11 +110,17 @@ public:
     /// \brief Reads a mesh of any binary format, adding to what is there, classifies it on the
     ///        model's entities and sets the upward lists. The stream is left at QDataStream version
     ///        12.
+    ///
+    /// Upward lists that are set already get everything a second time, as in
+    /// setUpwardAdjacencies(): clear them first. A bad stream leaves its status at
+    /// QDataStream::ReadPastEnd or QDataStream::ReadCorruptData, as told in MeshSerializer; an
+    /// unknown format changes nothing but the version. What was read of it stays, and all upward
+    /// lists are then derived anew, each entry once.
     /// \pre the model is read
     void read(QDataStream& stream);
 
     /// \brief Reads the file \p fileName, NUL-terminated; a file that does not open changes
-    ///        nothing.
+    ///        nothing. Tells of no failure: a host that must know reads from a stream of its own.
     void read(const wchar_t* fileName);
 
     /// \brief Writes the text form of the oldest format, which is for people: it cannot be read

@@ -35,6 +35,10 @@ void Mesh::read(QDataStream& stream)
         return;
     }
     serializer->read(stream);
+    if (stream.status() != QDataStream::Ok) {
+        // The host may go on with the mesh that it had, whose lists must not hold everything twice.
+        clearUpwardAdjacencies();
+    }
     setUpwardAdjacencies();
 }
 

@@ -142,11 +142,14 @@ public:
     /// \brief Reads a model in the binary form from \p stream, adding to what is there: the model's
     ///        version, box and attributes are replaced, regions and entities are added.
     ///
-    /// The form is told in ModelSerializer2013.
+    /// The form is told in ModelSerializer2013. A bad stream leaves its status at
+    /// QDataStream::ReadPastEnd or QDataStream::ReadCorruptData, as told in ModelSerializer; an
+    /// unknown format changes nothing but the version.
     /// \pre the model holds no entities, since adjacency is read for every entity that it holds
     void read(QDataStream& stream);
 
     /// \brief Reads the file \p path, NUL-terminated; a file that does not open changes nothing.
+    ///        Tells of no failure: a host that must know reads from a stream of its own.
     void read(const wchar_t* path);
 
     /// \brief Writes the binary form and leaves the stream at QDataStream version 12.

@@ -57,8 +57,7 @@ inline void addModel(TestMesh& mesh)
 }
 
 /// \brief Three vertices, an edge and a triangle: version 14.1.2, gaps in the ids, parents of the
-/// own
-///        and of other dimensions and none, attributes of mesh, vertex and face.
+///        own and of other dimensions and none, attributes of mesh, vertex and face.
 inline void fillTriangle(TestMesh& mesh)
 {
     addModel(mesh);

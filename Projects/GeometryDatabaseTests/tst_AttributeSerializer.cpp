@@ -291,6 +291,13 @@ private slots:
         QCOMPARE(attributes.count(), 1);
     }
 
+    void leavesTheMapAloneIfTheCountBreaksOff()
+    {
+        AttributeMap attributes = mapOf(AttributeType::MaterialId, 5);
+        QCOMPARE(readInto(attributes, hex("000000")), QDataStream::ReadPastEnd);
+        QCOMPARE(attributes.types(), QList<AttributeType>{AttributeType::MaterialId});
+    }
+
     void refusesUnknownTypesSilently()
     {
         Messages messages;

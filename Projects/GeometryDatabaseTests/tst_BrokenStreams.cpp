@@ -5,6 +5,7 @@
 
 #include <QTest>
 
+#include <algorithm>
 #include <functional>
 
 using namespace Ovra::Geo;
@@ -61,6 +62,17 @@ void checkOldContent(Target& target)
     QVERIFY(mesh.entity(0, OldId)->isAdjacentTo(edge));
     QVERIFY(edge->isAdjacentTo(mesh.entity(2, OldId)));
     QCOMPARE(model.entity(1, OldId)->childCount(), 1);
+}
+
+// The lists as they were: a read that went wrong enters nothing twice.
+void checkOldUpwardLists(Target& target)
+{
+    Mesh& mesh = target.mesh.mesh();
+    for (const int id : {OldId, OldSecondId}) {
+        QCOMPARE(neighbourIds(mesh.entity(0, id), 1), QList<int>{OldId});
+        QCOMPARE(neighbourIds(mesh.entity(0, id), 2), QList<int>{OldId});
+    }
+    QCOMPARE(neighbourIds(mesh.entity(1, OldId), 2), QList<int>{OldId});
 }
 
 void checkEntity(Target& target, MeshEntity* entity, int dimension, int id)
@@ -140,6 +152,9 @@ QDataStream::Status survive(const QByteArray& bytes, const Reader& read)
         QTest::qFail("asks for memory", __FILE__, __LINE__);
     }
     checkOldContent(target);
+    if (stream.status() != QDataStream::Ok) {
+        checkOldUpwardLists(target);
+    }
     checkMesh(target, bytes.size());
     checkModel(target, bytes.size());
     return stream.status();
@@ -404,6 +419,40 @@ private slots:
         QCOMPARE(mesh.mesh().count(3), 0);
         QCOMPARE(neighbourIds(mesh.mesh().entity(0, 7), 2), QList<int>{5});
         QCOMPARE(mesh.model().entity(3, 14)->childCount(), 0);
+    }
+
+    void keepsAttributesWhenTheHeadIsAllThereIs_data()
+    {
+        QTest::addColumn<QByteArray>("format");
+        QTest::newRow("2013") << hex("00000001");
+        QTest::newRow("2014") << hex("00000002");
+        QTest::newRow("2014a") << hex("00000003");
+    }
+
+    void keepsAttributesWhenTheHeadIsAllThereIs()
+    {
+        QFETCH(QByteArray, format);
+        TestMesh mesh;
+        fillTriangle(mesh);
+        QCOMPARE(readInto(mesh, format + QByteArray(12 + 3, '\0')), QDataStream::ReadPastEnd);
+        QCOMPARE(mesh.mesh().attributes().value(AttributeType::Side, 0).toInt(), 3);
+        QCOMPARE(neighbourIds(mesh.mesh().entity(0, 1), 1), QList<int>{4});
+    }
+
+    // The new edge stands at vertices that were there before: their lists take it in, once.
+    void linksWhatCameBeforeTheBreakWithWhatWasThere()
+    {
+        TestMesh mesh;
+        fillTriangle(mesh);
+        QCOMPARE(readInto(mesh, hex("00000002 00000000 00000000 00000000 00000000 00000000 00000002"
+                                    "00000009 00000000 00000000 00000002 00000002 00000007")),
+                 QDataStream::ReadPastEnd);
+        QList<int> edges = neighbourIds(mesh.mesh().entity(0, 2), 1);
+        std::sort(edges.begin(), edges.end());
+        QCOMPARE(edges, (QList<int>{4, 9}));
+        QCOMPARE(neighbourIds(mesh.mesh().entity(0, 7), 1), QList<int>{9});
+        QCOMPARE(neighbourIds(mesh.mesh().entity(1, 4), 2), QList<int>{5});
+        QCOMPARE(neighbourIds(mesh.mesh().entity(1, 9), 2), QList<int>{5});
     }
 
     // A record that is given up must not take a namesake's place among the parent's children.
