@@ -121,14 +121,15 @@ public:
     /// \brief All that is wrong with the case, in words; empty if it is sound.
     QString faults()
     {
-        for (const auto check :
-             {&ImportedCase::volumeFaults, &ImportedCase::faceFaults, &ImportedCase::coverFaults,
-              &ImportedCase::linkFaults, &ImportedCase::parentFaults}) {
-            const QString fault = (this->*check)();
-            if (!fault.isEmpty())
-                return fault;
-        }
-        return QString();
+        return firstOf(
+            {&ImportedCase::meshFaults, &ImportedCase::linkFaults, &ImportedCase::parentFaults});
+    }
+
+    /// \brief What is wrong with the elements and the mesh faces on their boundary.
+    QString meshFaults()
+    {
+        return firstOf(
+            {&ImportedCase::volumeFaults, &ImportedCase::faceFaults, &ImportedCase::coverFaults});
     }
 
     /// \brief Vertices less edges plus faces of the mesh on the boundary of a region.
@@ -151,6 +152,16 @@ public:
 
 private:
     using Faces = std::vector<std::vector<int>>;
+
+    QString firstOf(std::initializer_list<QString (ImportedCase::*)()> checks)
+    {
+        for (const auto check : checks) {
+            const QString fault = (this->*check)();
+            if (!fault.isEmpty())
+                return fault;
+        }
+        return QString();
+    }
 
     static const std::map<std::size_t, Faces>& outwardFaces()
     {
@@ -177,15 +188,18 @@ private:
         return QString();
     }
 
-    /// A face between two regions has two elements, another one; the local number fits the
+    /// A face has an element on the side of each meshed region; the local number fits the
     /// vertices.
     QString faceFaults()
     {
         for (ModelEntity* face : entities(2)) {
-            const int regions = face->adjacencyCount(3);
+            int regions = 0;
+            for (int i = 0; i < face->adjacencyCount(3); ++i)
+                regions += face->adjacencyAt(3, i)->childCount() > 0 ? 1 : 0;
             for (MeshEntity* child : children(face)) {
                 if (model()->is3d() && child->adjacencyCount(3) != regions)
-                    return QStringLiteral("mesh face %1 has %2 elements, its face %3 regions")
+                    return QStringLiteral(
+                               "mesh face %1 has %2 elements, its face %3 meshed regions")
                         .arg(child->id())
                         .arg(child->adjacencyCount(3))
                         .arg(regions);

@@ -1,0 +1,207 @@
+#pragma once
+
+#include "GmshFixture.h"
+#include "PreparedChecks.h"
+#include "ToolRun.h"
+
+#include <QMap>
+#include <QObject>
+#include <QSet>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+/// \brief One of the cases that go with the tool, on its whole road: import, verify, prepare,
+/// verify, solver input; what comes out is held against Gmsh, its geometry kernel, and rules.
+///
+/// A test of a case is a class with this base; it says in its constructor what is special about the
+/// case, and adds checks of its own.
+class CaseTest : public QObject
+{
+    Q_OBJECT
+
+protected:
+    explicit CaseTest(const QString& caseName)
+        : caseName_(caseName)
+    {
+    }
+
+    /// What the checks have to know; regions go by their names.
+    struct Facts
+    {
+        QMap<QString, double> volumeTolerance;  ///< relative, of curved regions; others 1e-9
+        QMap<QString, double> volumes;          ///< where the geometry kernel has none
+        QMap<QString, int> eulerCharacteristic; ///< of the boundary, if not 2
+        QSet<QString> unmeshed;
+        QSet<QString> wedges; ///< regions of wedges; all others are of tetrahedra
+    };
+
+    Facts facts_;
+
+    PreparedCase& imported() { return *imported_; }
+    PreparedCase& prepared() { return *prepared_; }
+    QString importedName() const { return directory_.filePath(caseName_); }
+    QString preparedName() const { return importedName() + QStringLiteral("-prepared"); }
+
+    /// \brief One section of the solver input of the prepared case, line by line; what the tool
+    /// complains of if it does not write it.
+    QList<QByteArray> sectionLines(const QString& section) const
+    {
+        const QString path = directory_.filePath(section);
+        const ToolRun run =
+            runTool({"solver-input", preparedName(), "-o", path, "--sections", section});
+        return (run.exitCode == 0 ? contentOf(path) : run.errors).split('\n');
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(directory_.isValid());
+        const ToolRun run = runTool(
+            {"import", input(".geo"), "-o", importedName(), "--attributes", input(".json")});
+        QCOMPARE(run.errors, QByteArray());
+        QCOMPARE(run.exitCode, 0);
+        imported_ = std::make_unique<PreparedCase>(importedName());
+        QVERIFY(imported_->isOpen());
+        gmsh_ = std::make_unique<GmshFixture>();
+        gmsh::open(input(".geo").toStdString());
+        gmsh::model::mesh::generate(3);
+    }
+
+    void cleanupTestCase()
+    {
+        prepared_.reset();
+        imported_.reset();
+        gmsh_.reset();
+    }
+
+    void hasTheCountsOfGmsh()
+    {
+        int nodes = GmshFixture::nodeCount();
+        int elements = GmshFixture::elementCount(3);
+        for (ModelEntity* region : imported_->entities(3)) {
+            const int expected = GmshFixture::elementCount(3, region->id());
+            const bool unmeshed = facts_.unmeshed.contains(region->name());
+            QCOMPARE(region->childCount(), unmeshed ? 0 : expected);
+            nodes -= unmeshed ? nodesWithin(region->id()) : 0;
+            elements -= unmeshed ? expected : 0;
+        }
+        QCOMPARE(imported_->mesh()->count(0), nodes);
+        QCOMPARE(imported_->mesh()->count(3), elements);
+        for (int d = 0; d <= 3; ++d)
+            QCOMPARE(imported_->model()->count(d), GmshFixture::entityCount(d));
+        for (int d = 1; d <= 2; ++d) {
+            for (ModelEntity* entity : imported_->entities(d))
+                QCOMPARE(entity->childCount(), GmshFixture::elementCount(d, entity->id()));
+        }
+    }
+
+    void hasTheVolumesOfTheKernel()
+    {
+        for (ModelEntity* region : imported_->entities(3)) {
+            if (facts_.unmeshed.contains(region->name()))
+                continue;
+            double expected = facts_.volumes.value(region->name());
+            if (expected == 0)
+                gmsh::model::occ::getMass(3, region->id(), expected);
+            const double tolerance = facts_.volumeTolerance.value(region->name(), 1e-9);
+            const double found = ImportedCase::volume(region);
+            QVERIFY2(qAbs(found / expected - 1.0) < tolerance,
+                     qPrintable(QStringLiteral("%1: %2, not %3")
+                                    .arg(region->name())
+                                    .arg(found, 0, 'g', 15)
+                                    .arg(expected, 0, 'g', 15)));
+        }
+    }
+
+    void isSound() { QCOMPARE(imported_->faults(), QString()); }
+
+    void hasBoundariesAsEulerHasThem()
+    {
+        for (ModelEntity* region : imported_->entities(3))
+            QCOMPARE(ImportedCase::eulerCharacteristic(region),
+                     facts_.eulerCharacteristic.value(region->name(), 2));
+    }
+
+    void hasTheKindsOfElements()
+    {
+        for (ModelEntity* region : imported_->entities(3)) {
+            const int corners = facts_.wedges.contains(region->name()) ? 6 : 4;
+            for (auto* element : ImportedCase::children(region))
+                QCOMPARE(element->adjacencyCount(0), corners);
+        }
+    }
+
+    void verifiesAsImported() { verify(importedName()); }
+
+    void preparesAll()
+    {
+        const ToolRun run = runTool({"prepare", importedName(), "-o", preparedName(), "--all"});
+        QCOMPARE(run.errors, QByteArray());
+        QCOMPARE(run.exitCode, 0);
+        prepared_ = std::make_unique<PreparedCase>(preparedName());
+        QVERIFY(prepared_->isOpen());
+    }
+
+    void verifiesAsPrepared() { verify(preparedName()); }
+
+    void keepsItsVolumes() { QCOMPARE(prepared_->volumeFaults(*imported_), QString()); }
+
+    void keepsItsSurfaces() { QCOMPARE(prepared_->meshFaults(), QString()); }
+
+    void keepsItsElements()
+    {
+        for (ModelEntity* region : imported_->entities(3)) {
+            const int perElement = facts_.wedges.contains(region->name()) ? 3 : 1;
+            QCOMPARE(prepared_->model()->entity(3, region->id())->childCount(),
+                     perElement * region->childCount());
+        }
+    }
+
+    void writesAllNodesAndElements()
+    {
+        const QString path = directory_.filePath("all");
+        const ToolRun run = runTool({"solver-input", preparedName(), "-o", path});
+        QCOMPARE(run.errors, QByteArray());
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY(contentOf(path).startsWith(sectionLines("nodes").join('\n')));
+        QCOMPARE(sectionLines("nodes").size(), prepared_->mesh()->count(0) + 2);
+        qsizetype expected = 2;
+        for (ModelEntity* region : prepared_->entities(3)) {
+            if (!region->attributes().contains(Ovra::Geo::AttributeType::IsShell))
+                expected += region->childCount();
+        }
+        QCOMPARE(sectionLines("elements").size(), expected);
+    }
+
+private:
+    using ModelEntity = Ovra::Geo::ModelEntity;
+
+    QString input(const char* suffix) const
+    {
+        return QStringLiteral(OVRA_CASES_DIRECTORY "/%1/%1").arg(caseName_) + QLatin1String(suffix);
+    }
+
+    static int nodesWithin(int region)
+    {
+        std::vector<std::size_t> tags;
+        std::vector<double> coordinates;
+        std::vector<double> parameters;
+        gmsh::model::mesh::getNodes(tags, coordinates, parameters, 3, region);
+        return static_cast<int>(tags.size());
+    }
+
+    static void verify(const QString& name)
+    {
+        const ToolRun run = runTool({"verify", name});
+        QCOMPARE(run.errors, QByteArray());
+        QVERIFY2(run.exitCode == 0, run.output.constData());
+    }
+
+    QString caseName_;
+    QTemporaryDir directory_;
+    std::unique_ptr<GmshFixture> gmsh_;
+    std::unique_ptr<PreparedCase> imported_;
+    std::unique_ptr<PreparedCase> prepared_;
+};
