@@ -70,20 +70,19 @@ const std::vector<AttributeRule>& rules()
 
 bool isInteger(const QVariant& variant)
 {
+    constexpr int smallest = std::numeric_limits<int>::min();
+    constexpr int largest = std::numeric_limits<int>::max();
     switch (variant.typeId()) {
     case QMetaType::Int:
-    case QMetaType::UInt:
     case QMetaType::Short:
-    case QMetaType::UShort:
     case QMetaType::Long:
     case QMetaType::LongLong:
+        return variant.toLongLong() >= smallest && variant.toLongLong() <= largest;
+    case QMetaType::UInt:
+    case QMetaType::UShort:
     case QMetaType::ULong:
-    case QMetaType::ULongLong: {
-        bool fits = false;
-        const qlonglong value = variant.toLongLong(&fits);
-        return fits && value >= std::numeric_limits<int>::min() &&
-               value <= std::numeric_limits<int>::max();
-    }
+    case QMetaType::ULongLong:
+        return variant.toULongLong() <= static_cast<qulonglong>(largest);
     default:
         return false;
     }

@@ -17,9 +17,14 @@ const QStringList allSections = {"nodes",   "elements", "part-surfaces", "surfac
 
 } // namespace
 
+using Breaking = void (*)(TinyCase&);
+Q_DECLARE_METATYPE(Breaking)
+
 class TestToolSolverInput : public QObject
 {
     Q_OBJECT
+
+    using T = AttributeType;
 
 private slots:
     void initTestCase()
@@ -178,56 +183,168 @@ private slots:
 
     void refusesCasesThatTheWriterCannotTake_data()
     {
-        QTest::addColumn<int>("fault");
-        QTest::addColumn<QByteArray>("text");
-        QTest::newRow("element without parent")
-            << 0 << QByteArray("mesh region 2 stands on no model entity");
-        QTest::newRow("fluid region missing")
-            << 1
-            << QByteArray(
-                   "fluid_region of model region 2 names the model region 99, which does not "
-                   "exist");
-        QTest::newRow("stand-in face missing")
-            << 2
-            << QByteArray(
-                   "non_extruded_face of model face 3 names the model face 98, which does not "
-                   "exist");
-        QTest::newRow("shell partner missing")
-            << 3
-            << QByteArray("shell_vertex of mesh vertex 2 names the mesh vertex 97, which does not "
-                          "exist");
-        QTest::newRow("not interpolated")
-            << 4
-            << QByteArray("mesh vertex 1 lacks its periodic_entity_type and periodic_entity_id, or "
-                          "they name no mesh entity");
-        QTest::newRow("too few weights")
-            << 5
-            << QByteArray(
-                   "periodic_weights of mesh vertex 1 has 1 values for the 3 vertices of mesh "
-                   "face 1");
-        QTest::newRow("extruded face missing")
-            << 6
-            << QByteArray("extruded_face of model face 3 names the model face 96, which does not "
-                          "exist");
-        QTest::newRow("original of the replica missing")
-            << 7
-            << QByteArray("model region 2 is a replica of the region 95, which does not exist");
-        QTest::newRow("rotor without partners")
-            << 8 << QByteArray("mesh vertex 1 on the rotor side model face 3 has no stator_vertex");
+        QTest::addColumn<Breaking>("breaking");
+        QTest::addColumn<QString>("text");
+        const auto row = [](const char* name, Breaking breaking, const char* text) {
+            QTest::newRow(name) << breaking << QString(text);
+        };
+        row(
+            "element without parent",
+            [](TinyCase& c) {
+                c.addElement(3, {1, 2, 3, 4}, nullptr);
+            },
+            "mesh region 2 at (0.25, 0.25, 0.25) stands on no model entity, or on one that the "
+            "model does not have; a mesh region must stand on a model region");
+        row(
+            "fluid region missing",
+            [](TinyCase& c) { c.region->attributes().insert(T::FluidRegion, 99); },
+            "model region 2 at (0.25, 0.25, 0.25) names in fluid_region the model region 99, which "
+            "does not exist");
+        row(
+            "stand-in face missing",
+            [](TinyCase& c) { c.face->attributes().insert(T::NonExtrudedFace, 98); },
+            "model face 3 at (0.5, 0.5, 0) names in non_extruded_face the model face 98, which "
+            "does not exist");
+        row(
+            "shell partner missing",
+            [](TinyCase& c) { c.vertices[1]->attributes().insert(T::ShellVertex, 97); },
+            "mesh vertex 2 at (1, 0, 0) names in shell_vertex the mesh vertex 97, which does not "
+            "exist");
+        row(
+            "shell partner zero",
+            [](TinyCase& c) { c.vertices[1]->attributes().insert(T::ShellVertex, 0); },
+            "mesh vertex 2 at (1, 0, 0) names in shell_vertex the mesh vertex 0, which does not "
+            "exist");
+        row(
+            "face between three elements",
+            [](TinyCase& c) {
+                c.addElement(3, {1, 2, 3, 4}, c.region);
+                c.addElement(3, {1, 2, 3, 4}, c.region);
+            },
+            "mesh face 1 at (0.333333, 0.333333, 0) lies between 3 elements; a face has two sides");
+        row(
+            "not interpolated",
+            [](TinyCase& c) { c.face->attributes().insert(T::PeriodicPairId, 1); },
+            "mesh vertex 1 at (0, 0, 0) lacks its periodic_entity_type and periodic_entity_id, or "
+            "they mean nothing");
+        row(
+            "tie to nothing",
+            [](TinyCase& c) {
+                makePeriodic(c);
+                c.vertices[2]->attributes().insert(T::PeriodicEntityId, 94);
+            },
+            "mesh vertex 3 at (0, 1, 0) names in periodic_entity_id the mesh vertex 94, which does "
+            "not exist");
+        row(
+            "tie of no dimension",
+            [](TinyCase& c) {
+                makePeriodic(c);
+                c.vertices[2]->attributes().insert(T::PeriodicEntityType, 4);
+            },
+            "mesh vertex 3 at (0, 1, 0) lacks its periodic_entity_type and periodic_entity_id, or "
+            "they mean nothing");
+        row(
+            "too few weights",
+            [](TinyCase& c) {
+                makePeriodic(c);
+                c.vertices[0]->attributes().insert(T::PeriodicEntityType, 2);
+                c.vertices[0]->attributes().insert(T::PeriodicWeights, QVariantList{1.0});
+            },
+            "mesh vertex 1 at (0, 0, 0) has 1 values in periodic_weights for the 3 vertices of "
+            "mesh face 1; at most 4 of them may be positive");
+        row(
+            "too many weights",
+            [](TinyCase& c) {
+                c.addVertex(Vector(1, 1, 0));
+                c.addElement(3, {1, 2, 5, 3, 4}, c.region);
+                AttributeMap& vertex = c.vertices[0]->attributes();
+                vertex.insert(T::ExtrudedEntityType, 3);
+                vertex.insert(T::ExtrudedEntityId, 2);
+                vertex.insert(T::ExtrudedWeights, QVariantList{0.2, 0.2, 0.2, 0.2, 0.2});
+            },
+            "mesh vertex 1 at (0, 0, 0) has 5 values in extruded_weights for the 5 vertices of "
+            "mesh region 2; at most 4 of them may be positive");
+        row(
+            "element of no kind on a periodic face",
+            [](TinyCase& c) {
+                c.addElement(3, {1, 2, 3, 4, 1, 2, 3}, c.region);
+                makePeriodic(c);
+            },
+            "mesh region 2 at (0.285714, 0.285714, 0.142857) has 7 vertices; a region has 4, 5, 6 "
+            "or 8");
+        row(
+            "extruded face missing",
+            [](TinyCase& c) { c.face->attributes().insert(T::ExtrudedFace, 96); },
+            "model face 3 at (0.5, 0.5, 0) names in extruded_face the model face 96, which does "
+            "not exist");
+        row(
+            "original of the replica missing", [](TinyCase& c) { makeReplica(c, 95); },
+            "model region 2 at (0.25, 0.25, 0.25) names in original_motion_region the model region "
+            "95, which does not exist");
+        row(
+            "original of the replica smaller",
+            [](TinyCase& c) {
+                auto* const original = new ModelRegion;
+                c.model()->add(original);
+                makeReplica(c, original->id());
+            },
+            "model region 2 at (0.25, 0.25, 0.25) has 1 elements, but its original, model region "
+            "3, only 0");
+        row(
+            "stator face missing", [](TinyCase& c) { makeRotor(c, 93); },
+            "model face 3 at (0.5, 0.5, 0) names in stator_face the model face 93, which does not "
+            "exist");
+        row(
+            "rotor without partners", [](TinyCase& c) { makeRotor(c, 3); },
+            "mesh vertex 1 at (0, 0, 0) stands on the rotor side model face 3 without a "
+            "stator_vertex");
+        row(
+            "rotor face with two elements",
+            [](TinyCase& c) {
+                makeRotor(c, 3);
+                for (MeshVertex* vertex : c.vertices)
+                    vertex->attributes().insert(T::StatorVertex, 1);
+                c.addElement(3, {1, 2, 3, 4}, c.region);
+            },
+            "mesh face 1 at (0.333333, 0.333333, 0) on the rotor or stator side model face 3 has 2 "
+            "elements, not one");
+        row(
+            "stator face without element",
+            [](TinyCase& c) {
+                auto* const stator = new ModelFace;
+                c.model()->add(stator);
+                makeRotor(c, stator->id());
+                for (MeshVertex* vertex : c.vertices)
+                    vertex->attributes().insert(T::StatorVertex, 1);
+                c.addVertex(Vector(1, 1, 0));
+                c.addElement(2, {1, 2, 5}, stator);
+            },
+            "mesh face 2 at (0.666667, 0.333333, 0) on the rotor or stator side model face 4 has 0 "
+            "elements, not one");
     }
 
     void refusesCasesThatTheWriterCannotTake()
     {
-        QFETCH(int, fault);
-        QFETCH(QByteArray, text);
+        QFETCH(Breaking, breaking);
+        QFETCH(QString, text);
         TinyCase tiny;
-        addFault(tiny, fault);
+        breaking(tiny);
         QVERIFY(tiny.save(path("faulty")));
         const ToolRun run = runTool({"solver-input", path("faulty"), "-o", path("never")});
-        QCOMPARE(run.errors,
+        QCOMPARE(QString::fromUtf8(run.errors),
                  "ovrageo: error: the case is not fit for solver input: " + text + '\n');
         QCOMPARE(run.exitCode, 6);
         QVERIFY(!QFile::exists(path("never")));
+    }
+
+    void asksOnlyWhatTheSectionsNeed()
+    {
+        TinyCase tiny;
+        makeRotor(tiny, 3);
+        QVERIFY(tiny.save(path("rotor")));
+        const QStringList run{"solver-input", path("rotor"), "-o", path("rotor.txt"), "--sections"};
+        QCOMPARE(runTool(run + QStringList("nodes,elements,periodic")).exitCode, 0);
+        QCOMPARE(runTool(run + QStringList("nodes,rotating")).exitCode, 6);
     }
 
 private:
@@ -253,43 +370,16 @@ private:
         }
     }
 
-    static void addFault(TinyCase& tiny, int fault)
+    static void makeReplica(TinyCase& tiny, int original)
     {
-        AttributeMap& vertex = tiny.vertices[0]->attributes();
-        AttributeMap& face = tiny.face->attributes();
-        AttributeMap& region = tiny.region->attributes();
-        switch (fault) {
-        case 0:
-            tiny.addElement(3, {1, 2, 3, 4}, nullptr);
-            break;
-        case 1:
-            region.insert(AttributeType::FluidRegion, 99);
-            break;
-        case 2:
-            face.insert(AttributeType::NonExtrudedFace, 98);
-            break;
-        case 3:
-            tiny.vertices[1]->attributes().insert(AttributeType::ShellVertex, 97);
-            break;
-        case 4:
-            face.insert(AttributeType::PeriodicPairId, 1);
-            break;
-        case 5:
-            makePeriodic(tiny);
-            vertex.insert(AttributeType::PeriodicEntityType, 2);
-            vertex.insert(AttributeType::PeriodicWeights, QVariantList{1.0});
-            break;
-        case 6:
-            face.insert(AttributeType::ExtrudedFace, 96);
-            break;
-        case 7:
-            region.insert(AttributeType::MotionType, 1);
-            region.insert(AttributeType::OriginalMotionRegion, 95);
-            break;
-        default:
-            region.insert(AttributeType::MaterialType, QStringLiteral("rotating_device"));
-            face.insert(AttributeType::StatorFace, 3);
-        }
+        tiny.region->attributes().insert(T::MotionType, 1);
+        tiny.region->attributes().insert(T::OriginalMotionRegion, original);
+    }
+
+    static void makeRotor(TinyCase& tiny, int stator)
+    {
+        tiny.region->attributes().insert(T::MaterialType, QStringLiteral("rotating_device"));
+        tiny.face->attributes().insert(T::StatorFace, stator);
     }
 
     QTemporaryDir directory_;
