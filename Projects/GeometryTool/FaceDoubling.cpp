@@ -21,9 +21,8 @@ QString FaceDoubling::doubleFaces(const AttributeType& link, const std::function
     operation();
     refreshUpwardLists();
     if (sideCount() != sides)
-        refuse(QStringLiteral("%1 would part from their elements when the model faces %2 are "
-                              "doubled: %3")
-                   .arg(counted(sides - sideCount(), QStringLiteral("mesh face")), which, fault));
+        refuse(QStringLiteral("doubling the model faces %1 would take elements away from %2: %3")
+                   .arg(which, counted(sides - sideCount(), QStringLiteral("mesh face")), fault));
 
     VertexCopies copies;
     QList<ModelEntity*> added = facesWith(link);

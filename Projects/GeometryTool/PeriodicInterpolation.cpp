@@ -2,6 +2,7 @@
 
 #include "EntityName.h"
 #include "EntityNames.h"
+#include "IdOrder.h"
 #include "Mesh.h"
 #include "MeshEntity.h"
 #include "Model.h"
@@ -30,9 +31,8 @@ constexpr double farthest = 1e9;
 /// How far a vertex may land from its tie, in longest edges of the mesh entity it is tied to.
 constexpr double allowedMiss = 0.5;
 
-const QString remedy = QStringLiteral(
-    "the mesh faces of both sides must face out of the domain, and one transform must serve all "
-    "pairs");
+const QString remedy =
+    QStringLiteral("one transform, that of the first pair with planar faces, must serve all pairs");
 
 int pairIdOf(const ModelEntity* face)
 {
@@ -125,6 +125,28 @@ void PeriodicInterpolation::requirePlane(const ModelEntity& face) const
                    .arg(nameOf(face)));
 }
 
+/// Sides that face opposite ways would be taken for a half turn, which may even fit. All mesh faces
+/// facing into the domain are as good as all facing out of it.
+void PeriodicInterpolation::requireOneSense(const Pair& pair) const
+{
+    const MeshEntity* outward = nullptr;
+    const MeshEntity* inward = nullptr;
+    for (const ModelEntity* face : {pair.first, pair.second}) {
+        for (const MeshEntity* meshFace : inIdOrder(face->childIterator())) {
+            const QList<MeshEntity*> elements = elementsAt(*meshFace);
+            if (elements.isEmpty())
+                continue;
+            const Vector away = meshFace->centroid() - elements.first()->centroid();
+            (away * meshFace->normal() > 0.0 ? outward : inward) = meshFace;
+        }
+    }
+    if (outward && inward)
+        refuse(QStringLiteral("%1 on %2 faces out of the domain, %3 on %4 into it; the mesh faces "
+                              "of a periodic pair must all face one way")
+                   .arg(nameOf(*outward), nameOf(*outward->parent()), nameOf(*inward),
+                        nameOf(*inward->parent())));
+}
+
 QList<MeshEntity*> PeriodicInterpolation::verticesOn(const Pairs& pairs) const
 {
     QSet<MeshEntity*> vertices;
@@ -175,6 +197,7 @@ QString PeriodicInterpolation::run(Solver& solver)
                                   .arg(counted(renewed, QStringLiteral("vertex"),
                                                QStringLiteral("vertices")));
     const auto guide = std::find_if(all.begin(), all.end(), arePlanar);
+    requireOneSense(*guide);
     requirePlane(*guide->first);
     requirePlane(*guide->second);
     const PeriodicTransform transform = rehearse(solver, all);

@@ -24,6 +24,7 @@ private:
     using Pairs = QMap<int, Pair>;
 
     Pairs pairs() const;
+    void requireOneSense(const Pair& pair) const;
     void requirePlane(const Geo::ModelEntity& face) const;
     Geo::PeriodicTransform rehearse(Geo::Solver& solver, const Pairs& pairs) const;
     void requireUsable(const Pairs& pairs, const Geo::PeriodicTransform& transform) const;

@@ -1,7 +1,5 @@
 #include "WedgeAttributes.h"
 
-#include "IdOrder.h"
-#include "Mesh.h"
 #include "MeshEntity.h"
 
 namespace Ovra::GeoTool
@@ -25,15 +23,13 @@ WedgeAttributes::WedgeAttributes(const QList<MeshEntity*>& wedges)
     }
 }
 
-void WedgeAttributes::handOver(Mesh& mesh) const
+void WedgeAttributes::handOver(const QList<MeshEntity*>& tetrahedra) const
 {
     if (wedges_.isEmpty())
         return;
-    for (MeshEntity* element : inIdOrder(mesh.iterator(3))) {
-        if (element->adjacencyCount(0) != 4 || element->adjacencyAt(0, 0)->isAdjacentTo(element))
-            continue;
-        if (const Wedge* const wedge = wedgeOf(*element))
-            element->attributes() = wedge->attributes;
+    for (MeshEntity* tetrahedron : tetrahedra) {
+        if (const Wedge* const wedge = wedgeOf(*tetrahedron))
+            tetrahedron->attributes() = wedge->attributes;
     }
 }
 

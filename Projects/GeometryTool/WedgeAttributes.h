@@ -8,7 +8,6 @@
 
 namespace Ovra::Geo
 {
-class Mesh;
 class MeshEntity;
 } // namespace Ovra::Geo
 
@@ -23,10 +22,8 @@ public:
     /// \param wedges on a mesh whose upward lists are set; those without attributes cost nothing
     explicit WedgeAttributes(const QList<Geo::MeshEntity*>& wedges);
 
-    /// \brief Gives the attributes to the new tetrahedra of \p mesh.
-    /// \pre the upward lists have not been set since the decomposition: new tetrahedra are those
-    ///      that their vertices do not list
-    void handOver(Geo::Mesh& mesh) const;
+    /// \brief Gives the attributes to \p tetrahedra, which come from the wedges.
+    void handOver(const QList<Geo::MeshEntity*>& tetrahedra) const;
 
 private:
     struct Wedge

@@ -20,6 +20,7 @@ using namespace Ovra::Geo;
 namespace
 {
 
+constexpr int tetrahedronSize = 4;
 constexpr int wedgeSize = 6;
 constexpr int pyramidSize = 5;
 constexpr int hexahedronSize = 8;
@@ -43,6 +44,15 @@ QList<QList<MeshEntity*>> quadrilateralSides(const MeshEntity& element)
         result.append(vertices);
     }
     return result;
+}
+
+/// The library's tetrahedra have the opposite sense of their wedge: among elements that the mesher
+/// made they would count as inverted.
+void turnInsideOut(MeshEntity* tetrahedron)
+{
+    MeshEntity* const third = tetrahedron->adjacencyAt(0, 2);
+    tetrahedron->removeAdjacency(third);
+    tetrahedron->addAdjacency(third);
 }
 
 bool isDoubled(const ModelEntity& face)
@@ -124,6 +134,15 @@ QList<MeshEntity*> WedgeDecomposition::quadrilateralsAtWedges() const
     return meshFaces;
 }
 
+/// New ones are those that their vertices do not list.
+QList<MeshEntity*> WedgeDecomposition::unlistedTetrahedra() const
+{
+    QList<MeshEntity*> tetrahedra = elementsWith(tetrahedronSize);
+    tetrahedra.removeIf(
+        [](MeshEntity* element) { return element->adjacencyAt(0, 0)->isAdjacentTo(element); });
+    return tetrahedra;
+}
+
 QString WedgeDecomposition::run(Solver& solver)
 {
     if (!model().is3d())
@@ -136,7 +155,10 @@ QString WedgeDecomposition::run(Solver& solver)
     const QList<MeshEntity*> quadrilaterals = quadrilateralsAtWedges();
     WedgeAttributes attributes(wedges);
     solver.decomposeWedgesToTets();
-    attributes.handOver(mesh());
+    const QList<MeshEntity*> tetrahedra = unlistedTetrahedra();
+    attributes.handOver(tetrahedra);
+    for (MeshEntity* tetrahedron : tetrahedra)
+        turnInsideOut(tetrahedron);
     for (MeshEntity* quadrilateral : quadrilaterals)
         cut(quadrilateral);
     refreshUpwardLists();

@@ -9,7 +9,7 @@ namespace Ovra::GeoTool
 ///
 /// A quadrilateral is cut along the diagonal at its vertex with the smallest id, as the elements
 /// behind it are. Its triangles inherit its place in the model and its attributes, the tetrahedra
-/// the attributes of their wedge.
+/// the sense and the attributes of their wedge.
 class WedgeDecomposition : public PreparationStep
 {
 public:
@@ -22,6 +22,7 @@ private:
     void requireConformity(const Geo::MeshEntity& element) const;
     void requireUndoubled(const Geo::MeshEntity& wedge) const;
     QList<Geo::MeshEntity*> elementsWith(int vertexCount) const;
+    QList<Geo::MeshEntity*> unlistedTetrahedra() const;
     QList<Geo::MeshEntity*> quadrilateralsAtWedges() const;
     void cut(Geo::MeshEntity* quadrilateral) const;
     void addTriangle(Geo::MeshEntity* quadrilateral, int first, int second, int third) const;
