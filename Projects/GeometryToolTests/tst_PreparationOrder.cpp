@@ -287,6 +287,7 @@ private slots:
             MeshEntity* const copy = MeshEntity::create(3);
             for (MeshEntity* vertex : MeshChecks::neighbours(grid.mesh()->entity(3, 4), 0))
                 copy->addAdjacency(vertex);
+            copy->setId(1000);
             grid.mesh()->add(copy);
             grid.region(1)->addChild(copy);
             grid.mesh()->remove(grid.mesh()->entity(3, 4));
