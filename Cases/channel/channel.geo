@@ -4,8 +4,10 @@
 // The streams are tetrahedra. The plate is one layer of wedges between them, and conforms: its
 // triangles face the streams, its quadrilaterals lie on the outside, where no tetrahedron meets
 // them. The block is layers of wedges too, but not joined with the stream: its mesh and that of
-// the stream around it lie on faces of their own in the same place. Lines along the two periodic
-// sides are divided differently, so that the sides do not match either.
+// the stream around it lie on faces of their own in the same place.
+//
+// The periodic sides are divided differently, so that they do not match either, but evenly: the
+// translation is that between the means of their mesh vertices.
 
 SetFactory("OpenCASCADE");
 
@@ -23,11 +25,11 @@ BooleanDifference(3) = { Volume{1}; Delete; }{ Volume{2}; Delete; };
 // Plate and upper stream on the lower one.
 plate_below() = Surface In BoundingBox {-e, -e, below - e, length + e, width + e, below + e};
 plate[] = Extrude {0, 0, thickness} { Surface{plate_below()}; Layers{1}; Recombine; };
-upper[] = Extrude {0, 0, above} { Surface{plate[0]}; };
+upper_volume[] = Extrude {0, 0, above} { Surface{plate[0]}; };
 
 Physical Volume("lower_stream") = {3};
 Physical Volume("plate") = {plate[1]};
-Physical Volume("upper_stream") = {upper[1]};
+Physical Volume("upper_stream") = {upper_volume[1]};
 Physical Surface("plate_below") = {plate_below()};
 Physical Surface("plate_above") = {plate[0]};
 
@@ -53,8 +55,23 @@ Physical Surface("around_east") = Surface In BoundingBox {x + dx - e, y - e, -e,
 Physical Surface("around_south") = Surface In BoundingBox {x - e, y - e, -e, x + dx + e, y + e, dz + e};
 Physical Surface("around_north") = Surface In BoundingBox {x - e, y + dy - e, -e, x + dx + e, y + dy + e, dz + e};
 
-MeshSize{ PointsOf{ Volume{3, plate[1], upper[1]}; } } = size;
-MeshSize{ PointsOf{ Surface{lower_second(), upper_second()}; } } = 0.75 * size;
+side_y[] = {0, width};
+side_size[] = {size, 0.75 * size};
+For i In {0 : 1}
+  a = side_y[i] - e;
+  b = side_y[i] + e;
+  along() = Curve In BoundingBox {-e, a, -e, length + e, b, e};
+  along() += Curve In BoundingBox {-e, a, below - e, length + e, b, below + e};
+  along() += Curve In BoundingBox {-e, a, top - e, length + e, b, top + e};
+  Transfinite Curve{along()} = 1 + Round(length / side_size[i]);
+  For j In {0 : 1}
+    lower() = Curve In BoundingBox {j * length - e, a, -e, j * length + e, b, below + e};
+    upper() = Curve In BoundingBox {j * length - e, a, below + thickness - e, j * length + e, b, top + e};
+    Transfinite Curve{lower()} = 1 + Round(below / side_size[i]);
+    Transfinite Curve{upper()} = 1 + Round(above / side_size[i]);
+  EndFor
+EndFor
+Transfinite Surface{lower_first(), lower_second(), upper_first(), upper_second()};
 
 // The block, by the built-in kernel: the other one would mesh the faces around it like its own.
 SetFactory("Built-in");

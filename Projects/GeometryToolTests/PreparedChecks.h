@@ -136,6 +136,7 @@ public:
     /// \param forward takes a point of a first side to the second
     QString periodicFaults(const Transform& forward, const Transform& back, double tolerance)
     {
+        TiesByVertex ties;
         for (ModelEntity* face : having(2, AttributeType::PeriodicPairId)) {
             ModelEntity* const partner =
                 model()->entity(2, intOf(face, AttributeType::PeriodicFace));
@@ -145,30 +146,28 @@ public:
                     intOf(face, AttributeType::PeriodicPairId))
                 return QStringLiteral("face %1 has no proper partner").arg(face->id());
             const bool isFirst = intOf(face, AttributeType::PeriodicSideId) == 1;
-            const QString fault =
-                tieFaults(face, partner, PeriodicTags, isFirst ? forward : back, tolerance);
-            if (!fault.isEmpty())
-                return fault;
+            for (MeshEntity* vertex : meshVertices(face))
+                ties[vertex].push_back({face, partner, isFirst ? forward : back});
         }
-        return QString();
+        return tieFaults(ties, PeriodicTags, tolerance);
     }
 
     /// \brief Vertices of extruded faces and of their partners are tied to their own place.
     QString extrudedFaults(double tolerance)
     {
         const Transform stay = [](const Vector& point) { return point; };
+        TiesByVertex ties;
         for (ModelEntity* face : having(2, AttributeType::ExtrudedFace)) {
             ModelEntity* const partner =
                 model()->entity(2, intOf(face, AttributeType::ExtrudedFace));
             if (partner == nullptr)
                 return QStringLiteral("face %1 has no partner").arg(face->id());
-            for (const auto& [from, to] : {std::pair(face, partner), std::pair(partner, face)}) {
-                const QString fault = tieFaults(from, to, ExtrudedTags, stay, tolerance);
-                if (!fault.isEmpty())
-                    return fault;
-            }
+            for (MeshEntity* vertex : meshVertices(face))
+                ties[vertex].push_back({face, partner, stay});
+            for (MeshEntity* vertex : meshVertices(partner))
+                ties[vertex].push_back({partner, face, stay});
         }
-        return QString();
+        return tieFaults(ties, ExtrudedTags, tolerance);
     }
 
     /// \brief Vertices of an original shell face have a partner across the sheet.
@@ -211,6 +210,16 @@ private:
         AttributeType id;
         AttributeType weights;
     };
+
+    /// A face that a vertex lies on, and what the vertex may be tied to for it.
+    struct Tie
+    {
+        ModelEntity* face;
+        ModelEntity* partner;
+        Transform transform;
+    };
+
+    using TiesByVertex = std::map<MeshEntity*, std::vector<Tie>>;
 
     inline static const Tags PeriodicTags{AttributeType::PeriodicEntityType,
                                           AttributeType::PeriodicEntityId,
@@ -285,38 +294,52 @@ private:
         return QString();
     }
 
-    /// Weights that are not negative and sum to 1 rebuild the place from the entity's vertices.
-    QString tieFaults(ModelEntity* face, ModelEntity* partner, const Tags& tags,
-                      const Transform& transform, double tolerance)
+    /// A vertex on several faces has one tie, which may be that of any of them.
+    QString tieFaults(const TiesByVertex& ties, const Tags& tags, double tolerance)
     {
-        for (MeshEntity* vertex : meshVertices(face)) {
-            const auto& attributes = vertex->attributes();
-            const int dimension = attributes.value(tags.type, QVariant(-1)).toInt();
-            MeshEntity* const tied =
-                dimension < 0 ? nullptr : mesh()->entity(dimension, intOf(vertex, tags.id));
-            const QVariantList weights = attributes.value(tags.weights, QVariant()).toList();
-            const QString who =
-                QStringLiteral("vertex %1 of face %2: ").arg(vertex->id()).arg(face->id());
-            if (tied == nullptr || !liesOn(tied, partner))
-                return who + QStringLiteral("not tied to face %1").arg(partner->id());
-            const auto corners = dimension == 0 ? std::vector<MeshEntity*>{tied} : vertices(tied);
-            if (static_cast<std::size_t>(weights.size()) != corners.size())
-                return who + QStringLiteral("%1 weights").arg(weights.size());
-            double sum = 0;
-            Vector rebuilt;
-            for (std::size_t i = 0; i < corners.size(); ++i) {
-                const double weight = weights.at(static_cast<qsizetype>(i)).toDouble();
-                if (!(weight >= 0))
-                    return who + QStringLiteral("weight %1").arg(weight);
-                sum += weight;
-                rebuilt += weight * corners[i]->centroid();
+        for (const auto& [vertex, candidates] : ties) {
+            QString fault;
+            for (const Tie& tie : candidates) {
+                fault = tieFault(vertex, tie, tags, tolerance);
+                if (fault.isEmpty())
+                    break;
             }
-            const double off = (rebuilt - transform(vertex->centroid())).length();
-            if (!(std::abs(sum - 1) < 1e-9) || !(off <= tolerance))
-                return who + QStringLiteral("weights sum to %1 and rebuild a place %2 off")
-                                 .arg(sum, 0, 'g', 12)
-                                 .arg(off);
+            if (!fault.isEmpty())
+                return QStringLiteral("vertex %1 of face %2: %3")
+                    .arg(vertex->id())
+                    .arg(candidates.back().face->id())
+                    .arg(fault);
         }
+        return ties.empty() ? QStringLiteral("nothing to be tied") : QString();
+    }
+
+    /// Weights that are not negative and sum to 1 rebuild the place from the entity's vertices.
+    QString tieFault(MeshEntity* vertex, const Tie& tie, const Tags& tags, double tolerance)
+    {
+        const auto& attributes = vertex->attributes();
+        const int dimension = attributes.value(tags.type, QVariant(-1)).toInt();
+        MeshEntity* const tied =
+            dimension < 0 ? nullptr : mesh()->entity(dimension, intOf(vertex, tags.id));
+        const QVariantList weights = attributes.value(tags.weights, QVariant()).toList();
+        if (tied == nullptr || !liesOn(tied, tie.partner))
+            return QStringLiteral("not tied to face %1").arg(tie.partner->id());
+        const auto corners = dimension == 0 ? std::vector<MeshEntity*>{tied} : vertices(tied);
+        if (static_cast<std::size_t>(weights.size()) != corners.size())
+            return QStringLiteral("%1 weights").arg(weights.size());
+        double sum = 0;
+        Vector rebuilt;
+        for (std::size_t i = 0; i < corners.size(); ++i) {
+            const double weight = weights.at(static_cast<qsizetype>(i)).toDouble();
+            if (!(weight >= 0))
+                return QStringLiteral("weight %1").arg(weight);
+            sum += weight;
+            rebuilt += weight * corners[i]->centroid();
+        }
+        const double off = (rebuilt - tie.transform(vertex->centroid())).length();
+        if (!(std::abs(sum - 1) < 1e-9) || !(off <= tolerance))
+            return QStringLiteral("weights sum to %1 and rebuild a place %2 off")
+                .arg(sum, 0, 'g', 12)
+                .arg(off);
         return QString();
     }
 
