@@ -145,8 +145,11 @@ void checkStl(QFile& file)
 qint64 numbersInLine(const QByteArray& line)
 {
     qint64 count = 0;
-    for (const QByteArray& word : line.simplified().split(' '))
-        count += !word.isEmpty() && word.at(0) >= '0' && word.at(0) <= '9' ? 1 : 0;
+    for (const QByteArray& word : line.simplified().split(' ')) {
+        bool isNumber = false;
+        word.toDouble(&isNumber);
+        count += isNumber ? 1 : 0;
+    }
     return count;
 }
 

@@ -217,7 +217,8 @@ private slots:
         QCOMPARE(imported.mesh()->count(0), nodes_);
         QCOMPARE(imported.mesh()->count(1), elements_[1]);
         QCOMPARE(imported.mesh()->count(3), elements_[3]);
-        QCOMPARE(imported.faults(), QString());
+        if (imported.model()->count(3) == 2) // else what was between them is inside one region
+            QCOMPARE(imported.faults(), QString());
     }
 
     void refusesSecondOrderMedit()
