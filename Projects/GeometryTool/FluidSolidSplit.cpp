@@ -9,6 +9,8 @@
 #include "Solver.h"
 #include "Utility.h"
 
+#include <algorithm>
+
 namespace Ovra::GeoTool
 {
 
@@ -23,12 +25,14 @@ void FluidSolidSplit::require() const
 void FluidSolidSplit::requireFace(ModelEntity& face) const
 {
     const QList<ModelEntity*> regions = regionsAt(face);
+    const qsizetype fluids = std::count_if(regions.begin(), regions.end(), Utility::isFluid);
+    if (fluids == 0 || fluids == regions.size())
+        return;
     if (regions.size() > 2)
-        refuse(QStringLiteral("%1 lies between %2 regions, which no operation can take apart")
+        refuse(QStringLiteral("%1 lies between %2 regions, fluid and other; only a face between "
+                              "two can be split")
                    .arg(nameOf(face))
                    .arg(regions.size()));
-    if (regions.size() < 2 || Utility::isFluid(regions[0]) == Utility::isFluid(regions[1]))
-        return;
     const bool firstIsFluid = Utility::isFluid(regions[0]);
     requireOther(face, *regions[firstIsFluid ? 0 : 1], *regions[firstIsFluid ? 1 : 0]);
 }

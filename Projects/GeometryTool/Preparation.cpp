@@ -72,10 +72,10 @@ const std::vector<Operation>& operations()
 /// What makes operations follow null or dead pointers, or take numbers for what they are not.
 /// Surplus vertices and mesh faces are not among it: operations come to remove them.
 constexpr auto refusedKinds = {
-    FindingKind::DeadPointer,     FindingKind::LostChild,      FindingKind::BadPoint,
-    FindingKind::VertexCount,     FindingKind::RepeatedVertex, FindingKind::NoParent,
-    FindingKind::WrongDimension,  FindingKind::OneWayLink,     FindingKind::TooManyRegions,
-    FindingKind::TooManyElements, FindingKind::AttributeType,  FindingKind::MissingEntity};
+    FindingKind::DeadPointer,    FindingKind::LostChild,      FindingKind::BadPoint,
+    FindingKind::VertexCount,    FindingKind::RepeatedVertex, FindingKind::NoParent,
+    FindingKind::WrongDimension, FindingKind::OneWayLink,     FindingKind::TooManyElements,
+    FindingKind::AttributeType,  FindingKind::MissingEntity};
 
 QString lineOf(const CaseFindings& findings, FindingKind kind)
 {

@@ -236,6 +236,15 @@ private:
         addRow("device with a mesh", plan({"12"}, {{1, "fluid"}, {2, "led_device"}}), {}, split,
                "model region 2 (material_type \"led_device\") is a device of a kind that has no "
                "mesh, but has 1 element");
+        addRow(
+            "face between three regions", plan({"12", "33"}, {{1, "fluid"}, {2, "solid"}}),
+            [](GridMesh& grid) {
+                grid.region(3)->addAdjacency(grid.face(1, 2));
+                grid.face(1, 2)->addAdjacency(grid.region(3));
+            },
+            split,
+            "model face 2 lies between 3 regions, fluid and other; only a face between two can be "
+            "split");
         // It touches the solid along a face and the fluid along an edge only.
         addRow("neither fluid nor solid, round the corner",
                plan({"12", " 3"}, {{1, "fluid"}, {2, "solid"}, {3, "porous"}}), {}, split,
