@@ -2,6 +2,7 @@
 
 #include "ElementShape.h"
 #include "Progress.h"
+#include "SideTable.h"
 #include "ToolError.h"
 
 #include <QMap>
@@ -79,6 +80,41 @@ double turnInPlane(const ImportedMesh& mesh, const ImportedElement& face)
     return sum.z();
 }
 
+bool isInXyPlane(const ImportedMesh& mesh)
+{
+    Geo::Box box;
+    for (const ImportedNode& node : mesh.nodes)
+        box += node.point;
+    return !mesh.nodes.empty() && box.extent().z() == 0.0;
+}
+
+/// \brief The side of a volume or surface element, outward.
+ImportedElement outwardSide(const ImportedMesh& mesh, const SideTable::Side& side)
+{
+    const auto local = static_cast<std::size_t>(side.local);
+    const ImportedElement& owner =
+        mesh.elementsOf(mesh.elementDimension)[static_cast<std::size_t>(side.element)];
+    if (mesh.elementDimension == 3)
+        return ElementShape::face(owner, ElementShape::faces(owner.nodeCount)[local]);
+    std::vector<std::array<int, 2>> edges;
+    ElementShape::edges(owner, 2, edges);
+    ImportedElement edge;
+    edge.nodeCount = 2;
+    std::copy(edges[local].begin(), edges[local].end(), edge.nodes.begin());
+    return edge;
+}
+
+/// \brief Whether two sides with the same nodes go through them in the same sense.
+bool isTurnedLike(const ImportedElement& side, const ImportedElement& other)
+{
+    if (side.nodeCount == 2)
+        return side.nodes[0] == other.nodes[0];
+    const auto begin = other.nodes.begin();
+    const auto end = begin + other.nodeCount;
+    const auto found = std::find(begin, end, side.nodes[0]);
+    return (found + 1 == end ? *begin : *(found + 1)) == side.nodes[1];
+}
+
 } // namespace
 
 GmshExtraction::GmshExtraction(const QString& input, Progress& progress)
@@ -108,7 +144,10 @@ ImportedMesh GmshExtraction::extract(int dimension)
     for (int d = 0; d <= dimension; ++d)
         classifyNodes(d);
     turnVolumes();
-    turnPlanarFaces();
+    if (dimension == 2 && isInXyPlane(mesh_))
+        turnPlanarFaces();
+    if (dimension == 3 || isInXyPlane(mesh_))
+        turnOuterSides();
     dropUnusedNodes();
     return std::move(mesh_);
 }
@@ -322,16 +361,20 @@ void GmshExtraction::turnVolumes()
 
 void GmshExtraction::turnPlanarFaces()
 {
-    if (mesh_.elementDimension != 2)
-        return;
-    Geo::Box box;
-    for (const ImportedNode& node : mesh_.nodes)
-        box += node.point;
-    if (mesh_.nodes.empty() || box.extent().z() != 0.0)
-        return;
     for (ImportedElement& face : mesh_.elementsOf(2)) {
         if (turnInPlane(mesh_, face) < 0)
             ElementShape::flip(face, 2);
+    }
+}
+
+void GmshExtraction::turnOuterSides()
+{
+    const int dimension = mesh_.elementDimension;
+    const SideTable sides(mesh_, dimension);
+    for (ImportedElement& element : mesh_.elementsOf(dimension - 1)) {
+        const auto above = sides.find(ElementShape::key(element));
+        if (above.size() == 1 && !isTurnedLike(element, outwardSide(mesh_, above.front())))
+            ElementShape::flip(element, dimension - 1);
     }
 }
 

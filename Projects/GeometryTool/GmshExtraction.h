@@ -15,8 +15,9 @@ class Progress;
 ///
 /// Elements of higher order lose the nodes between their corners, elements that turn their nodes
 /// the wrong way round are turned, elements that are there twice on one entity are taken once,
-/// nodes that no element uses stay behind; each of these is a warning with its number. Elements of
-/// a kind that the database does not have are an error that counts them.
+/// nodes that no element uses stay behind; each of these is a warning with its number. Faces on the
+/// outside are turned outwards. Elements of a kind that the database does not have are an error
+/// that counts them.
 class GmshExtraction
 {
 public:
@@ -38,6 +39,7 @@ private:
     void removeDuplicates(int dimension);
     void turnVolumes();
     void turnPlanarFaces();
+    void turnOuterSides();
     void dropUnusedNodes();
     void warn(long long count, const QString& text);
 
