@@ -97,7 +97,7 @@ ElementCheck::ElementCheck(const CaseView& view, FindingSink& sink)
 {
 }
 
-bool ElementCheck::hasSides(const MeshEntity& entity)
+bool ElementCheck::isWellFormed(const MeshEntity& entity)
 {
     return topologyOf(entity) && !repeatedVertex(entity);
 }
@@ -201,7 +201,7 @@ void ElementCheck::checkDuplicates(int dimension)
     std::vector<VertexSet> sets;
     sets.reserve(view_.meshEntities(dimension).size());
     for (const MeshEntity* element : view_.meshEntities(dimension)) {
-        if (hasSides(*element))
+        if (isWellFormed(*element))
             sets.push_back(vertexSetOf(*element));
     }
     std::stable_sort(sets.begin(), sets.end(),

@@ -23,7 +23,7 @@ public:
     void run(Progress& progress);
 
     /// \brief True if the entity is of a kind of ElementTopology and names no vertex twice.
-    static bool hasSides(const Geo::MeshEntity& entity);
+    static bool isWellFormed(const Geo::MeshEntity& entity);
 
     /// \brief Reports an edge, face or region whose number of vertices makes no element.
     static void checkVertexCount(const Geo::MeshEntity& entity, FindingSink& sink);

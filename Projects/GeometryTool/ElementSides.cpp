@@ -47,7 +47,7 @@ ElementSides::Key sorted(const std::vector<int>& ring)
 ElementSides::ElementSides(const CaseView& view)
 {
     for (const MeshEntity* element : view.meshEntities(view.elementDimension())) {
-        if (ElementCheck::hasSides(*element))
+        if (ElementCheck::isWellFormed(*element))
             addSides(*element);
     }
     std::sort(sides_.begin(), sides_.end(), isBefore);

@@ -22,9 +22,8 @@ using namespace Ovra::Geo;
 namespace
 {
 
-constexpr int largestStencil = 4;         // what a LinkData holds
-constexpr double sumTolerance = 1e-6;     // weights are normalised in double precision
-constexpr double negativeTolerance = 0.0; // negative ones are dropped as they are computed
+constexpr int largestStencil = 4;     // what a LinkData holds
+constexpr double sumTolerance = 1e-6; // weights are normalised in double precision
 
 int weightCountOf(const MeshEntity& target)
 {
@@ -94,39 +93,46 @@ void LinkCheck::gather(const Pairs& pairs)
 
 const MeshEntity* LinkCheck::checkTarget(MeshEntity& vertex)
 {
-    const AttributeMap& attributes = vertex.attributes();
-    const int dimension = attributes.value(tags_.entityType, -1).toInt();
-    const int id = attributes.value(tags_.entityId, 0).toInt();
+    const MeshEntity* const target = findTarget(vertex);
+    return target && checkWeightCount(vertex, *target) ? target : nullptr;
+}
+
+const MeshEntity* LinkCheck::findTarget(MeshEntity& vertex)
+{
+    const int dimension = vertex.attributes().value(tags_.entityType, -1).toInt();
+    const int id = vertex.attributes().value(tags_.entityId, 0).toInt();
     if (dimension < 0 || dimension > 3 || id == 0) {
-        sink_.add(FindingKind::MissingLink, vertex, [&] {
+        sink_.add(FindingKind::MissingLink, vertex, [this] {
             return QStringLiteral("lacks its %1 and %2, or they mean nothing")
                 .arg(tags_.entityType.toString(), tags_.entityId.toString());
         });
         return nullptr;
     }
     const MeshEntity* const target = view_.mesh().entity(dimension, id);
-    if (!target) {
+    if (!target)
         sink_.add(FindingKind::MissingEntity, vertex, [&] {
             return QStringLiteral("names in %1 the %2, which does not exist")
                 .arg(tags_.entityId.toString(), nameOf(QStringLiteral("mesh"), dimension, id));
         });
-        return nullptr;
-    }
-    const qsizetype wanted = target->adjacencyCount(0);
-    const QVariantList weights = attributes.value(tags_.weights, {}).toList();
-    if (weights.size() < wanted || linkCount(weights.mid(0, wanted)) > largestStencil) {
-        sink_.add(FindingKind::BadWeights, vertex, [&] {
-            return QStringLiteral("has %1 values in %2 for the %3 vertices of %4; at most %5 of "
-                                  "them may be positive")
-                .arg(weights.size())
-                .arg(tags_.weights.toString())
-                .arg(wanted)
-                .arg(nameOf(*target))
-                .arg(largestStencil);
-        });
-        return nullptr;
-    }
     return target;
+}
+
+bool LinkCheck::checkWeightCount(MeshEntity& vertex, const MeshEntity& target)
+{
+    const qsizetype wanted = target.adjacencyCount(0);
+    const QVariantList weights = vertex.attributes().value(tags_.weights, {}).toList();
+    if (weights.size() >= wanted && linkCount(weights.mid(0, wanted)) <= largestStencil)
+        return true;
+    sink_.add(FindingKind::BadWeights, vertex, [&] {
+        return QStringLiteral("has %1 values in %2 for the %3 vertices of %4; at most %5 of them "
+                              "may be positive")
+            .arg(weights.size())
+            .arg(tags_.weights.toString())
+            .arg(wanted)
+            .arg(nameOf(target))
+            .arg(largestStencil);
+    });
+    return false;
 }
 
 void LinkCheck::checkWeights(MeshEntity& vertex, const MeshEntity& target)
@@ -137,7 +143,7 @@ void LinkCheck::checkWeights(MeshEntity& vertex, const MeshEntity& target)
     QStringList texts;
     for (const QVariant& weight : weights) {
         sum += weight.toDouble();
-        valid = valid && weight.toDouble() >= negativeTolerance;
+        valid = valid && weight.toDouble() >= 0.0;
         texts += QString::number(weight.toDouble(), 'g', 6);
     }
     if (!valid || !(std::abs(sum - 1.0) <= sumTolerance))

@@ -6,8 +6,6 @@
 #include <utility>
 #include <vector>
 
-class QVariant;
-
 namespace Ovra::Geo
 {
 class MeshEntity;
@@ -56,6 +54,8 @@ private:
 
     bool isTied(Geo::MeshEntity& vertex) const;
     void gather(const Pairs& pairs);
+    const Geo::MeshEntity* findTarget(Geo::MeshEntity& vertex);
+    bool checkWeightCount(Geo::MeshEntity& vertex, const Geo::MeshEntity& target);
     void checkWeights(Geo::MeshEntity& vertex, const Geo::MeshEntity& target);
     void checkPlace(Geo::MeshEntity& vertex, const Geo::MeshEntity& target);
     bool liesOn(const Geo::MeshEntity& target, const Faces& faces) const;

@@ -70,15 +70,17 @@ SideCheck::SideCheck(const CaseView& view, FindingSink& sink)
     , sink_(sink)
     , sides_(view)
 {
-    for (const MeshEntity* face : view.meshEntities(view.faceDimension()))
-        covered_.push_back(ElementSides::keyOf(*face));
+    for (const MeshEntity* face : view.meshEntities(view.faceDimension())) {
+        if (ElementCheck::isWellFormed(*face))
+            covered_.push_back(ElementSides::keyOf(*face));
+    }
     std::sort(covered_.begin(), covered_.end());
 }
 
 void SideCheck::run()
 {
     for (const MeshEntity* face : view_.meshEntities(view_.faceDimension())) {
-        if (ElementTopology::find(face->dimension(), face->adjacencyCount(0)))
+        if (ElementCheck::isWellFormed(*face))
             checkFace(*face);
     }
     sides_.forEachRun([this](ElementSides::Run sides) { checkRun(sides); });
@@ -109,7 +111,7 @@ void SideCheck::checkListedElements(const MeshEntity& face, ElementSides::Run si
         const MeshEntity* const element = elements.next();
         const bool isSide = std::any_of(sides.begin(), sides.end(),
                                         [=](const auto& side) { return side.element == element; });
-        if (!isSide && ElementCheck::hasSides(*element))
+        if (!isSide && ElementCheck::isWellFormed(*element))
             sink_.add(FindingKind::NoSide, face, [element] {
                 return QStringLiteral("has all its vertices in %1, but is no side of it")
                     .arg(EntityName(*element).text());

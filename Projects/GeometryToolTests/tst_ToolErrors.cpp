@@ -14,6 +14,7 @@ namespace
 /// The commands that read a case; "@" stands for the output of those that have one.
 const QList<QStringList> readingCommands = {{"info"},
                                             {"info", "--json"},
+                                            {"verify"},
                                             {"convert", "-o", "@"},
                                             {"text", "-o", "@"},
                                             {"solver-input", "-o", "@"}};
@@ -71,7 +72,7 @@ private slots:
     void helpHasAnExampleForEachSubcommand_data()
     {
         QTest::addColumn<QString>("command");
-        for (const char* command : {"info", "convert", "text", "solver-input", "import"})
+        for (const char* command : {"info", "verify", "convert", "text", "solver-input", "import"})
             QTest::newRow(command) << command;
     }
 
