@@ -125,6 +125,31 @@ void checkMedit(QFile& file)
         cutOff(file, QStringLiteral("there is no End"));
 }
 
+/// \brief Each shape closes its list of parts with an asterisk; a reference to the last one ends the
+/// file. The kernel reads on for ever in some files that are cut off.
+void checkBrep(QFile& file)
+{
+    qint64 wanted = -1;
+    qint64 found = 0;
+    QByteArray last;
+    while (!file.atEnd()) {
+        const QByteArray line = file.readLine().simplified();
+        if (line.startsWith("TShapes "))
+            wanted = line.mid(8).toLongLong();
+        else if (wanted >= 0)
+            found += line.count('*');
+        last = line.isEmpty() ? last : line;
+    }
+    if (wanted < 0)
+        cutOff(file, QStringLiteral("there are no TShapes"));
+    if (found < wanted)
+        cutOff(file, QStringLiteral("%1 of %2 TShapes are there").arg(found).arg(wanted));
+    const QList<QByteArray> reference = last.split(' ');
+    const bool isEnded = tail(file, 1).trimmed().isEmpty();
+    if (reference.size() != 2 || last.contains('*') || !isEnded)
+        cutOff(file, QStringLiteral("there is no reference to the whole behind the TShapes"));
+}
+
 void checkStl(QFile& file)
 {
     const QByteArray header = file.read(84);
@@ -209,12 +234,13 @@ using Check = void (*)(QFile&);
 Check checkFor(const QString& suffix)
 {
     static const QHash<QString, Check> Checks{
-        {QStringLiteral("msh"), checkSections}, {QStringLiteral("step"), checkStep},
-        {QStringLiteral("stp"), checkStep},     {QStringLiteral("iges"), checkIges},
-        {QStringLiteral("igs"), checkIges},     {QStringLiteral("unv"), checkUniversal},
-        {QStringLiteral("bdf"), checkNastran},  {QStringLiteral("nas"), checkNastran},
-        {QStringLiteral("stl"), checkStl},      {QStringLiteral("mesh"), checkMedit},
-        {QStringLiteral("vtk"), checkVtk},      {QStringLiteral("inp"), checkLastLineEnded}};
+        {QStringLiteral("msh"), checkSections},     {QStringLiteral("step"), checkStep},
+        {QStringLiteral("stp"), checkStep},         {QStringLiteral("iges"), checkIges},
+        {QStringLiteral("igs"), checkIges},         {QStringLiteral("brep"), checkBrep},
+        {QStringLiteral("unv"), checkUniversal},    {QStringLiteral("bdf"), checkNastran},
+        {QStringLiteral("nas"), checkNastran},      {QStringLiteral("stl"), checkStl},
+        {QStringLiteral("mesh"), checkMedit},       {QStringLiteral("vtk"), checkVtk},
+        {QStringLiteral("inp"), checkLastLineEnded}};
     return Checks.value(suffix, nullptr);
 }
 

@@ -16,6 +16,7 @@ namespace Ovra::GeoTool
 /// | msh | every section "$Name" is closed by "$EndName" |
 /// | step, stp | the last line is "END-ISO-10303-21;" |
 /// | iges, igs | the last line is of section T |
+/// | brep | all shapes are there, and a reference to the whole behind them |
 /// | unv | the delimiters "    -1" come in pairs |
 /// | bdf, nas | there is a line "ENDDATA" |
 /// | stl | text: "endsolid" at the end; binary: the size that the count of triangles calls for |
