@@ -9,14 +9,22 @@ function(run)
     set(output "${output}" PARENT_SCOPE)
 endfunction()
 
-set(expected "1 4 4 7 1 0 1 2 3 4\n-1\n")
-
-function(expect_output)
-    run(${ARGV})
+function(expect_output expected)
+    run(${ARGN})
     if(NOT output STREQUAL expected)
-        message(FATAL_ERROR "${ARGV} wrote\n${output}\nand not\n${expected}")
+        message(FATAL_ERROR "${ARGN} wrote\n${output}\nand not\n${expected}")
     endif()
 endfunction()
+
+set(one_tetrahedron "1 4 4 7 1 0 1 2 3 4\n-1\n")
+set(two_empty_sections "-1\n-1\n") # there is no case to read where it runs
+
+file(READ "${SOURCE}/README.md" readme)
+file(READ "${SOURCE}/Examples/Host/solver-input.cpp" program)
+string(FIND "${readme}" "${program}" position)
+if(position EQUAL -1)
+    message(FATAL_ERROR "README.md does not show Examples/Host/solver-input.cpp as it is")
+endif()
 
 file(REMOVE_RECURSE "${WORK}")
 set(prefix "${WORK}/prefix")
@@ -25,7 +33,8 @@ run("${CMAKE_COMMAND}" --install "${BUILD}" --prefix "${prefix}")
 run("${CMAKE_COMMAND}" -S "${SOURCE}/Examples/Host" -B "${WORK}/cmake" -G Ninja
     "-DCMAKE_PREFIX_PATH=${prefix}" "-DCMAKE_CXX_COMPILER=${CXX}" "-DCMAKE_CXX_FLAGS=${FLAGS}")
 run("${CMAKE_COMMAND}" --build "${WORK}/cmake")
-expect_output("${WORK}/cmake/example-host")
+expect_output("${one_tetrahedron}" "${WORK}/cmake/example-host")
+expect_output("${two_empty_sections}" "${WORK}/cmake/solver-input")
 
 set(ENV{PKG_CONFIG_PATH} "${prefix}/${LIBDIR}/pkgconfig")
 execute_process(COMMAND pkg-config --cflags --libs OvraGeometryDatabase
@@ -36,4 +45,4 @@ endif()
 separate_arguments(flags UNIX_COMMAND "${flags} ${FLAGS}")
 run("${CXX}" -std=c++17 -fPIC "${SOURCE}/Examples/Host/main.cpp" -o "${WORK}/pkg-config-host"
     ${flags} "-Wl,-rpath,${prefix}/${LIBDIR}")
-expect_output("${WORK}/pkg-config-host")
+expect_output("${one_tetrahedron}" "${WORK}/pkg-config-host")

@@ -1,11 +1,11 @@
+#include <QTextStream>
+
 #include <Database.h>
 #include <GbiWriter.h>
 #include <Mesh.h>
 #include <MeshVertex.h>
 #include <Model.h>
 #include <ModelRegion.h>
-
-#include <QTextStream>
 
 using namespace Ovra::Geo;
 
@@ -17,8 +17,8 @@ int main()
     database.model()->add(block);
 
     MeshEntity* tetrahedron = MeshEntity::create(3);
-    for (const Vector& point : {Vector(0, 0, 0), Vector(1, 0, 0), Vector(0, 1, 0), Vector(0, 0, 1)})
-    {
+    for (const Vector& point :
+         {Vector(0, 0, 0), Vector(1, 0, 0), Vector(0, 1, 0), Vector(0, 0, 1)}) {
         auto* vertex = new MeshVertex;
         vertex->setPoint(point);
         database.mesh()->add(vertex);
