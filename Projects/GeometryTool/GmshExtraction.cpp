@@ -323,9 +323,11 @@ void GmshExtraction::removeDuplicates(int dimension)
     std::vector<std::pair<std::array<int, 9>, std::size_t>> keys;
     keys.reserve(elements.size());
     for (std::size_t i = 0; i < elements.size(); ++i) {
+        std::array<int, 8> nodes = elements[i].nodes;
+        std::fill(nodes.begin() + elements[i].nodeCount, nodes.end(), -1);
+        std::sort(nodes.begin(), nodes.end());
         std::array<int, 9> key{};
-        std::copy(elements[i].nodes.begin(), elements[i].nodes.end(), key.begin());
-        std::sort(key.begin(), key.begin() + elements[i].nodeCount);
+        std::copy(nodes.begin(), nodes.end(), key.begin());
         key[8] = elements[i].entity;
         keys.emplace_back(key, i);
     }
