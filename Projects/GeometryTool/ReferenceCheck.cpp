@@ -31,10 +31,11 @@ int targetDimension(const CaseView& view, const ModelEntity& entity, const Attri
     return rule.names == Names::ModelFace ? view.faceDimension() : view.elementDimension();
 }
 
-/// One id or a list of them.
-QVariantList idsIn(const QVariant& value)
+/// The ids as the library reads them: a list where one id is expected reads as 0.
+QVariantList idsIn(const QVariant& value, const AttributeRule& rule)
 {
-    return value.typeId() == QMetaType::QVariantList ? value.toList() : QVariantList{value};
+    return rule.value == AttributeRule::Value::IntegerList ? value.toList()
+                                                           : QVariantList{value.toInt()};
 }
 
 /// A link by \p forward has to be answered by \p back on the entity named.
@@ -104,7 +105,7 @@ void ReferenceCheck::checkIds(Entity& entity, const AttributeRule& rule, const Q
 {
     if (!entity.attributes().contains(rule.type))
         return;
-    const QVariantList ids = idsIn(entity.attributes().value(rule.type, {}));
+    const QVariantList ids = idsIn(entity.attributes().value(rule.type, {}), rule);
     for (const QVariant& each : ids) {
         const int id = each.toInt();
         if (rule.none != id && !container.entity(dimension, id))

@@ -216,6 +216,13 @@ private slots:
             "mesh vertex 2 at (1, 0, 0) names in shell_vertex the mesh vertex 0, which does not "
             "exist");
         row(
+            "shell partner of another type",
+            [](TinyCase& c) {
+                c.vertices[1]->attributes().insert(T::ShellVertex, QVariantList{1, 2});
+            },
+            "mesh vertex 2 at (1, 0, 0) names in shell_vertex the mesh vertex 0, which does not "
+            "exist");
+        row(
             "face between three elements",
             [](TinyCase& c) {
                 c.addElement(3, {1, 2, 3, 4}, c.region);
