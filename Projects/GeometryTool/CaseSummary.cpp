@@ -92,11 +92,12 @@ void CaseSummary::countModel(const Database& database)
     for (const AttributeType& type : database.model()->attributes().types())
         attributes[tagOf(type)].model = 1;
     for (int dimension = 0; dimension < 4; ++dimension) {
-        auto entities = database.model()->orderedIterator(dimension);
+        auto entities = database.model()->iterator(dimension);
         while (entities.hasNext()) {
-            const ModelEntity* const entity = entities.next();
-            addId(model[slot(dimension)], entity->id());
-            for (const AttributeType& type : entity->attributes().types())
+            entities.next();
+            const ModelEntity& entity = *entities.value();
+            addId(model[slot(dimension)], entity.id());
+            for (const AttributeType& type : entity.attributes().types())
                 ++attributes[tagOf(type)].modelEntities[slot(dimension)];
         }
     }

@@ -1,8 +1,10 @@
 #include "ElementShape.h"
 
+#include "AscendingKey.h"
 #include "ElementTopology.h"
 
 #include <algorithm>
+#include <span>
 #include <utility>
 
 namespace Ovra::GeoTool
@@ -82,19 +84,13 @@ void ElementShape::edges(const ImportedElement& element, int dimension,
 
 NodeKey ElementShape::key(const ImportedElement& element)
 {
-    NodeKey result;
-    const auto count = static_cast<std::ptrdiff_t>(std::min(element.nodeCount, 4));
-    std::copy_n(element.nodes.begin(), count, result.nodes.begin());
-    std::sort(result.nodes.begin(), result.nodes.begin() + count);
-    return result;
+    const auto count = static_cast<std::size_t>(std::min(element.nodeCount, 4));
+    return {ascendingKey(std::span(element.nodes).first(count), NodeKey::NoNode)};
 }
 
 NodeKey ElementShape::key(const std::array<int, 2>& edge)
 {
-    NodeKey result;
-    result.nodes[0] = std::min(edge[0], edge[1]);
-    result.nodes[1] = std::max(edge[0], edge[1]);
-    return result;
+    return {ascendingKey(edge, NodeKey::NoNode)};
 }
 
 double ElementShape::volume(const ImportedMesh& mesh, const ImportedElement& element)

@@ -12,7 +12,9 @@ namespace Ovra::GeoTool
 /// \brief The nodes of an edge or face without regard to their order; -1 fills up.
 struct NodeKey
 {
-    std::array<int, 4> nodes{-1, -1, -1, -1};
+    static constexpr int NoNode = -1;
+
+    std::array<int, 4> nodes{NoNode, NoNode, NoNode, NoNode};
     auto operator<=>(const NodeKey&) const = default;
 };
 

@@ -1,5 +1,6 @@
 #include "ElementSides.h"
 
+#include "AscendingKey.h"
 #include "CaseView.h"
 #include "ElementCheck.h"
 #include "ElementTopology.h"
@@ -34,12 +35,9 @@ bool isRising(const std::vector<int>& ring)
     return ring[(start + 1) % size] < ring[(start + size - 1) % size];
 }
 
-ElementSides::Key sorted(const std::vector<int>& ring)
+ElementSides::Key keyOfRing(const std::vector<int>& ring)
 {
-    ElementSides::Key key = {};
-    std::copy(ring.begin(), ring.end(), key.begin());
-    std::sort(key.begin(), key.begin() + static_cast<std::ptrdiff_t>(ring.size()));
-    return key;
+    return ascendingKey(ring, 0);
 }
 
 } // namespace
@@ -61,7 +59,7 @@ void ElementSides::addSides(const MeshEntity& element)
         ring.clear();
         for (const int index : local)
             ring.push_back(element.adjacencyAt(0, index)->id());
-        sides_.push_back({sorted(ring), &element, isRising(ring)});
+        sides_.push_back({keyOfRing(ring), &element, isRising(ring)});
     }
 }
 
@@ -80,7 +78,7 @@ ElementSides::Key ElementSides::keyOf(const MeshEntity& face)
     std::vector<int> ring;
     for (int i = 0; i < face.adjacencyCount(0) && i < 4; ++i)
         ring.push_back(face.adjacencyAt(0, i)->id());
-    return sorted(ring);
+    return keyOfRing(ring);
 }
 
 } // namespace Ovra::GeoTool
