@@ -7,6 +7,7 @@
 #include <QList>
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 /// \file
@@ -19,13 +20,29 @@ namespace Ovra::Geo
 template <typename Entity>
 using TableEntry = std::pair<int, Entity*>;
 
-/// \brief Stores \p entity under its id, in place of an entity of that id; one without id gets the
-///        next of \p ids, which otherwise follow the id upwards.
+/// \brief An id for a new entity of \p table: the next of \p ids; or, where they have come to the
+///        highest number there is, as one outlying id is enough for, one that no entity has.
+template <typename Entity>
+int unusedId(const QHash<int, Entity*>& table, IdGenerator& ids)
+{
+    if (ids.maxId() < std::numeric_limits<int>::max()) {
+        return ids.getId();
+    }
+    // Free at once where the ids but for the outlying ones are dense.
+    int id = static_cast<int>(table.size()) + 1;
+    while (table.contains(id)) {
+        ++id;
+    }
+    return id;
+}
+
+/// \brief Stores \p entity under its id, in place of an entity of that id; one without id gets
+///        one, and \p ids otherwise follow the id upwards.
 template <typename Entity>
 void addToTable(Entity* entity, QHash<int, Entity*>& table, IdGenerator& ids)
 {
     if (entity->id() == 0) {
-        entity->setId(ids.getId());
+        entity->setId(unusedId(table, ids));
     } else if (entity->id() > ids.maxId()) {
         ids.setMaxId(entity->id());
     }

@@ -16,6 +16,7 @@ class OVRA_GEO_EXPORT IdGenerator
 public:
     /// \brief The next id: the id that was returned first and not yet given out again, or else the
     ///        one above maxId(), which maxId() then becomes.
+    /// \pre a returned id is left, or maxId() is below the highest value of an int
     int getId();
 
     /// \brief Makes \p id available to getId() again.

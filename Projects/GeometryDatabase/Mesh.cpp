@@ -3,6 +3,7 @@
 #include "AttributeType.h"
 #include "EntityTable.h"
 #include "MeshEntity.h"
+#include "UpwardLists.h"
 
 #include <QVariant>
 
@@ -95,8 +96,9 @@ void Mesh::setUpwardAdjacencies()
         }
     }
     for (int d = 1; d <= 2; ++d) {
+        UpwardLists lists;
         for (const auto& entry : entriesInIdOrder(iterator(d), count(d))) {
-            entry.second->setUpwardAdjacencies();
+            lists.set(entry.second);
         }
     }
 }

@@ -51,8 +51,9 @@ public:
     /// \brief Takes \p entity over and stores it under its id.
     ///
     /// An entity without id gets the next one of its dimension; later ids lie above an id that the
-    /// entity brings along. An entity that already has that id is replaced in the table, but
-    /// neither deleted nor unlinked. Parent and adjacency are not touched.
+    /// entity brings along, or are any that are free if that is the highest value of an int. An
+    /// entity that already has that id is replaced in the table, but neither deleted nor
+    /// unlinked. Parent and adjacency are not touched.
     void add(MeshEntity* entity);
 
     /// \brief Takes the entry of \p entity's id out of the table, the entity out of its neighbours'

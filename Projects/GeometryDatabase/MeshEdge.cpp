@@ -15,7 +15,7 @@ int MeshEdge::dimension() const
 
 Box MeshEdge::boundingBox() const
 {
-    return vertexBox();
+    return vertexBox(2);
 }
 
 Vector MeshEdge::centroid() const

@@ -194,11 +194,11 @@ bool MeshEntity::operator<(const MeshEntity& other) const
     return id_ < other.id_;
 }
 
-Box MeshEntity::vertexBox() const
+Box MeshEntity::vertexBox(int count) const
 {
     Box box;
-    for (const MeshEntity* vertex : adjacencies(0)) {
-        box += vertex->centroid();
+    for (int i = 0; i < std::min(count, adjacencyCount(0)); ++i) {
+        box += vertexPoint(i);
     }
     return box;
 }

@@ -170,8 +170,9 @@ protected:
     /// \brief Position of the vertex at \p index of list 0, which must be in range.
     Vector vertexPoint(int index) const { return adjacencyAt(0, index)->centroid(); }
 
-    /// \brief The default box, grown by the vertices in list order.
-    Box vertexBox() const;
+    /// \brief The default box, grown by the first \p count vertices in list order, as far as there
+    ///        are so many.
+    Box vertexBox(int count) const;
 
     /// \brief Empties the list of \p dimension.
     void clearAdjacencies(int dimension);
@@ -190,9 +191,16 @@ protected:
     void detachFromParent();
 
 private:
+    friend class UpwardLists;
+
     using Neighbours = QVarLengthArray<MeshEntity*, 16>;
 
     static Neighbours commonNeighbours(const QList<MeshEntity*>& entities, int dimension);
+
+    void shareAdjacencies(int dimension, const MeshEntity& other)
+    {
+        adjacencies(dimension) = other.adjacencies(dimension);
+    }
 
     QList<MeshEntity*>& adjacencies(int dimension)
     {

@@ -15,7 +15,7 @@ int MeshFace::dimension() const
 
 Box MeshFace::boundingBox() const
 {
-    return vertexBox();
+    return vertexBox(adjacencyCount(0));
 }
 
 Vector MeshFace::centroid() const

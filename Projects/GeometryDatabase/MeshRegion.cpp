@@ -15,7 +15,7 @@ int MeshRegion::dimension() const
 
 Box MeshRegion::boundingBox() const
 {
-    return vertexBox();
+    return vertexBox(adjacencyCount(0));
 }
 
 Vector MeshRegion::centroid() const

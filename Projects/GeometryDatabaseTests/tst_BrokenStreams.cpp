@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <limits>
 
 using namespace Ovra::Geo;
 using namespace StreamTesting;
@@ -405,6 +406,50 @@ private slots:
         QCOMPARE(stream.status(), QDataStream::ReadCorruptData);
         QVERIFY(model.count(0) <= 1);
         QVERIFY(model.entity(0, 0) == nullptr);
+    }
+
+    // Nothing is wrong with the number; but the ids that follow it must not leave its range.
+    void takesTheHighestIdThereIs()
+    {
+        TestMesh mesh;
+        const QByteArray vertex = hex("7FFFFFFF FFFFFFFF FFFFFFFF 00000000") + QByteArray(24, '\0');
+        QDataStream stream(hex("00000001 00000000 00000000 00000000") +
+                           QByteArray(48 + 4 + 4, '\0') + hex("00000001") + vertex +
+                           QByteArray(12 + 12, '\0'));
+        mesh.model().read(stream);
+        QCOMPARE(stream.status(), QDataStream::Ok);
+        QCOMPARE(readInto(mesh, hex("00000001 00000000 00000000 00000000 00000000 00000001"
+                                    "7FFFFFFF 00000000 7FFFFFFF 00000000") +
+                                    QByteArray(24 + 12, '\0')),
+                 QDataStream::Ok);
+        const int highest = std::numeric_limits<int>::max();
+        QCOMPARE(mesh.mesh().entity(0, highest)->parent(), mesh.model().entity(0, highest));
+        QCOMPARE(mesh.addModelVertex({0, 0, 0})->id(), 2);
+        QCOMPARE(mesh.addVertex({0, 0, 0})->id(), 2);
+    }
+
+    // Each edge has each face, and each face each region: two products of the numbers in the stream.
+    void takesNoMemoryByTheProductOfElements()
+    {
+        constexpr qint32 Count = 50000;
+        const QByteArray bytes = binary([](QDataStream& stream) {
+            stream << 2 << 0 << 0 << 0 << 0 << 2;
+            for (const qint32 vertex : {1, 2}) {
+                stream << vertex << -1 << 0 << 0 << Vector();
+            }
+            for (int dimension = 1; dimension <= 3; ++dimension) {
+                stream << Count;
+                for (qint32 id = 1; id <= Count; ++id) {
+                    stream << id << 0 << 0 << 2 << 1 << 2;
+                }
+            }
+        });
+        TestMesh mesh;
+        QCOMPARE(readInto(mesh, bytes), QDataStream::Ok);
+        for (const int id : {1, Count}) {
+            QCOMPARE(mesh.mesh().entity(1, id)->adjacencyCount(2), Count);
+            QCOMPARE(mesh.mesh().entity(2, id)->adjacencyCount(3), Count);
+        }
     }
 
     void keepsWhatCameBeforeTheBreak()

@@ -64,6 +64,17 @@ private slots:
         QVERIFY(edge->boundingBox() == box);
     }
 
+    void anEdgeEndsAtItsSecondVertex()
+    {
+        TestMesh test;
+        const Vector a(0, 0, 0);
+        const Vector b(1, 0, 0);
+        auto* edge = test.addElement(1, vertices(test, {a, b, Vector(7, 8, 9)}));
+        QVERIFY(edge->boundingBox() == Box(a, b));
+        QVERIFY(isClose(edge->centroid(), Vector(0.5, 0, 0)));
+        QCOMPARE(edge->boundaryArea(), 1.0);
+    }
+
     void face_data()
     {
         QTest::addColumn<QList<Vector>>("points");

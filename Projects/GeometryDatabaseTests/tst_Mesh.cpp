@@ -3,6 +3,7 @@
 
 #include <QTest>
 
+#include <limits>
 #include <memory>
 #include <type_traits>
 
@@ -45,6 +46,31 @@ private slots:
         QCOMPARE(test.addVertex(Vector())->id(), 11);
         QCOMPARE(test.addVertex(Vector(), 5)->id(), 5);
         QCOMPARE(test.addVertex(Vector())->id(), 12);
+    }
+
+    void givesFreeIdsWhenTheHighestIsInUse()
+    {
+        const int highest = std::numeric_limits<int>::max();
+        TestMesh test;
+        auto* far = test.addVertex(Vector(), highest);
+        test.addVertex(Vector(), 3);
+        QCOMPARE(test.addVertex(Vector())->id(), 4);
+        test.addVertex(Vector(), 5);
+        QCOMPARE(test.addVertex(Vector())->id(), 6);
+        QCOMPARE(test.mesh().count(0), 5);
+        QCOMPARE(test.mesh().entity(0, highest), far);
+        test.mesh().renumber(0);
+        QCOMPARE(far->id(), 5);
+        QCOMPARE(test.addVertex(Vector())->id(), 6);
+    }
+
+    void countsUpToTheHighestId()
+    {
+        const int highest = std::numeric_limits<int>::max();
+        TestMesh test;
+        test.addVertex(Vector(), highest - 1);
+        QCOMPARE(test.addVertex(Vector())->id(), highest);
+        QCOMPARE(test.addVertex(Vector())->id(), 3);
     }
 
     void findsEntitiesByDimensionAndId()
@@ -267,6 +293,35 @@ private slots:
         verifyListSizes(test, 2, {3, 0, 0, 2});
     }
 
+    void derivesManyEqualListsLikeAnyOthers()
+    {
+        constexpr int Count = 100;
+        TestMesh test;
+        auto* a = test.addVertex(Vector());
+        auto* b = test.addVertex(Vector());
+        for (int i = 0; i < Count; ++i) {
+            test.addElement(1, i % 2 == 0 ? TestMesh::Vertices{a, b} : TestMesh::Vertices{b, a});
+            test.addElement(2, {a, test.addVertex(Vector()), b});
+            test.addElement(2, {a, test.addVertex(Vector()), test.addVertex(Vector())});
+        }
+        auto* loop = test.addElement(1, {a, a});
+        test.mesh().setUpwardAdjacencies();
+        QCOMPARE(loop->adjacencyCount(2), 2 * Count);
+        test.mesh().remove(loop);
+        verifyListSizes(test, 1, {2, 0, Count, 0});
+        test.mesh().remove(test.mesh().entity(2, 1));
+        verifyListSizes(test, 1, {2, 0, Count - 1, 0});
+        for (int id = 1; id <= Count; ++id) {
+            QCOMPARE(sortedIds(MeshEntity::getUpwardAdjacencies(test.mesh().entity(1, id), 2)),
+                     sortedIdsOf(test.mesh().entity(1, id), 2));
+        }
+        test.mesh().setUpwardAdjacencies();
+        verifyListSizes(test, 1, {2, 0, 2 * (Count - 1), 0});
+        test.mesh().clearUpwardAdjacencies();
+        test.mesh().setUpwardAdjacencies();
+        verifyListSizes(test, 1, {2, 0, Count - 1, 0});
+    }
+
     void copiesShareTheEntities()
     {
         TestMesh test;
@@ -290,6 +345,13 @@ private:
         return count;
     }
 
+    static QList<int> sortedIdsOf(const MeshEntity* entity, int list)
+    {
+        QList<int> ids = neighbourIds(entity, list);
+        std::sort(ids.begin(), ids.end());
+        return ids;
+    }
+
     static void verifyListSizes(TestMesh& test, int dimension, const QList<int>& sizes)
     {
         for (auto i = test.mesh().orderedIterator(dimension); i.hasNext();) {
@@ -310,8 +372,7 @@ private:
             for (auto i = test.mesh().orderedIterator(dimension); i.hasNext();) {
                 const MeshEntity* entity = i.next();
                 for (int list = 0; list <= 3; ++list) {
-                    lists.append(neighbourIds(entity, list));
-                    std::sort(lists.last().begin(), lists.last().end());
+                    lists.append(sortedIdsOf(entity, list));
                 }
             }
         }
