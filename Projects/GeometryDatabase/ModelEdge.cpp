@@ -1,5 +1,6 @@
 #include "ModelEdge.h"
 
+#include "MeshDataCache.h"
 #include "MeshEntity.h"
 
 namespace Ovra::Geo
@@ -46,10 +47,7 @@ Vector ModelEdge::meshNormal() const
 
 void ModelEdge::updateMeshData() const
 {
-    if (!meshDataValid_ && childCount() != 0) {
-        computeMeshCentroidAndNormal();
-        meshDataValid_ = true;
-    }
+    computeMeshDataOnce(*this, meshDataValid_, [this] { computeMeshCentroidAndNormal(); });
 }
 
 void ModelEdge::computeMeshCentroidAndNormal() const

@@ -1,5 +1,6 @@
 #include "ModelFace.h"
 
+#include "MeshDataCache.h"
 #include "MeshEntity.h"
 
 namespace Ovra::Geo
@@ -46,10 +47,7 @@ Vector ModelFace::meshNormal() const
 
 void ModelFace::updateMeshData() const
 {
-    if (!meshDataValid_ && childCount() != 0) {
-        computeMeshCentroidAndNormal();
-        meshDataValid_ = true;
-    }
+    computeMeshDataOnce(*this, meshDataValid_, [this] { computeMeshCentroidAndNormal(); });
 }
 
 void ModelFace::computeMeshCentroidAndNormal() const

@@ -1,5 +1,7 @@
 #include "ModelRegion.h"
 
+#include "MeshDataCache.h"
+
 namespace Ovra::Geo
 {
 
@@ -32,10 +34,7 @@ bool ModelRegion::isPlanar() const
 
 Vector ModelRegion::meshCentroid() const
 {
-    if (!meshDataValid_ && childCount() != 0) {
-        meshCentroid_ = meshVertexMean();
-        meshDataValid_ = true;
-    }
+    computeMeshDataOnce(*this, meshDataValid_, [this] { meshCentroid_ = meshVertexMean(); });
     return meshCentroid_;
 }
 

@@ -100,10 +100,10 @@ public:
     /// \brief Number of points.
     int pointCount() const { return static_cast<int>(points_.size()); }
 
-    /// \brief Stores the numbers of cells of the background grid along its three directions.
+    /// \brief Gives the three dimensions of the background grid.
     void getBackgroundGridDimensions(int& first, int& second, int& third) const;
 
-    /// \brief Sets the numbers of cells of the background grid along its three directions.
+    /// \brief Sets the three dimensions of the background grid.
     void setBackgroundGridDimensions(int first, int second, int third);
 
     /// \brief One of the three vectors of the transformation.
