@@ -2,6 +2,9 @@
 
 #include <QTest>
 
+#include <cstdlib>
+#include <new>
+
 using namespace Ovra::Geo;
 
 // Meshes hold a map in each of millions of entities.
@@ -19,7 +22,28 @@ QStringList tags(const AttributeMap& map)
     return result;
 }
 
+int allocations = 0;
+
 } // namespace
+
+void* operator new(std::size_t size)
+{
+    ++allocations;
+    if (void* block = std::malloc(size)) {
+        return block;
+    }
+    throw std::bad_alloc();
+}
+
+void operator delete(void* block) noexcept
+{
+    std::free(block);
+}
+
+void operator delete(void* block, std::size_t) noexcept
+{
+    std::free(block);
+}
 
 class TestAttributeMap : public QObject
 {
@@ -34,6 +58,22 @@ private slots:
         QVERIFY(map.types().isEmpty());
         QVERIFY(!map.contains(AttributeType::MaterialId));
         QCOMPARE(map.value(AttributeType::MaterialId, QVariant(-1)), QVariant(-1));
+    }
+
+    void allocatesNothingBeforeTheFirstValue()
+    {
+        const int before = allocations;
+        AttributeMap map;
+        AttributeMap copy(map);
+        copy.clear();
+        copy.remove(AttributeType::Side);
+        map = copy;
+        const bool absent = map.isEmpty() && !map.contains(AttributeType::Side) &&
+                            map.types().isEmpty() && map.value(AttributeType::Side, 7) == 7;
+        QCOMPARE(allocations, before);
+        QVERIFY(absent);
+        map.insert(AttributeType::Side, 1);
+        QVERIFY(allocations > before);
     }
 
     void keepsValues()

@@ -3,6 +3,9 @@
 
 #include <QTest>
 
+#include <algorithm>
+#include <memory>
+
 using namespace Ovra::Geo;
 
 namespace
@@ -16,6 +19,22 @@ QList<int> childIds(const ModelEntity* entity)
     }
     return sortedIds(children);
 }
+
+// Counts the objects of its kind that are deleted.
+class CountedRegion : public MeshRegion
+{
+public:
+    explicit CountedRegion(int* deleted)
+        : deleted_(deleted)
+    {
+    }
+    CountedRegion(const CountedRegion&) = delete;
+    CountedRegion& operator=(const CountedRegion&) = delete;
+    ~CountedRegion() override { ++*deleted_; }
+
+private:
+    int* deleted_;
+};
 
 bool isClose(const Vector& a, const Vector& b)
 {
@@ -119,20 +138,40 @@ private slots:
         child->setParent(other);
     }
 
+    void destroyedChildrenLeaveTheTable_data()
+    {
+        QTest::addColumn<int>("dimension");
+        for (int dimension = 0; dimension <= 3; ++dimension) {
+            QTest::addRow("dimension %d", dimension) << dimension;
+        }
+    }
+
     void destroyedChildrenLeaveTheTable()
     {
-        ModelFace face;
-        ModelEdge edge;
-        auto* meshFace = new MeshFace;
-        auto* meshEdge = new MeshEdge;
-        meshFace->setId(1);
-        meshEdge->setId(1);
-        face.addChild(meshFace);
-        edge.addChild(meshEdge);
-        delete meshFace;
-        delete meshEdge;
-        QCOMPARE(face.childCount(), 0);
-        QCOMPARE(edge.childCount(), 0);
+        QFETCH(int, dimension);
+        const std::unique_ptr<ModelEntity> parent(ModelEntity::create(dimension));
+        std::unique_ptr<MeshEntity> gone(MeshEntity::create(dimension));
+        const std::unique_ptr<MeshEntity> kept(MeshEntity::create(dimension));
+        gone->setId(1);
+        kept->setId(2);
+        parent->addChild(gone.get());
+        parent->addChild(kept.get());
+        gone.reset();
+        QCOMPARE(childIds(parent.get()), QList<int>({2}));
+    }
+
+    void aDestroyedParentTellsNobody()
+    {
+        MeshFace child;
+        ModelEdge neighbour;
+        {
+            ModelFace face;
+            face.addChild(&child);
+            TestMesh::link(&face, &neighbour);
+        }
+        QVERIFY(child.parent());
+        QCOMPARE(neighbour.adjacencyCount(2), 1);
+        child.setParent(nullptr);
     }
 
     void walksChildrenAsTheyWere()
@@ -155,15 +194,16 @@ private slots:
     void removesAllChildrenByDeletingThem()
     {
         ModelRegion region;
-        ModelRegion other;
+        int deleted = 0;
         for (int id = 1; id <= 100; ++id) {
-            auto* child = new MeshRegion;
+            auto* child = new CountedRegion(&deleted);
             child->setId(id);
             region.addChild(child);
         }
         MeshVertex vertex;
         region.addChild(&vertex);
         region.removeAllChildren();
+        QCOMPARE(deleted, 100);
         QCOMPARE(region.childCount(), 0);
         QCOMPARE(vertex.parent(), &region);
     }
@@ -281,6 +321,37 @@ private slots:
         test.mesh().clear();
         QVERIFY(parent->meshCentroid() == centroid);
         QVERIFY(parent->meshNormal() == normal);
+    }
+
+    void meshCentroidAndNormalAreComputedTogether_data()
+    {
+        QTest::addColumn<int>("dimension");
+        QTest::addColumn<bool>("normalFirst");
+        for (int dimension : {1, 2}) {
+            QTest::addRow("dimension %d, normal first", dimension) << dimension << true;
+            QTest::addRow("dimension %d, centroid first", dimension) << dimension << false;
+        }
+    }
+
+    void meshCentroidAndNormalAreComputedTogether()
+    {
+        QFETCH(int, dimension);
+        QFETCH(bool, normalFirst);
+        TestMesh test;
+        auto* parent = ModelEntity::create(dimension);
+        test.model().add(parent);
+        auto* child = test.addElement(dimension, simplex(test, dimension), parent);
+        const Vector centroid = child->centroid();
+        const Vector normal = child->normal();
+        QVERIFY(isClose(normalFirst ? parent->meshNormal() : parent->meshCentroid(),
+                        normalFirst ? normal : centroid));
+
+        TestMesh::Vertices reversed = simplex(test, dimension);
+        std::reverse(reversed.begin(), reversed.end());
+        reversed.first()->setPoint(Vector(50, 60, 0));
+        test.addElement(dimension, reversed, parent);
+        QVERIFY(isClose(parent->meshCentroid(), centroid));
+        QVERIFY(isClose(parent->meshNormal(), normal));
     }
 
     void meshDataDoNotHangOnHashOrder()

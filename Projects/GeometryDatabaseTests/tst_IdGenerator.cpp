@@ -48,6 +48,16 @@ private slots:
         QCOMPARE(ids.getId(), 4);
     }
 
+    void keepsReturnedIdsWhenAMaximumIsDeclared()
+    {
+        IdGenerator ids;
+        ids.setMaxId(5);
+        ids.returnId(3);
+        ids.setMaxId(10);
+        QCOMPARE(ids.getId(), 3);
+        QCOMPARE(ids.getId(), 11);
+    }
+
     void resetForgetsReturnedIds()
     {
         IdGenerator ids;

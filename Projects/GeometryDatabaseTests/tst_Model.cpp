@@ -132,14 +132,17 @@ private slots:
         QCOMPARE(test.addModelFace()->id(), 4);
     }
 
-    void removalLeavesNeighboursAlone()
+    void removalLeavesNeighboursAndMeshAlone()
     {
         TestMesh test;
         auto* face = test.addModelFace();
         auto* edge = test.addModelEdge();
+        auto* child = test.addElement(1, {}, edge);
         TestMesh::link(face, edge);
         test.model().remove(edge);
         QCOMPARE(face->adjacencyCount(1), 1);
+        QVERIFY(child->parent());
+        child->setParent(nullptr);
     }
 
     void removesAnEntityThatWasNeverAdded()
@@ -167,9 +170,11 @@ private slots:
     void clearOfADimensionStartsItsIdsAgain()
     {
         TestMesh test;
-        test.addModelEdge(20);
-        test.addModelFace(20);
+        auto* edge = test.addModelEdge(20);
+        auto* face = test.addModelFace(20);
+        TestMesh::link(face, edge);
         test.model().clear(1);
+        QCOMPARE(face->adjacencyCount(1), 1);
         QCOMPARE(test.model().count(1), 0);
         QCOMPARE(test.model().count(2), 1);
         QCOMPARE(test.addModelEdge()->id(), 1);
@@ -195,6 +200,24 @@ private slots:
         QCOMPARE(model.coordinateSystem(), 2);
         QCOMPARE(model.refinementRegionCount(), 1);
         model.clearRefinementRegions();
+    }
+
+    void isNotEmptyWithAnEntityOfAnyDimension_data()
+    {
+        QTest::addColumn<int>("dimension");
+        for (int dimension = 0; dimension <= 3; ++dimension) {
+            QTest::addRow("dimension %d", dimension) << dimension;
+        }
+    }
+
+    void isNotEmptyWithAnEntityOfAnyDimension()
+    {
+        QFETCH(int, dimension);
+        Model model;
+        model.add(ModelEntity::create(dimension));
+        QVERIFY(!model.isEmpty());
+        model.clear(dimension);
+        QVERIFY(model.isEmpty());
     }
 
     void isEmptyWithAttributesAndRegionsOnly()
