@@ -1,6 +1,7 @@
 #include "NearTree.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 namespace Ovra::Geo
@@ -10,6 +11,22 @@ namespace
 {
 
 constexpr double Unreachable = 1e12;
+/// More than the rounding of the few operations that make a bound, relative to what goes into it.
+constexpr double Rounding = 64 * std::numeric_limits<double>::epsilon();
+
+/// By the plane halfway between two points that are \p between apart: a distance from the query that
+/// nothing undercuts which is nearer to the one, \p own from the query, than to the other. \p reach
+/// is how far such things lie from the node above. A NaN, or less than 0, where there is no bound.
+double beyondPlane(double own, double other, double between, double reach)
+{
+    const double squares = own * own + other * other + reach * reach;
+    return 0.5 * (own * own - other * other - Rounding * squares) / between;
+}
+
+double beyondReach(double d, double reach)
+{
+    return d - reach - Rounding * (d + reach);
+}
 
 } // namespace
 
@@ -28,11 +45,6 @@ void NearTree::set(int id, const Vector& point, double radius)
     radius_ = radius;
     maxLeft_ = 0.0;
     maxRight_ = 0.0;
-}
-
-double NearTree::distance(const NearTree* other) const
-{
-    return (point_ - other->point_).length();
 }
 
 void NearTree::insert(NearTree* node)
@@ -71,33 +83,65 @@ int NearTree::nearest(const NearTree* query) const
     if (!query) {
         return 0;
     }
+    const double known = distanceOnDescent(query);
+    const Candidate found = search(query, known);
+    // Below a point that is not finite the descent may have seen what no search reaches.
+    return found.distance > known ? search(query, Unreachable).id : found.id;
+}
+
+// That something lies at the known distance only keeps out what cannot be the answer: which of
+// several nearest points is taken stays a matter of the order of the search.
+NearTree::Candidate NearTree::search(const NearTree* query, double known) const
+{
     Candidate found{Unreachable, 0};
     SearchStack pending;
-    pending.append({this, 0.0});
+    pending.append({this, distance(query), 0.0, 0.0});
     while (!pending.isEmpty()) {
         const Subtree next = pending.last();
         pending.removeLast();
         // Tested when its turn comes, not when it is put aside: what was met meanwhile may have
         // brought the best distance down.
-        if (found.distance >= next.closest) {
-            next.root->visit(query, &found, &pending);
+        if (!(found.distance >= next.closest) || next.floor > std::min(found.distance, known)) {
+            continue;
         }
+        if (found.distance > next.distance) {
+            found = {next.distance, next.root->id_};
+        }
+        next.root->appendSubtrees(query, next.distance, &pending);
     }
-    return found.id;
+    return found;
 }
 
-void NearTree::visit(const NearTree* query, Candidate* found, SearchStack* pending) const
+double NearTree::distanceOnDescent(const NearTree* query) const
 {
-    const double d = distance(query);
-    if (found->distance > d) {
-        *found = {d, id_};
+    const NearTree* node = this;
+    double own = distance(query);
+    double least = own;
+    while (node->right_) {
+        const double toLeft = node->left_->distance(query);
+        const double toRight = node->right_->distance(query);
+        node = toRight > toLeft ? node->left_ : node->right_;
+        least = std::min({least, toLeft, toRight});
     }
+    return node->left_ ? std::min(least, node->left_->distance(query)) : least;
+}
+
+void NearTree::appendSubtrees(const NearTree* query, double d, SearchStack* pending) const
+{
+    if (!left_) {
+        return;
+    }
+    Subtree left{left_, left_->distance(query), d - maxLeft_, beyondReach(d, maxLeft_)};
     if (right_) {
-        pending->append({right_, d - maxRight_});
+        Subtree right{right_, right_->distance(query), d - maxRight_, beyondReach(d, maxRight_)};
+        const double between = left_->distance(right_);
+        left.floor =
+            std::max(left.floor, beyondPlane(left.distance, right.distance, between, maxLeft_));
+        right.floor =
+            std::max(right.floor, beyondPlane(right.distance, left.distance, between, maxRight_));
+        pending->append(right);
     }
-    if (left_) {
-        pending->append({left_, d - maxLeft_});
-    }
+    pending->append(left);
 }
 
 QSet<int> NearTree::within(const NearTree* query) const

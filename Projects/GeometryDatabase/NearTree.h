@@ -18,7 +18,9 @@ namespace Ovra::Geo
 /// give O(n). No operation recurses, so that only time depends on the depth, not the stack.
 ///
 /// The idea is that of I. Kalantari and G. McDonald, "A data structure and an algorithm for the
-/// nearest point problem", IEEE Transactions on Software Engineering 9 (1983).
+/// nearest point problem", IEEE Transactions on Software Engineering 9 (1983). The search leaves out
+/// subtrees by the plane between the two children as well, after J. K. Uhlmann, "Satisfying general
+/// proximity/similarity queries with metric trees", Information Processing Letters 40 (1991).
 class OVRA_GEO_EXPORT NearTree
 {
 public:
@@ -34,7 +36,7 @@ public:
     /// \param id     what a query is to return for the point
     /// \param point  the position
     /// \param radius the radius of the sphere about the point, which within() and the bounds of the
-    ///               search take into account; 0.0 for a plain point
+    ///               search take into account; 0.0 for a plain point, never negative
     void set(int id, const Vector& point, double radius);
 
     /// \brief Adds a point below this node.
@@ -60,7 +62,7 @@ public:
     Vector point() const { return point_; }
 
     /// \brief The distance between the points of this node and of \p other, which is not null.
-    double distance(const NearTree* other) const;
+    double distance(const NearTree* other) const { return (point_ - other->point_).length(); }
 
 private:
     struct Candidate
@@ -69,17 +71,24 @@ private:
         int id;
     };
 
-    /// A subtree that waits to be searched, and the least distance of the query to anything in it.
+    /// A subtree that waits to be searched.
     struct Subtree
     {
         const NearTree* root;
+        /// From the query to the root's own point.
+        double distance;
+        /// The least distance of the query to anything below the root's parent on this side.
         double closest;
+        /// A distance below which certainly nothing lies, whatever the rounding.
+        double floor;
     };
 
     using SearchStack = QVarLengthArray<Subtree, 64>;
 
     void attach(NearTree* node, double reach);
-    void visit(const NearTree* query, Candidate* found, SearchStack* pending) const;
+    Candidate search(const NearTree* query, double known) const;
+    double distanceOnDescent(const NearTree* query) const;
+    void appendSubtrees(const NearTree* query, double d, SearchStack* pending) const;
     static void deleteTree(NearTree* root);
 
     int id_ = 0;

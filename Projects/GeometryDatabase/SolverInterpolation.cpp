@@ -141,13 +141,17 @@ quint32 scattered(int id)
     return x;
 }
 
-QList<MeshEntity*> inScatteredOrder(const QSet<MeshEntity*>& vertices)
+template <typename LessThan>
+QList<MeshEntity*> sorted(const QSet<MeshEntity*>& vertices, LessThan lessThan)
 {
     QList<MeshEntity*> result(vertices.cbegin(), vertices.cend());
-    std::sort(result.begin(), result.end(), [](const MeshEntity* a, const MeshEntity* b) {
-        return scattered(a->id()) < scattered(b->id());
-    });
+    std::sort(result.begin(), result.end(), lessThan);
     return result;
+}
+
+bool scatteredLessThan(const MeshEntity* a, const MeshEntity* b)
+{
+    return scattered(a->id()) < scattered(b->id());
 }
 
 /// Finds the vertices of one face by place; owns the tree, and one query node for all searches.
@@ -172,14 +176,21 @@ private:
     const Mesh* mesh_;
 };
 
-/// Leaves out what another pair or an earlier run has tied.
-template <typename Tie>
-void forEachWithout(const AttributeType& link, const QSet<MeshEntity*>& vertices, Tie tie)
+/// Calls \p tie for each vertex with its place on the partner face and the partner's vertex nearest to
+/// that. Leaves out what another pair or an earlier run has tied.
+template <typename Place, typename Tie>
+void tieEach(const QSet<MeshEntity*>& vertices, const AttributeType& link, VertexFinder partner,
+             Place place, Tie tie)
 {
-    for (MeshEntity* vertex : vertices) {
-        if (!vertex->attributes().contains(link)) {
-            tie(static_cast<MeshVertex*>(vertex));
+    // Neighbours in the mesh have ids close to each other: in their order, one search goes through
+    // the same part of memory as the one before.
+    for (MeshEntity* entity : sorted(vertices, MeshEntity::lessThan)) {
+        if (entity->attributes().contains(link)) {
+            continue;
         }
+        auto* vertex = static_cast<MeshVertex*>(entity);
+        const Vector point = place(vertex->point());
+        tie(vertex, point, partner.nearest(point));
     }
 }
 
@@ -212,13 +223,17 @@ void Solver::interpolatePeriodicFace(ModelEntity* first, ModelEntity* second,
     const QSet<MeshEntity*> secondVertices = Utility::getMeshVerticesOnModelEntity(second);
     const auto tieAll = [this](const QSet<MeshEntity*>& vertices, const QSet<MeshEntity*>& partners,
                                ModelEntity* face, const PeriodicTransform& toFace) {
-        VertexFinder finder(buildNearTree(partners), database_->mesh());
-        forEachWithout(AttributeType::PeriodicEntityId, vertices, [&](MeshVertex* vertex) {
-            Vector point = vertex->point();
-            transformPoint(point, toFace);
-            storePeriodicAttributes(
-                vertex, interpolate(point, finder.nearest(point), face, PeriodicTolerance));
-        });
+        tieEach(
+            vertices, AttributeType::PeriodicEntityId,
+            VertexFinder(buildNearTree(partners), database_->mesh()),
+            [&](Vector point) {
+                transformPoint(point, toFace);
+                return point;
+            },
+            [&](MeshVertex* vertex, const Vector& point, MeshVertex* nearest) {
+                storePeriodicAttributes(vertex,
+                                        interpolate(point, nearest, face, PeriodicTolerance));
+            });
     };
     tieAll(firstVertices, secondVertices, second, transform);
     tieAll(secondVertices, firstVertices, first, transform.inverse());
@@ -246,12 +261,14 @@ void Solver::interpolateExtrudedFace(ModelEntity* first, ModelEntity* second) co
     const QSet<MeshEntity*> secondVertices = Utility::getMeshVerticesOnModelEntity(second);
     const auto tieAll = [this](const QSet<MeshEntity*>& vertices, const QSet<MeshEntity*>& partners,
                                ModelEntity* face) {
-        VertexFinder finder(buildNearTree(partners), database_->mesh());
-        forEachWithout(AttributeType::ExtrudedEntityId, vertices, [&](MeshVertex* vertex) {
-            const Vector point = vertex->point();
-            storeExtrusionAttributes(
-                vertex, interpolate(point, finder.nearest(point), face, extrusionTolerance_));
-        });
+        tieEach(
+            vertices, AttributeType::ExtrudedEntityId,
+            VertexFinder(buildNearTree(partners), database_->mesh()),
+            [](const Vector& point) { return point; },
+            [&](MeshVertex* vertex, const Vector& point, MeshVertex* nearest) {
+                storeExtrusionAttributes(vertex,
+                                         interpolate(point, nearest, face, extrusionTolerance_));
+            });
     };
     tieAll(firstVertices, secondVertices, second);
     tieAll(secondVertices, firstVertices, first);
@@ -331,7 +348,7 @@ NearTree* Solver::buildNearTree(const QSet<MeshEntity*>& vertices) const
 {
     auto* root = new NearTree;
     bool empty = true;
-    for (const MeshEntity* vertex : inScatteredOrder(vertices)) {
+    for (const MeshEntity* vertex : sorted(vertices, scatteredLessThan)) {
         auto* node = empty ? root : new NearTree;
         node->set(vertex->id(), static_cast<const MeshVertex*>(vertex)->point(), 0.0);
         if (!empty) {

@@ -116,6 +116,87 @@ QList<Vector> queriesAbout(const QList<Vector>& points, int count, unsigned seed
     return queries;
 }
 
+/// Insertion and search in their plainest form: every subtree is searched that its reach does not
+/// rule out, the left one first, and only a smaller distance replaces what was found.
+class PlainTree
+{
+public:
+    PlainTree(int id, const Vector& point)
+        : id_(id)
+        , point_(point)
+    {
+    }
+
+    void insert(int id, const Vector& point, double radius)
+    {
+        const double reach = (point_ - point).length() + radius;
+        const bool left = !left_ || (right_ && right_->distance(point) > left_->distance(point));
+        std::unique_ptr<PlainTree>& side = left ? left_ : right_;
+        double& max = left ? maxLeft_ : maxRight_;
+        if (!side) {
+            side = std::make_unique<PlainTree>(id, point);
+            max = reach;
+            return;
+        }
+        side->insert(id, point, radius);
+        max = std::max(max, reach);
+    }
+
+    int nearest(const Vector& query) const
+    {
+        double best = 1e12;
+        int bestId = 0;
+        search(query, &best, &bestId);
+        return bestId;
+    }
+
+private:
+    double distance(const Vector& point) const { return (point_ - point).length(); }
+
+    void search(const Vector& query, double* best, int* bestId) const
+    {
+        const double d = distance(query);
+        if (*best > d) {
+            *best = d;
+            *bestId = id_;
+        }
+        if (left_ && *best >= d - maxLeft_) {
+            left_->search(query, best, bestId);
+        }
+        if (right_ && *best >= d - maxRight_) {
+            right_->search(query, best, bestId);
+        }
+    }
+
+    int id_;
+    Vector point_;
+    double maxLeft_ = 0.0;
+    double maxRight_ = 0.0;
+    std::unique_ptr<PlainTree> left_;
+    std::unique_ptr<PlainTree> right_;
+};
+
+QList<Vector> withSomeNotFinite(QList<Vector> points)
+{
+    const double infinity = std::numeric_limits<double>::infinity();
+    for (int i = 0; i + 40 < points.size(); i += 40) {
+        points[i + 3].set(std::nan(""), 0, 0);
+        points[i + 9].set(0, infinity, 0);
+        points[i + 24].set(1e200, -1e200, 0);
+    }
+    return points;
+}
+
+/// Points on a circle, all as far from the origin as rounding lets them be.
+QList<Vector> circlePoints(int count)
+{
+    QList<Vector> points;
+    for (int i = 0; i < count; ++i) {
+        points.append(Vector(std::cos(0.1 * i), std::sin(0.1 * i), 0.0));
+    }
+    return points;
+}
+
 /// A tree of \a count nodes, each of them the right child of the one before, without the walk from
 /// the root that insertion there would take. Ids and x coordinates count from 0; beside each node
 /// stands a left child with id -1 at y = 1e6.
@@ -285,6 +366,42 @@ private slots:
             const int id = nearestId(*tree, query);
             QVERIFY(id >= 1 && id <= points.size());
             QCOMPARE((points[id - 1] - query).length(), leastDistance(points, query));
+        }
+    }
+
+    void nearestAgreesWithThePlainSearch_data()
+    {
+        QTest::addColumn<QList<Vector>>("points");
+        QTest::addColumn<double>("radius");
+        QTest::newRow("random") << randomPoints(2000, 41) << 0.0;
+        QTest::newRow("grid in rows") << gridPoints(13, 11, 7) << 0.0;
+        QTest::newRow("grid shuffled") << shuffled(gridPoints(13, 11, 7), 6) << 0.0;
+        QTest::newRow("planar grid") << gridPoints(40, 30, 1) << 0.0;
+        QTest::newRow("planar grid shuffled") << shuffled(gridPoints(40, 30, 1), 6) << 0.0;
+        QTest::newRow("line shuffled") << shuffled(gridPoints(500, 1, 1), 6) << 0.0;
+        QTest::newRow("each twice") << gridPoints(10, 10, 3) + gridPoints(10, 10, 3) << 0.0;
+        QTest::newRow("identical") << QList<Vector>(200, Vector(1, 2, 3)) << 0.0;
+        QTest::newRow("circle") << shuffled(circlePoints(1000), 6) << 0.0;
+        QTest::newRow("clusters") << shuffled(clusteredPoints(20, 60, 3), 6) << 0.0;
+        QTest::newRow("spheres") << shuffled(gridPoints(13, 11, 7), 6) << 0.7;
+        QTest::newRow("not finite") << withSomeNotFinite(randomPoints(2000, 41)) << 0.0;
+    }
+
+    // Half of the queries lie as far from two points, from four or from eight, so that the id tells
+    // the order of the search as well.
+    void nearestAgreesWithThePlainSearch()
+    {
+        QFETCH(QList<Vector>, points);
+        QFETCH(double, radius);
+        NearTree tree;
+        tree.set(1, points[0], radius);
+        PlainTree plain(1, points[0]);
+        for (int i = 1; i < points.size(); ++i) {
+            tree.insert(makeNode(i + 1, points[i], radius));
+            plain.insert(i + 1, points[i], radius);
+        }
+        for (const Vector& query : queriesAbout(points, 500, 43) + QList<Vector>{Vector()}) {
+            QCOMPARE(nearestId(tree, query), plain.nearest(query));
         }
     }
 
