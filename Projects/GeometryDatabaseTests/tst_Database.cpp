@@ -47,6 +47,8 @@ private slots:
         test.addUnitCell(4, test.addModelRegion(), test.addModelFace());
         test.model().addRefinementRegion(new RefinementRegion);
         test.model().setVersion(Version(1, 0, 0));
+        test.model().setBoundingBox(Box(Vector(), Vector(1, 1, 1)));
+        test.model().attributes().insert(AttributeType::MeshSize, QVariant(2));
         test.mesh().setVersion(Version(2, 0, 0));
         test.mesh().attributes().insert(AttributeType::MaterialId, QVariant(1));
         test.database.clear();
@@ -54,6 +56,8 @@ private slots:
         QVERIFY(test.mesh().isEmpty());
         QCOMPARE(test.model().refinementRegionCount(), 1);
         QVERIFY(test.model().version() == Version(1, 0, 0));
+        QVERIFY(test.model().boundingBox() == Box(Vector(), Vector(1, 1, 1)));
+        QVERIFY(test.model().attributes().contains(AttributeType::MeshSize));
         QVERIFY(test.mesh().version() == Version(2, 0, 0));
         QVERIFY(test.mesh().attributes().contains(AttributeType::MaterialId));
         test.model().clearRefinementRegions();

@@ -4,8 +4,16 @@
 #include <QTest>
 
 #include <memory>
+#include <type_traits>
 
 using namespace Ovra::Geo;
+
+static_assert(std::is_abstract_v<ModelEntity>);
+static_assert(std::has_virtual_destructor_v<ModelEntity>);
+static_assert(std::is_copy_constructible_v<ModelVertex> && std::is_copy_assignable_v<ModelVertex>);
+static_assert(std::is_copy_constructible_v<ModelEdge> && std::is_copy_assignable_v<ModelEdge>);
+static_assert(std::is_copy_constructible_v<ModelFace> && std::is_copy_assignable_v<ModelFace>);
+static_assert(std::is_copy_constructible_v<ModelRegion> && std::is_copy_assignable_v<ModelRegion>);
 
 class TestModelEntity : public QObject
 {
@@ -270,7 +278,10 @@ private slots:
         ModelEdge edge;
         ModelFace face;
         face.setId(6);
+        face.setTag("tag");
         face.setName("wall");
+        face.attributes().insert(AttributeType::MaterialId, QVariant(5));
+        storeBoundary(face);
         face.setArea(2.0);
         face.addAdjacency(&edge);
         edge.addAdjacency(&face);
@@ -279,7 +290,10 @@ private slots:
         assigned = face;
         for (const ModelFace* twin : {&copy, &assigned}) {
             QCOMPARE(twin->id(), 6);
+            QCOMPARE(twin->tag(), QString("tag"));
             QCOMPARE(twin->name(), QString("wall"));
+            QCOMPARE(twin->attributes().value(AttributeType::MaterialId, QVariant()), QVariant(5));
+            verifyBoundary(*twin);
             QCOMPARE(twin->area(), 2.0);
             QCOMPARE(twin->adjacencyAt(1, 0), &edge);
         }
