@@ -38,7 +38,8 @@ QList<int> idsThatFollow(Iterator iterator)
 {
     QList<int> ids;
     while (iterator.hasNext()) {
-        ids.append(*iterator.next());
+        const int* const entity = iterator.next();
+        ids.append(entity ? *entity : 0);
     }
     return ids;
 }
