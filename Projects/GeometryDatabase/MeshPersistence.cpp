@@ -1,9 +1,9 @@
 #include "Mesh.h"
 #include "MeshSerializer.h"
 #include "StreamHeader.h"
+#include "StreamReading.h"
 
 #include <QDataStream>
-#include <QFile>
 #include <QTextStream>
 
 #include <memory>
@@ -44,11 +44,7 @@ void Mesh::read(QDataStream& stream)
 
 void Mesh::read(const wchar_t* fileName)
 {
-    QFile file(QString::fromWCharArray(fileName));
-    if (file.open(QIODevice::ReadOnly)) {
-        QDataStream stream(&file);
-        read(stream);
-    }
+    readFile(fileName, [this](QDataStream& stream) { read(stream); });
 }
 
 void Mesh::write(QTextStream& stream)

@@ -1,6 +1,7 @@
 #include "Model.h"
 #include "ModelSerializer.h"
 #include "StreamHeader.h"
+#include "StreamReading.h"
 
 #include <QDataStream>
 #include <QFile>
@@ -39,11 +40,7 @@ void Model::read(QDataStream& stream)
 
 void Model::read(const wchar_t* path)
 {
-    QFile file(QString::fromWCharArray(path));
-    if (file.open(QIODevice::ReadOnly)) {
-        QDataStream stream(&file);
-        read(stream);
-    }
+    readFile(path, [this](QDataStream& stream) { read(stream); });
 }
 
 void Model::write(QDataStream& stream)

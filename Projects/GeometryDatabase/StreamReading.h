@@ -1,6 +1,9 @@
 #pragma once
 
 #include <QDataStream>
+#include <QFile>
+#include <QIODevice>
+#include <QString>
 
 /// \file
 /// \brief Reading from streams that may be damaged. Not for hosts.
@@ -33,6 +36,20 @@ inline qint32 readCount(QDataStream& stream)
 {
     const qint32 count = isOk(stream) ? readValue<qint32>(stream) : 0;
     return isOk(stream) && count > 0 ? count : 0;
+}
+
+/// \brief Calls read(stream) for a stream on the file of that name; one that does not open is passed
+///        over without a word.
+/// \param fileName NUL-terminated
+template <typename Read>
+void readFile(const wchar_t* fileName, Read read)
+{
+    QFile file(QString::fromWCharArray(fileName));
+    // Qt warns of an empty name.
+    if (!file.fileName().isEmpty() && file.open(QIODevice::ReadOnly)) {
+        QDataStream stream(&file);
+        read(stream);
+    }
 }
 
 } // namespace Ovra::Geo

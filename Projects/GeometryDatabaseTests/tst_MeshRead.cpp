@@ -3,6 +3,7 @@
 #include "MeshSerializer2014a.h"
 #include "MeshStreamCase.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
@@ -209,6 +210,8 @@ private slots:
         TestMesh mesh;
         fillTriangle(mesh);
         mesh.mesh().read(L"/no/such/directory/mesh");
+        mesh.mesh().read(QDir::tempPath().toStdWString().c_str());
+        mesh.mesh().read(L"");
         QCOMPARE(mesh.mesh().count(0), 3);
         QCOMPARE(mesh.mesh().version(), Version(14, 1, 2));
         QVERIFY2(Messages::isEmpty(), qPrintable(Messages::join()));

@@ -506,6 +506,8 @@ private slots:
         OwnedModel model;
         fill(model);
         model.read(L"/no/such/directory/file.geo_model");
+        model.read(QDir::tempPath().toStdWString().c_str());
+        model.read(L"");
         model.write("/no/such/directory", "file", false);
         model.write("/no/such/directory", "file", true);
         QCOMPARE(written(model).toHex(), FilledBytes.toHex());
