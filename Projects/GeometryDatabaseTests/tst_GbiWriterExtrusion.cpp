@@ -217,6 +217,42 @@ private slots:
         QCOMPARE(c.gatheredFaces(), text);
     }
 
+    void aSolidBesideEitherFaceClearsAllFlags_data()
+    {
+        QTest::addColumn<QString>("material");
+        QTest::addColumn<QString>("partnerMaterial");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("fluids") << "fluid"
+                                << "fluid"
+                                << "2\n5 3 1\n6 3 1\n";
+        QTest::newRow("solid at the partner") << "fluid"
+                                              << "solid"
+                                              << "2\n5 3 0\n6 3 0\n";
+        QTest::newRow("solid at the face") << "solid"
+                                           << "fluid"
+                                           << "2\n5 3 0\n6 3 0\n";
+    }
+
+    void aSolidBesideEitherFaceClearsAllFlags()
+    {
+        QFETCH(QString, material);
+        QFETCH(QString, partnerMaterial);
+        QFETCH(QString, text);
+        ExtrusionCase c;
+        c.setMaterial(material);
+        auto* partnerRegion = c.modelEntity(3, 2);
+        partnerRegion->attributes().insert(AttributeType::MaterialType, partnerMaterial);
+        auto* first = c.face(10, {c.region});
+        auto* partner = c.face(20, {partnerRegion});
+        first->attributes().insert(AttributeType::ExtrudedFace, 20);
+        c.element(5, c.region, {1, 2, 3, 4});
+        c.element(6, partnerRegion, {11, 12, 13, 14});
+        c.element(51, first, {1, 2, 3});
+        c.element(52, partner, {11, 12, 13});
+        c.complete();
+        QCOMPARE(c.gatheredFaces(), text);
+    }
+
     void facesOfAMutualPairStandTwice()
     {
         PairCase c;

@@ -1,7 +1,6 @@
 #include "AssertionCapture.h"
 #include "SolverInputCase.h"
 
-#include <QLocale>
 #include <QTest>
 
 using namespace Ovra::Geo;
@@ -9,18 +8,25 @@ using namespace Ovra::Geo;
 namespace
 {
 
-// Two writes by one writer, with a change of the case in between.
+using Section = void (GbiWriter::*)(QTextStream&) const;
+
+// What one writer writes in two sections, with a change of the case in between.
 template <typename Change>
-QString writtenTwice(SolverInputCase& c, void (GbiWriter::*section)(QTextStream&) const,
-                     Change change)
+QString writtenInTurn(SolverInputCase& c, Section first, Change change, Section second)
 {
     QString text;
     QTextStream stream(&text);
     const GbiWriter writer(&c.database);
-    (writer.*section)(stream);
+    (writer.*first)(stream);
     change();
-    (writer.*section)(stream);
+    (writer.*second)(stream);
     return text;
+}
+
+template <typename Change>
+QString writtenTwice(SolverInputCase& c, Section section, Change change)
+{
+    return writtenInTurn(c, section, change, section);
 }
 
 struct ReplicaCase : SolverInputCase
@@ -224,6 +230,22 @@ private slots:
         QCOMPARE(text, QStringLiteral("1\n8\n0\n0\n1\n8\n0\n0\n"));
     }
 
+    void bothFormsShareTheReplicas()
+    {
+        ReplicaCase c;
+        c.addMesh();
+        const QString plain = c.plain();
+        const QString labelled = c.labelled();
+        const auto change = [&c] { c.replica->attributes().insert(AttributeType::MaterialId, 9); };
+        QCOMPARE(writtenInTurn(c, &GbiWriter::writeMovingRegionData, change,
+                               &GbiWriter::writeGmMovingRegionData),
+                 plain + labelled);
+        c.replica->attributes().insert(AttributeType::MaterialId, 8);
+        QCOMPARE(writtenInTurn(c, &GbiWriter::writeGmMovingRegionData, change,
+                               &GbiWriter::writeMovingRegionData),
+                 labelled + plain);
+    }
+
     void withoutReplicaEachCallGathers()
     {
         ReplicaCase c;
@@ -301,6 +323,30 @@ private slots:
                                               "--- StatorFaceList ---\n--- 0 ---\n2\n7 3\n8 3\n"));
     }
 
+    void pairsGoByTheRotorNodeAndFacesByTheElement()
+    {
+        RotorCase c;
+        auto* device = c.device(1);
+        auto* outside = c.region(2);
+        c.element(9, device, {1, 2, 3, 4});
+        c.element(5, device, {1, 2, 4, 6});
+        c.element(8, outside, {21, 22, 23, 25});
+        c.element(7, outside, {21, 22, 24, 26});
+        c.element(51, c.rotorFace(10, device, 20), {1, 2, 3});
+        c.element(52, c.rotorFace(11, device, 21), {1, 2, 6});
+        c.element(61, c.face(20, {outside}), {21, 22, 23});
+        c.element(62, c.face(21, {outside}), {21, 22, 26});
+        c.pair(1, 24);
+        c.pair(2, 23);
+        c.pair(3, 22);
+        c.pair(6, 21);
+        c.complete();
+        QCOMPARE(c.plain(), QStringLiteral("1 2 2\n1 0\n"
+                                           "4\n1 24\n2 23\n3 22\n6 21\n"
+                                           "2\n5 2\n9 3\n"
+                                           "2\n7 2\n8 3\n"));
+    }
+
     void materialIsTheDevicesOwn()
     {
         RotorCase c;
@@ -367,6 +413,24 @@ private slots:
         const QString text =
             writtenTwice(c, &GbiWriter::writeRotatingRegionData, [&c] { c.device(5); });
         QCOMPARE(text, QStringLiteral("1 0 0\n4 0\n0\n0\n0\n1 0 0\n4 0\n0\n0\n0\n"));
+    }
+
+    void bothFormsShareTheDevices()
+    {
+        RotorCase c;
+        c.device(4);
+        const QString plain = c.plain();
+        const QString labelled = c.labelled();
+        QCOMPARE(writtenInTurn(
+                     c, &GbiWriter::writeRotatingRegionData, [&c] { c.device(5); },
+                     &GbiWriter::writeGmRotatingRegionData),
+                 plain + labelled);
+        RotorCase other;
+        other.device(4);
+        QCOMPARE(writtenInTurn(
+                     other, &GbiWriter::writeGmRotatingRegionData, [&other] { other.device(5); },
+                     &GbiWriter::writeRotatingRegionData),
+                 labelled + plain);
     }
 
     void withoutDeviceEachCallGathers()

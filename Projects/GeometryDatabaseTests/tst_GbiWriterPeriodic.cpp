@@ -3,6 +3,8 @@
 
 #include <QTest>
 
+#include <utility>
+
 using namespace Ovra::Geo;
 
 namespace
@@ -143,19 +145,29 @@ private slots:
         QCOMPARE(text.mid(size), QStringLiteral("1\n5 3\n1\n5 0\n"));
     }
 
+    void faceListIsSortedAndKeepsRepeats_data()
+    {
+        QTest::addColumn<int>("side");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("A") << 1 << "5\n5 3\n5 3\n9 2\n9 3\n9 3\n0\n";
+        QTest::newRow("B") << 2 << "0\n5\n5 3\n5 3\n9 2\n9 3\n9 3\n";
+    }
+
     void faceListIsSortedAndKeepsRepeats()
     {
+        QFETCH(int, side);
+        QFETCH(QString, text);
         PeriodicCase c;
         c.element(9, c.region, {1, 2, 3, 4});
         c.element(5, c.region, {1, 2, 3, 5});
-        c.element(51, c.periodicFace(10, 1, 1), {1, 2, 3});
-        c.element(52, c.periodicFace(11, 2, 1), {1, 2, 4});
-        c.element(53, c.periodicFace(12, 3, 1), {3, 2, 1});
+        c.element(51, c.periodicFace(10, 1, side), {1, 2, 3});
+        c.element(52, c.periodicFace(11, 2, side), {1, 2, 4});
+        c.element(53, c.periodicFace(12, 3, side), {3, 2, 1});
         for (int id = 1; id <= 4; ++id) {
             c.tie(id, 0, id);
         }
         c.complete();
-        QCOMPARE(c.gatheredFaces(), QStringLiteral("5\n5 3\n5 3\n9 2\n9 3\n9 3\n0\n"));
+        QCOMPARE(c.gatheredFaces(), text);
     }
 
     void nodalData()
@@ -207,6 +219,36 @@ private slots:
         QVERIFY(first.contains("1 1 1 4 1 \n"));
         QCOMPARE(second, first);
         QVERIFY(c.nodal().contains("1 5 1 99 1 \n"));
+    }
+
+    void bothFormsShareWhatWasGathered()
+    {
+        PairCase c;
+        QString text;
+        QTextStream stream(&text);
+        const GbiWriter writer(&c.database);
+        writer.writeGmPeriodicData(stream);
+        const QString labelled = std::exchange(text, QString());
+        const QString nodal = c.nodal();
+        c.faceA->attributes().insert(AttributeType::PeriodicPairId, 2);
+        writer.writePeriodicNodalData(stream);
+        QCOMPARE(std::exchange(text, QString()), nodal);
+        writer.writeGmPeriodicData(stream);
+        QCOMPARE(text, labelled);
+    }
+
+    void aFaceWithoutMeshMakesTheTopicGathered()
+    {
+        PeriodicCase c;
+        auto* face = c.periodicFace(10, 1, 1);
+        QString text;
+        QTextStream stream(&text);
+        const GbiWriter writer(&c.database);
+        writer.writePeriodicNodalData(stream);
+        c.element(51, face, {3});
+        c.tie(3, 0, 17);
+        writer.writePeriodicNodalData(stream);
+        QCOMPARE(text, QStringLiteral("0\n0\n0\n0\n"));
     }
 
     void anEmptyTopicIsLookedForAgain()
@@ -299,16 +341,30 @@ private slots:
         QCOMPARE(statusOn({{1, 1}, {17, 1}}), QStringLiteral("7 1"));
     }
 
+    void aNodeOnTwoFacesOfASideStandsOnce_data()
+    {
+        QTest::addColumn<int>("side");
+        QTest::addColumn<QString>("nodal");
+        QTest::addColumn<QString>("lists");
+        QTest::newRow("A") << 1 << "3\n3 1 1 13 1 \n4 4 1 14 1 \n7 5 1 17 1 \n0\n"
+                           << "--- ANodeList ---\n3\n3 4 7 \n--- BNodeList ---\n0\n---";
+        QTest::newRow("B") << 2 << "0\n3\n3 2 1 13 1 \n4 8 1 14 1 \n7 10 1 17 1 \n"
+                           << "--- ANodeList ---\n0\n--- BNodeList ---\n3\n3 4 7 \n---";
+    }
+
     void aNodeOnTwoFacesOfASideStandsOnce()
     {
+        QFETCH(int, side);
+        QFETCH(QString, nodal);
+        QFETCH(QString, lists);
         PeriodicCase c;
-        c.element(51, c.periodicFace(10, 1, 1), {7, 3});
-        c.element(52, c.periodicFace(11, 2, 1), {7, 4});
+        c.element(51, c.periodicFace(10, 1, side), {7, 3});
+        c.element(52, c.periodicFace(11, 2, side), {7, 4});
         c.tie(7, 0, 17);
         c.tie(3, 0, 13);
         c.tie(4, 0, 14);
-        QCOMPARE(c.nodal(), QStringLiteral("3\n3 1 1 13 1 \n4 4 1 14 1 \n7 5 1 17 1 \n0\n"));
-        QVERIFY(c.labelled().contains("--- ANodeList ---\n3\n3 4 7 \n--- BNodeList ---\n0\n"));
+        QCOMPARE(c.nodal(), nodal);
+        QVERIFY(c.labelled().contains(lists));
     }
 
     void aNodeOnBothSidesStandsOnceInEach()

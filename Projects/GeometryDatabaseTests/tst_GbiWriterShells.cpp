@@ -129,7 +129,7 @@ private slots:
         QCOMPARE(c.written(&GbiWriter::writeShellRegionData), QStringLiteral("7 -1 -1\n-1\n"));
     }
 
-    void unusableMaterialIsMinusOneForElements()
+    void unusableMaterialIsMinusOneForElementsAndZeroForRegions()
     {
         ShellCase c;
         auto* region = c.shell(3, 7);
@@ -137,6 +137,23 @@ private slots:
         c.element(30, region, upTo(4));
         QCOMPARE(c.written(&GbiWriter::writeShellElements),
                  QStringLiteral("30 4 4 -1 7 1 1 2 3 4\n-1\n"));
+        QCOMPARE(c.written(&GbiWriter::writeShellRegionData), QStringLiteral("7 0 -1\n-1\n"));
+    }
+
+    void elementsStandRegionByRegion()
+    {
+        ShellCase c;
+        auto* first = c.shell(3, 7);
+        auto* second = c.shell(3, 8);
+        c.element(33, first, upTo(4));
+        c.element(32, second, upTo(5));
+        c.element(31, first, upTo(4));
+        c.element(30, second, upTo(5));
+        const QString ofFirst = "31 4 4 -1 7 1 1 2 3 4\n33 4 4 -1 7 1 1 2 3 4\n";
+        const QString ofSecond = "30 6 5 -1 8 1 1 2 3 4 5\n32 6 5 -1 8 1 1 2 3 4 5\n";
+        const QString text = c.written(&GbiWriter::writeShellElements);
+        QVERIFY2(text == ofFirst + ofSecond + "-1\n" || text == ofSecond + ofFirst + "-1\n",
+                 qPrintable(text));
     }
 
     void regionData()

@@ -285,6 +285,40 @@ private slots:
                  (QStringList{"7 1 2 5 0", "30 1 2 4 0", "100 1 2 6 0"}));
     }
 
+    void manyLinesAscendByTheirFirstElement()
+    {
+        SolverInputCase c;
+        auto* region = c.region(1);
+        auto* face = c.face(3, {region});
+        QStringList expected;
+        for (int i = 1; i <= 30; ++i) {
+            const int id = i * 7 % 31; // each of 1 to 30 once, in no order
+            const int apex = 100 + id;
+            c.element(id, region, {1, 2, 3, apex});
+            c.element(200 + i, face, {1, 2, apex});
+        }
+        for (int id = 1; id <= 30; ++id) {
+            expected += QStringLiteral("%1 1 2 %2 0").arg(id).arg(100 + id);
+        }
+        c.complete();
+        QCOMPARE(connectivity(surface(c), 7), expected);
+    }
+
+    void severalSurfacesStandOneBehindTheOther()
+    {
+        SolverInputCase c;
+        auto* region = c.region(1);
+        c.element(4, region, {1, 2, 3, 5});
+        c.element(50, c.face(3, {region}), {3, 1, 2});
+        c.element(51, c.face(6, {region}), {1, 2, 5});
+        c.complete();
+        const QString first = "3 1 1 3 \n0 0 0 0 0 0\n1 2 3 \n4 3 1 2 0\n";
+        const QString second = "6 1 1 3 \n0 0 0 0 0 0\n1 2 5 \n4 1 2 5 0\n";
+        const QString text = surface(c);
+        QVERIFY2(text == first + second + "-1\n" || text == second + first + "-1\n",
+                 qPrintable(text));
+    }
+
     void ofTwoLinesOfOneElementTheLaterFoundIsFirst()
     {
         SolverInputCase c;
@@ -324,6 +358,26 @@ private slots:
         c.complete();
         QCOMPARE(surface(c, 2.0),
                  QStringLiteral("3 1 1 3 Origin\n2 4 6 0 1 0\n1 2 3 \n4 3 1 2 0\n-1\n"));
+    }
+
+    void nonExtrudedFaceZeroIsNone()
+    {
+        SolverInputCase c;
+        auto* face = c.face(3, {c.region(9)});
+        face->setName("Own");
+        face->attributes().insert(AttributeType::NonExtrudedFace, 0);
+        QCOMPARE(surface(c), QStringLiteral("3 9 0 0 Own\n0 0 0 0 0 0\n-1\n"));
+    }
+
+    void nonExtrudedFaceOfAPlanarModelIsAnEdge()
+    {
+        SolverInputCase c;
+        auto* region = c.modelEntity(2, 1, "Plate");
+        c.modelEntity(1, 8, "Origin");
+        c.modelEntity(2, 8, "Other plate");
+        auto* edge = c.bounding(1, 7, {region});
+        edge->attributes().insert(AttributeType::NonExtrudedFace, 8);
+        QCOMPARE(surface(c), QStringLiteral("7 1 0 0 Origin\n0 0 0 0 0 0\n-1\n"));
     }
 
     void shellIsCrossed()
