@@ -1,5 +1,6 @@
 #include "MeshEntity.h"
 
+#include "AdjacencyList.h"
 #include "MeshEdge.h"
 #include "MeshFace.h"
 #include "MeshRegion.h"
@@ -170,13 +171,7 @@ void MeshEntity::removeAdjacency(MeshEntity* entity)
 
 bool MeshEntity::replaceAdjacency(MeshEntity* oldEntity, MeshEntity* newEntity)
 {
-    QList<MeshEntity*>& list = adjacencies(oldEntity->dimension());
-    const qsizetype index = list.indexOf(oldEntity);
-    if (index < 0) {
-        return false;
-    }
-    list[index] = newEntity;
-    return true;
+    return replaceFirst(adjacencies(oldEntity->dimension()), oldEntity, newEntity);
 }
 
 bool MeshEntity::operator==(const MeshEntity& other) const

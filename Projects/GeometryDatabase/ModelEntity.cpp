@@ -1,5 +1,6 @@
 #include "ModelEntity.h"
 
+#include "AdjacencyList.h"
 #include "EntityTable.h"
 #include "MeshEntity.h"
 #include "ModelEdge.h"
@@ -51,13 +52,7 @@ void ModelEntity::removeAdjacency(ModelEntity* entity)
 
 bool ModelEntity::replaceAdjacency(ModelEntity* oldEntity, ModelEntity* newEntity)
 {
-    QList<ModelEntity*>& list = adjacencies(oldEntity->dimension());
-    const qsizetype index = list.indexOf(oldEntity);
-    if (index < 0) {
-        return false;
-    }
-    list[index] = newEntity;
-    return true;
+    return replaceFirst(adjacencies(oldEntity->dimension()), oldEntity, newEntity);
 }
 
 bool ModelEntity::isAdjacentTo(ModelEntity* entity) const
