@@ -280,6 +280,12 @@ private:
     void getMovingRegionData() const;
     void getRotatingRegionData() const;
 
+    // Gather a topic unless that has been done.
+    void requireExtrusionData() const;
+    void requirePeriodicData() const;
+    void requireMovingRegionData() const;
+    void requireRotatingRegionData() const;
+
     void clearPeriodicData() const;
     void sortPeriodicData() const;
 

@@ -80,9 +80,7 @@ void GbiWriter::writeExtrusionFaceList(QTextStream& stream) const
 
 void GbiWriter::writeExtrusionNodalData(QTextStream& stream) const
 {
-    if (extrusionLinks_.isEmpty()) {
-        getExtrusionData();
-    }
+    requireExtrusionData();
     const GbiText::RealPrecision precision(stream, GbiText::WeightPrecision);
     GbiText::writeCount(stream, extrusionLinks_.size(), GbiText::newLine);
     GbiText::writeStencils(stream, extrusionLinks_, GbiText::newLine);
@@ -90,9 +88,7 @@ void GbiWriter::writeExtrusionNodalData(QTextStream& stream) const
 
 void GbiWriter::writeGmExtrusionData(QTextStream& stream) const
 {
-    if (extrusionLinks_.isEmpty()) {
-        getExtrusionData();
-    }
+    requireExtrusionData();
     // Stays: what hosts write behind this section relies on it.
     stream.setRealNumberPrecision(GbiText::WeightPrecision);
     GbiText::writeCount(stream, extrusionLinks_.size(), Qt::endl);
@@ -113,6 +109,13 @@ void GbiWriter::writeGmExtrusionData(QTextStream& stream) const
 }
 
 void GbiWriter::writeSpatiallyVaryingNodalBC(QTextStream&) const {}
+
+void GbiWriter::requireExtrusionData() const
+{
+    if (extrusionLinks_.isEmpty()) {
+        getExtrusionData();
+    }
+}
 
 void GbiWriter::getExtrusionData() const
 {

@@ -152,9 +152,7 @@ void writeLabelledFaces(QTextStream& stream, const char* label,
 
 void GbiWriter::writeMovingRegionData(QTextStream& stream) const
 {
-    if (replicaMaterials_.isEmpty()) {
-        getMovingRegionData();
-    }
+    requireMovingRegionData();
     writeMaterials(stream, replicaMaterials_);
     if (!replicaMaterials_.isEmpty()) {
         GbiText::writeCountedMap(stream, replicaElements_, Qt::endl);
@@ -164,9 +162,7 @@ void GbiWriter::writeMovingRegionData(QTextStream& stream) const
 
 void GbiWriter::writeGmMovingRegionData(QTextStream& stream) const
 {
-    if (replicaMaterials_.isEmpty()) {
-        getMovingRegionData();
-    }
+    requireMovingRegionData();
     stream << "--- nReplicate ---" << Qt::endl;
     writeMaterials(stream, replicaMaterials_);
     stream << "--- RepElems ---" << Qt::endl;
@@ -177,9 +173,7 @@ void GbiWriter::writeGmMovingRegionData(QTextStream& stream) const
 
 void GbiWriter::writeRotatingRegionData(QTextStream& stream) const
 {
-    if (rotatingSystems_.isEmpty()) {
-        getRotatingRegionData();
-    }
+    requireRotatingRegionData();
     stream << static_cast<int>(rotatingSystems_.size()) << ' ' << faceCount(rotorFaces_) << ' '
            << faceCount(statorFaces_) << Qt::endl;
     for (qsizetype i = 0; i < rotatingSystems_.size(); ++i) {
@@ -196,14 +190,19 @@ void GbiWriter::writeRotatingRegionData(QTextStream& stream) const
 
 void GbiWriter::writeGmRotatingRegionData(QTextStream& stream) const
 {
-    if (rotatingSystems_.isEmpty()) {
-        getRotatingRegionData();
-    }
+    requireRotatingRegionData();
     stream << "--- nRotSystems ---" << Qt::endl;
     GbiText::writeCount(stream, rotatingSystems_.size(), Qt::endl);
     writeLabelledPairs(stream, "--- RotatingNodeList ---", rotatingNodes_);
     writeLabelledFaces(stream, "--- RotorFaceList ---", rotorFaces_);
     writeLabelledFaces(stream, "--- StatorFaceList ---", statorFaces_);
+}
+
+void GbiWriter::requireMovingRegionData() const
+{
+    if (replicaMaterials_.isEmpty()) {
+        getMovingRegionData();
+    }
 }
 
 void GbiWriter::getMovingRegionData() const
@@ -222,6 +221,13 @@ void GbiWriter::getMovingRegionData() const
                         replicaElements_);
             mapNodes(replica, replicaNodes_);
         }
+    }
+}
+
+void GbiWriter::requireRotatingRegionData() const
+{
+    if (rotatingSystems_.isEmpty()) {
+        getRotatingRegionData();
     }
 }
 

@@ -159,9 +159,7 @@ void GbiWriter::writePeriodicFaceList(QTextStream& stream) const
 
 void GbiWriter::writePeriodicNodalData(QTextStream& stream) const
 {
-    if (periodicFaceCount_ == 0) {
-        getPeriodicData();
-    }
+    requirePeriodicData();
     const GbiText::RealPrecision precision(stream, GbiText::WeightPrecision);
     writeStatusStencils(stream, periodicALinks_, nodePeriodicStatus_);
     writeStatusStencils(stream, periodicBLinks_, nodePeriodicStatus_);
@@ -186,9 +184,7 @@ void GbiWriter::writePeriodicTransform(QTextStream& stream) const
 
 void GbiWriter::writeGmPeriodicData(QTextStream& stream) const
 {
-    if (periodicFaceCount_ == 0) {
-        getPeriodicData();
-    }
+    requirePeriodicData();
     stream << "--- nPeriodic ---" << Qt::endl << periodicFaceCount_ << Qt::endl;
     stream << "--- node_per_status ---" << Qt::endl;
     GbiText::writeCountedMap(stream, nodePeriodicStatus_, Qt::endl);
@@ -201,6 +197,13 @@ void GbiWriter::writeGmPeriodicData(QTextStream& stream) const
     writeLabelledStencils(stream, "--- BLinksCon and BLinksWht ---", periodicBLinks_);
     stream << "--- Transform ---" << Qt::endl << periodicFaceCount_ / 2 << Qt::endl;
     writePeriodicTransform(stream);
+}
+
+void GbiWriter::requirePeriodicData() const
+{
+    if (periodicFaceCount_ == 0) {
+        getPeriodicData();
+    }
 }
 
 void GbiWriter::getPeriodicData() const

@@ -9,8 +9,6 @@
 
 #include <QVariant>
 
-#include <algorithm>
-
 namespace Ovra::Geo
 {
 
@@ -48,16 +46,9 @@ void writeShellElement(QTextStream& stream, const MeshEntity& element, int mater
     GbiText::writeElementVertices(stream, element);
 }
 
-QList<MeshEntity*> sortedNodes(const ModelEntity& face)
-{
-    QList<MeshEntity*> nodes = Utility::getMeshVerticesOnModelEntity(&face).values();
-    std::sort(nodes.begin(), nodes.end(), MeshEntity::lessThan);
-    return nodes;
-}
-
 void writeNodeLinks(QTextStream& stream, const ModelEntity& face)
 {
-    const QList<MeshEntity*> nodes = sortedNodes(face);
+    const QList<MeshEntity*> nodes = inIdOrder(Utility::getMeshVerticesOnModelEntity(&face));
     stream << face.id() << ' '
            << GbiQueries::intAttribute(face.attributes(), AttributeType::NewShellFace) << ' '
            << static_cast<int>(nodes.size()) << '\n';

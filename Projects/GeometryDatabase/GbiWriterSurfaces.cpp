@@ -1,13 +1,13 @@
 #include "GbiQueries.h"
 #include "GbiText.h"
 #include "GbiWriter.h"
+#include "IdOrder.h"
 #include "Mesh.h"
 #include "MeshEntity.h"
 #include "Model.h"
 #include "ModelEntity.h"
 #include "Utility.h"
 
-#include <QSet>
 #include <QVarLengthArray>
 
 #include <algorithm>
@@ -182,13 +182,12 @@ void writeConnectivity(QTextStream& stream, const Mesh& mesh, const ModelEntity&
 
 QList<int> nodeIds(const ModelEntity& face)
 {
-    const QSet<MeshEntity*> nodes = Utility::getMeshVerticesOnModelEntity(&face);
+    const QList<MeshEntity*> nodes = inIdOrder(Utility::getMeshVerticesOnModelEntity(&face));
     QList<int> ids;
     ids.reserve(nodes.size());
     for (const MeshEntity* node : nodes) {
         ids.append(node->id());
     }
-    std::sort(ids.begin(), ids.end());
     return ids;
 }
 

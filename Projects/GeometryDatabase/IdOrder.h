@@ -3,6 +3,7 @@
 #include "HashIterator.h"
 
 #include <QList>
+#include <QSet>
 
 #include <algorithm>
 
@@ -20,6 +21,15 @@ QList<Entity*> inIdOrder(HashIterator<int, Entity*> walk)
         walk.next();
         entities.append(walk.value());
     }
+    std::sort(entities.begin(), entities.end(), Entity::lessThan);
+    return entities;
+}
+
+/// \brief The entities of a set by ascending id. O(n log n).
+template <typename Entity>
+QList<Entity*> inIdOrder(const QSet<Entity*>& set)
+{
+    QList<Entity*> entities = set.values();
     std::sort(entities.begin(), entities.end(), Entity::lessThan);
     return entities;
 }

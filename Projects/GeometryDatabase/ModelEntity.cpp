@@ -2,6 +2,7 @@
 
 #include "AdjacencyList.h"
 #include "EntityTable.h"
+#include "IdOrder.h"
 #include "MeshEntity.h"
 #include "ModelEdge.h"
 #include "ModelFace.h"
@@ -11,7 +12,6 @@
 
 #include <QSet>
 
-#include <algorithm>
 #include <utility>
 
 namespace Ovra::Geo
@@ -135,10 +135,9 @@ Vector ModelEntity::childMean(Vector (MeshEntity::*quantity)() const) const
 
 Vector ModelEntity::meshVertexMean() const
 {
-    QList<MeshEntity*> vertices = Utility::getMeshVerticesOnModelEntity(this).values();
-    std::sort(vertices.begin(), vertices.end(), MeshEntity::lessThan);
+    const QList<MeshEntity*> vertices = inIdOrder(Utility::getMeshVerticesOnModelEntity(this));
     Vector sum;
-    for (const MeshEntity* vertex : std::as_const(vertices)) {
+    for (const MeshEntity* vertex : vertices) {
         sum += vertex->centroid();
     }
     return sum / static_cast<double>(vertices.size());
