@@ -6,6 +6,7 @@
 #include "MeshRegion.h"
 #include "MeshVertex.h"
 #include "ModelEntity.h"
+#include "NeighbourSets.h"
 
 #include <algorithm>
 #include <utility>
@@ -28,13 +29,17 @@ void removeIf(Neighbours& candidates, Predicate predicate)
     candidates.resize(end - candidates.begin());
 }
 
+void intersect(Neighbours& candidates, const QSet<MeshEntity*>& set)
+{
+    removeIf(candidates, [&set](MeshEntity* entity) { return !set.contains(entity); });
+}
+
 void intersect(Neighbours& candidates, const QList<MeshEntity*>& list)
 {
     if (candidates.size() <= FewCandidates) {
         removeIf(candidates, [&list](MeshEntity* entity) { return !list.contains(entity); });
     } else {
-        const QSet<MeshEntity*> set(list.cbegin(), list.cend());
-        removeIf(candidates, [&set](MeshEntity* entity) { return !set.contains(entity); });
+        intersect(candidates, QSet<MeshEntity*>(list.cbegin(), list.cend()));
     }
 }
 
@@ -113,7 +118,7 @@ QSet<MeshEntity*> MeshEntity::getUpwardAdjacencies(const QList<MeshEntity*>& ent
 }
 
 MeshEntity::Neighbours MeshEntity::commonNeighbours(const QList<MeshEntity*>& entities,
-                                                    int dimension)
+                                                    int dimension, NeighbourSets* sets)
 {
     Neighbours result;
     // The shortest list leaves the least to look up, where a vertex has very many neighbours.
@@ -127,8 +132,14 @@ MeshEntity::Neighbours MeshEntity::commonNeighbours(const QList<MeshEntity*>& en
     const QList<MeshEntity*>& start = std::as_const(**shortest).adjacencies(dimension);
     result.append(start.constData(), start.size());
     for (auto i = entities.cbegin(); i != entities.cend(); ++i) {
-        if (i != shortest) {
-            intersect(result, std::as_const(**i).adjacencies(dimension));
+        if (i == shortest) {
+            continue;
+        }
+        const QList<MeshEntity*>& list = std::as_const(**i).adjacencies(dimension);
+        if (sets != nullptr && list.size() > NeighbourSets::Few) {
+            intersect(result, sets->of(*i, list));
+        } else {
+            intersect(result, list);
         }
     }
     removeDuplicates(result);
@@ -205,7 +216,12 @@ void MeshEntity::clearAdjacencies(int dimension)
 
 void MeshEntity::addUpwardAdjacencies(int dimension)
 {
-    for (MeshEntity* entity : commonNeighbours(adjacencies(0), dimension)) {
+    addUpwardAdjacencies(dimension, nullptr);
+}
+
+void MeshEntity::addUpwardAdjacencies(int dimension, NeighbourSets* sets)
+{
+    for (MeshEntity* entity : commonNeighbours(adjacencies(0), dimension, sets)) {
         addAdjacency(entity);
     }
 }

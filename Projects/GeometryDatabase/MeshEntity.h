@@ -16,6 +16,7 @@ namespace Ovra::Geo
 {
 
 class ModelEntity;
+class NeighbourSets;
 
 /// \brief One entity of the mesh: a vertex, edge, face or region, classified on a model entity.
 ///
@@ -195,7 +196,10 @@ private:
 
     using Neighbours = QVarLengthArray<MeshEntity*, 16>;
 
-    static Neighbours commonNeighbours(const QList<MeshEntity*>& entities, int dimension);
+    static Neighbours commonNeighbours(const QList<MeshEntity*>& entities, int dimension,
+                                       NeighbourSets* sets = nullptr);
+
+    void addUpwardAdjacencies(int dimension, NeighbourSets* sets);
 
     void shareAdjacencies(int dimension, const MeshEntity& other)
     {

@@ -25,6 +25,9 @@ namespace
 constexpr int NoParentDimension = -1;
 constexpr int NoParentId = 0;
 
+// No kind of element has more.
+constexpr qint32 MostVertices = 8;
+
 int parentDimension(const MeshEntity* entity)
 {
     return entity->parent() != nullptr ? entity->parent()->dimension() : NoParentDimension;
@@ -147,10 +150,6 @@ void MeshSerializer::readPoint(MeshEntity* vertex, QDataStream& stream)
 void MeshSerializer::readMeshAdjacencies(MeshEntity* element, QDataStream& stream) const
 {
     const qint32 count = readCount(stream);
-    // The upward lists of edges and faces come from their vertices.
-    if (count == 0 && element->dimension() < 3) {
-        stream.setStatus(QDataStream::ReadCorruptData);
-    }
     for (qint32 i = 0; i < count && isOk(stream); ++i) {
         MeshEntity* vertex = mesh_->entity(0, readValue<qint32>(stream));
         if (vertex != nullptr) {
@@ -158,6 +157,11 @@ void MeshSerializer::readMeshAdjacencies(MeshEntity* element, QDataStream& strea
         } else {
             stream.setStatus(QDataStream::ReadCorruptData);
         }
+    }
+    // The upward lists of edges and faces come from their vertices, and grow with the square of the
+    // number of vertices.
+    if (count > MostVertices || (count == 0 && element->dimension() < 3)) {
+        stream.setStatus(QDataStream::ReadCorruptData);
     }
 }
 

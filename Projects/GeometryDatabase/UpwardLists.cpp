@@ -3,6 +3,7 @@
 #include "MeshEntity.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace Ovra::Geo
 {
@@ -13,15 +14,21 @@ namespace
 // Up to this many neighbours a list of its own is not much more than the element itself.
 constexpr int FewNeighbours = 64;
 
-bool mayHaveMany(const MeshEntity* element, int dimension)
+struct Range
 {
-    auto vertices = element->adjacencyIterator(0);
-    while (vertices.hasNext()) {
-        if (vertices.next()->adjacencyCount(dimension) <= FewNeighbours) {
-            return false;
-        }
+    int least = 0;
+    int most = 0;
+};
+
+Range neighbourCounts(const MeshEntity* element, int dimension)
+{
+    Range range{std::numeric_limits<int>::max(), 0};
+    const int count = element->adjacencyCount(0);
+    for (int i = 0; i < count; ++i) {
+        const int neighbours = element->adjacencyAt(0, i)->adjacencyCount(dimension);
+        range = {std::min(range.least, neighbours), std::max(range.most, neighbours)};
     }
-    return true;
+    return range;
 }
 
 QList<MeshEntity*> vertexSet(const MeshEntity* element)
@@ -41,13 +48,21 @@ QList<MeshEntity*> vertexSet(const MeshEntity* element)
 void UpwardLists::set(MeshEntity* element)
 {
     const int upward = element->dimension() + 1;
-    if (element->adjacencyCount(upward) > 0 || !mayHaveMany(element, upward)) {
+    const Range neighbours = neighbourCounts(element, upward);
+    if (neighbours.most <= FewNeighbours) {
         element->setUpwardAdjacencies();
-        return;
+    } else if (neighbours.least <= FewNeighbours || element->adjacencyCount(upward) > 0) {
+        element->addUpwardAdjacencies(upward, &sets_);
+    } else {
+        setOrShare(element, upward);
     }
+}
+
+void UpwardLists::setOrShare(MeshEntity* element, int upward)
+{
     MeshEntity*& first = firstOn_[vertexSet(element)];
     if (first == nullptr) {
-        element->setUpwardAdjacencies();
+        element->addUpwardAdjacencies(upward, &sets_);
         first = element;
     } else {
         element->shareAdjacencies(upward, *first);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "NeighbourSets.h"
+
 #include <QHash>
 #include <QList>
 
@@ -22,6 +24,9 @@ public:
     void set(MeshEntity* element);
 
 private:
+    void setOrShare(MeshEntity* element, int upward);
+
+    NeighbourSets sets_;
     QHash<QList<MeshEntity*>, MeshEntity*> firstOn_; // by vertices, sorted and each once
 };
 

@@ -3,6 +3,7 @@
 
 #include <QTest>
 
+#include <ctime>
 #include <limits>
 #include <memory>
 #include <type_traits>
@@ -291,6 +292,30 @@ private slots:
         verifyListSizes(test, 0, {0, 6, 6, 2});
         verifyListSizes(test, 1, {2, 0, 4, 0});
         verifyListSizes(test, 2, {3, 0, 0, 2});
+    }
+
+    // Minutes of the processor, if each spoke went through all that stands at the hub.
+    void derivesTheListsOfAFanInGoodTime()
+    {
+        constexpr int Count = 150000;
+        TestMesh test;
+        auto* hub = test.addVertex(Vector());
+        TestMesh::Vertices rim;
+        for (int i = 0; i < Count; ++i) {
+            rim.append(test.addVertex(Vector()));
+            test.addElement(1, {hub, rim.last()});
+        }
+        for (int i = 0; i < Count; ++i) {
+            test.addElement(2, {hub, rim[i], rim[(i + 1) % Count]});
+        }
+        // Stands at a rim vertex, but not at the hub.
+        test.addElement(2, {rim[0], rim[2], rim[4]});
+        const std::clock_t start = std::clock();
+        test.mesh().setUpwardAdjacencies();
+        QVERIFY(std::clock() - start < 6 * CLOCKS_PER_SEC);
+        QCOMPARE(hub->adjacencyCount(2), Count);
+        verifyListSizes(test, 1, {2, 0, 2, 0});
+        QCOMPARE(sortedIdsOf(test.mesh().entity(1, 1), 2), (QList<int>{1, Count}));
     }
 
     void derivesManyEqualListsLikeAnyOthers()

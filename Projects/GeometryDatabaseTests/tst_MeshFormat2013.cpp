@@ -253,6 +253,11 @@ private slots:
             << edge("00000001 00000001 FFFFFFFF 00000000 00000000 00000002 00000001 00000003") << 2;
         QTest::newRow("vertex 0")
             << edge("00000001 00000001 FFFFFFFF 00000000 00000000 00000002 00000001 00000000") << 2;
+        QTest::newRow("more vertices than any element has")
+            << edge("00000001 00000001 FFFFFFFF 00000000 00000000 00000009"
+                    "00000001 00000001 00000001 00000001 00000001 00000001 00000001 00000001"
+                    "00000001")
+            << 2;
         QTest::newRow("edge without vertices")
             << edge("00000001 00000001 FFFFFFFF 00000000 00000000 00000000") << 2;
         QTest::newRow("face without vertices")
@@ -277,6 +282,19 @@ private slots:
                                              "00000001 FFFFFFFF 00000000 00000000 FFFFFFFF")),
                  QDataStream::Ok);
         QCOMPARE(mesh.mesh().count(3), 1);
+    }
+
+    void acceptsAsManyVerticesAsAnElementCanHave()
+    {
+        TestMesh mesh;
+        const QByteArray vertex =
+            hex("00000001 00000001 FFFFFFFF 00000000 00000000") + QByteArray(24, '\0');
+        QCOMPARE(readInto(mesh, withEntities("") + vertex +
+                                    hex("00000000 00000000 00000001"
+                                        "00000001 FFFFFFFF 00000000 00000000 00000008") +
+                                    hex("00000001").repeated(8)),
+                 QDataStream::Ok);
+        QCOMPARE(mesh.mesh().entity(3, 1)->adjacencyCount(0), 8);
     }
 
     void ignoresTheParentIdWithoutAParentDimension()
