@@ -3,6 +3,7 @@
 #include "AttributeType.h"
 #include "Database.h"
 #include "IdOrder.h"
+#include "IntAttribute.h"
 #include "Mesh.h"
 #include "MeshEntity.h"
 #include "Model.h"
@@ -19,11 +20,6 @@ using namespace Ovra::Geo;
 
 namespace
 {
-
-int idIn(MeshEntity& vertex, const AttributeType& type)
-{
-    return vertex.attributes().value(type, 0).toInt();
-}
 
 QList<MeshEntity*> withCopy(MeshEntity* vertex, const VertexCopies& copies)
 {
@@ -97,7 +93,7 @@ QSet<const ModelEntity*> DoublingAftercare::shellFaces() const
 {
     QSet<const ModelEntity*> faces;
     for (const ModelEntity* face : inIdOrder(database_.model()->iterator(faceDimension_))) {
-        const int twinId = face->attributes().value(AttributeType::NewShellFace, 0).toInt();
+        const int twinId = intOf(face->attributes(), AttributeType::NewShellFace);
         if (twinId == 0)
             continue;
         faces.insert(face);
@@ -139,7 +135,7 @@ void DoublingAftercare::moveShellLink(MeshEntity& vertex, MeshEntity& copy) cons
 /// Of the vertex that the link names and its copy, the one that the shell's surface uses now.
 int DoublingAftercare::shellPartner(MeshEntity& vertex, bool copyFirst) const
 {
-    const int id = idIn(vertex, AttributeType::ShellVertex);
+    const int id = intOf(vertex.attributes(), AttributeType::ShellVertex);
     MeshEntity* const partner = database_.mesh()->entity(0, id);
     MeshEntity* const copy = partner ? copies_.copyOf(partner) : nullptr;
     if (!copy || !liesOnShell(*copy))
@@ -159,18 +155,18 @@ void DoublingAftercare::carryReplicaLinks() const
 
 void DoublingAftercare::moveReplicaLink(MeshEntity& replica) const
 {
-    MeshEntity* const original =
-        database_.mesh()->entity(0, idIn(replica, AttributeType::OriginalMotionVertex));
+    MeshEntity* const original = database_.mesh()->entity(
+        0, intOf(replica.attributes(), AttributeType::OriginalMotionVertex));
     MeshEntity* const copy = original ? copies_.copyOf(original) : nullptr;
     if (!copy || replica.adjacencyCount(faceDimension_ + 1) == 0)
         return;
     const ModelEntity* const region = replica.adjacencyAt(faceDimension_ + 1, 0)->parent();
-    const int originId = region->attributes().value(AttributeType::OriginalMotionRegion, 0).toInt();
+    const int originId = intOf(region->attributes(), AttributeType::OriginalMotionRegion);
     const ModelEntity* const origin = database_.model()->entity(faceDimension_ + 1, originId);
     if (!origin || touches(*original, origin) || !touches(*copy, origin))
         return;
     replica.attributes().insert(AttributeType::OriginalMotionVertex, copy->id());
-    if (idIn(*original, AttributeType::NewMotionVertex) == replica.id())
+    if (intOf(original->attributes(), AttributeType::NewMotionVertex) == replica.id())
         original->attributes().remove(AttributeType::NewMotionVertex);
     copy->attributes().insert(AttributeType::NewMotionVertex, replica.id());
 }

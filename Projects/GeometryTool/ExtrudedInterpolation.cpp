@@ -2,12 +2,14 @@
 
 #include "EntityName.h"
 #include "EntityNames.h"
+#include "IntAttribute.h"
 #include "Mesh.h"
 #include "MeshEntity.h"
 #include "Model.h"
 #include "ModelEntity.h"
 #include "Progress.h"
 #include "Solver.h"
+#include "TieSearch.h"
 #include "Utility.h"
 #include "VertexTies.h"
 
@@ -83,16 +85,27 @@ QList<MeshEntity*> ExtrudedInterpolation::verticesOnPairs() const
 QString ExtrudedInterpolation::run(Solver& solver)
 {
     requireAtStart(); // steps before this one may have removed mesh faces
-    const qint64 renewed = VertexTies::extruded().count(mesh());
     const qsizetype faceCount = extrudedFaces().size();
-    if (renewed == 0 && faceCount == 0)
+    if (faceCount == 0)
         return QString();
+    requireSearchable();
     solver.interpolateExtrudedFaces();
     requireTies();
     return QStringLiteral("%1, %2 tied")
         .arg(counted(faceCount, QStringLiteral("extruded face")),
              counted(verticesOnPairs().size(), QStringLiteral("vertex"),
                      QStringLiteral("vertices")));
+}
+
+void ExtrudedInterpolation::requireSearchable() const
+{
+    for (const ModelEntity* face : extrudedFaces()) {
+        for (const ModelEntity* side : {face, static_cast<const ModelEntity*>(partnerOf(*face))}) {
+            const QString fault = TieSearch::fault(*side);
+            if (!fault.isEmpty())
+                refuse(fault);
+        }
+    }
 }
 
 void ExtrudedInterpolation::requireTies() const

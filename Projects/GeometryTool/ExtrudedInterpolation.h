@@ -21,6 +21,7 @@ private:
     QList<Geo::ModelEntity*> extrudedFaces() const;
     Geo::ModelEntity* partnerOf(const Geo::ModelEntity& face) const;
     QList<Geo::MeshEntity*> verticesOnPairs() const;
+    void requireSearchable() const;
     void requireTies() const;
 
     Progress& progress_;

@@ -1,7 +1,11 @@
 #include "FaceDoubling.h"
 
 #include "DoublingAftercare.h"
+#include "EntityNames.h"
+#include "IdOrder.h"
+#include "IntAttribute.h"
 #include "Mesh.h"
+#include "MeshEntity.h"
 #include "Model.h"
 #include "ModelEntity.h"
 #include "VertexCopies.h"
@@ -41,6 +45,30 @@ QString FaceDoubling::doubleFaces(const AttributeType& link, const std::function
             counted(mesh().count(faceDimension()) - meshFaceCount, QStringLiteral("new mesh face")),
             counted(mesh().count(0) - vertexCount, QStringLiteral("new vertex"),
                     QStringLiteral("new vertices")));
+}
+
+void FaceDoubling::requireApart(const Sides& sides, const QString& rule) const
+{
+    const auto isBefore = [](const ModelEntity* a, const ModelEntity* b) {
+        return !b || a->id() < b->id();
+    };
+    for (const MeshEntity* vertex : inIdOrder(mesh().iterator(0))) {
+        const ModelEntity* lowest = nullptr;
+        const ModelEntity* other = nullptr;
+        const QList<MeshEntity*> elements = elementsAt(*vertex);
+        for (const MeshEntity* element : elements) {
+            if (sides.contains(element->parent()) && isBefore(element->parent(), lowest))
+                lowest = element->parent();
+        }
+        for (const MeshEntity* element : elements) {
+            if (sides.value(element->parent(), sides.value(lowest)) != sides.value(lowest) &&
+                isBefore(element->parent(), other))
+                other = element->parent();
+        }
+        if (other)
+            refuse(QStringLiteral("%1 and %2 share %3, away from all faces between them; %4")
+                       .arg(withMaterial(*lowest), withMaterial(*other), nameOf(*vertex), rule));
+    }
 }
 
 void FaceDoubling::settle(ModelEntity&) const {}

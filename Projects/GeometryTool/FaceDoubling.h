@@ -2,6 +2,8 @@
 
 #include "PreparationStep.h"
 
+#include <QHash>
+
 #include <functional>
 
 namespace Ovra::GeoTool
@@ -22,6 +24,15 @@ protected:
     /// \param fault what must be the reason when they have
     QString doubleFaces(const Geo::AttributeType& link, const std::function<void()>& operation,
                         const QString& which, const QString& fault);
+
+    /// \brief Regions by the side that they are on; those that are missing are on none.
+    using Sides = QHash<const Geo::ModelEntity*, int>;
+
+    /// \brief Refuses a vertex that elements on different sides share. The library moves vertices
+    ///        of doubled faces alone: where two sides meet along an edge or at a point only, they
+    ///        would go on hanging together.
+    /// \param rule what the case would have to keep to
+    void requireApart(const Sides& sides, const QString& rule) const;
 
 private:
     /// \brief What \p face, which is new, needs besides.

@@ -33,6 +33,8 @@ void FluidSolidSplit::requireFace(ModelEntity& face) const
                               "two can be split")
                    .arg(nameOf(face))
                    .arg(regions.size()));
+    for (const ModelEntity* region : regions)
+        requireSingleLinks(*region);
     const bool firstIsFluid = Utility::isFluid(regions[0]);
     requireOther(face, *regions[firstIsFluid ? 0 : 1], *regions[firstIsFluid ? 1 : 0]);
 }
@@ -51,22 +53,38 @@ void FluidSolidSplit::requireOther(ModelEntity& face, ModelEntity& fluid, ModelE
         refuse(QStringLiteral("%1 lies beside the fluid %2 at %3 and is neither fluid nor "
                               "\"solid\", so that its elements would lose their surface")
                    .arg(withMaterial(other), nameOf(fluid), nameOf(face)));
-    for (const MeshEntity* meshFace : inIdOrder(face.childIterator())) {
-        if (meshFace->adjacencyCount(regionDimension()) != 2)
-            refuse(QStringLiteral("%1 on %2 has %3, not one on each side")
-                       .arg(nameOf(*meshFace), nameOf(face),
-                            counted(meshFace->adjacencyCount(regionDimension()),
-                                    QStringLiteral("element"))));
-    }
+    for (const MeshEntity* meshFace : inIdOrder(face.childIterator()))
+        requireTwoSides(*meshFace, fluid, other);
+}
+
+// One without element in the solid would get no twin, and no pairing of its vertices.
+void FluidSolidSplit::requireTwoSides(const MeshEntity& meshFace, const ModelEntity& fluid,
+                                      const ModelEntity& other) const
+{
+    const QList<MeshEntity*> elements = elementsAt(meshFace);
+    const auto countIn = [&elements](const ModelEntity& region) {
+        return std::count_if(
+            elements.begin(), elements.end(),
+            [&region](const MeshEntity* element) { return element->parent() == &region; });
+    };
+    if (elements.size() != 2 || countIn(fluid) != 1 || countIn(other) != 1)
+        refuse(
+            QStringLiteral("%1 on %2 does not lie between one element of %3 and one of %4")
+                .arg(nameOf(meshFace), nameOf(*meshFace.parent()), nameOf(fluid), nameOf(other)));
 }
 
 QString FluidSolidSplit::run(Solver& solver)
 {
     require();
-    return doubleFaces(
+    const QString done = doubleFaces(
         AttributeType::FluidFace, [&solver] { solver.splitFluidSolidFaces(); },
         QStringLiteral("between fluid and something else"),
         QStringLiteral("a region that is neither fluid nor \"solid\" touches fluid and solid"));
+    Sides sides;
+    for (ModelEntity* region : modelRegions())
+        sides.insert(region, Utility::isFluid(region) ? 1 : 2);
+    requireApart(sides, QStringLiteral("fluid and what is not must touch along whole faces"));
+    return done;
 }
 
 // Without a place in the model they would count as unreferenced, as no element uses them, and their

@@ -19,6 +19,8 @@ private:
     void requireFace(Geo::ModelEntity& face) const;
     void requireOther(Geo::ModelEntity& face, Geo::ModelEntity& fluid,
                       Geo::ModelEntity& other) const;
+    void requireTwoSides(const Geo::MeshEntity& meshFace, const Geo::ModelEntity& fluid,
+                         const Geo::ModelEntity& other) const;
     void settle(Geo::ModelEntity& face) const override;
 };
 

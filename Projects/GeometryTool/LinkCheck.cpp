@@ -12,7 +12,6 @@
 #include <QVariant>
 
 #include <algorithm>
-#include <cmath>
 
 namespace Ovra::GeoTool
 {
@@ -22,13 +21,7 @@ using namespace Ovra::Geo;
 namespace
 {
 
-constexpr int largestStencil = 4;     // what a LinkData holds
-constexpr double sumTolerance = 1e-6; // weights are normalised in double precision
-
-int weightCountOf(const MeshEntity& target)
-{
-    return target.dimension() == 0 ? 1 : target.adjacencyCount(0);
-}
+constexpr int largestStencil = 4; // what a LinkData holds
 
 /// Positive weights of the stencil; only these take room in the writer's record.
 qint64 linkCount(const QVariantList& weights)
@@ -39,20 +32,8 @@ qint64 linkCount(const QVariantList& weights)
 
 } // namespace
 
-LinkCheck::Tags LinkCheck::periodic()
-{
-    return {AttributeType::PeriodicEntityType, AttributeType::PeriodicEntityId,
-            AttributeType::PeriodicWeights};
-}
-
-LinkCheck::Tags LinkCheck::extruded()
-{
-    return {AttributeType::ExtrudedEntityType, AttributeType::ExtrudedEntityId,
-            AttributeType::ExtrudedWeights};
-}
-
-LinkCheck::LinkCheck(const Tags& tags, const CaseView& view, FindingSink& sink)
-    : tags_(tags)
+LinkCheck::LinkCheck(const VertexTies& ties, const CaseView& view, FindingSink& sink)
+    : ties_(ties)
     , view_(view)
     , sink_(sink)
 {
@@ -61,24 +42,18 @@ LinkCheck::LinkCheck(const Tags& tags, const CaseView& view, FindingSink& sink)
 void LinkCheck::run(const Pairs& pairs)
 {
     const auto& vertices = view_.meshEntities(0);
-    if (std::none_of(vertices.begin(), vertices.end(), [this](auto* v) { return isTied(*v); }))
+    if (std::none_of(vertices.begin(), vertices.end(),
+                     [this](auto* v) { return ties_.isTied(*v); }))
         return;
     gather(pairs);
     for (MeshEntity* vertex : vertices) {
-        if (!isTied(*vertex) && partners_.count(vertex) == 0)
+        if (!ties_.isTied(*vertex) && partners_.count(vertex) == 0)
             continue;
         if (const MeshEntity* const target = checkTarget(*vertex)) {
             checkWeights(*vertex, *target);
             checkPlace(*vertex, *target);
         }
     }
-}
-
-bool LinkCheck::isTied(MeshEntity& vertex) const
-{
-    const AttributeMap& attributes = vertex.attributes();
-    return !attributes.isEmpty() &&
-           (attributes.contains(tags_.entityType) || attributes.contains(tags_.entityId));
 }
 
 void LinkCheck::gather(const Pairs& pairs)
@@ -99,12 +74,12 @@ const MeshEntity* LinkCheck::checkTarget(MeshEntity& vertex)
 
 const MeshEntity* LinkCheck::findTarget(MeshEntity& vertex)
 {
-    const int dimension = vertex.attributes().value(tags_.entityType, -1).toInt();
-    const int id = vertex.attributes().value(tags_.entityId, 0).toInt();
+    const int dimension = vertex.attributes().value(ties_.dimensionType(), -1).toInt();
+    const int id = vertex.attributes().value(ties_.idType(), 0).toInt();
     if (dimension < 0 || dimension > 3 || id == 0) {
         sink_.add(FindingKind::MissingLink, vertex, [this] {
             return QStringLiteral("lacks its %1 and %2, or they mean nothing")
-                .arg(tags_.entityType.toString(), tags_.entityId.toString());
+                .arg(ties_.dimensionType().toString(), ties_.idType().toString());
         });
         return nullptr;
     }
@@ -112,7 +87,7 @@ const MeshEntity* LinkCheck::findTarget(MeshEntity& vertex)
     if (!target)
         sink_.add(FindingKind::MissingEntity, vertex, [&] {
             return QStringLiteral("names in %1 the %2, which does not exist")
-                .arg(tags_.entityId.toString(), nameOf(QStringLiteral("mesh"), dimension, id));
+                .arg(ties_.idType().toString(), nameOf(QStringLiteral("mesh"), dimension, id));
         });
     return target;
 }
@@ -120,14 +95,14 @@ const MeshEntity* LinkCheck::findTarget(MeshEntity& vertex)
 bool LinkCheck::checkWeightCount(MeshEntity& vertex, const MeshEntity& target)
 {
     const qsizetype wanted = target.adjacencyCount(0);
-    const QVariantList weights = vertex.attributes().value(tags_.weights, {}).toList();
+    const QVariantList weights = vertex.attributes().value(ties_.weightsType(), {}).toList();
     if (weights.size() >= wanted && linkCount(weights.mid(0, wanted)) <= largestStencil)
         return true;
     sink_.add(FindingKind::BadWeights, vertex, [&] {
         return QStringLiteral("has %1 values in %2 for the %3 vertices of %4; at most %5 of them "
                               "may be positive")
             .arg(weights.size())
-            .arg(tags_.weights.toString())
+            .arg(ties_.weightsType().toString())
             .arg(wanted)
             .arg(nameOf(target))
             .arg(largestStencil);
@@ -137,22 +112,17 @@ bool LinkCheck::checkWeightCount(MeshEntity& vertex, const MeshEntity& target)
 
 void LinkCheck::checkWeights(MeshEntity& vertex, const MeshEntity& target)
 {
-    const QVariantList weights = vertex.attributes().value(tags_.weights, {}).toList();
-    double sum = 0.0;
-    bool valid = weights.size() == weightCountOf(target);
-    QStringList texts;
-    for (const QVariant& weight : weights) {
-        sum += weight.toDouble();
-        valid = valid && weight.toDouble() >= 0.0;
-        texts += QString::number(weight.toDouble(), 'g', 6);
-    }
-    if (!valid || !(std::abs(sum - 1.0) <= sumTolerance))
-        sink_.add(FindingKind::BadWeights, vertex, [&] {
-            return QStringLiteral("has the %1 (%2) for %3; %4 are expected, none negative, with "
-                                  "the sum 1")
-                .arg(tags_.weights.toString(), texts.join(QStringLiteral(", ")), nameOf(target))
-                .arg(weightCountOf(target));
-        });
+    if (ties_.weightFault(vertex, target).isEmpty())
+        return;
+    sink_.add(FindingKind::BadWeights, vertex, [&] {
+        QStringList texts;
+        for (const QVariant& weight : vertex.attributes().value(ties_.weightsType(), {}).toList())
+            texts += QString::number(weight.toDouble(), 'g', 6);
+        return QStringLiteral("has the %1 (%2) for %3; %4 are expected, none negative, with the "
+                              "sum 1")
+            .arg(ties_.weightsType().toString(), texts.join(QStringLiteral(", ")), nameOf(target))
+            .arg(VertexTies::weightCount(target));
+    });
 }
 
 void LinkCheck::checkPlace(MeshEntity& vertex, const MeshEntity& target)
@@ -162,7 +132,7 @@ void LinkCheck::checkPlace(MeshEntity& vertex, const MeshEntity& target)
         return;
     sink_.add(FindingKind::StrayLink, vertex, [&] {
         return QStringLiteral("names in %1 the %2, which does not lie on %3")
-            .arg(tags_.entityId.toString(), nameOf(target), nameOf(*partners->second.front()));
+            .arg(ties_.idType().toString(), nameOf(target), nameOf(*partners->second.front()));
     });
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "AttributeType.h"
+#include "VertexTies.h"
 
 #include <unordered_map>
 #include <utility>
@@ -23,22 +23,11 @@ class FindingSink;
 class LinkCheck
 {
 public:
-    /// \brief The three attributes of a tie.
-    struct Tags
-    {
-        Geo::AttributeType entityType;
-        Geo::AttributeType entityId;
-        Geo::AttributeType weights;
-    };
-
     /// \brief A face and the one that its vertices are tied to.
     using Pairs = std::vector<std::pair<const Geo::ModelEntity*, const Geo::ModelEntity*>>;
 
-    static Tags periodic();
-    static Tags extruded();
-
     /// \param view, sink not owned; must outlive this object
-    LinkCheck(const Tags& tags, const CaseView& view, FindingSink& sink);
+    LinkCheck(const VertexTies& ties, const CaseView& view, FindingSink& sink);
 
     /// \brief Checks all ties in the mesh. If there are any, all vertices on the faces of \p pairs
     /// must have one, to the face's partner.
@@ -52,7 +41,6 @@ public:
 private:
     using Faces = std::vector<const Geo::ModelEntity*>;
 
-    bool isTied(Geo::MeshEntity& vertex) const;
     void gather(const Pairs& pairs);
     const Geo::MeshEntity* findTarget(Geo::MeshEntity& vertex);
     bool checkWeightCount(Geo::MeshEntity& vertex, const Geo::MeshEntity& target);
@@ -60,7 +48,7 @@ private:
     void checkPlace(Geo::MeshEntity& vertex, const Geo::MeshEntity& target);
     bool liesOn(const Geo::MeshEntity& target, const Faces& faces) const;
 
-    Tags tags_;
+    VertexTies ties_;
     const CaseView& view_;
     FindingSink& sink_;
     std::unordered_map<const Geo::MeshEntity*, Faces> faces_;    ///< that a vertex lies on

@@ -1,10 +1,8 @@
 #include "MeshRenumbering.h"
 
-#include "EntityNames.h"
 #include "IdOrder.h"
 #include "Mesh.h"
 #include "MeshEntity.h"
-#include "VertexLinks.h"
 
 #include <QStringList>
 
@@ -32,20 +30,8 @@ qint64 displacedCount(const Mesh& mesh, int dimension)
 
 } // namespace
 
-// A stale number would come to name another vertex.
-void MeshRenumbering::require() const
-{
-    forEachVertexLink(mesh(), [this](MeshEntity& vertex, const AttributeType& type, int id) {
-        if (!mesh().entity(0, id))
-            refuse(
-                QStringLiteral("%1 of %2 names %3, which does not exist")
-                    .arg(type.toString(), nameOf(vertex), nameOf(QStringLiteral("mesh"), 0, id)));
-    });
-}
-
 QString MeshRenumbering::run(Solver&)
 {
-    require();
     QStringList parts;
     for (int dimension = 0; dimension < 4; ++dimension) {
         const QString part = renumber(dimension);

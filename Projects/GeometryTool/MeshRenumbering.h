@@ -14,7 +14,6 @@ public:
     QString run(Geo::Solver& solver) override;
 
 private:
-    void require() const;
     QString renumber(int dimension);
 };
 

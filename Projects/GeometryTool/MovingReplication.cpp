@@ -1,6 +1,7 @@
 #include "MovingReplication.h"
 
 #include "EntityNames.h"
+#include "IntAttribute.h"
 #include "Mesh.h"
 #include "Model.h"
 #include "ModelEntity.h"
@@ -32,7 +33,7 @@ bool isReplica(const ModelEntity* region)
 void MovingReplication::requireAtStart() const
 {
     for (ModelEntity* region : movingRegions()) {
-        requireStandIns(*region);
+        requireSingleLinks(*region);
         requireUnsplit(*region);
         requireStillFluid(*region);
     }

@@ -1,13 +1,11 @@
 #include "PairCheck.h"
 
-#include "AttributeMap.h"
 #include "CaseView.h"
 #include "EntityNames.h"
 #include "FindingSink.h"
+#include "IntAttribute.h"
 #include "Model.h"
 #include "ModelEntity.h"
-
-#include <QVariant>
 
 #include <algorithm>
 #include <map>
@@ -27,19 +25,14 @@ struct Sides
     std::vector<const ModelEntity*> second;
 };
 
-int intOf(const ModelEntity& entity, const AttributeType& type)
-{
-    return entity.attributes().value(type, 0).toInt();
-}
-
 std::map<int, Sides> sidesByPair(const CaseView& view)
 {
     std::map<int, Sides> pairs;
     for (const ModelEntity* face : view.modelEntities(view.faceDimension())) {
-        const int pair = intOf(*face, AttributeType::PeriodicPairId);
+        const int pair = intOf(face->attributes(), AttributeType::PeriodicPairId);
         if (pair == 0)
             continue;
-        const bool isFirst = intOf(*face, AttributeType::PeriodicSideId) == 1;
+        const bool isFirst = intOf(face->attributes(), AttributeType::PeriodicSideId) == 1;
         (isFirst ? pairs[pair].first : pairs[pair].second).push_back(face);
     }
     return pairs;
@@ -66,10 +59,10 @@ void PairCheck::run()
 {
     const LinkCheck::Pairs periodic = periodicPairs();
     checkMeshes(FindingKind::PeriodicPair, periodic);
-    LinkCheck(LinkCheck::periodic(), view_, sink_).run(periodic);
+    LinkCheck(VertexTies::periodic(), view_, sink_).run(periodic);
     const LinkCheck::Pairs extruded = extrudedPairs();
     checkMeshes(FindingKind::ExtrudedPair, extruded);
-    LinkCheck(LinkCheck::extruded(), view_, sink_).run(extruded);
+    LinkCheck(VertexTies::extruded(), view_, sink_).run(extruded);
 }
 
 LinkCheck::Pairs PairCheck::periodicPairs()
@@ -93,7 +86,7 @@ LinkCheck::Pairs PairCheck::extrudedPairs()
 {
     LinkCheck::Pairs pairs;
     for (const ModelEntity* face : view_.modelEntities(view_.faceDimension())) {
-        const int id = intOf(*face, AttributeType::ExtrudedFace);
+        const int id = intOf(face->attributes(), AttributeType::ExtrudedFace);
         const ModelEntity* const partner = view_.model().entity(view_.faceDimension(), id);
         if (partner == face)
             sink_.add(FindingKind::ExtrudedPair, *face,

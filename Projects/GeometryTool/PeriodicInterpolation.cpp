@@ -3,18 +3,20 @@
 #include "EntityName.h"
 #include "EntityNames.h"
 #include "IdOrder.h"
+#include "IntAttribute.h"
 #include "Mesh.h"
 #include "MeshEntity.h"
 #include "Model.h"
 #include "ModelEntity.h"
 #include "Solver.h"
+#include "TieSearch.h"
 #include "Utility.h"
 #include "VertexTies.h"
 
 #include <QHash>
 
 #include <algorithm>
-#include <cmath>
+#include <limits>
 
 namespace Ovra::GeoTool
 {
@@ -26,8 +28,6 @@ namespace
 
 /// A mean of unit normals that is shorter belongs to no plane.
 constexpr double planeNormalLength = 0.99;
-/// Beyond this the search for the closest mesh face gives up with nothing.
-constexpr double farthest = 1e9;
 /// How far a vertex may land from its tie, in longest edges of the mesh entity it is tied to.
 constexpr double allowedMiss = 0.5;
 
@@ -36,18 +36,12 @@ const QString remedy =
 
 int pairIdOf(const ModelEntity* face)
 {
-    return face->attributes().value(AttributeType::PeriodicPairId, 0).toInt();
+    return intOf(face->attributes(), AttributeType::PeriodicPairId);
 }
 
 bool isFirstSide(const ModelEntity* face)
 {
-    return face->attributes().value(AttributeType::PeriodicSideId, 0).toInt() == 1;
-}
-
-bool isUsable(const Vector& point)
-{
-    return std::abs(point.x()) < farthest && std::abs(point.y()) < farthest &&
-           std::abs(point.z()) < farthest; // false for what is no number
+    return intOf(face->attributes(), AttributeType::PeriodicSideId) == 1;
 }
 
 PeriodicTransform transformOf(Model& model)
@@ -159,6 +153,17 @@ QList<MeshEntity*> PeriodicInterpolation::verticesOn(const Pairs& pairs) const
     return sorted;
 }
 
+void PeriodicInterpolation::requireSearchable(const Pairs& pairs) const
+{
+    for (const Pair& pair : pairs) {
+        for (const ModelEntity* face : {pair.first, pair.second}) {
+            const QString fault = TieSearch::fault(*face);
+            if (!fault.isEmpty())
+                refuse(fault);
+        }
+    }
+}
+
 /// The library computes the transform and follows it at once, also where it leads nowhere. With all
 /// vertices marked as tied it goes no further than the transform.
 PeriodicTransform PeriodicInterpolation::rehearse(Solver& solver, const Pairs& pairs) const
@@ -177,9 +182,8 @@ void PeriodicInterpolation::requireUsable(const Pairs& pairs,
                                           const PeriodicTransform& transform) const
 {
     for (const MeshEntity* vertex : verticesOn(pairs)) {
-        const Vector point = vertex->centroid();
         for (const PeriodicTransform& map : {transform, transform.inverse()}) {
-            if (!isUsable(point) || !isUsable(map.map(point)))
+            if (!TieSearch::isWithinReach(map.map(vertex->centroid())))
                 refuse(QStringLiteral("the periodic transform takes %1 nowhere; %2")
                            .arg(nameOf(*vertex), remedy));
         }
@@ -190,12 +194,9 @@ QString PeriodicInterpolation::run(Solver& solver)
 {
     requireAtStart(); // steps before this one may have removed mesh faces
     const Pairs all = pairs();
-    const qint64 renewed = VertexTies::periodic().clear(mesh());
     if (all.isEmpty())
-        return renewed == 0 ? QString()
-                            : QStringLiteral("%1 released, as no face is periodic any more")
-                                  .arg(counted(renewed, QStringLiteral("vertex"),
-                                               QStringLiteral("vertices")));
+        return QString();
+    requireSearchable(all);
     const auto guide = std::find_if(all.begin(), all.end(), arePlanar);
     requireOneSense(*guide);
     requirePlane(*guide->first);
@@ -229,7 +230,7 @@ void PeriodicInterpolation::requireTies(const Pairs& pairs,
             refuse(QStringLiteral("%1 at %2 on a periodic face %3; %4")
                        .arg(nameOf(*vertex), placeText(vertex->centroid()), fault, remedy));
         const Vector place = ties.placeOf(mesh(), *vertex);
-        double miss = farthest;
+        double miss = std::numeric_limits<double>::infinity();
         for (const Vector& image : images.value(vertex))
             miss = std::min(miss, (image - place).length());
         const MeshEntity& partner = ties.entityOf(mesh(), *vertex);

@@ -26,6 +26,7 @@ private:
     Pairs pairs() const;
     void requireOneSense(const Pair& pair) const;
     void requirePlane(const Geo::ModelEntity& face) const;
+    void requireSearchable(const Pairs& pairs) const;
     Geo::PeriodicTransform rehearse(Geo::Solver& solver, const Pairs& pairs) const;
     void requireUsable(const Pairs& pairs, const Geo::PeriodicTransform& transform) const;
     void requireTies(const Pairs& pairs, const Geo::PeriodicTransform& transform) const;

@@ -35,7 +35,7 @@ int elementsOn(const ModelEntity& region, const MeshEntity& meshFace)
 void PeripheralDoubling::requireAtStart() const
 {
     for (const ModelEntity* device : devices())
-        requireStandIns(*device);
+        requireSingleLinks(*device);
 }
 
 QList<ModelEntity*> PeripheralDoubling::devices() const
@@ -131,10 +131,23 @@ QString PeripheralDoubling::run(Solver& solver)
     requireAtStart();
     for (const ModelEntity* device : devices())
         require(*device);
-    return doubleFaces(
+    const QString done = doubleFaces(
         AttributeType::RotorFace, [&solver] { solver.addPeripheralFaces(); },
         QStringLiteral("of rotating devices"),
         QStringLiteral("something other than fluid touches the rim of a rotating device"));
+    requireApart(sides(), QStringLiteral("a rotating device must touch fluid along whole faces"));
+    return done;
+}
+
+/// Each device turns by itself; all other fluid stays in place.
+FaceDoubling::Sides PeripheralDoubling::sides() const
+{
+    Sides sides;
+    for (ModelEntity* region : modelRegions()) {
+        if (Utility::isFluid(region))
+            sides.insert(region, isOfMaterial(*region, rotatingDevice) ? region->id() : 0);
+    }
+    return sides;
 }
 
 } // namespace Ovra::GeoTool

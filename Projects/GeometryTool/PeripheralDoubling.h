@@ -17,6 +17,7 @@ public:
 private:
     QList<Geo::ModelEntity*> devices() const;
     QList<Geo::ModelEntity*> peripheralFaces(const Geo::ModelEntity& device) const;
+    Sides sides() const;
     void require(const Geo::ModelEntity& device) const;
     void requireTwoSides(const Geo::ModelEntity& device, const Geo::ModelEntity& face) const;
     void requireFreeRim(const Geo::ModelEntity& device, const Geo::ModelEntity& face) const;

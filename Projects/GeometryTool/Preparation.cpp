@@ -3,10 +3,12 @@
 #include "CaseFindings.h"
 #include "CaseVerifier.h"
 #include "Database.h"
+#include "EntityNames.h"
 #include "ExtrudedInterpolation.h"
 #include "FluidSolidSplit.h"
 #include "Mesh.h"
 #include "MeshRenumbering.h"
+#include "Model.h"
 #include "MovingReplication.h"
 #include "PeriodicInterpolation.h"
 #include "PeripheralDoubling.h"
@@ -36,6 +38,7 @@ struct Operation
 {
     const char* name;
     const char* description;
+    bool addsEntities;
     bool changesMesh; ///< ids or vertices that the ties of periodic and extruded faces name
     MakeStep make;
 };
@@ -50,23 +53,45 @@ std::unique_ptr<PreparationStep> make(Database& database, Progress&)
 const std::vector<Operation>& operations()
 {
     static const std::vector<Operation> table = {
-        {"decompose-wedges", "Cut wedges into tetrahedra", true, make<WedgeDecomposition>},
-        {"replicate-moving", "Give each moving region a replica that moves", true,
+        {"decompose-wedges", "Cut wedges into tetrahedra", true, true, make<WedgeDecomposition>},
+        {"replicate-moving", "Give each moving region a replica that moves", true, true,
          make<MovingReplication>},
-        {"split-fluid-solid", "Double the faces between fluid and solid", true,
+        {"split-fluid-solid", "Double the faces between fluid and solid", true, true,
          make<FluidSolidSplit>},
-        {"peripheral", "Double the faces between rotating devices and fluid", true,
+        {"peripheral", "Double the faces between rotating devices and fluid", true, true,
          make<PeripheralDoubling>},
-        {"remove-unreferenced", "Remove mesh entities that nothing uses", true,
+        {"remove-unreferenced", "Remove mesh entities that nothing uses", false, true,
          make<UnreferencedRemoval>},
-        {"renumber", "Close the gaps in the ids of the mesh", true, make<MeshRenumbering>},
-        {"periodic", "Tie the vertices of periodic faces to their partners", false,
+        {"renumber", "Close the gaps in the ids of the mesh", false, true, make<MeshRenumbering>},
+        {"periodic", "Tie the vertices of periodic faces to their partners", false, false,
          make<PeriodicInterpolation>},
-        {"extruded", "Tie the vertices of extruded faces to their partners", false,
+        {"extruded", "Tie the vertices of extruded faces to their partners", false, false,
          [](Database& database, Progress& progress) {
              return std::make_unique<ExtrudedInterpolation>(database, progress);
          }}};
     return table;
+}
+
+/// Far more than memory holds above it is left for the ids of what operations add.
+constexpr int highestId = 1000000000;
+
+template <typename Container>
+void requireRoomIn(const Container& container, const QString& owner, const QString& remedy)
+{
+    for (int dimension = 0; dimension < 4; ++dimension) {
+        int highest = 0;
+        for (auto walk = container.iterator(dimension); walk.hasNext();) {
+            walk.next();
+            highest = std::max(highest, walk.key());
+        }
+        if (highest > highestId)
+            throw ToolError(ExitCode::Unsuitable,
+                            QStringLiteral("%1 has an id above %2, which leaves too few for new "
+                                           "entities%3")
+                                .arg(nameOf(owner, dimension, highest))
+                                .arg(highestId)
+                                .arg(remedy));
+    }
 }
 
 /// What makes operations follow null or dead pointers, or take numbers for what they are not.
@@ -117,6 +142,7 @@ QStringList Preparation::run(const QStringList& names)
     const CaseFindings before =
         CaseVerifier(database_).verify(progress_, CaseVerifier::AllTopics, 1);
     requireSound(before);
+    requireRoomForIds(names);
 
     std::vector<std::pair<const Operation*, std::unique_ptr<PreparationStep>>> steps;
     for (const Operation& operation : operations()) {
@@ -135,8 +161,7 @@ QStringList Preparation::run(const QStringList& names)
         const QString done = step->run(solver);
         if (!done.isEmpty() && operation->changesMesh)
             requireNoTies(name);
-        report +=
-            name + QStringLiteral(": ") + (done.isEmpty() ? QStringLiteral("nothing to do") : done);
+        report += name + QStringLiteral(": ") + (done.isEmpty() ? releaseText(name) : done);
     }
     requireNoWorse(before);
     progress_.finish();
@@ -147,10 +172,37 @@ QStringList Preparation::run(const QStringList& names)
 /// whatever has become of what they name.
 void Preparation::releaseTies(const QStringList& names)
 {
-    if (names.contains(QStringLiteral("periodic")))
-        VertexTies::periodic().clear(*database_.mesh());
-    if (names.contains(QStringLiteral("extruded")))
-        VertexTies::extruded().clear(*database_.mesh());
+    const QString periodic = QStringLiteral("periodic");
+    const QString extruded = QStringLiteral("extruded");
+    if (names.contains(periodic))
+        released_[periodic] = VertexTies::periodic().clear(*database_.mesh());
+    if (names.contains(extruded))
+        released_[extruded] = VertexTies::extruded().clear(*database_.mesh());
+}
+
+/// What is told of an operation that found nothing to do itself.
+QString Preparation::releaseText(const QString& operation) const
+{
+    const qint64 count = released_.value(operation);
+    return count == 0
+               ? QStringLiteral("nothing to do")
+               : QStringLiteral("no face is %1 any more, so that vertices tied by an earlier "
+                                "run are released, %2 of them")
+                     .arg(operation)
+                     .arg(count);
+}
+
+void Preparation::requireRoomForIds(const QStringList& names) const
+{
+    const bool adds =
+        std::any_of(operations().begin(), operations().end(), [&names](const Operation& operation) {
+            return operation.addsEntities && names.contains(QLatin1String(operation.name));
+        });
+    if (!adds)
+        return;
+    requireRoomIn(*database_.model(), QStringLiteral("model"), QString());
+    requireRoomIn(*database_.mesh(), QStringLiteral("mesh"),
+                  QStringLiteral("; give --renumber first, by itself"));
 }
 
 void Preparation::requireSound(const CaseFindings& findings) const

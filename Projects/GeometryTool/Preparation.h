@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMap>
 #include <QString>
 #include <QStringList>
 
@@ -49,6 +50,8 @@ public:
 
 private:
     void releaseTies(const QStringList& operations);
+    QString releaseText(const QString& operation) const;
+    void requireRoomForIds(const QStringList& operations) const;
     void requireSound(const CaseFindings& findings) const;
     void requireNoWorse(const CaseFindings& before) const;
     void requireNoTies(const QString& operation) const;
@@ -56,6 +59,7 @@ private:
     Geo::Database& database_;
     Progress& progress_;
     double extrusionTolerance_;
+    QMap<QString, qint64> released_; ///< by operation, vertices that were tied by an earlier run
 };
 
 } // namespace Ovra::GeoTool

@@ -9,6 +9,8 @@
 #include "ModelEntity.h"
 #include "ToolError.h"
 
+#include <QSet>
+
 namespace Ovra::GeoTool
 {
 
@@ -78,18 +80,15 @@ qint64 PreparationStep::sideCount() const
     return count;
 }
 
-void PreparationStep::requireStandIns(const ModelEntity& region) const
+void PreparationStep::requireSingleLinks(const ModelEntity& region) const
 {
-    if (!region.attributes().value(AttributeType::MeshByExtrusion, false).toBool())
-        return;
+    QSet<const ModelEntity*> listed;
     for (auto faces = region.adjacencyIterator(faceDimension()); faces.hasNext();) {
         const ModelEntity* const face = faces.next();
-        const int id = intOf(face->attributes(), AttributeType::NonExtrudedFace);
-        if (id != 0 && !model().entity(face->dimension(), id))
-            refuse(QStringLiteral("non_extruded_face of %1 names %2, which does not exist, and %3 "
-                                  "finds its neighbours through it")
-                       .arg(nameOf(*face), nameOf(QStringLiteral("model"), face->dimension(), id),
-                            nameOf(region)));
+        if (listed.contains(face))
+            refuse(QStringLiteral("%1 lists %2 more than once; it would be doubled as often")
+                       .arg(nameOf(region), nameOf(*face)));
+        listed.insert(face);
     }
 }
 
@@ -101,11 +100,6 @@ void PreparationStep::refuse(const QString& text)
 bool PreparationStep::isMeshed(const ModelEntity& region)
 {
     return region.childCount() > 0;
-}
-
-int PreparationStep::intOf(const AttributeMap& attributes, const AttributeType& type)
-{
-    return attributes.value(type, 0).toInt();
 }
 
 bool PreparationStep::isOfMaterial(const ModelEntity& region, const QString& type)

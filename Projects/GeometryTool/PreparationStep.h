@@ -66,16 +66,13 @@ protected:
     ///        number; where it falls, a mesh face and its element no longer share their vertices.
     qint64 sideCount() const;
 
-    /// \brief Refuses a region that finds its neighbours through faces that do not exist.
-    void requireStandIns(const Geo::ModelEntity& region) const;
+    /// \brief Refuses a region that lists a face twice: the library would double it twice over.
+    void requireSingleLinks(const Geo::ModelEntity& region) const;
 
     /// \brief Ends the preparation with \p text; nothing has been written by then.
     [[noreturn]] static void refuse(const QString& text);
 
     static bool isMeshed(const Geo::ModelEntity& region);
-
-    /// \brief The number in an attribute, 0 if there is none.
-    static int intOf(const Geo::AttributeMap& attributes, const Geo::AttributeType& type);
 
     /// \brief Whether `material_type` is exactly \p type.
     static bool isOfMaterial(const Geo::ModelEntity& region, const QString& type);

@@ -1,10 +1,10 @@
 #include "SolverInputCheck.h"
 
-#include "AttributeMap.h"
 #include "AttributeType.h"
 #include "CaseFindings.h"
 #include "ClassificationCheck.h"
 #include "ElementCheck.h"
+#include "IntAttribute.h"
 #include "LinkCheck.h"
 #include "MeshEntity.h"
 #include "Model.h"
@@ -13,8 +13,6 @@
 #include "ReferenceCheck.h"
 #include "SideCheck.h"
 #include "ToolError.h"
-
-#include <QVariant>
 
 #include <utility>
 #include <vector>
@@ -39,11 +37,6 @@ public:
                             Finding{kind, entity, place, text()}.line());
     }
 };
-
-int intOf(const AttributeMap& attributes, const AttributeType& type, int defaultValue)
-{
-    return attributes.value(type, defaultValue).toInt();
-}
 
 } // namespace
 
@@ -97,9 +90,9 @@ void SolverInputCheck::checkSurfaceConnectivity() const
 void SolverInputCheck::checkPeriodic() const
 {
     Refusal refusal;
-    LinkCheck links(LinkCheck::periodic(), view_, refusal);
+    LinkCheck links(VertexTies::periodic(), view_, refusal);
     for (const ModelEntity* face : view_.modelEntities(view_.faceDimension())) {
-        if (intOf(face->attributes(), AttributeType::PeriodicPairId, 0) == 0)
+        if (intOf(face->attributes(), AttributeType::PeriodicPairId) == 0)
             continue;
         checkShapes(*face);
         for (MeshEntity* vertex : CaseView::verticesOn(*face))
@@ -110,17 +103,17 @@ void SolverInputCheck::checkPeriodic() const
 void SolverInputCheck::checkExtrusion() const
 {
     Refusal refusal;
-    LinkCheck links(LinkCheck::extruded(), view_, refusal);
+    LinkCheck links(VertexTies::extruded(), view_, refusal);
     for (MeshEntity* vertex : view_.meshEntities(0)) {
         const AttributeMap& attributes = vertex->attributes();
         if (intOf(attributes, AttributeType::ExtrudedEntityType, -1) != -1 &&
-            intOf(attributes, AttributeType::ExtrudedEntityId, 0) != 0)
+            intOf(attributes, AttributeType::ExtrudedEntityId) != 0)
             links.checkTarget(*vertex);
     }
     ReferenceCheck references(view_, refusal);
     constexpr int literalDimension = 2; // of the writer, in planar models too
     for (const ModelEntity* face : view_.modelEntities(literalDimension)) {
-        const int partner = intOf(face->attributes(), AttributeType::ExtrudedFace, 0);
+        const int partner = intOf(face->attributes(), AttributeType::ExtrudedFace);
         if (partner == 0)
             continue;
         references.checkReference(*face, AttributeType::ExtrudedFace);
@@ -146,7 +139,7 @@ void SolverInputCheck::checkRotating() const
     ReferenceCheck references(view_, refusal);
     for (const ModelEntity* face : view_.modelEntities(view_.faceDimension())) {
         references.checkReference(*face, AttributeType::StatorFace);
-        const int stator = intOf(face->attributes(), AttributeType::StatorFace, 0);
+        const int stator = intOf(face->attributes(), AttributeType::StatorFace);
         if (stator == 0)
             continue;
         checkShapes(*face);

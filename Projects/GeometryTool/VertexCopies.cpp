@@ -11,18 +11,15 @@ namespace Ovra::GeoTool
 
 using namespace Ovra::Geo;
 
-bool VertexCopies::add(const ModelEntity& face, const ModelEntity& twin)
+void VertexCopies::add(const ModelEntity& face, const ModelEntity& twin)
 {
     const QList<MeshEntity*> meshFaces = inIdOrder(face.childIterator());
     const QList<MeshEntity*> twins = inIdOrder(twin.childIterator());
-    if (meshFaces.size() != twins.size())
-        return false;
     for (qsizetype i = 0; i < meshFaces.size(); ++i) {
         const MeshEntity& from = *meshFaces.at(i);
         for (int j = 0; j < from.adjacencyCount(0); ++j)
             copies_.insert(from.adjacencyAt(0, j), twins.at(i)->adjacencyAt(0, j));
     }
-    return true;
 }
 
 QList<MeshEntity*> VertexCopies::originals() const

@@ -20,10 +20,9 @@ class VertexCopies
 public:
     /// \brief Pairs the vertices of the mesh on \p face with those of the mesh on \p twin.
     ///
-    /// The twins of the mesh faces must have been made in ascending order of their ids, with their
-    /// vertices in the same order.
-    /// \return false, with nothing learnt, if the numbers of mesh faces differ
-    bool add(const Geo::ModelEntity& face, const Geo::ModelEntity& twin);
+    /// Each mesh face must have a twin, made in ascending order of their ids, with its vertices in
+    /// the same order.
+    void add(const Geo::ModelEntity& face, const Geo::ModelEntity& twin);
 
     bool isEmpty() const { return copies_.isEmpty(); }
 

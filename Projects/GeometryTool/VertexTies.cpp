@@ -36,11 +36,6 @@ QString faultOf(const QVariantList& weights)
                : QString();
 }
 
-qsizetype weightCount(const MeshEntity& entity)
-{
-    return entity.dimension() == 0 ? 1 : entity.adjacencyCount(0);
-}
-
 } // namespace
 
 VertexTies::VertexTies(const AttributeType& entityType, const AttributeType& entityId,
@@ -66,6 +61,8 @@ VertexTies VertexTies::extruded()
 bool VertexTies::isTied(MeshEntity& vertex) const
 {
     const AttributeMap& attributes = vertex.attributes();
+    if (attributes.isEmpty())
+        return false;
     return attributes.contains(entityType_) || attributes.contains(entityId_) ||
            attributes.contains(weights_);
 }
@@ -90,6 +87,21 @@ qint64 VertexTies::clear(Mesh& mesh) const
     return cleared;
 }
 
+qsizetype VertexTies::weightCount(const MeshEntity& entity)
+{
+    return entity.dimension() == 0 ? 1 : entity.adjacencyCount(0);
+}
+
+QString VertexTies::weightFault(MeshEntity& vertex, const MeshEntity& entity) const
+{
+    const QVariantList weights = vertex.attributes().value(weights_, {}).toList();
+    if (weights.size() != weightCount(entity))
+        return QStringLiteral("has %1 weights for %2 vertices")
+            .arg(weights.size())
+            .arg(weightCount(entity));
+    return faultOf(weights);
+}
+
 QString VertexTies::fault(const Mesh& mesh, MeshEntity& vertex) const
 {
     const AttributeMap& attributes = vertex.attributes();
@@ -97,14 +109,7 @@ QString VertexTies::fault(const Mesh& mesh, MeshEntity& vertex) const
     const int id = attributes.value(entityId_, 0).toInt();
     const MeshEntity* const entity =
         dimension >= 0 && dimension < 3 ? mesh.entity(dimension, id) : nullptr;
-    if (!entity)
-        return QStringLiteral("is tied to no mesh entity");
-    const QVariantList weights = attributes.value(weights_, {}).toList();
-    if (weights.size() != weightCount(*entity))
-        return QStringLiteral("has %1 weights for %2 vertices")
-            .arg(weights.size())
-            .arg(weightCount(*entity));
-    return faultOf(weights);
+    return entity ? weightFault(vertex, *entity) : QStringLiteral("is tied to no mesh entity");
 }
 
 const MeshEntity& VertexTies::entityOf(const Mesh& mesh, MeshEntity& vertex) const

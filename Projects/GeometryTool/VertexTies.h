@@ -5,8 +5,6 @@
 
 #include <QString>
 
-#include <optional>
-
 namespace Ovra::Geo
 {
 class Mesh;
@@ -30,10 +28,24 @@ public:
     /// \return how many vertices had any
     qint64 clear(Geo::Mesh& mesh) const;
 
+    const Geo::AttributeType& dimensionType() const { return entityType_; }
     const Geo::AttributeType& idType() const { return entityId_; }
+    const Geo::AttributeType& weightsType() const { return weights_; }
+
+    /// \brief Whether \p vertex carries any of the attributes.
+    bool isTied(Geo::MeshEntity& vertex) const;
+
+    /// \brief How many weights a tie to \p entity has: one for each of its vertices, and one for a
+    ///        vertex itself.
+    static qsizetype weightCount(const Geo::MeshEntity& entity);
+
+    /// \brief What is wrong with the weights of \p vertex for \p entity: too few or too many, not
+    ///        finite, negative, or not 1 in sum.
+    /// \return empty if nothing is
+    QString weightFault(Geo::MeshEntity& vertex, const Geo::MeshEntity& entity) const;
 
     /// \brief What is wrong with the tie of \p vertex: a missing attribute, an entity that is not
-    ///        there, weights that are too few, not finite, negative, or not 1 in sum.
+    ///        there, or its weights.
     /// \return empty if nothing is
     QString fault(const Geo::Mesh& mesh, Geo::MeshEntity& vertex) const;
 
@@ -46,8 +58,6 @@ public:
 private:
     VertexTies(const Geo::AttributeType& entityType, const Geo::AttributeType& entityId,
                const Geo::AttributeType& weights);
-
-    bool isTied(Geo::MeshEntity& vertex) const;
 
     Geo::AttributeType entityType_;
     Geo::AttributeType entityId_;

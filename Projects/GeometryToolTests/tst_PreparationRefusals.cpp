@@ -1,10 +1,12 @@
 #include "../GeometryDatabaseTests/TestMesh.h"
+#include "ModelFace.h"
 #include "PreparationCase.h"
 #include "Solver.h"
 
 #include <QTest>
 
 #include <functional>
+#include <limits>
 #include <memory>
 
 using namespace Ovra::Geo;
@@ -27,6 +29,22 @@ Change both(const Change& first, const Change& second)
     return [=](GridMesh& grid) {
         first(grid);
         second(grid);
+    };
+}
+
+/// A region that lists its face towards another one twice.
+Change listedTwice(int regionId, int otherId)
+{
+    return
+        [=](GridMesh& grid) { grid.region(regionId)->addAdjacency(grid.face(regionId, otherId)); };
+}
+
+/// A third region at the face between two.
+Change boundedToo(int a, int b, int third)
+{
+    return [=](GridMesh& grid) {
+        grid.region(third)->addAdjacency(grid.face(a, b));
+        grid.face(a, b)->addAdjacency(grid.region(third));
     };
 }
 
@@ -92,6 +110,78 @@ private slots:
         QCOMPARE(test.mesh().count(3), 2);
     }
 
+    void wedgesAtPyramidsAreNotCut()
+    {
+        TestMesh test;
+        auto* region = test.addModelRegion();
+        auto* face = test.addModelFace();
+        TestMesh::link(region, face);
+        TestMesh::Vertices v;
+        for (const Vector& point : TestMesh::unitCellPoints(6))
+            v.append(test.addVertex(point, 0, region));
+        v.append(test.addVertex(Vector(0.5, -1, 0.5), 0, region));
+        test.addCell(v.mid(0, 6), region, face);
+        test.addCell({v[0], v[1], v[4], v[3], v[6]}, region, face);
+        auto* curve = test.addModelEdge();
+        for (MeshEntity* edge : MeshChecks::sorted(test.mesh().iterator(1)))
+            curve->addChild(edge);
+        test.mesh().setUpwardAdjacencies();
+        QCOMPARE(prepare(test.database, {"decompose-wedges"}).refusal,
+                 "mesh region 1, a wedge, shares a quadrilateral with mesh region 2, a pyramid, "
+                 "which is not cut; the mesh would no longer conform");
+        QCOMPARE(test.mesh().count(3), 2);
+    }
+
+    // The tetrahedra of a wedge that is inside out are so too: three wrong elements for one.
+    void whatWouldComeOutWorseIsNotLetOut()
+    {
+        GridMesh grid(plan({"1"}, {}, Wedge));
+        MeshEntity* const wedge = grid.mesh()->entity(3, 1);
+        const QList<MeshEntity*> vertices = MeshChecks::neighbours(wedge, 0);
+        for (MeshEntity* vertex : vertices)
+            wedge->removeAdjacency(vertex);
+        for (const int position : {3, 4, 5, 0, 1, 2})
+            wedge->addAdjacency(vertices[position]);
+        const QString refusal = prepare(*grid.database(), {"decompose-wedges"}).refusal;
+        QVERIFY2(refusal.startsWith("the case would come out unsound, so nothing is written: mesh "
+                                    "region "),
+                 qPrintable(refusal));
+        QVERIFY2(refusal.contains("inside out"), qPrintable(refusal));
+    }
+
+    // The next id would be none: numbers begin again far below 0.
+    void thereMustBeRoomForNewIds_data()
+    {
+        QTest::addColumn<QString>("operation");
+        for (const char* name :
+             {"decompose-wedges", "replicate-moving", "split-fluid-solid", "peripheral"})
+            QTest::newRow(name) << name;
+    }
+
+    void thereMustBeRoomForNewIds()
+    {
+        QFETCH(QString, operation);
+        constexpr int highest = std::numeric_limits<int>::max();
+        const QMap<int, QString> materials = {{1, "fluid"}, {2, "solid"}};
+        GridMesh grid(plan({"12"}, materials, Wedge));
+        auto* lone = new MeshVertex;
+        lone->setId(highest);
+        grid.mesh()->add(lone);
+        QCOMPARE(prepare(*grid.database(), {operation}).refusal,
+                 "mesh vertex 2147483647 has an id above 1000000000, which leaves too few for new "
+                 "entities; give --renumber first, by itself");
+        QCOMPARE(prepare(*grid.database(), {"renumber"}).refusal, QString());
+        QCOMPARE(prepare(*grid.database(), {"split-fluid-solid"}).refusal, QString());
+
+        GridMesh other(plan({"12"}, materials, Wedge));
+        auto* face = new ModelFace;
+        face->setId(highest);
+        other.model()->add(face);
+        QCOMPARE(prepare(*other.database(), {operation}).refusal,
+                 "model face 2147483647 has an id above 1000000000, which leaves too few for new "
+                 "entities");
+    }
+
     // The two sides of what has been doubled have vertices of their own, whose ids may call for
     // different diagonals.
     void wedgesAreNotCutAfterASplit()
@@ -125,15 +215,25 @@ private slots:
     }
 
     // The removed number would be a stale link, and after renumbering the name of another vertex.
+    void verticesThatLinksNameAreNotRemoved_data()
+    {
+        QTest::addColumn<QString>("tag");
+        for (const char* tag : {"shell_vertex", "rotor_vertex", "stator_vertex",
+                                "original_motion_vertex", "new_motion_vertex"})
+            QTest::newRow(tag) << tag;
+    }
+
     void verticesThatLinksNameAreNotRemoved()
     {
+        QFETCH(QString, tag);
         GridMesh grid(plan({"1"}, {}));
         auto* lone = new MeshVertex;
         grid.mesh()->add(lone);
-        grid.mesh()->entity(0, 3)->attributes().insert(AttributeType::ShellVertex, lone->id());
+        grid.mesh()->entity(0, 3)->attributes().insert(AttributeType::fromString(tag), lone->id());
         QCOMPARE(prepare(*grid.database(), {"remove-unreferenced"}).refusal,
-                 QStringLiteral("shell_vertex of mesh vertex 3 names mesh vertex %1, which no "
-                                "element uses and which would be removed")
+                 QStringLiteral("%1 of mesh vertex 3 names mesh vertex %2, which no element uses "
+                                "and which would be removed")
+                     .arg(tag)
                      .arg(lone->id()));
     }
 
@@ -162,6 +262,37 @@ private slots:
                         setAttribute(grid.face(1, 2), AttributeType::NonExtrudedFace, 77);
                     })
             << "model face 77";
+        QTest::newRow("model entity that is gone") << Change([](GridMesh& grid) {
+            auto* spare = new ModelFace;
+            grid.model()->add(spare);
+            grid.region(1)->addAdjacency(spare);
+            grid.model()->remove(spare);
+        }) << "model region 1 lists among its faces one that is no longer there";
+        QTest::newRow("child that stands elsewhere")
+            << Change([](GridMesh& grid) { grid.mesh()->entity(3, 1)->setParent(grid.region(2)); })
+            << "model region 1 has the child 1, which stands elsewhere";
+        QTest::newRow("face of two vertices") << Change([](GridMesh& grid) {
+            MeshEntity* const meshFace = MeshEntity::create(2);
+            meshFace->addAdjacency(grid.mesh()->entity(0, 1));
+            meshFace->addAdjacency(grid.mesh()->entity(0, 2));
+            grid.mesh()->add(meshFace);
+            grid.face(1, 2)->addChild(meshFace);
+        }) << "mesh face 12";
+        QTest::newRow("mesh face on a region")
+            << Change([](GridMesh& grid) { grid.region(1)->addChild(grid.mesh()->entity(2, 2)); })
+            << "mesh face 2";
+        QTest::newRow("link one way")
+            << Change([](GridMesh& grid) { grid.region(2)->removeAdjacency(grid.face(1, 2)); })
+            << "model face 2";
+        QTest::newRow("three elements at a face") << Change([](GridMesh& grid) {
+            MeshEntity* const twin = MeshEntity::create(3);
+            for (MeshEntity* vertex : MeshChecks::neighbours(grid.mesh()->entity(3, 2), 0))
+                twin->addAdjacency(vertex);
+            grid.mesh()->add(twin);
+            grid.region(2)->addChild(twin);
+        }) << "lies between 3 elements";
+        QTest::newRow("text for a number")
+            << attribute(1, AttributeType::MaterialId, "copper") << "model region 1";
         QTest::newRow("point at infinity") << Change([](GridMesh& grid) {
             static_cast<MeshVertex*>(grid.mesh()->entity(0, 3))->setPoint(Vector(qInf(), 0, 0));
         }) << "mesh vertex 3";
@@ -215,6 +346,9 @@ private:
                both(moving, attribute(1, AttributeType::IsSuppressed, true)), replicate,
                "model region 2 (material_type \"solid\") moves, but no region beside it is plain "
                "fluid at rest that could take its place");
+        addRow("face listed twice", plan({"12"}, {{1, "fluid"}, {2, "solid"}}),
+               both(moving, listedTwice(2, 1)), replicate,
+               "model region 2 lists model face 2 more than once; it would be doubled as often");
         // A wedge case first: what cannot be done later is told before anything is done.
         addRow("told ahead of the wedges", plan({"12"}, {{2, "solid"}}, Wedge), moving,
                {"decompose-wedges", "replicate-moving"},
@@ -236,13 +370,12 @@ private:
         addRow("device with a mesh", plan({"12"}, {{1, "fluid"}, {2, "led_device"}}), {}, split,
                "model region 2 (material_type \"led_device\") is a device of a kind that has no "
                "mesh, but has 1 element");
+        addRow("face listed twice", plan({"12"}, {{1, "fluid"}, {2, "solid"}}), listedTwice(2, 1),
+               split,
+               "model region 2 lists model face 2 more than once; it would be doubled as often");
         addRow(
             "face between three regions", plan({"12", "33"}, {{1, "fluid"}, {2, "solid"}}),
-            [](GridMesh& grid) {
-                grid.region(3)->addAdjacency(grid.face(1, 2));
-                grid.face(1, 2)->addAdjacency(grid.region(3));
-            },
-            split,
+            boundedToo(1, 2, 3), split,
             "model face 2 lies between 3 regions, fluid and other; only a face between two can be "
             "split");
         // It touches the solid along a face and the fluid along an edge only.
@@ -255,7 +388,20 @@ private:
             "half of the interface has no solid behind it",
             plan({"12"}, {{1, "fluid"}, {2, "solid"}}),
             [](GridMesh& grid) { addSurplusFace(grid); }, split,
-            "mesh face 12 on model face 2 has 0 elements, not one on each side");
+            "mesh face 12 on model face 2 does not lie between one element of model region 1 and "
+            "one of model region 2");
+        // It would get no twin, and the fluid would keep the solid's surface.
+        addRow(
+            "fluid on both sides of the interface", plan({"122"}, {{1, "fluid"}, {2, "solid"}}),
+            [](GridMesh& grid) { grid.region(1)->addChild(grid.mesh()->entity(3, 2)); }, split,
+            "mesh face 2 on model face 2 does not lie between one element of model region 1 and "
+            "one of model region 2");
+        // The library moves the vertices of doubled faces alone, and here is none.
+        addRow("fluid and solid share an edge alone",
+               plan({"1 ", " 2"}, {{1, "fluid"}, {2, "solid"}}), {}, split,
+               "model region 1 (material_type \"fluid\") and model region 2 (material_type "
+               "\"solid\") share mesh vertex 5, away from all faces between them; fluid and what "
+               "is not must touch along whole faces");
     }
 
     static void addPeripheralRows()
@@ -273,6 +419,28 @@ private:
                "model region 2 (material_type \"rotating_device\") and model region 3 "
                "(material_type \"rotating_device\") share mesh vertex 5; there must be fluid "
                "between two rotating devices");
+        // The library would come to the face a second time, when no region is left beyond it.
+        addRow("face listed twice", plan({"12"}, {{1, "fluid"}, {2, "rotating_device"}}),
+               listedTwice(2, 1), peripheral,
+               "model region 2 lists model face 2 more than once; it would be doubled as often");
+        addRow("face between three regions",
+               plan({"12", "33"}, {{1, "fluid"}, {2, "rotating_device"}, {3, "solid"}}),
+               boundedToo(1, 2, 3), peripheral,
+               "model face 2 of model region 2 (material_type \"rotating_device\") lies between 3 "
+               "regions, not two");
+        const QStringList splitFirst = {"split-fluid-solid", "peripheral"};
+        addRow("fluid touches the device along an edge alone",
+               plan({"23", "31"}, {{1, "fluid"}, {2, "rotating_device"}, {3, "solid"}}), {},
+               splitFirst,
+               "model region 1 (material_type \"fluid\") and model region 2 (material_type "
+               "\"rotating_device\") share mesh vertex 5, away from all faces between them; a "
+               "rotating device must touch fluid along whole faces");
+        addRow("devices share an edge between solids",
+               plan({"23", "34"}, {{2, "rotating_device"}, {3, "solid"}, {4, "rotating_device"}}),
+               {}, splitFirst,
+               "model region 2 (material_type \"rotating_device\") and model region 4 "
+               "(material_type \"rotating_device\") share mesh vertex 5, away from all faces "
+               "between them; a rotating device must touch fluid along whole faces");
         addRow("device without mesh",
                withoutMesh(plan({"12"}, {{1, "fluid"}, {2, "rotating_device"}}), 2), {}, peripheral,
                "model region 2 (material_type \"rotating_device\") has no mesh, but the fluid "

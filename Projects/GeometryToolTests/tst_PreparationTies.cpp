@@ -1,3 +1,4 @@
+#include "ClosedCase.h"
 #include "ModelFace.h"
 #include "PreparationCase.h"
 
@@ -147,6 +148,60 @@ private slots:
                  "stale; --periodic must be given too, to tie them anew");
     }
 
+    void staleExtrudedTiesAreRefused()
+    {
+        GridMesh grid(plan({"12"}, {{1, "fluid"}, {2, "fluid"}}));
+        setAttribute(grid.face(1, 2), AttributeType::ExtrudedFace, partAt(grid)->id());
+        QCOMPARE(prepare(*grid.database(), extruded).refusal, QString());
+        grid.mesh()->add(new MeshVertex);
+        QCOMPARE(prepare(*grid.database(), {"remove-unreferenced"}).refusal,
+                 "vertices are tied to a partner face already, which remove-unreferenced makes "
+                 "stale; --extruded must be given too, to tie them anew");
+    }
+
+    void tiesOfFacesThatAreNoPairAnyMoreAreReleased()
+    {
+        Channel channel;
+        channel.makePeriodic();
+        QCOMPARE(prepare(channel.database(), periodic).refusal, QString());
+        for (ModelFace* face : {channel.low, channel.high})
+            face->attributes().remove(AttributeType::PeriodicPairId);
+        QCOMPARE(prepare(channel.database(), periodic).report,
+                 QStringList{"periodic: no face is periodic any more, so that vertices tied by an "
+                             "earlier run are released, 18 of them"});
+        for (MeshEntity* vertex : MeshChecks::sorted(channel.grid.mesh()->iterator(0)))
+            QVERIFY(!vertex->attributes().contains(AttributeType::PeriodicEntityId));
+        QCOMPARE(prepare(channel.database(), periodic).report,
+                 QStringList{"periodic: nothing to do"});
+    }
+
+    // A model entity keeps the first answer to meshCentroid() for life: asked before the stray mesh
+    // face is gone, the translation would be off by a third of its distance.
+    void theTransformIsThatOfTheMeshAsItIsNow()
+    {
+        Channel channel;
+        channel.makePeriodic();
+        MeshEntity* const stray = MeshEntity::create(2);
+        for (const Vector& point : {Vector(0, 50, 0), Vector(0, 50, 1), Vector(0, 51, 0)}) {
+            auto* vertex = new MeshVertex;
+            vertex->setPoint(point);
+            channel.grid.mesh()->add(vertex);
+            stray->addAdjacency(vertex);
+        }
+        channel.grid.mesh()->add(stray);
+        channel.low->addChild(stray);
+        channel.grid.mesh()->clearUpwardAdjacencies();
+        channel.grid.mesh()->setUpwardAdjacencies();
+        const QStringList report = prepareAll(channel.database()).report;
+        QCOMPARE(report.value(4), "remove-unreferenced: 3 vertices, 0 edges and 1 face removed");
+        QCOMPARE(report.value(6), "periodic: 1 periodic pair, 18 vertices tied by a translation");
+        QCOMPARE(channel.grid.model()
+                     ->attributes()
+                     .value(AttributeType::PeriodicTranslation, {})
+                     .value<Vector>(),
+                 Vector(2, 0, 0));
+    }
+
     void incompletePairsAreRefused_data()
     {
         QTest::addColumn<int>("fault");
@@ -233,6 +288,37 @@ private slots:
         QVERIFY2(refusal.contains("beside the partner face; one transform, "), qPrintable(refusal));
     }
 
+    // Two corners of a mesh face in one place leave it without a plane to take weights in.
+    void weightsThatAreNoNumbersAreRefused()
+    {
+        Channel channel;
+        channel.makePeriodic();
+        ModelFace* const low =
+            addFace(channel.grid, channel.low, [](const Vector& place) { return place.y() > 1.0; });
+        ModelFace* const high = addFace(channel.grid, channel.high,
+                                        [](const Vector& place) { return place.y() > 1.0; });
+        Channel::setSide(low, 1, 5);
+        Channel::setSide(high, 2, 5);
+        for (const int z : {0, 1, 2})
+            channel.grid.vertexAt(2, 2, z)->setPoint(Vector(2, 1, z));
+        const QString refusal = prepare(channel.database(), periodic).refusal;
+        QVERIFY2(refusal.contains(" on a periodic face has a weight that is no number; one "
+                                  "transform, "),
+                 qPrintable(refusal));
+    }
+
+    // Farther away than 1e10 the library finds no closest mesh face, and follows a null pointer.
+    void facesThatAreTooFarOutAreRefused()
+    {
+        Channel channel;
+        channel.makePeriodic();
+        for (MeshEntity* vertex : MeshChecks::sorted(channel.grid.mesh()->iterator(0)))
+            static_cast<MeshVertex*>(vertex)->setPoint(1e11 * vertex->centroid());
+        const QString refusal = prepare(channel.database(), periodic).refusal;
+        QVERIFY2(refusal.contains("lies too far out for it; 1e+09 from the origin is the limit"),
+                 qPrintable(refusal));
+    }
+
     void aSectorIsTiedByARotation()
     {
         Channel channel;
@@ -256,6 +342,82 @@ private slots:
             QCOMPARE(partner->centroid().toString(), vertex->centroid().toString());
             QVERIFY(!MeshChecks::verticesOn(second).contains(const_cast<MeshEntity*>(partner)));
         }
+    }
+
+    // A corner that lies just within the corner of a wider partner: its weights there are about
+    // 0.91, 0.043 twice and 0.002.
+    void theToleranceOfTheWeightsIsPassedOn_data()
+    {
+        QTest::addColumn<double>("tolerance");
+        QTest::addColumn<int>("kept");
+        QTest::newRow("the library's own") << -1.0 << 3;
+        QTest::newRow("finer") << 0.001 << 4;
+        QTest::newRow("coarser") << 0.2 << 1;
+    }
+
+    void theToleranceOfTheWeightsIsPassedOn()
+    {
+        QFETCH(double, tolerance);
+        GridMesh grid(plan({"12"}, {{1, "fluid"}, {2, "fluid"}}));
+        ModelEntity* const second = partAt(grid);
+        setAttribute(grid.face(1, 2), AttributeType::ExtrudedFace, second->id());
+        for (MeshEntity* vertex : MeshChecks::verticesOn(second)) {
+            const Vector fromMiddle = vertex->centroid() - Vector(1, 0.5, 0.5);
+            static_cast<MeshVertex*>(vertex)->setPoint(Vector(1, 0.5, 0.5) + 1.1 * fromMiddle);
+        }
+        Ovra::GeoTool::Progress progress;
+        progress.setQuiet(true);
+        Ovra::GeoTool::Preparation preparation(*grid.database(), progress);
+        if (tolerance > 0.0)
+            preparation.setExtrusionTolerance(tolerance);
+        preparation.run(extruded);
+        const QVariantList weights =
+            grid.vertexAt(1, 1, 0)->attributes().value(AttributeType::ExtrudedWeights, {}).toList();
+        QCOMPARE(weights.size(), 4);
+        QTEST(4 - static_cast<int>(weights.count(QVariant(0.0))), "kept");
+    }
+
+    void partnersThatAreTooFarOutAreRefused()
+    {
+        GridMesh grid(plan({"12"}, {{1, "fluid"}, {2, "fluid"}}));
+        setAttribute(grid.face(1, 2), AttributeType::ExtrudedFace, partAt(grid)->id());
+        for (MeshEntity* vertex : MeshChecks::verticesOn(grid.region(2)))
+            static_cast<MeshVertex*>(vertex)->setPoint(vertex->centroid() + Vector(5e10, 0, 0));
+        const QString refusal = prepare(*grid.database(), extruded).refusal;
+        QVERIFY2(refusal.startsWith("vertices cannot be tied to model face 4: mesh vertex "),
+                 qPrintable(refusal));
+        QVERIFY2(refusal.endsWith("lies too far out for it; 1e+09 from the origin is the limit"),
+                 qPrintable(refusal));
+    }
+
+    // No side about it has a direction, so that none is closest: a null pointer again.
+    void partnersWithoutExtentAreRefused()
+    {
+        PlanarCase planar;
+        auto* const partner = ModelEntity::create(1);
+        planar.database.model()->add(partner);
+        planar.addVertex(Vector(7, 7, 0));
+        planar.addVertex(Vector(7, 7, 0));
+        planar.addElement(1, {5, 6}, partner);
+        planar.database.mesh()->setUpwardAdjacencies();
+        setAttribute(planar.edges[1], AttributeType::ExtrudedFace, partner->id());
+        QCOMPARE(prepare(planar.database, extruded).refusal,
+                 "vertices cannot be tied to model edge 4: mesh vertex 5 at (7, 7, 0) has no "
+                 "neighbour there in another place than its own");
+    }
+
+    void extrudedWeightsThatAreNoNumbersAreRefused()
+    {
+        GridMesh grid(plan({"12"}, {{1, "fluid"}, {2, "fluid"}}));
+        ModelEntity* const second = partAt(grid);
+        setAttribute(grid.face(1, 2), AttributeType::ExtrudedFace, second->id());
+        for (MeshEntity* vertex : MeshChecks::verticesOn(second)) {
+            const Vector place = vertex->centroid();
+            static_cast<MeshVertex*>(vertex)->setPoint(Vector(1, 0.5, place.z()));
+        }
+        const QString refusal = prepare(*grid.database(), extruded).refusal;
+        QVERIFY2(refusal.endsWith(" on an extruded face has a weight that is no number"),
+                 qPrintable(refusal));
     }
 
     void badExtrudedPairsAreRefused_data()
