@@ -54,7 +54,7 @@ void Mesh::write(QTextStream& stream)
 
 void Mesh::write(QDataStream& stream)
 {
-    stream.setVersion(QDataStream::Qt_4_6);
+    stream.setVersion(StreamHeader::StreamVersion);
     makeSerializer(MeshSerializer::Format2014a, model_, this)->write(stream);
 }
 

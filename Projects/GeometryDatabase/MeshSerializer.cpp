@@ -8,6 +8,7 @@
 #include "MeshVertex.h"
 #include "Model.h"
 #include "ModelEntity.h"
+#include "StreamHeader.h"
 #include "StreamIds.h"
 #include "StreamReading.h"
 
@@ -167,7 +168,7 @@ void MeshSerializer::readMeshAdjacencies(MeshEntity* element, QDataStream& strea
 
 void MeshSerializer::writeHead(QDataStream& stream) const
 {
-    stream << static_cast<qint32>(format_) << mesh_->version();
+    StreamHeader::write({format_, mesh_->version()}, stream);
     AttributeSerializer::write(mesh_->attributes(), stream);
 }
 

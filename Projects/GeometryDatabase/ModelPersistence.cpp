@@ -45,7 +45,7 @@ void Model::read(const wchar_t* path)
 
 void Model::write(QDataStream& stream)
 {
-    stream.setVersion(QDataStream::Qt_4_6);
+    stream.setVersion(StreamHeader::StreamVersion);
     makeSerializer(ModelSerializer::Format2013, this)->write(stream);
 }
 

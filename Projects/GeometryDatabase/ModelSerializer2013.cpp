@@ -9,6 +9,7 @@
 #include "ModelRegion.h"
 #include "ModelVertex.h"
 #include "RefinementRegion.h"
+#include "StreamHeader.h"
 #include "StreamIds.h"
 #include "StreamReading.h"
 #include "Vector.h"
@@ -204,7 +205,8 @@ void ModelSerializer2013::readNeighbours(ModelEntity* entity, int dimension, QDa
 
 void ModelSerializer2013::write(QDataStream& stream)
 {
-    stream << static_cast<qint32>(format()) << model()->version() << model()->boundingBox();
+    StreamHeader::write({format(), model()->version()}, stream);
+    stream << model()->boundingBox();
     stream << static_cast<qint32>(model()->refinementRegionCount());
     writeRefinementRegions(stream);
     AttributeSerializer::write(model()->attributes(), stream);

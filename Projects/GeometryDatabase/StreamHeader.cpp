@@ -24,9 +24,14 @@ bool StreamHeader::read(StreamHeader& header, QDataStream& stream)
     const auto major = old ? first : readValue<qint32>(stream);
     const auto minor = readValue<qint32>(stream);
     const auto build = readValue<qint32>(stream);
-    stream.setVersion(QDataStream::Qt_4_6);
+    stream.setVersion(StreamVersion);
     header = {old ? OldFormat : first, Version(major, minor, build)};
     return isOk(stream);
+}
+
+void StreamHeader::write(const StreamHeader& header, QDataStream& stream)
+{
+    stream << static_cast<qint32>(header.format) << header.version;
 }
 
 } // namespace Ovra::Geo

@@ -2,7 +2,7 @@
 
 #include "Version.h"
 
-class QDataStream;
+#include <QDataStream>
 
 namespace Ovra::Geo
 {
@@ -18,15 +18,20 @@ namespace Ovra::Geo
 /// format 1, and no format has a number in that range.
 struct StreamHeader
 {
+    /// \brief The version of the QDataStream that holds all that stands behind the head: 12.
+    static constexpr int StreamVersion = QDataStream::Qt_4_6;
+
     int format = 0;
     Version version;
 
-    /// \brief Reads the head and sets the stream to QDataStream version 12, that of everything
-    ///        behind it.
+    /// \brief Reads the head and sets the stream to StreamVersion.
     /// \param[out] header meaningful only if the stream did not break
     /// \param stream      stands at the head; if its status is not Ok, nothing is read
     /// \return whether the status of \p stream is Ok afterwards
     static bool read(StreamHeader& header, QDataStream& stream);
+
+    /// \brief Writes the head; the version of the stream stays.
+    static void write(const StreamHeader& header, QDataStream& stream);
 };
 
 } // namespace Ovra::Geo
