@@ -1,4 +1,5 @@
 #include "Mesh.h"
+#include "MeshEntity.h"
 #include "MeshSerializer.h"
 #include "StreamHeader.h"
 #include "StreamReading.h"
@@ -20,6 +21,26 @@ std::unique_ptr<MeshSerializer> makeSerializer(int format, Model* model, Mesh* m
     return std::unique_ptr<MeshSerializer>(MeshSerializer::create(number, model, mesh));
 }
 
+void clearAtVertices(const MeshEntity* element)
+{
+    auto vertices = element->adjacencyIterator(0);
+    while (vertices.hasNext()) {
+        vertices.next()->clearUpwardAdjacencies();
+    }
+}
+
+// Elements may stand on vertices that are no longer in the mesh, as the stream has taken their ids.
+void clearAtReplacedVertices(const Mesh& mesh)
+{
+    for (int dimension = 1; dimension <= 3; ++dimension) {
+        auto elements = mesh.iterator(dimension);
+        while (elements.hasNext()) {
+            elements.next();
+            clearAtVertices(elements.value());
+        }
+    }
+}
+
 } // namespace
 
 void Mesh::read(QDataStream& stream)
@@ -38,6 +59,7 @@ void Mesh::read(QDataStream& stream)
     if (stream.status() != QDataStream::Ok) {
         // The host may go on with the mesh that it had, whose lists must not hold everything twice.
         clearUpwardAdjacencies();
+        clearAtReplacedVertices(*this);
     }
     setUpwardAdjacencies();
 }

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <functional>
 #include <limits>
+#include <memory>
 
 using namespace Ovra::Geo;
 using namespace StreamTesting;
@@ -498,6 +499,30 @@ private slots:
         QCOMPARE(neighbourIds(mesh.mesh().entity(0, 7), 1), QList<int>{9});
         QCOMPARE(neighbourIds(mesh.mesh().entity(1, 4), 2), QList<int>{5});
         QCOMPARE(neighbourIds(mesh.mesh().entity(1, 9), 2), QList<int>{5});
+    }
+
+    // Elements keep their vertices when others take those's ids: what they share stays entered once,
+    // or its removal would leave a pointer behind.
+    void entersNothingTwiceAtVerticesThatWereReplaced()
+    {
+        TestMesh mesh;
+        fillTriangle(mesh);
+        const std::unique_ptr<MeshEntity> first(mesh.mesh().entity(0, 1));
+        const std::unique_ptr<MeshEntity> second(mesh.mesh().entity(0, 2));
+        const QByteArray record = hex("FFFFFFFF 00000000 00000000") + QByteArray(24, '\0');
+        QCOMPARE(readInto(mesh, hex("00000002 00000000 00000000 00000000 00000000 00000003") +
+                                    hex("00000001") + record + hex("00000002") + record),
+                 QDataStream::ReadPastEnd);
+        QVERIFY(mesh.mesh().entity(0, 1) != first.get());
+        QCOMPARE(mesh.mesh().entity(0, 1)->adjacencyCount(1), 0);
+        MeshEntity* edge = mesh.mesh().entity(1, 4);
+        QCOMPARE(edge->adjacencyAt(0, 0), second.get());
+        QCOMPARE(neighbourIds(second.get(), 1), QList<int>{4});
+        QCOMPARE(neighbourIds(second.get(), 2), QList<int>{5});
+        mesh.mesh().remove(edge);
+        QCOMPARE(second->adjacencyCount(1), 0);
+        mesh.mesh().remove(mesh.mesh().entity(2, 5));
+        QCOMPARE(first->adjacencyCount(2), 0);
     }
 
     // A record that is given up must not take a namesake's place among the parent's children.
