@@ -286,7 +286,9 @@ private slots:
         QCOMPARE(log.messages().first(),
                  QStringLiteral("There are 4 unreferenced mesh entities of dimension 1"));
         QCOMPARE(grid.mesh()->count(1), 1);
-        QCOMPARE(grid.face(1, 2)->childCount(), 1);
+        const ModelEntity* const between = grid.face(1, 2);
+        QVERIFY(between);
+        QCOMPARE(between->childCount(), 1);
     }
 
     void listsUnreferencedVerticesWithoutRemoving()
@@ -346,7 +348,9 @@ private slots:
         spec.materials = {{1, "fluid"}, {2, "solid"}};
         GridMesh grid(spec);
         const QSet<MeshEntity*> kept = MeshChecks::verticesOn(grid.region(1));
-        const int meshFaces = grid.face(0, 2)->childCount();
+        const ModelEntity* const outside = grid.face(0, 2);
+        QVERIFY(outside);
+        const int meshFaces = outside->childCount();
         const auto wholly = grid.mesh()->count(2) - meshFaces;
         const auto vertices = static_cast<int>(grid.mesh()->count(0) - kept.size());
         for (MeshEntity* element : MeshChecks::sorted(grid.region(2)->childIterator()))
