@@ -1,6 +1,7 @@
 # Installs the built library below WORK, then builds and runs Examples/Host against that tree: once
 # through the CMake package and once through pkg-config. Variables: BUILD, SOURCE, WORK, LIBDIR, CXX,
-# FLAGS (extra compiler and linker flags, for instrumented builds).
+# FLAGS (extra compiler and linker flags, for instrumented builds), BINDIR, TOOL (whether ovrageo is
+# built too, which must find the library where both were put), VERSION.
 function(run)
     execute_process(COMMAND ${ARGV} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE errors)
     if(NOT result EQUAL 0)
@@ -29,6 +30,9 @@ endif()
 file(REMOVE_RECURSE "${WORK}")
 set(prefix "${WORK}/prefix")
 run("${CMAKE_COMMAND}" --install "${BUILD}" --prefix "${prefix}")
+if(TOOL)
+    expect_output("ovrageo ${VERSION}\n" "${prefix}/${BINDIR}/ovrageo" --version)
+endif()
 
 run("${CMAKE_COMMAND}" -S "${SOURCE}/Examples/Host" -B "${WORK}/cmake" -G Ninja
     "-DCMAKE_PREFIX_PATH=${prefix}" "-DCMAKE_CXX_COMPILER=${CXX}" "-DCMAKE_CXX_FLAGS=${FLAGS}")
