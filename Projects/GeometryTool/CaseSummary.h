@@ -14,6 +14,9 @@
 namespace Ovra::GeoTool
 {
 
+/// \brief How many ids of a list either form shows.
+inline constexpr std::size_t shownIdCount = 10;
+
 /// \brief Number of entities of one dimension and how their ids lie.
 struct IdSummary
 {

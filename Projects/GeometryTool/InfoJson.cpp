@@ -14,8 +14,6 @@ using namespace Ovra::Geo;
 namespace
 {
 
-constexpr std::size_t longestIdList = 10;
-
 QJsonArray vectorJson(const Vector& vector)
 {
     return {vector.x(), vector.y(), vector.z()};
@@ -116,7 +114,7 @@ QJsonValue extremesJson(const Extremes& extremes)
 QJsonObject idListJson(const std::vector<int>& ids)
 {
     QJsonArray first;
-    for (std::size_t i = 0; i < std::min(ids.size(), longestIdList); ++i)
+    for (std::size_t i = 0; i < std::min(ids.size(), shownIdCount); ++i)
         first.append(ids[i]);
     return {{"count", static_cast<qint64>(ids.size())}, {"firstIds", first}};
 }

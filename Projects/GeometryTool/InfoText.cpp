@@ -12,7 +12,6 @@ using namespace Ovra::Geo;
 namespace
 {
 
-constexpr std::size_t longestIdList = 10;
 constexpr int labelWidth = 18;
 
 const std::array<const char*, 4> dimensionNames = {"vertices", "edges", "faces", "regions"};
@@ -164,9 +163,9 @@ QString idListText(const QString& label, const std::vector<int>& ids)
     if (ids.empty())
         return line(QStringLiteral("  ") + label, QStringLiteral("0"));
     QStringList first;
-    for (std::size_t i = 0; i < std::min(ids.size(), longestIdList); ++i)
+    for (std::size_t i = 0; i < std::min(ids.size(), shownIdCount); ++i)
         first += QString::number(ids[i]);
-    if (ids.size() > longestIdList)
+    if (ids.size() > shownIdCount)
         first += QStringLiteral("...");
     return line(QStringLiteral("  ") + label,
                 QStringLiteral("%1 (id %2)").arg(ids.size()).arg(first.join(QStringLiteral(", "))));

@@ -125,6 +125,20 @@ private slots:
         QCOMPARE(solids["aspect"]["largest"]["id"].toInt(), 1);
     }
 
+    void showsTheFirstTenOfManyIds()
+    {
+        TinyCase tiny;
+        for (int id = 2; id <= 12; ++id)
+            tiny.addElement(3, {1, 3, 2, 4}, tiny.region); // inside out
+        const QJsonObject solids = infoOf(tiny)["quality"].toArray()[1].toObject();
+        QCOMPARE(
+            solids["inverted"].toObject(),
+            QJsonObject({{"count", 11}, {"firstIds", QJsonArray{2, 3, 4, 5, 6, 7, 8, 9, 10, 11}}}));
+        QVERIFY(runTool({"info", path("case")})
+                    .output.contains(
+                        "  Inverted        11 (id 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, ...)\n"));
+    }
+
     void takesElementsOfNoKind()
     {
         TinyCase tiny;

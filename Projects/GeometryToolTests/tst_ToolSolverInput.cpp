@@ -344,6 +344,16 @@ private slots:
         QVERIFY(!QFile::exists(path("never")));
     }
 
+    void movingSectionsNeedTheFluidRegion()
+    {
+        TinyCase tiny;
+        tiny.region->attributes().insert(T::FluidRegion, 99);
+        QVERIFY(tiny.save(path("faulty")));
+        const QStringList run{"solver-input", path("faulty"), "-o", path("out"), "--sections"};
+        QCOMPARE(runTool(run + QStringList("moving")).exitCode, 6);
+        QCOMPARE(runTool(run + QStringList("nodes,rotating")).exitCode, 0);
+    }
+
     void asksOnlyWhatTheSectionsNeed()
     {
         TinyCase tiny;
