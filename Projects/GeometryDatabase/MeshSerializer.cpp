@@ -26,8 +26,8 @@ namespace
 constexpr int NoParentDimension = -1;
 constexpr int NoParentId = 0;
 
-// No kind of element has more.
-constexpr qint32 MostVertices = 8;
+// Mesh files have up to 27, in a hexahedron of second order; a host may have kept polygons.
+constexpr qint32 MostVertices = 32;
 
 int parentDimension(const MeshEntity* entity)
 {

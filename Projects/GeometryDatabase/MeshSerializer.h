@@ -31,7 +31,7 @@ class ModelEntity;
 ///
 /// Counts below 0 are read as 0. QDataStream::ReadCorruptData besides what AttributeSerializer
 /// refuses: an entity id that is not positive or occurs twice in one dimension of the stream, a
-/// vertex id that the mesh does not hold, an edge or face without vertices, an element of more than 8
+/// vertex id that the mesh does not hold, an edge or face without vertices, an element of more than 32
 /// vertices, and a parent dimension outside -1 to 3; further cases stand with the formats.
 class OVRA_GEO_EXPORT MeshSerializer
 {

@@ -3,7 +3,6 @@
 
 #include <QTest>
 
-#include <ctime>
 #include <limits>
 #include <memory>
 #include <type_traits>
@@ -294,8 +293,8 @@ private slots:
         verifyListSizes(test, 2, {3, 0, 0, 2});
     }
 
-    // Minutes of the processor, if each spoke went through all that stands at the hub.
-    void derivesTheListsOfAFanInGoodTime()
+    // Would take minutes if each spoke went through all that stands at the hub.
+    void derivesTheListsOfAFan()
     {
         constexpr int Count = 150000;
         TestMesh test;
@@ -310,9 +309,7 @@ private slots:
         }
         // Stands at a rim vertex, but not at the hub.
         test.addElement(2, {rim[0], rim[2], rim[4]});
-        const std::clock_t start = std::clock();
         test.mesh().setUpwardAdjacencies();
-        QVERIFY(std::clock() - start < 6 * CLOCKS_PER_SEC);
         QCOMPARE(hub->adjacencyCount(2), Count);
         verifyListSizes(test, 1, {2, 0, 2, 0});
         QCOMPARE(sortedIdsOf(test.mesh().entity(1, 1), 2), (QList<int>{1, Count}));
