@@ -161,9 +161,9 @@ private:
     static void nameFaces()
     {
         int group = 10;
-        for (const double x : {0.0, 1.0, 2.0}) {
+        for (const int x : {0, 1, 2}) {
             gmsh::model::addPhysicalGroup(2, facesAt(x, x), group);
-            gmsh::model::setPhysicalName(2, group++, "x" + std::to_string(static_cast<int>(x)));
+            gmsh::model::setPhysicalName(2, group++, std::string("x").append(std::to_string(x)));
         }
     }
 
