@@ -47,10 +47,11 @@ private slots:
     {
         QTest::addColumn<QString>("file");
         QTest::addColumn<int>("percent");
-        for (const char* file : {"two.step", "two.brep", "two.igs", "two.unv", "two.bdf", "two.vtk",
-                                 "two.mesh", "two.stl", "two2.msh", "two.msh", "twob.msh"}) {
+        const QStringList files{"two.step", "two.brep", "two.igs",  "two.unv", "two.bdf", "two.vtk",
+                                "two.mesh", "two.stl",  "two2.msh", "two.msh", "twob.msh"};
+        for (const QString& file : files) {
             for (const int percent : {0, 1, 30, 60, 90, 95, 97})
-                QTest::addRow("%s %d %%", file, percent) << QString::fromLatin1(file) << percent;
+                QTest::addRow("%s %d %%", qPrintable(file), percent) << file << percent;
         }
     }
 
