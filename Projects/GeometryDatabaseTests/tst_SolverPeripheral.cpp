@@ -1,45 +1,20 @@
-#include "GridMesh.h"
+#include "GridCases.h"
 #include "LogCapture.h"
-#include "MeshChecks.h"
 #include "Solver.h"
 
 #include <QTest>
 #include <QVariant>
 
 using namespace Ovra::Geo;
-using Shape = GridSpec::Shape;
+using namespace GridCases;
 
 namespace
 {
-
-/// Regions 1, 2, ... one behind the other along x, one cell each.
-GridSpec row(const QStringList& materials)
-{
-    GridSpec spec;
-    spec.cells = {static_cast<int>(materials.size()), 1, 1};
-    spec.regionOf = [](int x, int, int) { return x + 1; };
-    for (int i = 0; i < materials.size(); ++i)
-        spec.materials[i + 1] = materials.at(i);
-    return spec;
-}
-
-QList<int> counts(GridMesh& grid)
-{
-    QList<int> result;
-    for (int d = 0; d < 4; ++d)
-        result << grid.model()->count(d) << grid.mesh()->count(d);
-    return result;
-}
 
 template <typename Entity>
 int idAt(Entity* entity, const AttributeType& type)
 {
     return entity->attributes().value(type, QVariant(0)).toInt();
-}
-
-MeshEntity* onlyChild(const ModelEntity* entity)
-{
-    return MeshChecks::sorted(entity->childIterator()).value(0);
 }
 
 ModelEntity* statorOf(GridMesh& grid, ModelEntity* face)
@@ -81,6 +56,20 @@ private slots:
         QVERIFY(grid.region(1)->isAdjacentTo(face));
         QVERIFY(grid.region(2)->isAdjacentTo(stator));
         QVERIFY(!grid.region(2)->isAdjacentTo(face));
+    }
+
+    void theAttributesAreIntegers()
+    {
+        GridMesh grid(row({"rotating_device", "fluid"}));
+        ModelEntity* face = grid.face(1, 2);
+        MeshEntity* vertex = grid.vertexAt(1, 0, 0);
+        Solver(grid.database()).addPeripheralFaces();
+        for (const QVariant& link :
+             {face->attributes().value(AttributeType::StatorFace, QVariant()),
+              statorOf(grid, face)->attributes().value(AttributeType::RotorFace, QVariant()),
+              vertex->attributes().value(AttributeType::StatorVertex, QVariant()),
+              statorOf(grid, vertex)->attributes().value(AttributeType::RotorVertex, QVariant())})
+            QCOMPARE(link.typeId(), static_cast<int>(QMetaType::Int));
     }
 
     void theFluidTakesTheNewVertices()
@@ -343,22 +332,30 @@ private slots:
         QCOMPARE(MeshChecks::findDeadPointer(grid.database()), QString());
     }
 
+    void ofSeveralElementsBeyondTheLastMovesOver()
+    {
+        GridMesh grid(row({"rotating_device", "fluid"}));
+        ModelEntity* face = grid.face(1, 2);
+        MeshEntity* rotor = onlyChild(face);
+        MeshEntity* fluid = onlyChild(grid.region(2));
+        MeshEntity* last = addElementOver(grid, rotor, grid.region(2));
+        Solver(grid.database()).addPeripheralFaces();
+        MeshEntity* stator = onlyChild(statorOf(grid, face));
+        QCOMPARE(MeshChecks::neighbours(stator, 3), QList<MeshEntity*>({last}));
+        QCOMPARE(MeshChecks::neighbours(rotor, 3),
+                 QList<MeshEntity*>({onlyChild(grid.region(1)), fluid}));
+        QVERIFY(!MeshChecks::verticesOn(grid.region(2)).intersects(MeshChecks::verticesOn(face)));
+    }
+
     void leavesMeshEdgesAlone()
     {
         GridMesh grid(row({"rotating_device", "fluid"}));
-        ModelEntity* modelEdge = ModelEntity::create(1);
-        grid.model()->add(modelEdge);
-        MeshEntity* edge = MeshEntity::create(1);
-        for (MeshEntity* vertex : {grid.vertexAt(1, 0, 0), grid.vertexAt(2, 0, 0)}) {
-            edge->addAdjacency(vertex);
-            vertex->addAdjacency(edge);
-        }
-        grid.mesh()->add(edge);
-        modelEdge->addChild(edge);
+        const MeshEntity* edge = addMeshEdge(grid, grid.vertexAt(1, 0, 0), grid.vertexAt(2, 0, 0));
         const QList<MeshEntity*> ends = MeshChecks::neighbours(edge, 0);
         Solver(grid.database()).addPeripheralFaces();
         QCOMPARE(grid.mesh()->count(1), 1);
         QCOMPARE(MeshChecks::neighbours(edge, 0), ends);
+        QCOMPARE(ends.first()->adjacencyAt(1, 0), edge);
     }
 
     void aSecondCallAddsNothing()
@@ -385,33 +382,12 @@ private slots:
         QCOMPARE(MeshChecks::findStaleUpwardList(grid.database()), QString());
     }
 
-    void holdsOnBigMeshes_data()
-    {
-        QTest::addColumn<int>("shape");
-        QTest::addColumn<bool>("planar");
-        QTest::addColumn<unsigned>("seed");
-        for (const bool planar : {false, true}) {
-            for (const Shape shape : {Shape::Block, Shape::Wedge, Shape::Simplex}) {
-                for (const unsigned seed : {0U, 5U}) {
-                    QTest::addRow("shape %d planar %d seed %u", static_cast<int>(shape),
-                                  static_cast<int>(planar), seed)
-                        << static_cast<int>(shape) << planar << seed;
-                }
-            }
-        }
-    }
+    void holdsOnBigMeshes_data() { addBigGridRows(); }
 
     void holdsOnBigMeshes()
     {
-        QFETCH(int, shape);
-        QFETCH(bool, planar);
-        QFETCH(unsigned, seed);
         // Two devices apart from each other in two fluids, and a heat sink.
-        GridSpec spec;
-        spec.cells = {8, 6, 4};
-        spec.shape = static_cast<Shape>(shape);
-        spec.planar = planar;
-        spec.idSeed = seed;
+        GridSpec spec = bigGrid();
         spec.regionOf = [](int x, int y, int) {
             if (y < 2 || y > 3)
                 return x < 4 ? 1 : 2;
@@ -423,28 +399,16 @@ private slots:
                           {4, "rotating_device"},
                           {5, "heat_sink"}};
         GridMesh grid(spec);
-        QMap<int, QSet<MeshEntity*>> vertices;
-        QMap<int, double> measures;
-        QMap<int, int> elements;
-        for (int id = 1; id <= 5; ++id) {
-            vertices[id] = MeshChecks::verticesOn(grid.region(id));
-            measures[id] = MeshChecks::meshMeasure(grid.region(id));
-            elements[id] = grid.region(id)->childCount();
-        }
+        const RegionRecords before(grid, 5);
         Solver(grid.database()).addPeripheralFaces();
 
-        QCOMPARE(MeshChecks::findDeadPointer(grid.database()), QString());
-        QCOMPARE(MeshChecks::findStaleUpwardList(grid.database()), QString());
-        for (int id = 1; id <= 5; ++id) {
-            QCOMPARE(grid.region(id)->childCount(), elements[id]);
-            QCOMPARE(MeshChecks::meshMeasure(grid.region(id)), measures[id]);
-        }
+        QCOMPARE(before.findDamage(), QString());
         QSet<MeshEntity*> fluid;
         for (const int id : {1, 2, 5})
             fluid |= MeshChecks::verticesOn(grid.region(id));
         for (const int id : {3, 4}) {
-            QCOMPARE(MeshChecks::verticesOn(grid.region(id)), vertices[id]);
-            QVERIFY(!fluid.intersects(vertices[id]));
+            QCOMPARE(MeshChecks::verticesOn(grid.region(id)), before.vertices(id));
+            QVERIFY(!fluid.intersects(before.vertices(id)));
         }
         for (const auto& regions : {std::pair(1, 3), std::pair(2, 3), std::pair(3, 5),
                                     std::pair(1, 4), std::pair(2, 4)}) {

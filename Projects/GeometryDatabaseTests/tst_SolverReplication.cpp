@@ -1,27 +1,15 @@
-#include "GridMesh.h"
+#include "GridCases.h"
 #include "LogCapture.h"
-#include "MeshChecks.h"
 #include "Solver.h"
 
 #include <QTest>
 #include <QVariant>
 
 using namespace Ovra::Geo;
-using Shape = GridSpec::Shape;
+using namespace GridCases;
 
 namespace
 {
-
-/// Regions 1, 2, ... one behind the other along x, one cell each.
-GridSpec row(const QStringList& materials)
-{
-    GridSpec spec;
-    spec.cells = {static_cast<int>(materials.size()), 1, 1};
-    spec.regionOf = [](int x, int, int) { return x + 1; };
-    for (int i = 0; i < materials.size(); ++i)
-        spec.materials[i + 1] = materials.at(i);
-    return spec;
-}
 
 /// A solid of two cells, region 2, in the middle of a fluid, region 1.
 GridSpec bodyInFluid()
@@ -57,14 +45,6 @@ ModelEntity* copyOf(GridMesh& grid, int regionId)
     return grid.region(id);
 }
 
-QList<int> counts(GridMesh& grid)
-{
-    QList<int> result;
-    for (int d = 0; d < 4; ++d)
-        result << grid.model()->count(d) << grid.mesh()->count(d);
-    return result;
-}
-
 } // namespace
 
 class TestSolverReplication : public QObject
@@ -95,6 +75,21 @@ private slots:
             QCOMPARE(face->adjacencyCount(1), 0);
             QCOMPARE(face->adjacencyCount(0), 0);
         }
+    }
+
+    void theAttributesAreIntegers()
+    {
+        GridMesh grid(bodyInFluid());
+        setMoving(grid, {2});
+        Solver(grid.database()).replicateMovingRegions();
+        ModelEntity* copy = copyOf(grid, 2);
+        for (const QVariant& link :
+             {attribute(grid.region(2), AttributeType::NewMotionRegion),
+              attribute(grid.region(2), AttributeType::FluidRegion),
+              attribute(copy, AttributeType::OriginalMotionRegion),
+              attribute(grid.vertexAt(1, 1, 1), AttributeType::NewMotionVertex),
+              attribute(onlyChild(copy)->adjacencyAt(0, 0), AttributeType::OriginalMotionVertex)})
+            QCOMPARE(link.typeId(), static_cast<int>(QMetaType::Int));
     }
 
     void handsOverMaterialAndMotion()
@@ -310,17 +305,7 @@ private slots:
     {
         GridMesh grid(row({"fluid", "solid"}));
         setMoving(grid, {2});
-        ModelEntity* modelEdge = ModelEntity::create(1);
-        grid.model()->add(modelEdge);
-        grid.face(1, 2)->addAdjacency(modelEdge);
-        modelEdge->addAdjacency(grid.face(1, 2));
-        MeshEntity* edge = MeshEntity::create(1);
-        for (MeshEntity* vertex : {grid.vertexAt(1, 0, 0), grid.vertexAt(1, 1, 0)}) {
-            edge->addAdjacency(vertex);
-            vertex->addAdjacency(edge);
-        }
-        grid.mesh()->add(edge);
-        modelEdge->addChild(edge);
+        addMeshEdge(grid, grid.vertexAt(1, 0, 0), grid.vertexAt(1, 1, 0), grid.face(1, 2));
         Solver(grid.database()).replicateMovingRegions();
         QCOMPARE(grid.mesh()->count(1), 1);
         QCOMPARE(grid.model()->count(1), 1);
@@ -386,33 +371,12 @@ private slots:
         QCOMPARE(ids, QList<int>({6, 7, 8}));
     }
 
-    void holdsOnBigMeshes_data()
-    {
-        QTest::addColumn<int>("shape");
-        QTest::addColumn<bool>("planar");
-        QTest::addColumn<unsigned>("seed");
-        for (const bool planar : {false, true}) {
-            for (const Shape shape : {Shape::Block, Shape::Wedge, Shape::Simplex}) {
-                for (const unsigned seed : {0U, 5U}) {
-                    QTest::addRow("shape %d planar %d seed %u", static_cast<int>(shape),
-                                  static_cast<int>(planar), seed)
-                        << static_cast<int>(shape) << planar << seed;
-                }
-            }
-        }
-    }
+    void holdsOnBigMeshes_data() { addBigGridRows(); }
 
     void holdsOnBigMeshes()
     {
-        QFETCH(int, shape);
-        QFETCH(bool, planar);
-        QFETCH(unsigned, seed);
         // Two moving bodies that touch, and a solid at rest, in a fluid.
-        GridSpec spec;
-        spec.cells = {8, 6, 4};
-        spec.shape = static_cast<Shape>(shape);
-        spec.planar = planar;
-        spec.idSeed = seed;
+        GridSpec spec = bigGrid();
         spec.regionOf = [](int x, int y, int) {
             if (y < 2 || y > 3)
                 return 1;
@@ -422,32 +386,24 @@ private slots:
         GridMesh grid(spec);
         setMoving(grid, {2, 3});
         const int d = grid.regionDimension();
-        QMap<int, QSet<MeshEntity*>> vertices;
-        QMap<int, double> measures;
-        for (int id = 1; id <= 4; ++id) {
-            vertices[id] = MeshChecks::verticesOn(grid.region(id));
-            measures[id] = MeshChecks::meshMeasure(grid.region(id));
-        }
+        const RegionRecords before(grid, 4);
         const int elementCount = grid.mesh()->count(d);
         Solver(grid.database()).replicateMovingRegions();
 
-        QCOMPARE(MeshChecks::findDeadPointer(grid.database()), QString());
-        QCOMPARE(MeshChecks::findStaleUpwardList(grid.database()), QString());
+        QCOMPARE(before.findDamage(), QString());
         QCOMPARE(grid.model()->count(d), 6);
         QCOMPARE(grid.mesh()->count(d),
                  elementCount + grid.region(2)->childCount() + grid.region(3)->childCount());
-        for (int id = 1; id <= 4; ++id) {
-            QCOMPARE(MeshChecks::verticesOn(grid.region(id)), vertices[id]);
-            QCOMPARE(MeshChecks::meshMeasure(grid.region(id)), measures[id]);
-        }
+        for (int id = 1; id <= 4; ++id)
+            QCOMPARE(MeshChecks::verticesOn(grid.region(id)), before.vertices(id));
         for (const int id : {2, 3}) {
             const ModelEntity* copy = copyOf(grid, id);
             const QSet<MeshEntity*> copies = MeshChecks::verticesOn(copy);
             QCOMPARE(copy->childCount(), grid.region(id)->childCount());
-            QCOMPARE(MeshChecks::meshMeasure(copy), measures[id]);
-            QVERIFY(MeshChecks::coincide(copies, vertices[id]));
+            QCOMPARE(MeshChecks::meshMeasure(copy), before.measure(id));
+            QVERIFY(MeshChecks::coincide(copies, before.vertices(id)));
             for (int other = 1; other <= 4; ++other)
-                QVERIFY(!copies.intersects(vertices[other]));
+                QVERIFY(!copies.intersects(before.vertices(other)));
             for (MeshEntity* vertex : copies) {
                 const int original = attribute(vertex, AttributeType::OriginalMotionVertex).toInt();
                 QCOMPARE(vertex->centroid(), grid.mesh()->entity(0, original)->centroid());

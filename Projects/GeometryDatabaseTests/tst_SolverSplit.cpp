@@ -1,40 +1,15 @@
-#include "GridMesh.h"
+#include "GridCases.h"
 #include "LogCapture.h"
-#include "MeshChecks.h"
 #include "Solver.h"
 
 #include <QTest>
 #include <QVariant>
 
 using namespace Ovra::Geo;
-using Shape = GridSpec::Shape;
+using namespace GridCases;
 
 namespace
 {
-
-/// Regions 1, 2, ... one behind the other along x, one cell each.
-GridSpec row(const QStringList& materials)
-{
-    GridSpec spec;
-    spec.cells = {static_cast<int>(materials.size()), 1, 1};
-    spec.regionOf = [](int x, int, int) { return x + 1; };
-    for (int i = 0; i < materials.size(); ++i)
-        spec.materials[i + 1] = materials.at(i);
-    return spec;
-}
-
-QList<int> counts(GridMesh& grid)
-{
-    QList<int> result;
-    for (int d = 0; d < 4; ++d)
-        result << grid.model()->count(d) << grid.mesh()->count(d);
-    return result;
-}
-
-MeshEntity* onlyChild(const ModelEntity* entity)
-{
-    return MeshChecks::sorted(entity->childIterator()).value(0);
-}
 
 ModelEntity* partner(GridMesh& grid, ModelEntity* face, const AttributeType& type)
 {
@@ -530,23 +505,30 @@ private slots:
         QCOMPARE(partner(grid, grid.face(1, 2), AttributeType::SolidFace)->childCount(), 1);
     }
 
+    void ofSeveralElementsBeyondTheLastMovesOver()
+    {
+        GridMesh grid(row({"fluid", "solid"}));
+        ModelEntity* face = grid.face(1, 2);
+        MeshEntity* meshFace = onlyChild(face);
+        MeshEntity* solid = onlyChild(grid.region(2));
+        MeshEntity* last = addElementOver(grid, meshFace, grid.region(2));
+        Solver(grid.database()).splitFluidSolidFaces();
+        MeshEntity* newMeshFace = onlyChild(partner(grid, face, AttributeType::SolidFace));
+        QCOMPARE(MeshChecks::neighbours(newMeshFace, 3), QList<MeshEntity*>({last}));
+        QCOMPARE(MeshChecks::neighbours(meshFace, 3),
+                 QList<MeshEntity*>({onlyChild(grid.region(1)), solid}));
+        QVERIFY(!MeshChecks::verticesOn(grid.region(2)).intersects(MeshChecks::verticesOn(face)));
+    }
+
     void leavesMeshEdgesAlone()
     {
         GridMesh grid(row({"fluid", "solid"}));
-        ModelEntity* modelEdge = ModelEntity::create(1);
-        grid.model()->add(modelEdge);
-        MeshEntity* edge = MeshEntity::create(1);
-        for (MeshEntity* vertex : {grid.vertexAt(1, 0, 0), grid.vertexAt(2, 0, 0)}) {
-            edge->addAdjacency(vertex);
-            vertex->addAdjacency(edge);
-        }
-        grid.mesh()->add(edge);
-        modelEdge->addChild(edge);
+        const MeshEntity* edge = addMeshEdge(grid, grid.vertexAt(1, 0, 0), grid.vertexAt(2, 0, 0));
         const QList<MeshEntity*> ends = MeshChecks::neighbours(edge, 0);
         Solver(grid.database()).splitFluidSolidFaces();
         QCOMPARE(grid.mesh()->count(1), 1);
         QCOMPARE(MeshChecks::neighbours(edge, 0), ends);
-        QVERIFY(ends.first()->isAdjacentTo(edge));
+        QCOMPARE(ends.first()->adjacencyAt(1, 0), edge);
     }
 
     void aSecondCallAddsNothing()
@@ -591,33 +573,12 @@ private slots:
         }
     }
 
-    void holdsOnBigMeshes_data()
-    {
-        QTest::addColumn<int>("shape");
-        QTest::addColumn<bool>("planar");
-        QTest::addColumn<unsigned>("seed");
-        for (const bool planar : {false, true}) {
-            for (const Shape shape : {Shape::Block, Shape::Wedge, Shape::Simplex}) {
-                for (const unsigned seed : {0U, 5U}) {
-                    QTest::addRow("shape %d planar %d seed %u", static_cast<int>(shape),
-                                  static_cast<int>(planar), seed)
-                        << static_cast<int>(shape) << planar << seed;
-                }
-            }
-        }
-    }
+    void holdsOnBigMeshes_data() { addBigGridRows(); }
 
     void holdsOnBigMeshes()
     {
-        QFETCH(int, shape);
-        QFETCH(bool, planar);
-        QFETCH(unsigned, seed);
         // Two solids that touch, in a fluid, beside a fan and an unmeshed device.
-        GridSpec spec;
-        spec.cells = {8, 6, 4};
-        spec.shape = static_cast<Shape>(shape);
-        spec.planar = planar;
-        spec.idSeed = seed;
+        GridSpec spec = bigGrid();
         spec.regionOf = [](int x, int y, int) {
             if (y < 2 || y > 3)
                 return 1;
@@ -627,20 +588,10 @@ private slots:
             {1, "fluid"}, {2, "solid"}, {3, "solid"}, {4, "internal_fan"}, {5, "ecomp_tec"}};
         spec.unmeshed = {5};
         GridMesh grid(spec);
-        QMap<int, int> elements;
-        QMap<int, double> measures;
-        for (int id = 1; id <= 5; ++id) {
-            elements[id] = grid.region(id)->childCount();
-            measures[id] = MeshChecks::meshMeasure(grid.region(id));
-        }
+        const RegionRecords before(grid, 5);
         Solver(grid.database()).splitFluidSolidFaces();
 
-        QCOMPARE(MeshChecks::findDeadPointer(grid.database()), QString());
-        QCOMPARE(MeshChecks::findStaleUpwardList(grid.database()), QString());
-        for (int id = 1; id <= 5; ++id) {
-            QCOMPARE(grid.region(id)->childCount(), elements[id]);
-            QCOMPARE(MeshChecks::meshMeasure(grid.region(id)), measures[id]);
-        }
+        QCOMPARE(before.findDamage(), QString());
         const QSet<MeshEntity*> fluid =
             MeshChecks::verticesOn(grid.region(1)) | MeshChecks::verticesOn(grid.region(4));
         const QSet<MeshEntity*> solid =
