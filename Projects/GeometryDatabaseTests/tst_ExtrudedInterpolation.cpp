@@ -234,6 +234,29 @@ private slots:
         QTEST(onEdge, "onEdge");
     }
 
+    void landingOnAVertexHasAnAbsoluteBound_data()
+    {
+        QTest::addColumn<double>("offset");
+        QTest::addColumn<bool>("onVertex");
+        // At the zero point the relative bound has no share in it.
+        QTest::newRow("within") << 0.99e-8 << true;
+        QTest::newRow("beyond") << 1.01e-8 << false;
+    }
+
+    void landingOnAVertexHasAnAbsoluteBound()
+    {
+        QFETCH(double, offset);
+        Squares squares;
+        squares.twins[0]->setPoint(Vector(-offset, 0, 0));
+        nameAsExtruded(squares.first, squares.second);
+        Solver(squares.surface.database()).interpolateExtrudedFaces();
+        const InterpolationLink link = linkOf(squares.corners[0]);
+        QTEST(link.type == 0, "onVertex");
+        if (link.type == 0) {
+            QCOMPARE(link.id, squares.twins[0]->id());
+        }
+    }
+
     void vertexOfTwoFacesKeepsItsFirstLink()
     {
         // The faces of a lower id come first.

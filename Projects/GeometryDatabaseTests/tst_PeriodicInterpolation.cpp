@@ -215,6 +215,8 @@ private slots:
                  QVariant(second->id()));
         QCOMPARE(second->attributes().value(AttributeType::PeriodicFace, QVariant()),
                  QVariant(first->id()));
+        QCOMPARE(first->attributes().value(AttributeType::PeriodicFace, QVariant()).typeId(),
+                 static_cast<int>(QMetaType::Int));
         // Matching meshes: every vertex lands on its partner.
         const QList<MeshVertex*> a = squareCorners(first);
         const QList<MeshVertex*> b = squareCorners(second);

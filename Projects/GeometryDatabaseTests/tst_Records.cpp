@@ -1,6 +1,8 @@
 #include "ElementFaceData.h"
+#include "InterpolationData.h"
 #include "LinkData.h"
 #include "MeshEntityPair.h"
+#include "PeriodicTransform.h"
 #include "TestMesh.h"
 
 #include <QSet>
@@ -29,6 +31,21 @@ MeshEntityPair pairOf(MeshEntity& first, MeshEntity& second)
     pair.first_ = &first;
     pair.second_ = &second;
     return pair;
+}
+
+/// A quarter turn about the line through (1, 2, 0) along z, in a frame that is not that of space: x
+/// goes to y.
+PeriodicTransform quarterTurn()
+{
+    PeriodicTransform transform;
+    transform.origin = Vector(1, 2, 0);
+    transform.xAxis = Vector(0, 1, 0);
+    transform.yAxis = Vector(-1, 0, 0);
+    transform.zAxis = Vector(0, 0, 1);
+    transform.matrix(0, 1) = -1.0;
+    transform.matrix(1, 0) = 1.0;
+    transform.matrix(2, 2) = 1.0;
+    return transform;
 }
 
 } // namespace
@@ -223,6 +240,66 @@ private slots:
         QVERIFY(pairOf(vertex, vertex) == pairOf(twin, twin));
         QVERIFY(!(pairOf(vertex, vertex) == pairOf(edge, edge)));
         QVERIFY(!(pairOf(vertex, vertex) < pairOf(edge, edge)));
+    }
+
+    void aPlaceStartsUnset()
+    {
+        const InterpolationData data;
+        QCOMPARE(data.entityType, -1);
+        QCOMPARE(data.entityId, 0);
+        QVERIFY(data.weights.isEmpty());
+    }
+
+    void thePlacesWeightsAreDoubles()
+    {
+        InterpolationData data;
+        data.entityType = 2;
+        data.weights = {0.5, 0.0, 0.5};
+        QCOMPARE(data.weightList(), QVariantList({0.5, 0.0, 0.5}));
+        for (const QVariant& weight : data.weightList())
+            QCOMPARE(weight.typeId(), static_cast<int>(QMetaType::Double));
+    }
+
+    void aPlaceOnAVertexHasTheWeightOne()
+    {
+        InterpolationData data;
+        data.entityType = 0;
+        QCOMPARE(data.weightList(), QVariantList({1.0}));
+        data.weights = {0.25, 0.75};
+        QCOMPARE(data.weightList(), QVariantList({1.0}));
+        QCOMPARE(data.weightList().first().typeId(), static_cast<int>(QMetaType::Double));
+    }
+
+    void aTransformStartsAsZeroAndTakesEveryPointToZero()
+    {
+        const PeriodicTransform transform;
+        for (const Vector& vector : {transform.origin, transform.translation, transform.xAxis,
+                                     transform.yAxis, transform.zAxis})
+            QCOMPARE(vector, Vector());
+        for (int i = 0; i < 9; ++i)
+            QCOMPARE(transform.matrix(i / 3, i % 3), 0.0);
+        QCOMPARE(transform.map(Vector(1, 2, 3)), Vector());
+    }
+
+    void aTranslationThatIsNotExactlyZeroExcludesTheRotation()
+    {
+        PeriodicTransform transform = quarterTurn();
+        QCOMPARE(transform.map(Vector(3, 2, 5)), Vector(1, 4, 5));
+        transform.translation = Vector(0, 0, 1e-300);
+        QCOMPARE(transform.map(Vector(3, 2, 5)), Vector(3, 2, 5));
+        transform.translation = Vector(1, -2, 4);
+        QCOMPARE(transform.map(Vector(3, 2, 5)), Vector(4, 0, 9));
+    }
+
+    void theInverseLeadsBack()
+    {
+        PeriodicTransform transform = quarterTurn();
+        QCOMPARE(transform.inverse().map(Vector(1, 4, 5)), Vector(3, 2, 5));
+        QCOMPARE(transform.inverse().origin, transform.origin);
+        QCOMPARE(transform.inverse().xAxis, transform.xAxis);
+        transform.translation = Vector(1, -2, 4);
+        QCOMPARE(transform.inverse().translation, Vector(-1, 2, -4));
+        QCOMPARE(transform.inverse().map(Vector(4, 0, 9)), Vector(3, 2, 5));
     }
 };
 

@@ -1,3 +1,4 @@
+#include "AssertionCapture.h"
 #include "GridMesh.h"
 #include "LogCapture.h"
 #include "MeshChecks.h"
@@ -127,6 +128,25 @@ private slots:
             QCOMPARE(indirection.at(i), row.at(i));
     }
 
+    void stopsTheProcessBeyondItsTable_data()
+    {
+        QTest::addColumn<int>("index");
+        QTest::newRow("below") << -1;
+        QTest::newRow("above") << 6;
+    }
+
+    void stopsTheProcessBeyondItsTable()
+    {
+        QFETCH(int, index);
+        const QString place = " in file Projects/GeometryDatabase/Solver, line ";
+        WedgeIndirection indirection;
+        const QString row = stopMessage([&] { indirection.setIndex(index); });
+        QVERIFY2(row.startsWith("ASSERT: \"i >= 0 && i < 6\"" + place), qPrintable(row));
+        const QString position = stopMessage([&] { indirection.at(index); });
+        QVERIFY2(position.startsWith("ASSERT: \"indirectIndex >= 0 && indirectIndex < 6\"" + place),
+                 qPrintable(position));
+    }
+
     void cutsByTheSmallestIds_data()
     {
         QTest::addColumn<Ids>("ids");
@@ -157,6 +177,21 @@ private slots:
         OneWedge model(ids);
         Solver(&model.database).decomposeWedgesToTets();
         QCOMPARE(model.tetrahedra(), tetrahedra);
+    }
+
+    void ofEqualIdsTheEarliestCountsAsTheSmallest()
+    {
+        // w4 and w0 stand third and fourth in V, so that row 2 applies.
+        OneWedge model({1, 2, 3, 4, 5, 6});
+        const auto& w = model.vertices;
+        w.at(4)->setId(1);
+        Solver(&model.database).decomposeWedgesToTets();
+        const auto tetrahedra = MeshChecks::sorted(model.region->childIterator());
+        QCOMPARE(tetrahedra.size(), 3);
+        using Corners = QList<MeshEntity*>;
+        QCOMPARE(MeshChecks::neighbours(tetrahedra.at(0), 0), Corners({w[5], w[3], w[4], w[0]}));
+        QCOMPARE(MeshChecks::neighbours(tetrahedra.at(1), 0), Corners({w[4], w[5], w[0], w[2]}));
+        QCOMPARE(MeshChecks::neighbours(tetrahedra.at(2), 0), Corners({w[4], w[0], w[1], w[2]}));
     }
 
     void everyAssignmentOfIdsFillsTheWedge()
