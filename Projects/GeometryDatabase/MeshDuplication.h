@@ -7,7 +7,6 @@
 namespace Ovra::Geo
 {
 
-class Database;
 class Mesh;
 class MeshEntity;
 class MeshVertex;

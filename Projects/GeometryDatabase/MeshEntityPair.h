@@ -24,7 +24,10 @@ public:
     ///        are equivalent.
     bool operator<(const MeshEntityPair& other) const;
 
+    /// \brief One entity; not owned.
     MeshEntity* first_ = nullptr;
+
+    /// \brief The other entity; not owned.
     MeshEntity* second_ = nullptr;
 };
 

@@ -51,7 +51,7 @@ Vectors crossProductsOfNeighbours(const Vectors& s)
     return result;
 }
 
-/// A segment weighs its ends linearly, or one end alone if the point is close to it.
+// A segment weighs its ends linearly, or one end alone if the point is close to it.
 void setSegmentWeights(double toFirst, double toSecond, double tolerance, double* first,
                        double* second)
 {
@@ -75,7 +75,7 @@ void normalize(Scalars* weights)
     }
 }
 
-/// Whether there was any to drop.
+// Whether there was any to drop.
 bool dropBelow(double tolerance, Scalars* weights)
 {
     bool dropped = false;
@@ -88,8 +88,8 @@ bool dropBelow(double tolerance, Scalars* weights)
     return dropped;
 }
 
-/// A polygon as seen from a point, for M. S. Floater's mean value coordinates (Computer Aided
-/// Geometric Design 20, 2003) in the form of K. Hormann.
+// A polygon as seen from a point, for M. S. Floater's mean value coordinates (Computer Aided
+// Geometric Design 20, 2003) in the form of K. Hormann.
 class PolygonView
 {
 public:
@@ -121,15 +121,15 @@ private:
     Scalars r_;
 };
 
-/// Twice the area of the triangle from the point to the edge, negative beyond the edge.
+// Twice the area of the triangle from the point to the edge, negative beyond the edge.
 double PolygonView::signedArea(qsizetype edge) const
 {
     const double area = c_[edge].length();
     return 0.0 > c_[edge] * normal_ ? -area : area;
 }
 
-/// An obtuse angle puts the foot of the point within the edge. Every point beyond the edge passes
-/// the test of the height, which clips it to the polygon's boundary.
+// An obtuse angle puts the foot of the point within the edge. Every point beyond the edge passes
+// the test of the height, which clips it to the polygon's boundary.
 bool PolygonView::liesOnEdge(qsizetype edge, double tolerance) const
 {
     const Vector e = s_[next(edge)] - s_[edge];
@@ -174,7 +174,7 @@ Scalars PolygonView::weights(double tolerance) const
     return meanValueWeights(tangents, tolerance);
 }
 
-/// The mesh entities around a vertex that lie on a model face, in the order of the vertex's list.
+// The mesh entities around a vertex that lie on a model face, in the order of the vertex's list.
 EntitiesAround meshFacesAround(const MeshVertex* vertex, const ModelEntity* face)
 {
     EntitiesAround result;
@@ -189,8 +189,8 @@ EntitiesAround meshFacesAround(const MeshVertex* vertex, const ModelEntity* face
     return result;
 }
 
-/// The two neighbours of a vertex in an entity's vertex list, the next one first; empty if the
-/// entity does not list the vertex.
+// The two neighbours of a vertex in an entity's vertex list, the next one first; empty if the
+// entity does not list the vertex.
 QVarLengthArray<MeshVertex*, 2> neighboursWithin(const MeshEntity* entity, const MeshVertex* vertex)
 {
     QVarLengthArray<MeshVertex*, 4> vertices;

@@ -56,15 +56,15 @@ bool hasOnlyFluidRegions(const ModelEntity* face)
     return true;
 }
 
-/// The face that stands in for an extruded one, or the bounding entity itself.
+// The face that stands in for an extruded one, or the bounding entity itself.
 ModelEntity* nonExtruded(ModelEntity* boundary, const Model* model)
 {
     const int id = boundary->attributes().value(AttributeType::NonExtrudedFace, 0).toInt();
     return id == 0 ? boundary : model->entity(boundary->dimension(), id);
 }
 
-/// Only plain fluid will do: not the devices that fluid flows through, nor what has been
-/// replicated.
+// Only plain fluid will do: not the devices that fluid flows through, nor what has been
+// replicated.
 bool isUnmovedFluid(const ModelEntity* region)
 {
     const AttributeMap& attributes = region->attributes();
@@ -79,7 +79,7 @@ ModelVertex* nextVertex(QListIterator<ModelEntity*>* i)
     return static_cast<ModelVertex*>(i->next());
 }
 
-/// What both forms of the replacement do first.
+// What both forms of the replacement do first.
 template <typename Entity>
 void handOver(Entity* entity, Entity* oldEntity, Entity* newEntity)
 {
