@@ -223,6 +223,16 @@ void checkVtk(QFile& file)
         checkVtkTables(file);
 }
 
+/// \brief Gmsh passes over a last line without a line break, and says nothing.
+void checkScript(QFile& file)
+{
+    const QByteArray last = tail(file, 400).split('\n').last().trimmed();
+    if (!last.isEmpty() && !last.startsWith("//"))
+        damaged(file.fileName(),
+                QStringLiteral("the last line has no line break at its end, so that Gmsh would "
+                               "pass over it; end it, or complete the file if it is cut off"));
+}
+
 void checkLastLineEnded(QFile& file)
 {
     if (!tail(file, 1).endsWith('\n'))
@@ -234,6 +244,7 @@ using Check = void (*)(QFile&);
 Check checkFor(const QString& suffix)
 {
     static const QHash<QString, Check> Checks{
+        {QStringLiteral("geo"), checkScript},       {QStringLiteral("geo_unrolled"), checkScript},
         {QStringLiteral("msh"), checkSections},     {QStringLiteral("step"), checkStep},
         {QStringLiteral("stp"), checkStep},         {QStringLiteral("iges"), checkIges},
         {QStringLiteral("igs"), checkIges},         {QStringLiteral("brep"), checkBrep},

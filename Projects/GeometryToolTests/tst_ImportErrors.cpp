@@ -126,6 +126,22 @@ private slots:
         checkRefused(import(path("error.geo")), 4, "line 2");
     }
 
+    // Gmsh would pass over such a line without a word: here, over all the geometry.
+    void refusesAScriptWhoseLastLineIsNotEnded()
+    {
+        const QByteArray script = "SetFactory(\"OpenCASCADE\");\nBox(1) = {0, 0, 0, 1, 1, 1};";
+        const QByteArray more = "Box(2) = {3, 0, 0, 1, 1, 1};";
+        QVERIFY(writeContent(path("open.geo"), script + '\n' + more));
+        checkRefused(import(path("open.geo")), 4, "the last line has no line break at its end");
+        for (const char* ending : {"\n", "\r\n", "\n\n  ", "\n// the end"}) {
+            QVERIFY(writeContent(path("ended.geo"), script + '\n' + more + ending));
+            const ToolRun run =
+                runTool({"import", path("ended.geo"), "-o", path("ended"), "--mesh-size", "1"});
+            QVERIFY2(run.exitCode == 0, run.errors.constData());
+            QCOMPARE(ImportedCase(path("ended")).modelCounts()[3], 2);
+        }
+    }
+
     void countsElementsOfUnknownKinds()
     {
         const QByteArray text = contentOf(path("two.inp"));

@@ -419,6 +419,10 @@ private slots:
                },
                {"error missing-link: mesh vertex 4 at (0, 0, 1) lacks its periodic_entity_type and "
                 "periodic_entity_id, or they mean nothing"});
+        addRow("missing-link, remains of one",
+               [](ClosedCase& c) { c.vertex(2).insert(T::ExtrudedWeights, QVariantList{1.0}); },
+               {"error missing-link: mesh vertex 2 at (1, 0, 0) lacks its extruded_entity_type and "
+                "extruded_entity_id, or they mean nothing"});
         addRow("missing-entity of a link",
                [](ClosedCase& c) { tie(c, 2, 2, 99, QVariantList{1.0}); },
                {"error missing-entity: mesh vertex 2 at (1, 0, 0) names in extruded_entity_id the "
@@ -577,6 +581,29 @@ private slots:
         QCOMPARE(truncated.output, QByteArray());
         QVERIFY(QFile::remove(path("case.geo_mesh")));
         QCOMPARE(runTool({"verify", path("case")}).exitCode, 3);
+    }
+
+    // What cannot be linked cannot be verified either: damage, told while reading.
+    void tellsNamesOfMissingVerticesWhileReading()
+    {
+        ClosedCase closed;
+        QVERIFY(closed.save(path("case")));
+        QByteArray mesh = contentOf(path("case.geo_mesh"));
+        const auto ids = [](const QList<int>& values) {
+            QByteArray bytes;
+            QDataStream stream(&bytes, QIODevice::WriteOnly);
+            for (const int value : values)
+                stream << value;
+            return bytes;
+        };
+        const qsizetype element = mesh.lastIndexOf(ids({1, 2, 3, 4}));
+        QVERIFY(element > 0);
+        mesh.replace(element, 16, ids({1, 2, 3, 99}));
+        QVERIFY(writeContent(path("case.geo_mesh"), mesh));
+        const ToolRun run = runTool({"verify", path("case")});
+        QCOMPARE(run.exitCode, 4);
+        QVERIFY2(isOneErrorLine(run.errors), run.errors.constData());
+        QCOMPARE(run.output, QByteArray());
     }
 
     void refusesBadLimits_data()
