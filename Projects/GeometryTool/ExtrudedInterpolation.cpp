@@ -53,11 +53,6 @@ void ExtrudedInterpolation::requireAtStart() const
 {
     for (const ModelEntity* face : extrudedFaces()) {
         const ModelEntity* const partner = partnerOf(*face);
-        if (!partner)
-            refuse(QStringLiteral("extruded_face of %1 names %2, which does not exist")
-                       .arg(nameOf(*face),
-                            nameOf(QStringLiteral("model"), faceDimension(),
-                                   intOf(face->attributes(), AttributeType::ExtrudedFace))));
         if (partner == face)
             refuse(QStringLiteral("extruded_face of %1 names that face itself").arg(nameOf(*face)));
         for (const ModelEntity* side : {face, partner}) {

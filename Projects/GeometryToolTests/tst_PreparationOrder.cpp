@@ -238,6 +238,23 @@ private slots:
         }
     }
 
+    // Whoever removes unreferenced entities later, in another run or by the library alone, finds
+    // them in place.
+    void newVerticesOfADeviceWithoutMeshStandOnItsFace()
+    {
+        GridSpec spec = plan({"12"}, {{1, "fluid"}, {2, "led_device"}});
+        spec.unmeshed = {2};
+        GridMesh grid(spec);
+        QCOMPARE(prepare(*grid.database(), {"split-fluid-solid"}).refusal, QString());
+        ModelEntity* const deviceSide = twinOf(grid, grid.face(1, 2), AttributeType::SolidFace);
+        QCOMPARE(MeshChecks::verticesOn(deviceSide).size(), 4);
+        for (const MeshEntity* vertex : MeshChecks::verticesOn(deviceSide))
+            QCOMPARE(vertex->parent(), deviceSide);
+        Solver(grid.database()).removeUnreferencedMeshEntities();
+        QCOMPARE(MeshChecks::findDeadPointer(grid.database()), QString());
+        QCOMPARE(deviceSide->childCount(), 1);
+    }
+
     // A vertex of such a surface may stand on a model edge that does not list the device.
     void verticesOfADevicesEdgesSurviveTheRemovalAndStayInPlace()
     {

@@ -319,6 +319,26 @@ private slots:
                  qPrintable(refusal));
     }
 
+    // The two sides are bent back to face nearly the same way, far apart: their planes meet 1e10
+    // away, and a turn about that line takes every vertex beyond what the library can see.
+    void aTransformThatLeadsNowhereIsRefused()
+    {
+        constexpr double turn = 176.0 / 180.0 * 3.14159265358979323846;
+        Channel channel;
+        channel.makePeriodic();
+        for (const int y : {0, 1, 2}) {
+            for (const int z : {0, 1, 2}) {
+                channel.grid.vertexAt(1, y, z)->setPoint(Vector(9e8, y, z));
+                channel.grid.vertexAt(2, y, z)->setPoint(
+                    Vector(8e8 - std::sin(turn) * (y - 1.0), 10.0 + std::cos(turn) * (y - 1.0), z));
+            }
+        }
+        const QString refusal = prepare(channel.database(), periodic).refusal;
+        QVERIFY2(refusal.startsWith("the periodic transform takes mesh vertex "),
+                 qPrintable(refusal));
+        QVERIFY2(refusal.contains(" nowhere; one transform, "), qPrintable(refusal));
+    }
+
     void aSectorIsTiedByARotation()
     {
         Channel channel;
