@@ -11,12 +11,12 @@ namespace
 {
 
 constexpr double Unreachable = 1e12;
-/// More than the rounding of the few operations that make a bound, relative to what goes into it.
+// More than the rounding of the few operations that make a bound, relative to what goes into it.
 constexpr double Rounding = 64 * std::numeric_limits<double>::epsilon();
 
-/// By the plane halfway between two points that are \p between apart: a distance from the query that
-/// nothing undercuts which is nearer to the one, \p own from the query, than to the other. \p reach
-/// is how far such things lie from the node above. A NaN, or less than 0, where there is no bound.
+// By the plane halfway between two points that are \p between apart: a distance from the query that
+// nothing undercuts which is nearer to the one, \p own from the query, than to the other. \p reach
+// is how far such things lie from the node above. A NaN, or less than 0, where there is no bound.
 double beyondPlane(double own, double other, double between, double reach)
 {
     const double squares = own * own + other * other + reach * reach;
@@ -40,15 +40,26 @@ void NearTree::set(int id, const Vector& point, double radius)
 {
     deleteTree(std::exchange(left_, nullptr));
     deleteTree(std::exchange(right_, nullptr));
+    warnAbove();
     id_ = id;
     point_ = point;
     radius_ = radius;
     maxLeft_ = 0.0;
     maxRight_ = 0.0;
+    regular_ = true;
+}
+
+// What the nodes above know of the points below holds only for those that came in from above.
+void NearTree::warnAbove()
+{
+    for (NearTree* node = above_; node && node->regular_; node = node->above_) {
+        node->regular_ = false;
+    }
 }
 
 void NearTree::insert(NearTree* node)
 {
+    warnAbove();
     NearTree* place = this;
     double reach = distance(node) + node->radius_;
     while (place->right_) {
@@ -69,6 +80,7 @@ void NearTree::insert(NearTree* node)
 
 void NearTree::attach(NearTree* node, double reach)
 {
+    node->above_ = this;
     if (left_) {
         right_ = node;
         maxRight_ = reach;
@@ -83,7 +95,7 @@ int NearTree::nearest(const NearTree* query) const
     if (!query) {
         return 0;
     }
-    const double known = distanceOnDescent(query);
+    const double known = regular_ ? distanceOnDescent(query) : Unreachable;
     const Candidate found = search(query, known);
     // Below a point that is not finite the descent may have seen what no search reaches.
     return found.distance > known ? search(query, Unreachable).id : found.id;
@@ -126,6 +138,15 @@ double NearTree::distanceOnDescent(const NearTree* query) const
     return node->left_ ? std::min(least, node->left_->distance(query)) : least;
 }
 
+void NearTree::separate(Subtree* left, Subtree* right) const
+{
+    const double between = left_->distance(right_);
+    left->floor =
+        std::max(left->floor, beyondPlane(left->distance, right->distance, between, maxLeft_));
+    right->floor =
+        std::max(right->floor, beyondPlane(right->distance, left->distance, between, maxRight_));
+}
+
 void NearTree::appendSubtrees(const NearTree* query, double d, SearchStack* pending) const
 {
     if (!left_) {
@@ -134,11 +155,9 @@ void NearTree::appendSubtrees(const NearTree* query, double d, SearchStack* pend
     Subtree left{left_, left_->distance(query), d - maxLeft_, beyondReach(d, maxLeft_)};
     if (right_) {
         Subtree right{right_, right_->distance(query), d - maxRight_, beyondReach(d, maxRight_)};
-        const double between = left_->distance(right_);
-        left.floor =
-            std::max(left.floor, beyondPlane(left.distance, right.distance, between, maxLeft_));
-        right.floor =
-            std::max(right.floor, beyondPlane(right.distance, left.distance, between, maxRight_));
+        if (regular_) {
+            separate(&left, &right);
+        }
         pending->append(right);
     }
     pending->append(left);

@@ -86,8 +86,10 @@ private:
     using SearchStack = QVarLengthArray<Subtree, 64>;
 
     void attach(NearTree* node, double reach);
+    void warnAbove();
     Candidate search(const NearTree* query, double known) const;
     double distanceOnDescent(const NearTree* query) const;
+    void separate(Subtree* left, Subtree* right) const;
     void appendSubtrees(const NearTree* query, double d, SearchStack* pending) const;
     static void deleteTree(NearTree* root);
 
@@ -100,6 +102,9 @@ private:
     /// Filled before right_, so that a node never has a right subtree alone.
     NearTree* left_ = nullptr;
     NearTree* right_ = nullptr;
+    NearTree* above_ = nullptr;
+    /// Whether nothing below has changed but by insertion here or above. If not, neither here nor above.
+    bool regular_ = true;
 };
 
 } // namespace Ovra::Geo

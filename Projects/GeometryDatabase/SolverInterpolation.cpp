@@ -26,7 +26,7 @@ namespace
 using PeriodicPairs = QMap<int, std::pair<ModelEntity*, ModelEntity*>>;
 
 constexpr double Pi = 3.14159265358979323846;
-/// The cosine of 3 degrees: normals closer than that count as parallel or opposed.
+// The cosine of 3 degrees: normals closer than that count as parallel or opposed.
 constexpr double ParallelCosine = 0.99863;
 constexpr double PeriodicTolerance = 1e-6;
 
@@ -81,7 +81,7 @@ Vector normalized(Vector vector)
     return vector;
 }
 
-/// Two faces in one plane, a half turn apart about the middle between them.
+// Two faces in one plane, a half turn apart about the middle between them.
 PeriodicTransform halfTurnFrame(const Vector& cA, const Vector& cB, const Vector& nA)
 {
     PeriodicTransform result;
@@ -92,7 +92,7 @@ PeriodicTransform halfTurnFrame(const Vector& cA, const Vector& cB, const Vector
     return result;
 }
 
-/// Two faces whose planes meet in a line, the axis.
+// Two faces whose planes meet in a line, the axis.
 PeriodicTransform sectorFrame(const Vector& cA, const Vector& cB, const Vector& nA,
                               const Vector& nB)
 {
@@ -128,8 +128,8 @@ Matrix rotationAboutZ(double angle)
     return result;
 }
 
-/// A fixed permutation of the ids that leaves no trace of their order. Ids follow lines of the
-/// mesh, and a tree filled in that order is as deep as the lines are long.
+// A fixed permutation of the ids that leaves no trace of their order. Ids follow lines of the
+// mesh, and a tree filled in that order is as deep as the lines are long.
 quint32 scattered(int id)
 {
     auto x = static_cast<quint32>(id);
@@ -154,7 +154,7 @@ bool scatteredLessThan(const MeshEntity* a, const MeshEntity* b)
     return scattered(a->id()) < scattered(b->id());
 }
 
-/// Finds the vertices of one face by place; owns the tree, and one query node for all searches.
+// Finds the vertices of one face by place; owns the tree, and one query node for all searches.
 class VertexFinder
 {
 public:
@@ -176,8 +176,8 @@ private:
     const Mesh* mesh_;
 };
 
-/// Calls \p tie for each vertex with its place on the partner face and the partner's vertex nearest to
-/// that. Leaves out what another pair or an earlier run has tied.
+// Calls \p tie for each vertex with its place on the partner face and the partner's vertex nearest to
+// that. Leaves out what another pair or an earlier run has tied.
 template <typename Place, typename Tie>
 void tieEach(const QSet<MeshEntity*>& vertices, const AttributeType& link, VertexFinder partner,
              Place place, Tie tie)

@@ -405,6 +405,29 @@ private slots:
         }
     }
 
+    // The point lies on the other child's side, where it had never come from the root.
+    void pointInsertedBelowAChildIsFound()
+    {
+        const auto tree = makeTree({Vector(0, 0, 0)});
+        NearTree* left = makeNode(2, Vector(10, 0, 0));
+        tree->insert(left);
+        tree->insert(makeNode(3, Vector(-10, 0, 0)));
+        left->insert(makeNode(4, Vector(-9, 0, 0)));
+        QCOMPARE(nearestId(*tree, Vector(-9, 0, 0)), 4);
+    }
+
+    void childThatIsSetAgainIsFoundAtItsNewPlace()
+    {
+        const auto tree = makeTree({Vector(0, 0, 0)});
+        NearTree* left = makeNode(2, Vector(10, 0, 0));
+        tree->insert(left);
+        tree->insert(makeNode(3, Vector(-10, 0, 0)));
+        tree->insert(makeNode(4, Vector(-1, 5, 0)));
+        left->set(9, Vector(-2, 5, 0), 0.0);
+        QCOMPARE(nearestId(*tree, Vector(-1.1, 5, 0)), 4);
+        QCOMPARE(nearestId(*tree, Vector(-2, 5, 0)), 9);
+    }
+
     void identicalPointsAnswerTheFirst()
     {
         const auto tree = makeTree(QList<Vector>(300, Vector(1, 2, 3)));
