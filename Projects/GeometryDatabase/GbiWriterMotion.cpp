@@ -2,6 +2,7 @@
 #include "GbiQueries.h"
 #include "GbiText.h"
 #include "GbiWriter.h"
+#include "MaterialKind.h"
 #include "MeshEntity.h"
 #include "Model.h"
 #include "ModelEntity.h"
@@ -58,10 +59,8 @@ void writeMaterials(QTextStream& stream, const QList<int>& materials)
 
 bool isRotating(const ModelEntity& region)
 {
-    const AttributeMap& attributes = region.attributes();
-    return attributes.value(AttributeType::MaterialType, QVariant()).toString() ==
-               QLatin1String("rotating_device") &&
-           !GbiQueries::boolAttribute(attributes, AttributeType::IsSuppressed);
+    return materialKind(&region) == QLatin1String("rotating_device") &&
+           !GbiQueries::boolAttribute(region.attributes(), AttributeType::IsSuppressed);
 }
 
 // The tables of one rotating region.

@@ -1,6 +1,7 @@
 #include "AttributeType.h"
 #include "Database.h"
 #include "IdOrder.h"
+#include "MaterialKind.h"
 #include "Mesh.h"
 #include "MeshDuplication.h"
 #include "MeshEntity.h"
@@ -28,12 +29,6 @@ bool isMoving(const ModelEntity* region)
 }
 
 // Plain fluid alone: a device that the fluid flows through is not swept.
-bool isPlainFluid(const ModelEntity* region)
-{
-    const QVariant type = region->attributes().value(AttributeType::MaterialType, QVariant());
-    return type.toString() == QLatin1String("fluid");
-}
-
 void addFaceLike(Model* model, const ModelEntity* face, ModelEntity* region)
 {
     ModelEntity* newFace = ModelEntity::create(face->dimension());
@@ -93,7 +88,7 @@ bool Solver::shouldReplicate(ModelEntity* region) const
         return false;
     const QSet<ModelEntity*> neighbours = Utility::getAdjacentRegions(region, database_->model());
     return std::any_of(neighbours.cbegin(), neighbours.cend(), [](const ModelEntity* other) {
-        return isPlainFluid(other) || isMoving(other);
+        return materialKind(other) == QLatin1String("fluid") || isMoving(other);
     });
 }
 

@@ -1,5 +1,6 @@
 #include "Assertion.h"
 #include "ElementFaceData.h"
+#include "MaterialKind.h"
 #include "MeshEntity.h"
 #include "Model.h"
 #include "ModelEdge.h"
@@ -32,11 +33,6 @@ constexpr std::array UnmeshedDeviceKinds{
     QLatin1String("ecomp_tec"),
     QLatin1String("led_device"),
 };
-
-QString materialKind(const ModelEntity* region)
-{
-    return region->attributes().value(AttributeType::MaterialType, QVariant()).toString();
-}
 
 template <std::size_t Count>
 bool isOneOf(const std::array<QLatin1String, Count>& kinds, const QString& kind)
