@@ -7,6 +7,9 @@
 #include <QHash>
 #include <QtEndian>
 
+#include <algorithm>
+#include <cctype>
+
 namespace Ovra::GeoTool
 {
 
@@ -223,14 +226,27 @@ void checkVtk(QFile& file)
         checkVtkTables(file);
 }
 
-/// \brief Gmsh passes over a last line without a line break, and says nothing.
+/// \brief Whether something follows the first statement of a line, comments apart.
+bool hasMoreStatements(const QByteArray& line)
+{
+    const qsizetype end = line.indexOf(';');
+    QByteArray rest = end < 0 ? QByteArray() : line.mid(end + 1);
+    for (const char* comment : {"//", "/*"})
+        rest.truncate(rest.contains(comment) ? rest.indexOf(comment) : rest.size());
+    return std::any_of(rest.begin(), rest.end(),
+                       [](char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0; });
+}
+
+/// \brief Of a last line without a line break Gmsh takes the first statement, and says nothing.
 void checkScript(QFile& file)
 {
-    const QByteArray last = tail(file, 400).split('\n').last().trimmed();
-    if (!last.isEmpty() && !last.startsWith("//"))
+    constexpr qint64 longestLine = 100000;
+    const QByteArray last = tail(file, longestLine).split('\n').last();
+    if (hasMoreStatements(last))
         damaged(file.fileName(),
-                QStringLiteral("the last line has no line break at its end, so that Gmsh would "
-                               "pass over it; end it, or complete the file if it is cut off"));
+                QStringLiteral("the last line has several statements and no line break at its end, "
+                               "so that Gmsh would pass over all but the first; end it, or "
+                               "complete the file if it is cut off"));
 }
 
 void checkLastLineEnded(QFile& file)

@@ -126,20 +126,36 @@ private slots:
         checkRefused(import(path("error.geo")), 4, "line 2");
     }
 
-    // Gmsh would pass over such a line without a word: here, over all the geometry.
-    void refusesAScriptWhoseLastLineIsNotEnded()
+    // Gmsh would pass over what follows the first statement of such a line without a word.
+    void refusesStatementsThatGmshWouldPassOver_data()
     {
-        const QByteArray script = "SetFactory(\"OpenCASCADE\");\nBox(1) = {0, 0, 0, 1, 1, 1};";
-        const QByteArray more = "Box(2) = {3, 0, 0, 1, 1, 1};";
-        QVERIFY(writeContent(path("open.geo"), script + '\n' + more));
-        checkRefused(import(path("open.geo")), 4, "the last line has no line break at its end");
-        for (const char* ending : {"\n", "\r\n", "\n\n  ", "\n// the end"}) {
-            QVERIFY(writeContent(path("ended.geo"), script + '\n' + more + ending));
-            const ToolRun run =
-                runTool({"import", path("ended.geo"), "-o", path("ended"), "--mesh-size", "1"});
-            QVERIFY2(run.exitCode == 0, run.errors.constData());
-            QCOMPARE(ImportedCase(path("ended")).modelCounts()[3], 2);
+        QTest::addColumn<QByteArray>("ending");
+        QTest::addColumn<bool>("refused");
+        const QByteArray first = "Box(1) = {0, 0, 0, 1, 1, 1};";
+        const QByteArray second = "Box(2) = {3, 0, 0, 1, 1, 1};";
+        QTest::newRow("two in the last line") << first + ' ' + second << true;
+        QTest::newRow("ended") << first + ' ' + second + '\n' << false;
+        QTest::newRow("ended as elsewhere") << first + ' ' + second + "\r\n" << false;
+        QTest::newRow("one in the last line") << first + '\n' + second << false;
+        QTest::newRow("comment") << first + '\n' + second + " // Box(3), another one;" << false;
+        QTest::newRow("other comment") << first + '\n' + second + " /* Box(3) */" << false;
+        QTest::newRow("spaces") << first + ' ' + second + "\n\n  " << false;
+        QTest::newRow("braces") << first + "\nTranslate {3, 0, 0} {Duplicata {Volume{1};} }"
+                                << false;
+    }
+
+    void refusesStatementsThatGmshWouldPassOver()
+    {
+        QFETCH(QByteArray, ending);
+        QFETCH(bool, refused);
+        QVERIFY(writeContent(path("last.geo"), "SetFactory(\"OpenCASCADE\");\n" + ending));
+        if (refused) {
+            checkRefused(import(path("last.geo")), 4, "the last line has several statements");
+            return;
         }
+        const ToolRun run = import(path("last.geo"), {"--mesh-size", "1"});
+        QVERIFY2(run.exitCode == 0, run.errors.constData());
+        QCOMPARE(ImportedCase(path("case")).modelCounts()[3], 2);
     }
 
     void countsElementsOfUnknownKinds()
