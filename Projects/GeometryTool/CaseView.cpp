@@ -1,6 +1,7 @@
 #include "CaseView.h"
 
 #include "Database.h"
+#include "IdOrder.h"
 #include "Mesh.h"
 #include "MeshEntity.h"
 #include "Model.h"
@@ -25,15 +26,8 @@ std::size_t slot(int dimension)
 template <typename Entity, typename Container>
 std::vector<Entity*> sortedEntities(const Container& container, int dimension)
 {
-    std::vector<Entity*> entities;
-    entities.reserve(slot(container.count(dimension)));
-    auto walk = container.iterator(dimension);
-    while (walk.hasNext()) {
-        walk.next();
-        entities.push_back(walk.value());
-    }
-    std::sort(entities.begin(), entities.end(), Entity::lessThan);
-    return entities;
+    const QList<Entity*> entities = inIdOrder(container.iterator(dimension));
+    return {entities.begin(), entities.end()};
 }
 
 } // namespace
@@ -61,14 +55,8 @@ const std::vector<MeshEntity*>& CaseView::meshEntities(int dimension) const
 
 std::vector<MeshEntity*> CaseView::childrenOf(const ModelEntity& entity)
 {
-    std::vector<MeshEntity*> children;
-    auto walk = entity.childIterator();
-    while (walk.hasNext()) {
-        walk.next();
-        children.push_back(walk.value());
-    }
-    std::sort(children.begin(), children.end(), MeshEntity::lessThan);
-    return children;
+    const QList<MeshEntity*> children = inIdOrder(entity.childIterator());
+    return {children.begin(), children.end()};
 }
 
 std::vector<MeshEntity*> CaseView::verticesOn(const ModelEntity& entity)

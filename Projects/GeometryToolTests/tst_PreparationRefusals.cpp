@@ -184,10 +184,22 @@ private slots:
 
     // The two sides of what has been doubled have vertices of their own, whose ids may call for
     // different diagonals.
-    void wedgesAreNotCutAfterASplit()
+    void wedgesAreNotCutAfterDoubling_data()
     {
-        GridMesh grid(plan({"12"}, {{1, "fluid"}, {2, "solid"}}, Wedge));
-        QCOMPARE(prepare(*grid.database(), {"split-fluid-solid"}).refusal, QString());
+        QTest::addColumn<QString>("material");
+        QTest::addColumn<QString>("operation");
+        QTest::newRow("split") << "solid"
+                               << "split-fluid-solid";
+        QTest::newRow("peripheral") << "rotating_device"
+                                    << "peripheral";
+    }
+
+    void wedgesAreNotCutAfterDoubling()
+    {
+        QFETCH(QString, material);
+        QFETCH(QString, operation);
+        GridMesh grid(plan({"12"}, {{1, "fluid"}, {2, material}}, Wedge));
+        QCOMPARE(prepare(*grid.database(), {operation}).refusal, QString());
         QCOMPARE(prepare(*grid.database(), {"decompose-wedges"}).refusal,
                  "wedges lie beside model face 2, which has been doubled already: its two sides "
                  "might be cut along different diagonals; decompose wedges first");
@@ -340,6 +352,14 @@ private:
         addRow("moving region beside a device only", plan({"12"}, {{1, "heat_sink"}, {2, "solid"}}),
                moving, replicate,
                "model region 2 (material_type \"solid\") moves, but no region beside it is plain "
+               "fluid at rest that could take its place");
+        // What has been replicated is fluid, but the library takes it for nobody's.
+        addRow("moving region beside a replicated one only",
+               plan({"123"}, {{1, "fluid"}, {2, "fluid"}, {3, "solid"}}),
+               both(attribute(2, AttributeType::NewMotionRegion, 1),
+                    attribute(3, AttributeType::MotionType, 1)),
+               replicate,
+               "model region 3 (material_type \"solid\") moves, but no region beside it is plain "
                "fluid at rest that could take its place");
         addRow("moving region beside a suppressed fluid only",
                plan({"12"}, {{1, "fluid"}, {2, "solid"}}),
