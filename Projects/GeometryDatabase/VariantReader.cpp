@@ -195,7 +195,7 @@ bool VariantReader::hasKnownTimeSpec() const
     if (bytes.size() <= dateSize + timeSize) {
         return true; // broken off, which Qt's operator will find
     }
-    const int timeSpec = bytes.back();
+    const auto timeSpec = static_cast<qint8>(bytes.back());
     if (version == QDataStream::Qt_5_0) {
         return timeSpec >= Qt::LocalTime && timeSpec <= Qt::OffsetFromUTC;
     }
