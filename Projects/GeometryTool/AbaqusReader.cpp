@@ -29,11 +29,11 @@ const TypeFamily Families[] = {{"SFM3D", 2}, {"STRI", 2}, {"DC3D", 3}, {"AC3D", 
 
 int gmshTypeOf(int dimension, int nodeCount)
 {
-    static const QHash<std::pair<int, int>, int> Types{
+    static const QHash<std::pair<int, int>, int> types{
         {{1, 2}, 1},  {{1, 3}, 8},   {{2, 3}, 2},   {{2, 4}, 3},   {{2, 6}, 9},
         {{2, 8}, 16}, {{2, 9}, 10},  {{3, 4}, 4},   {{3, 5}, 7},   {{3, 6}, 6},
         {{3, 8}, 5},  {{3, 10}, 11}, {{3, 13}, 19}, {{3, 15}, 18}, {{3, 20}, 17}};
-    return Types.value({dimension, nodeCount}, 0);
+    return types.value({dimension, nodeCount}, 0);
 }
 
 int leadingNumber(const QByteArray& text)

@@ -56,7 +56,7 @@ bool isTriple(const QJsonValue& json)
 QVariant listOfReals(const QJsonValue& json)
 {
     QVariantList list;
-    for (const QJsonValue& item : json.toArray())
+    for (const QJsonValue item : json.toArray())
         list.append(item.toDouble());
     return list;
 }
@@ -70,10 +70,10 @@ QVariant vectorOf(const QJsonValue& json)
 QVariant matrixOf(const QJsonValue& json)
 {
     QList<double> numbers;
-    for (const QJsonValue& item : json.toArray()) {
+    for (const QJsonValue item : json.toArray()) {
         if (item.isDouble())
             numbers.append(item.toDouble());
-        for (const QJsonValue& inner : item.toArray())
+        for (const QJsonValue inner : item.toArray())
             numbers.append(inner.toDouble());
     }
     Matrix matrix;
@@ -86,7 +86,7 @@ QVariant anyValue(const QJsonValue& json)
 {
     if (json.isArray()) {
         QVariantList list;
-        for (const QJsonValue& item : json.toArray())
+        for (const QJsonValue item : json.toArray())
             list.append(anyValue(item));
         return list;
     }
@@ -126,7 +126,7 @@ ValueKind AttributeValue::kindOf(const AttributeType& type)
 
 QString AttributeValue::expectation(ValueKind kind)
 {
-    static const QMap<ValueKind, QString> Texts{
+    static const QMap<ValueKind, QString> texts{
         {ValueKind::Any, QStringLiteral("a number, a text, true, false, or a list of these")},
         {ValueKind::Integer, QStringLiteral("an integer")},
         {ValueKind::Boolean, QStringLiteral("true or false")},
@@ -139,7 +139,7 @@ QString AttributeValue::expectation(ValueKind kind)
         {ValueKind::RegionId,
          QStringLiteral("the id of a region or the name of a group of one region")},
         {ValueKind::FaceList, QStringLiteral("a list of ids of faces and names of groups")}};
-    return Texts.value(kind);
+    return texts.value(kind);
 }
 
 QString AttributeValue::description(const QJsonValue& json)

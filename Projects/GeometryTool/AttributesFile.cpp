@@ -164,7 +164,7 @@ QList<AttributesFile::Shell> AttributesFile::readShells(const QString& section,
         fail(section,
              QStringLiteral("a list is expected, not %1").arg(AttributeValue::description(value)));
     QList<Shell> shells;
-    for (const QJsonValue& item : value.toArray()) {
+    for (const QJsonValue item : value.toArray()) {
         Shell shell;
         shell.place = QStringLiteral("%1/%2").arg(section).arg(shells.size());
         QJsonObject keys = object(item, shell.place);
@@ -319,7 +319,7 @@ QVariant AttributesFile::resolved(const Entry& entry, const ImportedMesh& mesh) 
     if (AttributeValue::kindOf(entry.type) == ValueKind::FaceId)
         return single(entry.json, entry.place, dimension, mesh);
     QVariantList list;
-    for (const QJsonValue& item : entry.json.toArray()) {
+    for (const QJsonValue item : entry.json.toArray()) {
         for (const int id : named(item, entry.place, dimension, mesh))
             list.append(id);
     }

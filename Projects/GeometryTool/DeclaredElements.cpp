@@ -60,13 +60,13 @@ Count inGmshMesh(QFile& file)
 
 Count inUniversal(QFile& file)
 {
-    static const QSet<QByteArray> Beams{"11", "21", "22", "23", "24"};
+    static const QSet<QByteArray> beams{"11", "21", "22", "23", "24"};
     qint64 count = 0;
     while (findLine(file, "2412")) {
         for (QList<QByteArray> record = fieldsOf(file); record.size() == 6;
              record = fieldsOf(file)) {
             ++count;
-            if (Beams.contains(record.at(1)))
+            if (beams.contains(record.at(1)))
                 file.readLine();
             for (qint64 nodes = record.at(5).toLongLong(); nodes > 0 && !file.atEnd(); nodes -= 8)
                 file.readLine();
@@ -91,12 +91,12 @@ Count inNastran(QFile& file)
 
 Count inMedit(QFile& file)
 {
-    static const QSet<QByteArray> Kinds{"Edges",  "Triangles", "Quadrilaterals", "Tetrahedra",
+    static const QSet<QByteArray> kinds{"Edges",  "Triangles", "Quadrilaterals", "Tetrahedra",
                                         "Prisms", "Pyramids",  "Hexahedra"};
     qint64 count = 0;
     while (!file.atEnd()) {
         QList<QByteArray> fields = fieldsOf(file);
-        if (!Kinds.contains(fields.first()))
+        if (!kinds.contains(fields.first()))
             continue;
         if (fields.size() == 1)
             fields += fieldsOf(file);
@@ -119,11 +119,11 @@ Count inVtk(QFile& file)
 
 std::optional<qint64> DeclaredElements::in(const QString& path)
 {
-    static const QHash<QString, Count (*)(QFile&)> Counters{
+    static const QHash<QString, Count (*)(QFile&)> counters{
         {QStringLiteral("msh"), inGmshMesh}, {QStringLiteral("unv"), inUniversal},
         {QStringLiteral("bdf"), inNastran},  {QStringLiteral("nas"), inNastran},
         {QStringLiteral("mesh"), inMedit},   {QStringLiteral("vtk"), inVtk}};
-    const auto counter = Counters.value(InputFileCheck::suffix(path), nullptr);
+    const auto counter = counters.value(InputFileCheck::suffix(path), nullptr);
     QFile file(path);
     if (counter == nullptr || !file.open(QIODevice::ReadOnly))
         return std::nullopt;

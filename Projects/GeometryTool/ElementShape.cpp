@@ -36,19 +36,19 @@ const Sides& localEdges(int nodeCount, int dimension)
 {
     if (dimension == 2)
         return ElementTopology::find(2, nodeCount)->sides;
-    static const Sides Tetrahedron = edgesOfFaces(ElementShape::faces(4));
-    static const Sides Pyramid = edgesOfFaces(ElementShape::faces(5));
-    static const Sides Wedge = edgesOfFaces(ElementShape::faces(6));
-    static const Sides Hexahedron = edgesOfFaces(ElementShape::faces(8));
+    static const Sides tetrahedron = edgesOfFaces(ElementShape::faces(4));
+    static const Sides pyramid = edgesOfFaces(ElementShape::faces(5));
+    static const Sides wedge = edgesOfFaces(ElementShape::faces(6));
+    static const Sides hexahedron = edgesOfFaces(ElementShape::faces(8));
     switch (nodeCount) {
     case 4:
-        return Tetrahedron;
+        return tetrahedron;
     case 5:
-        return Pyramid;
+        return pyramid;
     case 6:
-        return Wedge;
+        return wedge;
     default:
-        return Hexahedron;
+        return hexahedron;
     }
 }
 

@@ -45,9 +45,9 @@ Kind kindOf(int gmshType)
 
 bool isKnown(const Kind& kind)
 {
-    static const char* const Families[] = {"Point",       "Line",    "Triangle", "Quadrilateral",
+    static const char* const families[] = {"Point",       "Line",    "Triangle", "Quadrilateral",
                                            "Tetrahedron", "Pyramid", "Prism",    "Hexahedron"};
-    return std::any_of(std::begin(Families), std::end(Families), [&kind](const char* family) {
+    return std::any_of(std::begin(families), std::end(families), [&kind](const char* family) {
         return kind.name.startsWith(QLatin1String(family));
     });
 }
