@@ -264,9 +264,9 @@ private slots:
     {
         InterpolationData data;
         data.entityType = 0;
-        QCOMPARE(data.weightList(), QVariantList({1.0}));
+        QCOMPARE(data.weightList(), QVariantList{QVariant(1.0)});
         data.weights = {0.25, 0.75};
-        QCOMPARE(data.weightList(), QVariantList({1.0}));
+        QCOMPARE(data.weightList(), QVariantList{QVariant(1.0)});
         QCOMPARE(data.weightList().first().typeId(), static_cast<int>(QMetaType::Double));
     }
 

@@ -98,10 +98,10 @@ void checkNastran(QFile& file)
 /// matter.
 qsizetype numbersUnder(const QByteArray& keyword)
 {
-    static const QHash<QByteArray, qsizetype> Numbers{{"Edges", 3},          {"Triangles", 4},
+    static const QHash<QByteArray, qsizetype> numbers{{"Edges", 3},          {"Triangles", 4},
                                                       {"Quadrilaterals", 5}, {"Tetrahedra", 5},
                                                       {"Prisms", 7},         {"Hexahedra", 9}};
-    return Numbers.value(keyword, 0);
+    return numbers.value(keyword, 0);
 }
 
 void checkMedit(QFile& file)
@@ -259,7 +259,7 @@ using Check = void (*)(QFile&);
 
 Check checkFor(const QString& suffix)
 {
-    static const QHash<QString, Check> Checks{
+    static const QHash<QString, Check> checks{
         {QStringLiteral("geo"), checkScript},       {QStringLiteral("geo_unrolled"), checkScript},
         {QStringLiteral("msh"), checkSections},     {QStringLiteral("step"), checkStep},
         {QStringLiteral("stp"), checkStep},         {QStringLiteral("iges"), checkIges},
@@ -268,7 +268,7 @@ Check checkFor(const QString& suffix)
         {QStringLiteral("nas"), checkNastran},      {QStringLiteral("stl"), checkStl},
         {QStringLiteral("mesh"), checkMedit},       {QStringLiteral("vtk"), checkVtk},
         {QStringLiteral("inp"), checkLastLineEnded}};
-    return Checks.value(suffix, nullptr);
+    return checks.value(suffix, nullptr);
 }
 
 } // namespace
