@@ -267,7 +267,7 @@ private slots:
         QCOMPARE(data.weightList(), QVariantList{QVariant(1.0)});
         data.weights = {0.25, 0.75};
         QCOMPARE(data.weightList(), QVariantList{QVariant(1.0)});
-        QCOMPARE(data.weightList().first().typeId(), static_cast<int>(QMetaType::Double));
+        QCOMPARE(data.weightList().constFirst().typeId(), static_cast<int>(QMetaType::Double));
     }
 
     void aTransformStartsAsZeroAndTakesEveryPointToZero()
