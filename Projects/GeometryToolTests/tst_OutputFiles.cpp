@@ -60,7 +60,7 @@ private slots:
             files.add(path("a")).write("new a");
             files.add(path("b")).write("new b");
             QVERIFY(QDir(directory_->path()).mkdir("b")); // no file can be renamed to that
-            QVERIFY_EXCEPTION_THROWN(files.commit(), ToolError);
+            QVERIFY_THROWS_EXCEPTION(ToolError, files.commit());
         }
         QCOMPARE(filesIn(directory_->path()), oldFile ? QStringList({"a"}) : QStringList());
         QCOMPARE(contentOf(path("a")), oldFile ? QByteArray("old a") : QByteArray());
@@ -115,7 +115,7 @@ private slots:
     {
         OutputFiles files;
         files.add("/dev/full").write("text");
-        QVERIFY_EXCEPTION_THROWN(files.commit(), ToolError);
+        QVERIFY_THROWS_EXCEPTION(ToolError, files.commit());
     }
 
 private:
