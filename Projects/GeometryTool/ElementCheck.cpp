@@ -71,13 +71,9 @@ QString vertexCountsOf(int dimension)
 QString measureText(const MeshEntity& entity)
 {
     static const std::array<const char*, 4> names = {"", "length", "area", "volume"};
-    std::vector<Vector> points;
-    points.reserve(static_cast<std::size_t>(entity.adjacencyCount(0)));
-    for (int i = 0; i < entity.adjacencyCount(0); ++i)
-        points.push_back(entity.adjacencyAt(0, i)->centroid());
     return QStringLiteral("%1 of %2")
         .arg(QLatin1String(names.at(static_cast<std::size_t>(entity.dimension()))))
-        .arg(MeshQuality::measureOf(*topologyOf(entity), points), 0, 'g', 6);
+        .arg(MeshQuality::measureOf(entity), 0, 'g', 6);
 }
 
 VertexSet vertexSetOf(const MeshEntity& element)

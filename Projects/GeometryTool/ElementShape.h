@@ -15,7 +15,7 @@ struct NodeKey
     static constexpr int NoNode = -1;
 
     std::array<int, 4> nodes{NoNode, NoNode, NoNode, NoNode};
-    auto operator<=>(const NodeKey&) const = default;
+    auto operator<=>(const NodeKey&) const = default; // NOLINT(modernize-use-nullptr)
 };
 
 /// \brief What the import needs of the shape of elements: their sides as elements of their own,

@@ -101,6 +101,13 @@ double fanArea(const Points& points)
     return area;
 }
 
+double sizeOf(const ElementTopology& topology, const Points& points)
+{
+    if (topology.dimension == 1)
+        return (points[1] - points[0]).length();
+    return topology.dimension == 2 ? fanArea(points) : solidVolume(topology, points);
+}
+
 double perimeter(const Points& points)
 {
     double length = 0.0;
@@ -255,11 +262,11 @@ MeshQuality::MeshQuality(const Mesh& mesh, int dimension, Progress& progress)
     }
 }
 
-double MeshQuality::measureOf(const ElementTopology& topology, const std::vector<Vector>& points)
+double MeshQuality::measureOf(const MeshEntity& element)
 {
-    if (topology.dimension == 1)
-        return (points[1] - points[0]).length();
-    return topology.dimension == 2 ? fanArea(points) : solidVolume(topology, points);
+    const auto* const topology =
+        ElementTopology::find(element.dimension(), element.adjacencyCount(0));
+    return sizeOf(*topology, pointsOf(element));
 }
 
 void MeshQuality::add(MeshEntity& element)
@@ -275,21 +282,21 @@ void MeshQuality::add(MeshEntity& element)
 void MeshQuality::judge(int id, const ElementTopology& topology, const std::vector<Vector>& points,
                         bool repeatsVertex)
 {
-    const double measure = measureOf(topology, points);
+    const double size = sizeOf(topology, points);
     const double scale = std::pow(longestEdge(topology, points), topology.dimension);
-    measure_.add(measure, id);
-    total_ += measure;
+    measure_.add(size, id);
+    total_ += size;
     // Written so that a measure that is no number counts as degenerate.
-    if (repeatsVertex || !(std::abs(measure) > degenerateFraction * scale))
+    if (repeatsVertex || !(std::abs(size) > degenerateFraction * scale))
         degenerate_.push_back(id);
-    else if (measure < 0.0)
+    else if (size < 0.0)
         inverted_.push_back(id);
     else if (isTwisted(topology, points))
         twisted_.push_back(id);
-    const bool hasAspect = topology.dimension > 1 &&
-                           (degenerate_.empty() || degenerate_.back() != id) && measure > 0.0;
+    const bool hasAspect =
+        topology.dimension > 1 && (degenerate_.empty() || degenerate_.back() != id) && size > 0.0;
     if (hasAspect)
-        aspect_.add(aspectOf(topology, points, measure), id);
+        aspect_.add(aspectOf(topology, points, size), id);
 }
 
 } // namespace Ovra::GeoTool

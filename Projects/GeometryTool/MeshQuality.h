@@ -69,10 +69,9 @@ public:
     const std::vector<int>& degenerate() const { return degenerate_; }
     const std::vector<int>& unknown() const { return unknown_; }
 
-    /// \brief Signed volume of a solid, area of a face, length of a line, given its vertices'
-    /// points.
-    static double measureOf(const ElementTopology& topology,
-                            const std::vector<Geo::Vector>& points);
+    /// \brief Signed volume of a solid, area of a face, length of a line.
+    /// \pre ElementTopology knows the kind of \p element
+    static double measureOf(const Ovra::Geo::MeshEntity& element);
 
 private:
     void add(Geo::MeshEntity& element);

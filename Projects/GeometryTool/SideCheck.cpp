@@ -2,7 +2,6 @@
 
 #include "CaseView.h"
 #include "ElementCheck.h"
-#include "ElementTopology.h"
 #include "FindingSink.h"
 #include "MeshEntity.h"
 #include "MeshQuality.h"
@@ -40,11 +39,7 @@ QString verticesText(const ElementSides::Key& key)
 
 bool isInsideOut(const MeshEntity& element)
 {
-    const auto* const topology = ElementTopology::find(3, element.adjacencyCount(0));
-    std::vector<Vector> points;
-    for (int i = 0; i < element.adjacencyCount(0); ++i)
-        points.push_back(element.adjacencyAt(0, i)->centroid());
-    return MeshQuality::measureOf(*topology, points) < 0.0;
+    return MeshQuality::measureOf(element) < 0.0;
 }
 
 bool bounds(const ModelEntity& face, const ModelEntity* region)

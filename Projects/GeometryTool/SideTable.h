@@ -21,7 +21,7 @@ public:
         NodeKey key;
         int element = 0; ///< position in the elements of the table's dimension
         int local = 0;   ///< local number of the face or edge
-        auto operator<=>(const Side&) const = default;
+        auto operator<=>(const Side&) const = default; // NOLINT(modernize-use-nullptr)
     };
 
     SideTable(const ImportedMesh& mesh, int dimension);

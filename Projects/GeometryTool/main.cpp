@@ -69,6 +69,7 @@ int parse(CLI::App& app, Progress& progress, int argc, char** argv)
 
 } // namespace
 
+// NOLINTNEXTLINE(bugprone-exception-escape): out of memory while saying so ends it anyhow
 int main(int argc, char** argv)
 {
     QHashSeed::setDeterministicGlobalSeed(); // the same case gives the same bytes in every run
