@@ -74,7 +74,7 @@ void GmshSession::run(const QString& what, const std::function<void()>& action, 
 
 QStringList GmshSession::takeWarnings()
 {
-    static const QString Prefix = QStringLiteral("Warning: ");
+    static const QString prefix = QStringLiteral("Warning: ");
     std::vector<std::string> lines;
     gmsh::logger::get(lines);
     gmsh::logger::stop();
@@ -82,8 +82,8 @@ QStringList GmshSession::takeWarnings()
     QStringList warnings;
     for (const std::string& line : lines) {
         const QString text = cleaned(line);
-        if (text.startsWith(Prefix))
-            warnings.append(text.mid(Prefix.size()));
+        if (text.startsWith(prefix))
+            warnings.append(text.mid(prefix.size()));
     }
     warnings.removeDuplicates();
     return warnings;
