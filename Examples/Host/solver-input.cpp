@@ -1,3 +1,6 @@
+#include <QDataStream>
+#include <QFile>
+#include <QHash>
 #include <QTextStream>
 
 #include <Database.h>
@@ -5,12 +8,28 @@
 #include <Mesh.h>
 #include <Model.h>
 
+// Whether the file is there and whole. Streams of every release since 2013 are read.
+template <typename Container>
+bool readFile(const char* path, Container* container)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return false;
+    }
+    QDataStream stream(&file);
+    container->read(stream);
+    return stream.status() == QDataStream::Ok;
+}
+
 int main()
 {
+    QHashSeed::setDeterministicGlobalSeed(); // lines in the same order in every run
     Ovra::Geo::Database database;
-    database.model()->read(L"case.geo_model");
-    database.mesh()->read(L"case.geo_mesh"); // any format since 2013
-    database.mesh()->renumber(0);            // dense node numbers
+    if (!readFile("case.geo_model", database.model()) ||
+        !readFile("case.geo_mesh", database.mesh())) {
+        return 1;
+    }
+    database.mesh()->renumber(0); // dense node numbers
 
     QTextStream solverInput(stdout);
     const Ovra::Geo::GbiWriter writer(&database);
