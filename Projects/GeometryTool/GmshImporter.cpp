@@ -6,6 +6,7 @@
 #include "EntitySplitting.h"
 #include "GmshExtraction.h"
 #include "GmshSession.h"
+#include "ImportRemarks.h"
 #include "MeshTransfer.h"
 #include "Progress.h"
 #include "TopologyCompletion.h"
@@ -40,6 +41,7 @@ void GmshImporter::import(Geo::Database& database, const AttributesFile* attribu
     MeshTransfer(mesh, database).transfer();
     if (attributes != nullptr)
         attributes->apply(mesh, *database.model());
+    ImportRemarks(*database.model(), progress_).warnOfLooseBodies(options_.input);
 }
 
 } // namespace Ovra::GeoTool

@@ -1,0 +1,62 @@
+#include "ImportRemarks.h"
+
+#include "CoincidentFaces.h"
+#include "Model.h"
+#include "ModelEntity.h"
+#include "Progress.h"
+
+#include <array>
+#include <vector>
+
+namespace Ovra::GeoTool
+{
+
+using namespace Ovra::Geo;
+
+namespace
+{
+
+QString idAndName(const ModelEntity& entity)
+{
+    const QString id = QString::number(entity.id());
+    return entity.name().isEmpty() ? id : QStringLiteral("%1 (%2)").arg(id, entity.name());
+}
+
+QString both(const ModelEntity& a, const ModelEntity& b)
+{
+    return QStringLiteral("%1 and %2").arg(idAndName(a), idAndName(b));
+}
+
+/// \brief "faces", "regions".
+QString pluralOf(int dimension)
+{
+    static const std::array<const char*, 4> Names = {"vertices", "edges", "faces", "regions"};
+    return QLatin1String(Names[static_cast<std::size_t>(dimension)]);
+}
+
+} // namespace
+
+ImportRemarks::ImportRemarks(const Model& model, Progress& progress)
+    : model_(model)
+    , progress_(progress)
+{
+}
+
+void ImportRemarks::warnOfLooseBodies(const QString& input) const
+{
+    const std::vector<CoincidentFaces::Pair> pairs = CoincidentFaces::in(model_);
+    if (pairs.empty())
+        return;
+    const ModelEntity& first = *pairs.front().first;
+    const ModelEntity& second = *pairs.front().second;
+    const int bodies = first.dimension() + 1;
+    progress_.warning(
+        QStringLiteral("%1: %2 pairs of %3 of different %4 coincide but are not joined, for "
+                       "instance %3 %5 of %4 %6: the %4 will not be coupled; join them with "
+                       "Coherence (BooleanFragments), see Import.md")
+            .arg(input, QString::number(pairs.size()), pluralOf(first.dimension()),
+                 pluralOf(bodies), both(first, second),
+                 both(*first.adjacencyAt(bodies, 0), *second.adjacencyAt(bodies, 0))));
+}
+
+} // namespace Ovra::GeoTool

@@ -1,0 +1,165 @@
+#include "GmshFixture.h"
+#include "ImportChecks.h"
+#include "ToolRun.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+/// What import says of bodies that touch, joined or not.
+class TestImportBodies : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { QVERIFY(directory_.isValid()); }
+
+    void warnsOfBodiesThatTouchWithoutAJoint_data()
+    {
+        QTest::addColumn<QByteArray>("shapes");
+        QTest::addColumn<QByteArray>("words");
+        const auto row = [](const char* name, const char* shapes, const char* words) {
+            QTest::newRow(name) << QByteArray(shapes) << QByteArray(words);
+        };
+        row("two boxes", "Box(1) = {0, 0, 0, 1, 1, 1};\nBox(2) = {1, 0, 0, 1, 1, 1};\n",
+            "1 pairs of faces of different regions coincide but are not joined, for instance faces "
+            "2 and 7 of regions 1 and 2: the regions will not be coupled; join them with Coherence "
+            "(BooleanFragments), see Import.md\n");
+        row("names",
+            "Box(1) = {0, 0, 0, 1, 1, 1};\nBox(2) = {1, 0, 0, 1, 1, 1};\n"
+            "Physical Volume(\"air\") = {1};\nPhysical Volume(\"chip\") = {2};\n"
+            "Physical Surface(\"base\") = {7};\n",
+            "faces 2 and 7 (base) of regions 1 (air) and 2 (chip)");
+        row("four boxes about an edge",
+            "Box(1) = {0, 0, 0, 1, 1, 1};\nBox(2) = {1, 0, 0, 1, 1, 1};\n"
+            "Box(3) = {0, 1, 0, 1, 1, 1};\nBox(4) = {1, 1, 0, 1, 1, 1};\n",
+            "4 pairs of faces");
+        row("small and far away",
+            "Box(1) = {5, 5, 5, 1e-3, 1e-3, 1e-3};\nBox(2) = {5.001, 5, 5, 1e-3, 1e-3, 1e-3};\n",
+            "1 pairs of faces");
+        row("cylinder in a hole",
+            "Box(1) = {-1, -1, 0, 2, 2, 1};\nCylinder(2) = {0, 0, 0, 0, 0, 1, 0.5};\n"
+            "BooleanDifference(3) = {Volume{1}; Delete;} {Volume{2}; Delete;};\n"
+            "Cylinder(4) = {0, 0, 0, 0, 0, 1, 0.5};\n",
+            "1 pairs of faces");
+        row("planar", "Rectangle(1) = {0, 0, 0, 1, 1};\nRectangle(2) = {1, 0, 0, 1, 1};\n",
+            "1 pairs of edges of different faces coincide but are not joined, for instance edges 2 "
+            "and 8 of faces 1 and 2: the faces will not be coupled");
+    }
+
+    void warnsOfBodiesThatTouchWithoutAJoint()
+    {
+        QFETCH(QByteArray, shapes);
+        QFETCH(QByteArray, words);
+        QVERIFY(writeScript(shapes));
+        const ToolRun run = import("bodies.geo");
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY2(isOneWarning(run.errors) && run.errors.contains(words), run.errors.constData());
+    }
+
+    void isSilentOtherwise_data()
+    {
+        QTest::addColumn<QByteArray>("shapes");
+        const auto row = [](const char* name, const char* shapes) {
+            QTest::newRow(name) << QByteArray(shapes);
+        };
+        row("joined", "Box(1) = {0, 0, 0, 1, 1, 1};\nBox(2) = {1, 0, 0, 1, 1, 1};\nCoherence;\n");
+        row("joined about an edge",
+            "Box(1) = {0, 0, 0, 1, 1, 1};\nBox(2) = {1, 0, 0, 1, 1, 1};\n"
+            "Box(3) = {0, 1, 0, 1, 1, 1};\nBox(4) = {1, 1, 0, 1, 1, 1};\nCoherence;\n");
+        row("a gap", "Box(1) = {0, 0, 0, 1, 1, 1};\nBox(2) = {1.001, 0, 0, 1, 1, 1};\n");
+        row("shifted", "Box(1) = {0, 0, 0, 1, 1, 1};\nBox(2) = {1, 0.01, 0, 1, 1, 1};\n");
+        row("one in another, about the same centre",
+            "Box(1) = {-1, -1, -1, 2, 2, 2};\nBox(2) = {-0.5, -0.5, -0.5, 1, 1, 1};\nCoherence;\n");
+        row("planar and joined",
+            "Rectangle(1) = {0, 0, 0, 1, 1};\nRectangle(2) = {1, 0, 0, 1, 1};\nCoherence;\n");
+    }
+
+    void isSilentOtherwise()
+    {
+        QFETCH(QByteArray, shapes);
+        QVERIFY(writeScript(shapes));
+        const ToolRun run = import("bodies.geo");
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(run.errors, QByteArray());
+    }
+
+    void isSilentAboutFacesThatAreTied()
+    {
+        QVERIFY(writeScript("Box(1) = {0, 0, 0, 1, 1, 1};\nBox(2) = {1, 0, 0, 1, 1, 1};\n"));
+        QVERIFY(writeContent(path("tied.json"),
+                             "{\"entities\": {\"3:1\": {\"material_type\": \"solid\"},"
+                             " \"2:7\": {\"extruded_face\": 2}}}"));
+        const ToolRun run = import("bodies.geo", {"--attributes", path("tied.json")});
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(run.errors, QByteArray());
+    }
+
+    void warnsOfMeshesThatAreNotConnected()
+    {
+        {
+            const GmshFixture gmsh;
+            gmsh::model::occ::addBox(0, 0, 0, 1, 1, 1);
+            gmsh::model::occ::addBox(1, 0, 0, 1, 1, 1);
+            gmsh::model::occ::synchronize();
+            gmsh::model::mesh::generate(3);
+            GmshFixture::write(path("apart.msh"));
+        }
+        const ToolRun run = import("apart.msh");
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY2(run.errors.contains("1 pairs of faces"), run.errors.constData());
+    }
+
+    void joinsAnAssemblyWithTheScriptOfTheManual()
+    {
+        {
+            const GmshFixture gmsh;
+            gmsh::model::occ::addBox(0, 0, 0, 1, 1, 1);
+            gmsh::model::occ::addBox(1, 0, 0, 1, 1, 1);
+            gmsh::model::occ::addBox(0.25, 0.25, 1, 0.5, 0.5, 0.2); // a chip on the first
+            gmsh::model::occ::synchronize();
+            GmshFixture::write(path("board.step"));
+        }
+        QVERIFY(import("board.step").errors.contains("1 pairs of faces"));
+        QVERIFY(writeContent(path("board.geo"), scriptOfTheManual()));
+        const ToolRun run = import("board.geo");
+        QVERIFY2(run.exitCode == 0, run.errors.constData());
+        QCOMPARE(run.errors, QByteArray());
+        ImportedCase imported(path("case"));
+        QCOMPARE(imported.faults(), QString());
+        int shared = 0;
+        for (const auto* face : imported.entities(2))
+            shared += face->adjacencyCount(3) == 2 ? 1 : 0;
+        QCOMPARE(shared, 2);
+    }
+
+private:
+    QString path(const char* name) const { return directory_.filePath(QString::fromLatin1(name)); }
+
+    ToolRun import(const char* file, const QStringList& options = {})
+    {
+        return runTool(QStringList{"import", path(file), "-o", path("case")} + options);
+    }
+
+    bool writeScript(const QByteArray& shapes)
+    {
+        return writeContent(path("bodies.geo"), "SetFactory(\"OpenCASCADE\");\n" + shapes);
+    }
+
+    static bool isOneWarning(const QByteArray& errors)
+    {
+        return errors.startsWith("ovrageo: warning: ") && errors.count('\n') == 1;
+    }
+
+    static QByteArray scriptOfTheManual()
+    {
+        const QByteArray manual =
+            contentOf(QStringLiteral(OVRA_CASES_DIRECTORY "/../Documentation/Import.md"));
+        const qsizetype begin = manual.indexOf("SetFactory");
+        return manual.mid(begin, manual.indexOf("```", begin) - begin);
+    }
+
+    QTemporaryDir directory_;
+};
+
+QTEST_APPLESS_MAIN(TestImportBodies)
+#include "tst_ImportBodies.moc"
