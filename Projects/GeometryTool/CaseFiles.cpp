@@ -11,7 +11,6 @@
 
 #include <QDataStream>
 #include <QFileInfo>
-#include <QStringList>
 
 #include <array>
 #include <functional>
@@ -122,6 +121,34 @@ void requireSound(const QDataStream& stream, const FileFacts& facts, const QStri
                                      .arg(whereabouts));
 }
 
+template <typename Container>
+bool isEmpty(const Container& container)
+{
+    int count = 0;
+    for (int dimension = 0; dimension < 4; ++dimension)
+        count += container.count(dimension);
+    return count == 0;
+}
+
+/// The first bytes of many files of another kind pass for a header with nothing behind it.
+template <typename Container>
+void settleTrailingBytes(const Container& container, const FileFacts& facts, const QString& kind,
+                         Progress& progress)
+{
+    if (facts.trailingBytes == 0)
+        return;
+    if (isEmpty(container))
+        throw damage(facts.path,
+                     QStringLiteral("holds no %1 entities but %2 more bytes; is it a %1 file?")
+                         .arg(kind)
+                         .arg(facts.trailingBytes));
+    progress.warning(QStringLiteral("%1 goes on for %2 bytes behind the end of the %3, at byte %4")
+                         .arg(facts.path)
+                         .arg(facts.trailingBytes)
+                         .arg(kind)
+                         .arg(facts.size - facts.trailingBytes));
+}
+
 /// Reads a Model or a Mesh behind the checks that both kinds of file share.
 template <typename Container>
 FileFacts readInto(Container& container, InputFile& file, const QString& kind, int formatCount,
@@ -133,13 +160,7 @@ FileFacts readInto(Container& container, InputFile& file, const QString& kind, i
     container.read(stream);
     requireSound(stream, facts, whereabouts(container, kind));
     facts.trailingBytes = facts.size - file.pos();
-    if (facts.trailingBytes > 0)
-        progress.warning(
-            QStringLiteral("%1 goes on for %2 bytes behind the end of the %3, at byte %4")
-                .arg(facts.path)
-                .arg(facts.trailingBytes)
-                .arg(kind)
-                .arg(file.pos()));
+    settleTrailingBytes(container, facts, kind, progress);
     progress.finish();
     return facts;
 }

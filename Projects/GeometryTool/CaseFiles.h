@@ -4,7 +4,7 @@
 #include "MeshSerializer.h"
 #include "Version.h"
 
-#include <QString>
+#include <QStringList>
 
 namespace Ovra::GeoTool
 {
@@ -44,12 +44,14 @@ public:
     QString name() const { return name_; }
     QString modelPath() const;
     QString meshPath() const;
+    QStringList paths() const { return {modelPath(), meshPath()}; }
 
     /// \brief Reads model and mesh into \p database, which must be empty.
     ///
     /// Throws ToolError: InputMissing for a file that is missing or cannot be opened, InputDamaged
     /// for one that is truncated, of another kind, or names entities that do not exist; \p database
-    /// is then in no defined state. Bytes behind the end of a file's content are a warning.
+    /// is then in no defined state. Bytes behind the end of a file's content are a warning, unless
+    /// the content is empty: then they are damage.
     void load(Geo::Database& database, Progress& progress);
 
     /// \brief Facts of the files that load() has read.

@@ -1,6 +1,7 @@
 #include "ConvertCommand.h"
 
 #include "CaseFiles.h"
+#include "OutputCheck.h"
 
 #include <CLI/CLI.hpp>
 #include <map>
@@ -35,10 +36,12 @@ const std::map<std::string, MeshSerializer::Format>& formats()
 
 void run(const Options& options, Progress& progress)
 {
+    CaseFiles input(QString::fromStdString(options.name));
+    const CaseFiles output(QString::fromStdString(options.output));
+    OutputCheck::requireCase(output, input);
     CaseDatabase database;
-    CaseFiles(QString::fromStdString(options.name)).load(database, progress);
-    CaseFiles(QString::fromStdString(options.output))
-        .save(database, progress, formats().at(options.meshFormat), options.dropParents);
+    input.load(database, progress);
+    output.save(database, progress, formats().at(options.meshFormat), options.dropParents);
 }
 
 } // namespace

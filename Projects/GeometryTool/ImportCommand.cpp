@@ -5,6 +5,7 @@
 #include "Database.h"
 #include "GmshImporter.h"
 #include "IsolatedRun.h"
+#include "OutputCheck.h"
 #include "Progress.h"
 #include "ToolError.h"
 
@@ -12,6 +13,7 @@
 #include <QFileInfo>
 
 #include <CLI/CLI.hpp>
+#include <cmath>
 #include <memory>
 #include <optional>
 #include <string>
@@ -27,7 +29,7 @@ struct Arguments
     std::string input;
     std::string output;
     std::string attributes;
-    double meshSize = 0;
+    std::optional<double> meshSize;
     int dimension = 0;
 };
 
@@ -35,7 +37,7 @@ ImportOptions optionsOf(const Arguments& arguments)
 {
     ImportOptions options;
     options.input = QString::fromStdString(arguments.input);
-    options.meshSize = arguments.meshSize;
+    options.meshSize = arguments.meshSize.value_or(options.meshSize);
     options.dimension = arguments.dimension;
     return options;
 }
@@ -50,8 +52,25 @@ void requireOutputDirectory(const QString& output)
                                                     .arg(output, info.dir().path()));
 }
 
+void requireMeshSize(const Arguments& arguments)
+{
+    const double size = arguments.meshSize.value_or(1.0);
+    if (!std::isfinite(size) || size <= 0.0)
+        throw ToolError(ExitCode::Usage, QStringLiteral("--mesh-size must be a positive number"));
+}
+
+void requireOutput(const Arguments& arguments)
+{
+    QStringList inputs{QString::fromStdString(arguments.input)};
+    if (!arguments.attributes.empty())
+        inputs += QString::fromStdString(arguments.attributes);
+    OutputCheck::requireCase(CaseFiles(QString::fromStdString(arguments.output)), inputs);
+}
+
 void import(const Arguments& arguments, Progress& progress)
 {
+    requireMeshSize(arguments);
+    requireOutput(arguments);
     requireOutputDirectory(QString::fromStdString(arguments.output));
     std::optional<AttributesFile> attributes;
     if (!arguments.attributes.empty()) {
@@ -89,7 +108,6 @@ void addImportCommand(CLI::App& app, Progress& progress)
     command
         ->add_option("--mesh-size", arguments->meshSize,
                      "Largest element edge when meshing, in the unit of the input")
-        ->check(CLI::PositiveNumber)
         ->type_name("H");
     command
         ->add_option("--dimension", arguments->dimension,
@@ -102,6 +120,8 @@ void addImportCommand(CLI::App& app, Progress& progress)
         progress.phase(QStringLiteral("importing %1").arg(input));
         IsolatedRun::run(
             QStringLiteral("%1: Gmsh broke down over it; the file is damaged or too much for it")
+                .arg(input),
+            QStringLiteral("%1: it ended Gmsh itself, as Exit does in a script; leave that out")
                 .arg(input),
             [&] { import(*arguments, progress); });
         progress.finish();

@@ -44,11 +44,6 @@ QString nameBeside(const QString& target, const char* suffix)
         .arg(QLatin1String(suffix));
 }
 
-bool isDeviceOrPipe(const QFileInfo& info)
-{
-    return info.exists() && !info.isFile() && !info.isDir();
-}
-
 void requireReplaceable(const QString& path)
 {
     const QFileInfo info(path);
@@ -140,7 +135,7 @@ struct OutputFiles::Entry
 
 void OutputFiles::Entry::open()
 {
-    direct = isDeviceOrPipe(QFileInfo(path));
+    direct = isDeviceOrPipe(path);
     if (!direct) {
         openBeside();
         return;
@@ -238,6 +233,18 @@ QFile& OutputFiles::add(const QString& path)
     entry->open();
     entries_.push_back(std::move(entry));
     return entries_.back()->file;
+}
+
+bool OutputFiles::isDeviceOrPipe(const QString& path)
+{
+    const QFileInfo info(path);
+    return info.exists() && !info.isFile() && !info.isDir();
+}
+
+bool OutputFiles::replaces(const QString& path, const QString& other)
+{
+    std::error_code error; // where one of the two does not exist
+    return std::filesystem::equivalent(toPath(targetOf(path)), toPath(other), error);
 }
 
 void OutputFiles::commit()

@@ -29,6 +29,12 @@ public:
     /// instance.
     QFile& add(const QString& path);
 
+    /// \brief True for an existing file that is neither a regular one nor a directory.
+    static bool isDeviceOrPipe(const QString& path);
+
+    /// \brief True if \p path leads to the existing file \p other, through whatever links.
+    static bool replaces(const QString& path, const QString& other);
+
     /// \brief Flushes, checks and renames; throws ToolError OutputFailed with the targets
     /// untouched.
     void commit();

@@ -1,12 +1,12 @@
 #include "PrepareCommand.h"
 
 #include "CaseFiles.h"
+#include "OutputCheck.h"
 #include "Preparation.h"
 #include "StandardOutput.h"
 #include "ToolError.h"
 
 #include <CLI/CLI.hpp>
-#include <cmath>
 #include <map>
 #include <memory>
 #include <optional>
@@ -46,22 +46,26 @@ QStringList operationsOf(const Options& options)
 void requireTolerance(const Options& options)
 {
     const double tolerance = options.extrusionTolerance.value_or(0.0);
-    if (!std::isfinite(tolerance) || tolerance < 0.0)
+    const bool canBeWeight = tolerance >= 0.0 && tolerance <= 1.0; // no NaN can
+    if (!canBeWeight)
         throw ToolError(ExitCode::Usage,
-                        QStringLiteral("--extrusion-tolerance must be a number of at least 0"));
+                        QStringLiteral("--extrusion-tolerance must be a number from 0 to 1"));
 }
 
 void run(const Options& options, Progress& progress)
 {
     const QStringList operations = operationsOf(options); // told before a long load
     requireTolerance(options);
+    CaseFiles input(QString::fromStdString(options.name));
+    const CaseFiles output(QString::fromStdString(options.output));
+    OutputCheck::requireCase(output, input);
     CaseDatabase database;
-    CaseFiles(QString::fromStdString(options.name)).load(database, progress);
+    input.load(database, progress);
     Preparation preparation(database, progress);
     if (options.extrusionTolerance)
         preparation.setExtrusionTolerance(*options.extrusionTolerance);
     const QStringList report = preparation.run(operations);
-    CaseFiles(QString::fromStdString(options.output)).save(database, progress);
+    output.save(database, progress);
     printToStandardOutput((report.join(QLatin1Char('\n')) + QLatin1Char('\n')).toUtf8());
 }
 

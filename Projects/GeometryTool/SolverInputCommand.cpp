@@ -1,6 +1,7 @@
 #include "SolverInputCommand.h"
 
 #include "CaseFiles.h"
+#include "OutputCheck.h"
 #include "OutputFiles.h"
 #include "SolverInput.h"
 #include "ToolError.h"
@@ -28,13 +29,21 @@ struct Options
     bool labelled = false;
 };
 
+QStringList sectionsOf(const std::string& list)
+{
+    QStringList names = QString::fromStdString(list).split(QLatin1Char(','));
+    for (QString& name : names)
+        name = name.trimmed();
+    return names;
+}
+
 SolverInput configured(const Options& options)
 {
     SolverInput input;
     if (!std::isfinite(options.scale) || options.scale <= 0.0)
         throw ToolError(ExitCode::Usage, QStringLiteral("--scale must be a number above 0"));
     if (options.sections)
-        input.setSections(QString::fromStdString(*options.sections).split(QLatin1Char(',')));
+        input.setSections(sectionsOf(*options.sections));
     input.setScale(options.scale);
     input.setLabelled(options.labelled);
     return input;
@@ -43,10 +52,13 @@ SolverInput configured(const Options& options)
 void run(const Options& options, Progress& progress)
 {
     const SolverInput input = configured(options); // wrong arguments are told before a long load
+    CaseFiles source(QString::fromStdString(options.name));
+    const QString output = QString::fromStdString(options.output);
+    OutputCheck::requireFile(output, source.paths());
     CaseDatabase database;
-    CaseFiles(QString::fromStdString(options.name)).load(database, progress);
+    source.load(database, progress);
     OutputFiles files;
-    QTextStream stream(&files.add(QString::fromStdString(options.output)));
+    QTextStream stream(&files.add(output));
     input.write(database, stream, progress);
     stream.flush();
     files.commit();

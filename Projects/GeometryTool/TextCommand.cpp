@@ -3,6 +3,7 @@
 #include "CaseFiles.h"
 #include "Mesh.h"
 #include "Model.h"
+#include "OutputCheck.h"
 #include "OutputFiles.h"
 #include "Progress.h"
 #include "ToolError.h"
@@ -46,16 +47,19 @@ void dump(Container& container, const QString& path, OutputFiles& files, Progres
 void run(const Options& options, Progress& progress)
 {
     CaseFiles source(QString::fromStdString(options.name));
-    CaseDatabase database;
-    source.load(database, progress);
     const QString directory = QString::fromStdString(options.directory);
-    requireDirectory(directory);
     const auto pathOf = [&directory](const QString& file) {
         return QStringLiteral("%1/%2.txt").arg(directory, QFileInfo(file).fileName());
     };
+    const QString modelText = pathOf(source.modelPath());
+    const QString meshText = pathOf(source.meshPath());
+    OutputCheck::requireDirectory(directory, {modelText, meshText}, source.paths());
+    CaseDatabase database;
+    source.load(database, progress);
+    requireDirectory(directory);
     OutputFiles files;
-    dump(*database.model(), pathOf(source.modelPath()), files, progress);
-    dump(*database.mesh(), pathOf(source.meshPath()), files, progress);
+    dump(*database.model(), modelText, files, progress);
+    dump(*database.mesh(), meshText, files, progress);
     files.commit();
     progress.finish();
 }

@@ -1,6 +1,7 @@
 #include "TinyCase.h"
 #include "ToolRun.h"
 
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
@@ -56,6 +57,24 @@ private slots:
             << QStringList{"solver-input", "x", "-o", "y", "--sections", ""} << "section";
         QTest::newRow("scale is no number")
             << QStringList{"solver-input", "x", "-o", "y", "--scale", "mm"} << "--scale";
+        for (const char* size : {"0", "-1", "nan", "inf"})
+            QTest::addRow("mesh size %s", size)
+                << QStringList{"import", "x", "-o", "y", "--mesh-size", size}
+                << "error: --mesh-size must be a positive number\n";
+        for (const char* command : {"import", "convert", "prepare"}) {
+            const QStringList words = QStringList{command, "x", "-o"};
+            const QStringList rest = words[0] == "prepare" ? QStringList{"--all"} : QStringList();
+            for (const char* output : {"", "missing/", "..", "missing/.geo_mesh"})
+                QTest::addRow("%s to '%s'", command, output)
+                    << words + QStringList{output} + rest << "names no";
+            for (const char* output : {"/dev/stdout", "/dev/null", "/dev/fd/1", "/dev/new"})
+                QTest::addRow("%s to %s", command, output)
+                    << words + QStringList{output} + rest << "a case is two files";
+        }
+        for (const char* output : {"", "missing/", "."})
+            QTest::addRow("solver-input to '%s'", output)
+                << QStringList{"solver-input", "x", "-o", output} << "names no";
+        QTest::newRow("text to ''") << QStringList{"text", "x", "-o", ""} << "names no";
     }
 
     void tellsOfWrongCommandLines()
@@ -214,6 +233,99 @@ private slots:
         QCOMPARE(runTool({"--quiet", "info", path("tiny")}).errors, QByteArray());
     }
 
+    void aMeshOfNothingWithMoreBehindItIsDamaged()
+    {
+        QVERIFY(writeContent(path("tiny.geo_mesh"), model_));
+        const ToolRun run = runTool({"info", path("tiny")});
+        const QRegularExpression line(
+            "^ovrageo: error: " + QRegularExpression::escape(path("tiny.geo_mesh")) +
+            " holds no mesh entities but (\\d+) more bytes; is it a mesh "
+            "file\\?\n$");
+        const QRegularExpressionMatch match = line.match(run.errors);
+        QVERIFY2(match.hasMatch(), run.errors.constData());
+        expectFailureOfAll(4, path("tiny.geo_mesh") + " holds no mesh entities but " +
+                                  match.captured(1) + " more bytes; is it a mesh file?");
+        Ovra::Geo::Database nothing;
+        QByteArray empty;
+        QDataStream stream(&empty, QIODevice::WriteOnly);
+        nothing.mesh()->write(stream);
+        QVERIFY(writeContent(path("tiny.geo_mesh"), empty));
+        QCOMPARE(runTool({"info", path("tiny")}).exitCode, 0);
+        QVERIFY(writeContent(path("tiny.geo_mesh"), empty + "xyz"));
+        expectFailureOfAll(4, path("tiny.geo_mesh") + " holds no mesh entities but 3 more bytes; "
+                                                      "is it a mesh file?");
+    }
+
+    void noOutputReplacesAnInput_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("input");
+        const auto row = [](const char* name, const QStringList& arguments, const char* input) {
+            QTest::newRow(name) << arguments << input;
+        };
+        row("mesh", {"solver-input", "tiny", "-o", "tiny.geo_mesh"}, "tiny.geo_mesh");
+        row("model", {"solver-input", "tiny", "-o", "tiny.geo_model"}, "tiny.geo_model");
+        row("by ./", {"solver-input", "tiny", "-o", "./tiny.geo_mesh"}, "tiny.geo_mesh");
+        row("by ..", {"solver-input", "tiny", "-o", "dumps/../tiny.geo_mesh"}, "tiny.geo_mesh");
+        row("by .. from nowhere", {"solver-input", "tiny", "-o", "missing/../tiny.geo_mesh"},
+            "tiny.geo_mesh");
+        row("by the full path", {"solver-input", "tiny", "-o", "@/tiny.geo_mesh"}, "tiny.geo_mesh");
+        row("symbolic link", {"solver-input", "tiny", "-o", "symbolic"}, "tiny.geo_mesh");
+        row("hard link", {"solver-input", "tiny", "-o", "hard"}, "tiny.geo_mesh");
+        row("input by a link", {"solver-input", "linked", "-o", "tiny.geo_mesh"},
+            "linked.geo_mesh");
+        row("script", {"import", "script.geo_model", "-o", "script"}, "script.geo_model");
+        row("script, suffix", {"import", "script.geo_model", "-o", "./script.geo_mesh"},
+            "script.geo_model");
+        row("attributes", {"import", "box.geo", "--attributes", "a.geo_mesh", "-o", "a"},
+            "a.geo_mesh");
+        row("half the case, convert", {"convert", "tiny", "-o", "half"}, "tiny.geo_model");
+        row("half the case, prepare", {"prepare", "tiny", "-o", "half", "--all"}, "tiny.geo_model");
+        row("crossed", {"convert", "tiny", "-o", "crossed"}, "tiny.geo_mesh");
+        row("text", {"text", "tiny", "-o", "dumps"}, "tiny.geo_model");
+    }
+
+    void noOutputReplacesAnInput()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, input);
+        arguments.replaceInStrings("@", directory_->path());
+        makeLinks();
+        const QStringList before = filesIn(directory_->path());
+        QList<QByteArray> contents;
+        for (const QString& file : before)
+            contents += contentOf(path(file));
+        const ToolRun run = runInside(arguments);
+        QVERIFY2(isOneErrorLine(run.errors), run.errors.constData());
+        QVERIFY2(run.errors.endsWith("is the input " + input.toUtf8() + "; give another name\n"),
+                 run.errors.constData());
+        QCOMPARE(run.exitCode, 2);
+        QCOMPARE(filesIn(directory_->path()), before);
+        for (qsizetype i = 0; i < before.size(); ++i)
+            QCOMPARE(contentOf(path(before[i])), contents[i]);
+    }
+
+    void aCaseMayReplaceItself_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        for (const char* output : {"tiny", "tiny.geo_mesh", "./tiny", "dumps/../tiny", "linked"}) {
+            QTest::addRow("convert to %s", output) << QStringList{"convert", "tiny", "-o", output};
+            QTest::addRow("prepare to %s", output)
+                << QStringList{"prepare", "tiny", "-o", output, "--renumber"};
+        }
+    }
+
+    void aCaseMayReplaceItself()
+    {
+        QFETCH(QStringList, arguments);
+        makeLinks();
+        const ToolRun run = runInside(arguments);
+        QCOMPARE(run.errors, QByteArray());
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY(QFileInfo(path("linked.geo_mesh")).isSymLink());
+        QCOMPARE(runInside({"info", "tiny"}).exitCode, 0);
+    }
+
     void tellsOfOutputsThatCannotBe_data()
     {
         QTest::addColumn<QStringList>("command");
@@ -307,6 +419,33 @@ private slots:
 
 private:
     QString path(const QString& name) const { return directory_->filePath(name); }
+
+    /// Links that lead to the files of the case, and inputs of an import.
+    void makeLinks()
+    {
+        QVERIFY(QDir(directory_->path()).mkdir("dumps"));
+        QVERIFY(QFile::link("tiny.geo_mesh", path("symbolic")));
+        QVERIFY(link(qPrintable(path("tiny.geo_mesh")), qPrintable(path("hard"))) == 0);
+        QVERIFY(QFile::link("tiny.geo_model", path("linked.geo_model")));
+        QVERIFY(QFile::link("tiny.geo_mesh", path("linked.geo_mesh")));
+        QVERIFY(QFile::link("tiny.geo_model", path("half.geo_model")));
+        QVERIFY(QFile::link("tiny.geo_mesh", path("crossed.geo_model")));
+        QVERIFY(QFile::link("tiny.geo_model", path("crossed.geo_mesh")));
+        QVERIFY(QFile::link("../tiny.geo_model", path("dumps/tiny.geo_model.txt")));
+        const QByteArray script = "SetFactory(\"OpenCASCADE\");\nBox(1) = {0, 0, 0, 1, 1, 1};\n";
+        QVERIFY(writeContent(path("box.geo"), script));
+        QVERIFY(writeContent(path("script.geo_model"), script));
+        QVERIFY(writeContent(path("a.geo_mesh"), "{}"));
+    }
+
+    ToolRun runInside(const QStringList& arguments)
+    {
+        const QString before = QDir::currentPath();
+        QDir::setCurrent(directory_->path());
+        const ToolRun run = runTool(arguments);
+        QDir::setCurrent(before);
+        return run;
+    }
 
     /// Every command that reads fails alike, with that one line, and leaves no file and old files
     /// alone.

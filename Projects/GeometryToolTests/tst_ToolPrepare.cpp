@@ -117,10 +117,13 @@ private slots:
                           "--remove-unreferenced, --renumber, --periodic, --extruded");
         QTest::newRow("negative tolerance")
             << QStringList{"--extruded", "--extrusion-tolerance", "-1"}
-            << QByteArray("--extrusion-tolerance must be a number of at least 0");
+            << QByteArray("--extrusion-tolerance must be a number from 0 to 1");
         QTest::newRow("no number")
             << QStringList{"--extruded", "--extrusion-tolerance", "nan"}
-            << QByteArray("--extrusion-tolerance must be a number of at least 0");
+            << QByteArray("--extrusion-tolerance must be a number from 0 to 1");
+        QTest::newRow("no weight is that large")
+            << QStringList{"--extruded", "--extrusion-tolerance", "1.01"}
+            << QByteArray("--extrusion-tolerance must be a number from 0 to 1");
     }
 
     void wrongArgumentsAreUsageErrors()

@@ -112,6 +112,14 @@ private slots:
                  written({"--sections", "elements"}) + written({"--sections", "rotating"}));
     }
 
+    void blanksAroundTheNamesDoNotCount()
+    {
+        QCOMPARE(written({"--sections", "nodes, elements"}),
+                 written({"--sections", "nodes,elements"}));
+        QCOMPARE(written({"--sections", " nodes ,\telements"}),
+                 written({"--sections", "nodes,elements"}));
+    }
+
     void everyRunGivesTheSameBytes()
     {
         TinyCase many;
