@@ -101,6 +101,7 @@ bool ElementCheck::isWellFormed(const MeshEntity& entity)
 
 void ElementCheck::run(Progress& progress)
 {
+    checkPresence();
     checkVertices();
     for (int dimension = 1; dimension < 4; ++dimension) {
         for (const MeshEntity* entity : view_.meshEntities(dimension))
@@ -108,6 +109,19 @@ void ElementCheck::run(Progress& progress)
         checkShapes(dimension, progress);
         checkDuplicates(dimension);
     }
+}
+
+/// One region may lack elements, a device for instance; where all do, the mesh may be another's.
+void ElementCheck::checkPresence()
+{
+    const int dimension = view_.elementDimension();
+    if (view_.modelEntities(dimension).empty() || !view_.meshEntities(dimension).empty())
+        return;
+    const QString name = dimension == 3 ? QStringLiteral("region") : QStringLiteral("face");
+    sink_.add(FindingKind::NoElements, EntityName(EntityName::Owner::Mesh, EntityName::Whole, 0),
+              std::nullopt, [&name] {
+                  return QStringLiteral("has no mesh %1, though there are model %1s").arg(name);
+              });
 }
 
 void ElementCheck::checkVertices()

@@ -29,6 +29,7 @@ public:
     static void checkVertexCount(const Geo::MeshEntity& entity, FindingSink& sink);
 
 private:
+    void checkPresence();
     void checkVertices();
     void checkVertexList(const Geo::MeshEntity& entity);
     void checkShapes(int dimension, Progress& progress);

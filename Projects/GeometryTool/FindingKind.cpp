@@ -31,6 +31,7 @@ const std::vector<Row>& table()
         {FindingKind::WrongDimension, "wrong-dimension", error},
         {FindingKind::UnusedVertex, "unused-vertex", error},
         {FindingKind::EdgeWithoutFace, "edge-without-face", warning},
+        {FindingKind::NoElements, "no-elements", warning},
         {FindingKind::OneWayLink, "one-way-link", error},
         {FindingKind::RepeatedLink, "repeated-link", warning},
         {FindingKind::TooManyRegions, "too-many-regions", warning},

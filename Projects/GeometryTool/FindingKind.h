@@ -25,6 +25,7 @@ enum class FindingKind
     WrongDimension,
     UnusedVertex,
     EdgeWithoutFace,
+    NoElements,
     OneWayLink,
     RepeatedLink,
     TooManyRegions,

@@ -569,6 +569,42 @@ private slots:
                  "ovrageo: error: " + path("case").toUtf8() + " is unsound: 1 error, 1 warning\n");
     }
 
+    void aMeshWithoutAnyElementIsAWarning()
+    {
+        ClosedCase closed;
+        closed.region->removeChild(closed.tetrahedron);
+        closed.mesh()->remove(closed.tetrahedron);
+        const ToolRun run = verify(closed);
+        QCOMPARE(run.output, "warning no-elements: the mesh has no mesh region, though there are "
+                             "model regions\n" +
+                                 path("case").toUtf8() + " is sound: 0 errors, 1 warning\n");
+        QCOMPARE(run.exitCode, 0);
+    }
+
+    void anEmptyMeshIsAWarning()
+    {
+        ClosedCase closed;
+        QCOMPARE(verifyWithoutMesh(closed.database).output,
+                 "warning no-elements: the mesh has no mesh region, though there are model "
+                 "regions\n" +
+                     path("case").toUtf8() + " is sound: 0 errors, 1 warning\n");
+        PlanarCase planar;
+        QCOMPARE(verifyWithoutMesh(planar.database).output,
+                 "warning no-elements: the mesh has no mesh face, though there are model faces\n" +
+                     path("case").toUtf8() + " is sound: 0 errors, 1 warning\n");
+        Database nothing;
+        QCOMPARE(verifyWithoutMesh(nothing).output,
+                 path("case").toUtf8() + " is sound: 0 errors, 0 warnings\n");
+    }
+
+    void aRegionWithoutElementsBesideOthersIsSound()
+    {
+        ClosedCase closed;
+        closed.addRegion();
+        const ToolRun run = verify(closed);
+        QCOMPARE(run.output, path("case").toUtf8() + " is sound: 0 errors, 0 warnings\n");
+    }
+
     void tellsUnreadableFromUnsound()
     {
         ClosedCase closed;
@@ -680,6 +716,22 @@ private:
     {
         return tiny.save(path("case")) ? runTool(QStringList{"verify", path("case")} + options)
                                        : ToolRun();
+    }
+
+    ToolRun verifyWithoutMesh(Database& database)
+    {
+        Database empty;
+        QFile modelFile(path("case.geo_model"));
+        QFile meshFile(path("case.geo_mesh"));
+        if (!modelFile.open(QIODevice::WriteOnly) || !meshFile.open(QIODevice::WriteOnly))
+            return ToolRun();
+        QDataStream modelStream(&modelFile);
+        QDataStream meshStream(&meshFile);
+        database.model()->write(modelStream);
+        empty.mesh()->write(meshStream);
+        modelFile.close();
+        meshFile.close();
+        return runTool({"verify", path("case")});
     }
 
     static QStringList linesOf(const ToolRun& run)
