@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
+#include <QStringList>
 #include <QtEndian>
 
 #include <algorithm>
@@ -257,9 +258,9 @@ void checkLastLineEnded(QFile& file)
 
 using Check = void (*)(QFile&);
 
-Check checkFor(const QString& suffix)
+const QHash<QString, Check>& checks()
 {
-    static const QHash<QString, Check> checks{
+    static const QHash<QString, Check> table{
         {QStringLiteral("geo"), checkScript},       {QStringLiteral("geo_unrolled"), checkScript},
         {QStringLiteral("msh"), checkSections},     {QStringLiteral("step"), checkStep},
         {QStringLiteral("stp"), checkStep},         {QStringLiteral("iges"), checkIges},
@@ -268,7 +269,28 @@ Check checkFor(const QString& suffix)
         {QStringLiteral("nas"), checkNastran},      {QStringLiteral("stl"), checkStl},
         {QStringLiteral("mesh"), checkMedit},       {QStringLiteral("vtk"), checkVtk},
         {QStringLiteral("inp"), checkLastLineEnded}};
-    return checks.value(suffix, nullptr);
+    return table;
+}
+
+/// \brief All that is known, with what Gmsh takes by their suffix and nothing is checked of.
+QStringList knownSuffixes()
+{
+    QStringList suffixes = checks().keys() + QStringList{"cgns", "med",  "mmed", "off", "p3d",
+                                                         "ply",  "rmed", "vrml", "wrl"};
+    suffixes.sort();
+    return suffixes;
+}
+
+void requireKnownSuffix(const QString& path)
+{
+    const QString suffix = InputFileCheck::suffix(path);
+    if (suffix == QLatin1String("geo_model") || suffix == QLatin1String("geo_mesh"))
+        throw ToolError(
+            ExitCode::Usage,
+            QStringLiteral("%1: this is a case already, not an input to import").arg(path));
+    if (!knownSuffixes().contains(suffix))
+        damaged(path, QStringLiteral("its suffix tells no known format; can be imported: .") +
+                          knownSuffixes().join(QStringLiteral(", .")));
 }
 
 } // namespace
@@ -289,9 +311,10 @@ void InputFileCheck::check(const QString& path)
                         QStringLiteral("%1: %2").arg(path, info.isDir()
                                                                ? QStringLiteral("is a directory")
                                                                : file.errorString()));
+    requireKnownSuffix(path);
     if (file.size() == 0)
         damaged(path, QStringLiteral("the file is empty"));
-    if (const Check check = checkFor(suffix(path)))
+    if (const Check check = checks().value(suffix(path), nullptr))
         check(file);
 }
 

@@ -26,8 +26,9 @@ namespace Ovra::GeoTool
 class InputFileCheck
 {
 public:
-    /// \brief Throws ToolError: InputMissing for a file that is missing or unreadable, InputDamaged
-    /// for one that is empty, cut off, or of a kind that Gmsh is known to misread.
+    /// \brief Throws ToolError: InputMissing for a file that is missing or unreadable, Usage for one
+    /// of a case, InputDamaged for one that is empty, cut off, of a kind that Gmsh is known to
+    /// misread, or of an unknown suffix, which Gmsh would run as a script.
     static void check(const QString& path);
 
     /// \brief The suffix of \p path in lower case, "msh" for instance.

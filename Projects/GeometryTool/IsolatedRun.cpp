@@ -88,6 +88,11 @@ int waitFor(pid_t child)
     return status;
 }
 
+bool isProper(int status)
+{
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
 QString ending(int status)
 {
     if (WIFSIGNALED(status))
@@ -99,7 +104,8 @@ QString ending(int status)
 
 } // namespace
 
-void IsolatedRun::run(const QString& onCrash, const std::function<void()>& work)
+void IsolatedRun::run(const QString& onCrash, const QString& onExit,
+                      const std::function<void()>& work)
 {
     int ends[2] = {-1, -1};
     std::fflush(nullptr); // what is buffered would be printed by both
@@ -120,7 +126,8 @@ void IsolatedRun::run(const QString& onCrash, const std::function<void()>& work)
         throw ToolError(static_cast<ExitCode>(outcome.at(1)), QString::fromUtf8(outcome.mid(2)));
     if (outcome.isEmpty() || outcome.at(0) != Done)
         throw ToolError(ExitCode::InputDamaged,
-                        onCrash + QStringLiteral(" (%1)").arg(ending(status)));
+                        isProper(status) ? onExit
+                                         : onCrash + QStringLiteral(" (%1)").arg(ending(status)));
 }
 
 } // namespace Ovra::GeoTool
