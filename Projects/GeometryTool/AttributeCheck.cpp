@@ -127,13 +127,18 @@ void AttributeCheck::checkValue(const AttributeType& type, const QVariant& value
 
 void AttributeCheck::checkMaterial(const QVariant& value, const Report& report)
 {
-    if (knownMaterials().contains(value.toString()))
-        return;
-    report(FindingKind::UnknownMaterial, [&value] {
-        return QStringLiteral("has the material_type \"%1\", which counts as neither fluid nor "
-                              "solid; known are %2")
-            .arg(value.toString(), knownMaterials().join(QStringLiteral(", ")));
-    });
+    const QString fault = materialFault(value.toString());
+    if (!fault.isEmpty())
+        report(FindingKind::UnknownMaterial, [&fault] { return fault; });
+}
+
+QString AttributeCheck::materialFault(const QString& name)
+{
+    if (knownMaterials().contains(name))
+        return QString();
+    return QStringLiteral("has the material_type \"%1\", which counts as neither fluid nor solid; "
+                          "known are %2")
+        .arg(name, knownMaterials().join(QStringLiteral(", ")));
 }
 
 } // namespace Ovra::GeoTool

@@ -24,6 +24,10 @@ class AttributeCheck
 public:
     static void run(const CaseView& view, FindingSink& sink);
 
+    /// \brief What is wrong with a value of material_type, "has the material_type ..."; empty for
+    /// one that the library knows.
+    static QString materialFault(const QString& name);
+
 private:
     using Report = std::function<void(FindingKind, const FindingSink::Text&)>;
 

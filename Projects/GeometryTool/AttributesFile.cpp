@@ -4,6 +4,7 @@
 #include "ImportedMesh.h"
 #include "Model.h"
 #include "ModelEntity.h"
+#include "RepeatedKey.h"
 #include "ShellLinks.h"
 #include "ToolError.h"
 
@@ -75,15 +76,7 @@ void AttributesFile::read()
     if (!file.open(QIODevice::ReadOnly))
         throw ToolError(ExitCode::InputMissing,
                         QStringLiteral("%1: %2").arg(path_, file.errorString()));
-    const QByteArray text = file.readAll();
-    QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(text, &error);
-    if (error.error != QJsonParseError::NoError)
-        fail(QStringLiteral("line %1, byte %2").arg(lineOf(text, error.offset)).arg(error.offset),
-             error.errorString());
-    if (!document.isObject())
-        fail(QStringLiteral("top level"), QStringLiteral("an object is expected"));
-    const QJsonObject top = document.object();
+    const QJsonObject top = parsed(file.readAll());
     for (auto it = top.begin(); it != top.end(); ++it) {
         if (it.key() == QLatin1String("model"))
             model_ = readEntries(it.key(), object(it.value(), it.key()));
@@ -97,6 +90,23 @@ void AttributesFile::read()
             fail(it.key(),
                  QStringLiteral("unknown section; there are model, groups, entities and shells"));
     }
+}
+
+QJsonObject AttributesFile::parsed(const QByteArray& text) const
+{
+    const auto placeOf = [&text](qsizetype offset) {
+        return QStringLiteral("line %1, byte %2").arg(lineOf(text, offset)).arg(offset);
+    };
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(text, &error);
+    if (error.error != QJsonParseError::NoError)
+        fail(placeOf(error.offset), error.errorString());
+    if (const std::optional<RepeatedKey> repeated = RepeatedKey::in(text))
+        fail(placeOf(repeated->offset),
+             QStringLiteral("\"%1\" is there twice in one object").arg(repeated->key));
+    if (!document.isObject())
+        fail(QStringLiteral("top level"), QStringLiteral("an object is expected"));
+    return document.object();
 }
 
 QJsonObject AttributesFile::object(const QJsonValue& value, const QString& place) const

@@ -30,6 +30,8 @@ class AttributesFile
 public:
     explicit AttributesFile(const QString& path);
 
+    QString path() const { return path_; }
+
     /// \brief Reads the file and checks all that can be checked without a model: structure, tags
     /// and, but for names of faces, values.
     void read();
@@ -80,6 +82,7 @@ private:
     void requireKind(const QString& place, const QJsonValue& json, ValueKind kind) const;
     void requireEntity(const QString& place, const Reference& reference,
                        const ImportedMesh& mesh) const;
+    QJsonObject parsed(const QByteArray& text) const;
     QJsonObject object(const QJsonValue& value, const QString& place) const;
 
     QList<Target> readTargets(const QString& section, const QJsonValue& value) const;

@@ -39,9 +39,12 @@ void GmshImporter::import(Geo::Database& database, const AttributesFile* attribu
         attributes->leaveWithoutMesh(mesh);
     progress_.phase(QStringLiteral("building model and mesh"));
     MeshTransfer(mesh, database).transfer();
-    if (attributes != nullptr)
+    const ImportRemarks remarks(*database.model(), progress_);
+    if (attributes != nullptr) {
         attributes->apply(mesh, *database.model());
-    ImportRemarks(*database.model(), progress_).warnOfLooseBodies(options_.input);
+        remarks.warnOfMaterials(attributes->path());
+    }
+    remarks.warnOfLooseBodies(options_.input);
 }
 
 } // namespace Ovra::GeoTool

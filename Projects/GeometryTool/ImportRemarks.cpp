@@ -1,9 +1,15 @@
 #include "ImportRemarks.h"
 
+#include "AttributeCheck.h"
 #include "CoincidentFaces.h"
+#include "EntityName.h"
+#include "IdOrder.h"
 #include "Model.h"
 #include "ModelEntity.h"
 #include "Progress.h"
+
+#include <QSet>
+#include <QVariant>
 
 #include <array>
 #include <vector>
@@ -34,6 +40,11 @@ QString pluralOf(int dimension)
     return QLatin1String(Names[static_cast<std::size_t>(dimension)]);
 }
 
+QString materialOf(const ModelEntity& entity)
+{
+    return entity.attributes().value(AttributeType::MaterialType, QVariant()).toString();
+}
+
 } // namespace
 
 ImportRemarks::ImportRemarks(const Model& model, Progress& progress)
@@ -57,6 +68,29 @@ void ImportRemarks::warnOfLooseBodies(const QString& input) const
             .arg(input, QString::number(pairs.size()), pluralOf(first.dimension()),
                  pluralOf(bodies), both(first, second),
                  both(*first.adjacencyAt(bodies, 0), *second.adjacencyAt(bodies, 0))));
+}
+
+void ImportRemarks::warnOfMaterials(const QString& attributes) const
+{
+    const int bodies = model_.faceDimension() + 1;
+    QSet<QString> told;
+    bool isAnyGiven = false;
+    for (int d = bodies; d >= 0; --d) {
+        for (const ModelEntity* entity : inIdOrder(model_.iterator(d))) {
+            if (!entity->attributes().contains(AttributeType::MaterialType))
+                continue;
+            isAnyGiven = isAnyGiven || d == bodies;
+            const QString fault = AttributeCheck::materialFault(materialOf(*entity));
+            if (!fault.isEmpty() && !told.contains(materialOf(*entity)))
+                progress_.warning(
+                    QStringLiteral("%1: %2 %3").arg(attributes, EntityName(*entity).text(), fault));
+            told.insert(materialOf(*entity));
+        }
+    }
+    if (!isAnyGiven)
+        progress_.warning(QStringLiteral("%1: gives a material_type to none of the %2, so that "
+                                         "nothing can be prepared or solved")
+                              .arg(attributes, pluralOf(bodies)));
 }
 
 } // namespace Ovra::GeoTool

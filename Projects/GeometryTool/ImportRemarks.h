@@ -22,6 +22,11 @@ public:
     /// \brief Bodies that touch without being joined.
     void warnOfLooseBodies(const QString& input) const;
 
+    /// \brief Values of material_type that the library does not know, each told once, and regions
+    /// none of which has any.
+    /// \param attributes path of the file that gave the model its attributes
+    void warnOfMaterials(const QString& attributes) const;
+
 private:
     const Geo::Model& model_;
     Progress& progress_;

@@ -95,6 +95,24 @@ private slots:
         checkRefused(import(file), 4);
     }
 
+    void listsTheFormatsForAnUnknownSuffix()
+    {
+        for (const char* name : {"box.txt", "box", "box.geo.bak"}) {
+            QVERIFY(writeContent(path(name), "SetFactory(\"OpenCASCADE\");\n"
+                                             "Box(1) = {0, 0, 0, 1, 1, 1};\n"));
+            checkRefused(import(path(name)), 4, "can be imported: .bdf, .brep, ");
+        }
+    }
+
+    void refusesACase()
+    {
+        for (const char* name : {"script.geo_model", "script.geo_mesh"}) {
+            QVERIFY(writeContent(path(name), "SetFactory(\"OpenCASCADE\");\n"
+                                             "Box(1) = {0, 0, 0, 1, 1, 1};\n"));
+            checkRefused(import(path(name)), 2, "this is a case already, not an input to import");
+        }
+    }
+
     void refusesMissingFile() { checkRefused(import(path("nowhere.msh")), 3, "no such file"); }
 
     void refusesDirectory() { checkRefused(import(directory_.path()), 3, "is a directory"); }
@@ -116,8 +134,10 @@ private slots:
 
     void livesOnWhenAScriptEndsGmsh()
     {
-        QVERIFY(writeContent(path("exit.geo"), "Exit;\n"));
-        checkRefused(import(path("exit.geo")), 4, "exit.geo");
+        QVERIFY(writeContent(path("exit.geo"), "SetFactory(\"OpenCASCADE\");\n"
+                                               "Box(1) = {0, 0, 0, 1, 1, 1};\nExit;\n"));
+        checkRefused(import(path("exit.geo")), 4,
+                     "exit.geo: it ended Gmsh itself, as Exit does in a script; leave that out");
     }
 
     void passesOnTheErrorOfAScript()
@@ -293,6 +313,17 @@ private slots:
             "no physical group of dimension 2 has the name \"right\"");
         row("several faces for one", "{\"entities\": {\"2:4\": {\"extruded_face\": \"left\"}}}",
             "the group has 2 faces, but one is expected");
+        row("twice the same tag",
+            "{\"groups\": {\"right\": {\"material_id\": 1,\n \"material_id\" : 2}}}",
+            "line 2, byte 41: \"material_id\" is there twice in one object");
+        row("twice, written differently",
+            "{\"groups\": {\"right\": {\"side\": \"\\\"}\", \"s\\u0069de\": [{}]}}}",
+            "\"side\" is there twice in one object");
+        row("twice the same group",
+            "{\"groups\": {\"right\": {\"material_id\": 1}, \"right\": {\"side\": 2}}}",
+            "\"right\" is there twice in one object");
+        row("twice the same section", "{\"groups\": {}, \"model\": {}, \"groups\": {}}",
+            "\"groups\" is there twice in one object");
         row("tag and alias", "{\"entities\": {\"3:1\": {\"material_id\": 1, \"materialId\": 2}}}",
             "the same attribute as");
     }
@@ -310,6 +341,59 @@ private slots:
     void refusesMissingAttributes()
     {
         checkRefused(import(path("two.msh"), {"--attributes", path("none.json")}), 3, "none.json");
+    }
+
+    void warnsOfMaterials_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<QByteArrayList>("lines");
+        const auto row = [](const char* name, const char* json, const QByteArrayList& lines) {
+            QTest::newRow(name) << QByteArray(json) << lines;
+        };
+        const QByteArray none =
+            "gives a material_type to none of the regions, so that nothing can be prepared or "
+            "solved";
+        row("known", "{\"groups\": {\"right\": {\"material_type\": \"solid\"}}}", {});
+        row("unknown", "{\"groups\": {\"right\": {\"material_type\": \"Fluid\"}}}",
+            {"model region 2 has the material_type \"Fluid\", which counts as neither fluid nor "
+             "solid; known are fluid, solid, "});
+        row("unknown, twice",
+            "{\"entities\": {\"3:1\": {\"material_type\": \"air\"},"
+            " \"3:2\": {\"material_type\": \"air\"}}}",
+            {"model region 1 has the material_type \"air\""});
+        row("none", "{\"groups\": {\"right\": {\"material_id\": 1}}}", {none});
+        row("faces only", "{\"groups\": {\"between\": {\"material_type\": \"solid\"}}}", {none});
+        row("empty", "{}", {none});
+    }
+
+    void warnsOfMaterials()
+    {
+        QFETCH(QByteArray, json);
+        QFETCH(QByteArrayList, lines);
+        QVERIFY(writeContent(path("a.json"), json));
+        const ToolRun run = import(path("two.msh"), {"--attributes", path("a.json")});
+        QVERIFY2(run.exitCode == 0, run.errors.constData());
+        QVERIFY2(run.errors.count('\n') == lines.size(), run.errors.constData());
+        for (const QByteArray& line : lines)
+            QVERIFY2(
+                run.errors.contains("ovrageo: warning: " + path("a.json").toUtf8() + ": " + line),
+                run.errors.constData());
+    }
+
+    void isSilentAboutMaterialsWithoutAttributes()
+    {
+        const ToolRun run = import(path("two.msh"));
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(run.errors, QByteArray());
+    }
+
+    void allowsTheSameKeyInSeveralObjects()
+    {
+        QVERIFY(writeContent(path("a.json"),
+                             "{\"groups\": {\"right\": {\"material_type\": \"solid\"},"
+                             " \"3:left\": {\"material_type\": \"solid\", \"side\": \"side\"}}}"));
+        const ToolRun run = import(path("two.msh"), {"--attributes", path("a.json")});
+        QVERIFY2(run.exitCode == 0 && run.errors.isEmpty(), run.errors.constData());
     }
 
     void setsAttributes()
