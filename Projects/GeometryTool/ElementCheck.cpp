@@ -111,16 +111,21 @@ void ElementCheck::run(Progress& progress)
     }
 }
 
-/// One region may lack elements, a device for instance; where all do, the mesh may be another's.
+/// A region may lack elements, and even all regions may; but of a model that has any the mesh is not
+/// empty.
 void ElementCheck::checkPresence()
 {
     const int dimension = view_.elementDimension();
-    if (view_.modelEntities(dimension).empty() || !view_.meshEntities(dimension).empty())
+    if (view_.modelEntities(dimension).empty())
         return;
-    const QString name = dimension == 3 ? QStringLiteral("region") : QStringLiteral("face");
+    for (int i = 0; i < 4; ++i) {
+        if (!view_.meshEntities(i).empty())
+            return;
+    }
+    const QString name = dimension == 3 ? QStringLiteral("regions") : QStringLiteral("faces");
     sink_.add(FindingKind::NoElements, EntityName(EntityName::Owner::Mesh, EntityName::Whole, 0),
               std::nullopt, [&name] {
-                  return QStringLiteral("has no mesh %1, though there are model %1s").arg(name);
+                  return QStringLiteral("has no entities, though there are model %1").arg(name);
               });
 }
 

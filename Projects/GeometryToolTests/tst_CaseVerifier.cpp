@@ -142,7 +142,11 @@ private slots:
     {
         ClosedCase closed;
         closed.mesh()->clear();
-        expectNothing(closed.database);
+        const CaseFindings findings = verify(closed.database);
+        QVERIFY(findings.isSound());
+        QCOMPARE(linesOf(findings, FindingKind::NoElements),
+                 QStringList("the mesh has no entities, though there are model regions"));
+        QCOMPARE(findings.warningCount(), 1);
     }
 
     void takesSurfacesOfAnUnmeshedRegion()
