@@ -94,7 +94,7 @@ void addImportCommand(CLI::App& app, Progress& progress)
     command
         ->add_option("INPUT", arguments->input,
                      "Gmsh .geo or .msh, STEP, IGES, BREP, UNV, Nastran .bdf, STL, legacy VTK, "
-                     "Medit .mesh, Abaqus .inp, or what else the installed Gmsh opens")
+                     "Medit .mesh, Abaqus .inp, or another that Import.md lists")
         ->required();
     command
         ->add_option("-o,--output", arguments->output,
