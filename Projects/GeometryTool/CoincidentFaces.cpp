@@ -45,7 +45,7 @@ double measureOf(const ModelEntity& face)
 
 std::vector<Candidate> candidatesOf(const Model& model)
 {
-    static const Vector Direction(0.8017, 0.5231, 0.2893);
+    static const Vector direction(0.8017, 0.5231, 0.2893);
     const int dimension = model.faceDimension();
     std::vector<Candidate> candidates;
     for (const ModelEntity* face : inIdOrder(model.iterator(dimension))) {
@@ -53,7 +53,7 @@ std::vector<Candidate> candidatesOf(const Model& model)
         const bool unbounded = box.isValid();
         if (face->adjacencyCount(dimension + 1) == 1 && !unbounded)
             candidates.push_back({face, box, face->centroid(), box.extent().length(),
-                                  measureOf(*face), face->centroid() * Direction});
+                                  measureOf(*face), face->centroid() * direction});
     }
     std::stable_sort(candidates.begin(), candidates.end(),
                      [](const Candidate& a, const Candidate& b) { return a.key < b.key; });

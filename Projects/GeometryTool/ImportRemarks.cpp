@@ -36,8 +36,8 @@ QString both(const ModelEntity& a, const ModelEntity& b)
 /// \brief "faces", "regions".
 QString pluralOf(int dimension)
 {
-    static const std::array<const char*, 4> Names = {"vertices", "edges", "faces", "regions"};
-    return QLatin1String(Names[static_cast<std::size_t>(dimension)]);
+    static const std::array<const char*, 4> names = {"vertices", "edges", "faces", "regions"};
+    return QLatin1String(names[static_cast<std::size_t>(dimension)]);
 }
 
 QString materialOf(const ModelEntity& entity)
