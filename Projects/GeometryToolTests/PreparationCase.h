@@ -5,6 +5,7 @@
 #include "AttributeType.h"
 #include "Preparation.h"
 #include "Progress.h"
+#include "SavedCase.h"
 #include "ToolError.h"
 
 #include <QDataStream>
@@ -20,6 +21,7 @@ using Ovra::Geo::Database;
 using Ovra::Geo::MeshEntity;
 using Ovra::Geo::ModelEntity;
 using Ovra::Geo::Vector;
+using SavedCase::save;
 
 /// What a preparation answered: its report, or the text of its refusal.
 struct Outcome
@@ -135,20 +137,6 @@ inline QStringList shapes(const ModelEntity* face)
     }
     result.sort();
     return result;
-}
-
-/// \brief Writes \p name + ".geo_model" and ".geo_mesh".
-inline bool save(Database& database, const QString& name)
-{
-    QFile modelFile(name + QStringLiteral(".geo_model"));
-    QFile meshFile(name + QStringLiteral(".geo_mesh"));
-    if (!modelFile.open(QIODevice::WriteOnly) || !meshFile.open(QIODevice::WriteOnly))
-        return false;
-    QDataStream modelStream(&modelFile);
-    QDataStream meshStream(&meshFile);
-    database.model()->write(modelStream);
-    database.mesh()->write(meshStream);
-    return modelStream.status() == QDataStream::Ok && meshStream.status() == QDataStream::Ok;
 }
 
 /// \brief A grid one cell deep whose regions are given as rows of digits, the first row at y = 0; a

@@ -9,6 +9,7 @@
 #include "Model.h"
 #include "ModelFace.h"
 #include "ModelRegion.h"
+#include "SavedCase.h"
 
 #include <QDataStream>
 #include <QFile>
@@ -65,18 +66,7 @@ public:
     }
 
     /// \brief Writes the pair \p name + ".geo_model" and ".geo_mesh" in the current formats.
-    bool save(const QString& name)
-    {
-        QFile modelFile(name + QStringLiteral(".geo_model"));
-        QFile meshFile(name + QStringLiteral(".geo_mesh"));
-        if (!modelFile.open(QIODevice::WriteOnly) || !meshFile.open(QIODevice::WriteOnly))
-            return false;
-        QDataStream modelStream(&modelFile);
-        QDataStream meshStream(&meshFile);
-        model()->write(modelStream);
-        mesh()->write(meshStream);
-        return modelStream.status() == QDataStream::Ok && meshStream.status() == QDataStream::Ok;
-    }
+    bool save(const QString& name) { return SavedCase::save(database, name); }
 
     Ovra::Geo::Database database;
     Ovra::Geo::ModelFace* face = nullptr;

@@ -215,7 +215,7 @@ private slots:
                  "be cut along other diagonals; decompose wedges first");
     }
 
-    // Decomposed twice over in one session, the tables of children would still have the ids from
+    // Decomposed twice over in one run, the tables of children would still have the ids from
     // before the first renumbering as keys; a case read anew has not.
     void decompositionAfterGapsLeavesNoDeadChildren()
     {
