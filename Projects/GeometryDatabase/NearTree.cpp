@@ -127,8 +127,7 @@ NearTree::Candidate NearTree::search(const NearTree* query, double known) const
 double NearTree::distanceOnDescent(const NearTree* query) const
 {
     const NearTree* node = this;
-    double own = distance(query);
-    double least = own;
+    double least = distance(query);
     while (node->right_) {
         const double toLeft = node->left_->distance(query);
         const double toRight = node->right_->distance(query);
