@@ -1,4 +1,4 @@
-#include "../GeometryDatabaseTests/TestMesh.h"
+#include "GeometryDatabaseTests/TestMesh.h"
 #include "PreparationCase.h"
 #include "Solver.h"
 

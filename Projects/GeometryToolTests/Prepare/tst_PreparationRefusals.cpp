@@ -1,4 +1,4 @@
-#include "../GeometryDatabaseTests/TestMesh.h"
+#include "GeometryDatabaseTests/TestMesh.h"
 #include "ModelFace.h"
 #include "PreparationCase.h"
 #include "Solver.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "../GeometryDatabaseTests/GridMesh.h"
-#include "../GeometryDatabaseTests/MeshChecks.h"
+#include "GeometryDatabaseTests/GridMesh.h"
+#include "GeometryDatabaseTests/MeshChecks.h"
 #include "AttributeType.h"
 #include "Preparation.h"
 #include "Progress.h"
