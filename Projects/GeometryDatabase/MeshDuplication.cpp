@@ -18,8 +18,9 @@ bool touchesMeshedRegion(const ModelEntity* face, int regionDimension, const Reg
     auto regions = face->adjacencyIterator(regionDimension);
     while (regions.hasNext()) {
         ModelEntity* region = regions.next();
-        if (test(region) && region->childCount() > 0)
+        if (test(region) && region->childCount() > 0) {
             return true;
+        }
     }
     return false;
 }
@@ -29,8 +30,9 @@ void moveElements(MeshVertex* vertex, MeshVertex* copy, int dimension, const Reg
     auto elements = vertex->adjacencyIterator(dimension);
     while (elements.hasNext()) {
         MeshEntity* element = elements.next();
-        if (test(element->parent()))
+        if (test(element->parent())) {
             Utility::replaceAdjacencies(element, vertex, copy);
+        }
     }
 }
 
@@ -39,8 +41,9 @@ void moveMeshFaces(MeshVertex* vertex, MeshVertex* copy, int dimension, const Re
     auto meshFaces = vertex->adjacencyIterator(dimension);
     while (meshFaces.hasNext()) {
         MeshEntity* meshFace = meshFaces.next();
-        if (touchesMeshedRegion(meshFace->parent(), dimension + 1, test))
+        if (touchesMeshedRegion(meshFace->parent(), dimension + 1, test)) {
             Utility::replaceAdjacencies(meshFace, vertex, copy);
+        }
     }
 }
 
@@ -76,8 +79,9 @@ MeshEntity* MeshDuplication::lastElementOutside(MeshEntity* meshFace, const Mode
     auto elements = meshFace->adjacencyIterator(meshFace->dimension() + 1);
     while (elements.hasNext()) {
         MeshEntity* element = elements.next();
-        if (element->parent() != region)
+        if (element->parent() != region) {
             last = element;
+        }
     }
     return last;
 }

@@ -81,8 +81,9 @@ void Solver::splitFluidSolidFaces()
     Model* model = database_->model();
     const QList<ModelEntity*> faces = inIdOrder(model->iterator(model->faceDimension()));
     for (ModelEntity* face : faces) {
-        if (!shouldSplitFluidSolidFace(face))
+        if (!shouldSplitFluidSolidFace(face)) {
             continue;
+        }
         qDebug().noquote() << QStringLiteral("Split fluid-solid face %1").arg(face->id());
         splitFluidSolidFace(face);
     }
@@ -102,16 +103,18 @@ bool Solver::isRotatingDevice(ModelEntity* entity) const
 
 bool Solver::shouldSplitFluidSolidFace(ModelEntity* face) const
 {
-    if (Utility::isExternalFace(face))
+    if (Utility::isExternalFace(face)) {
         return false;
+    }
 
     bool hasFluid = false;
     bool hasOther = false;
     auto regions = face->adjacencyIterator(face->dimension() + 1);
     while (regions.hasNext()) {
         ModelEntity* region = regions.next();
-        if (!allowsSplit(region, face->id()))
+        if (!allowsSplit(region, face->id())) {
             return false;
+        }
         (Utility::isFluid(region) ? hasFluid : hasOther) = true;
     }
     return hasFluid && hasOther;
@@ -143,21 +146,24 @@ void Solver::splitMesh(ModelEntity* oldFace, ModelEntity* newFace, ModelEntity* 
     const QList<MeshEntity*> meshFaces = inIdOrder(oldFace->childIterator());
     for (MeshEntity* meshFace : meshFaces) {
         MeshEntity* element = MeshDuplication::lastElementOutside(meshFace, fluidRegion);
-        if (!element && !elementsAreOptional)
+        if (!element && !elementsAreOptional) {
             continue;
+        }
         MeshEntity* newMeshFace = MeshDuplication::addEntityCopy(
             database_->mesh(), meshFace, newFace,
             [this](MeshVertex* vertex) { return addSplitVertex(vertex); });
-        if (element)
+        if (element) {
             Utility::replaceAdjacencies(element, meshFace, newMeshFace);
+        }
     }
 }
 
 MeshVertex* Solver::addSplitVertex(MeshVertex* vertex)
 {
     MeshVertex*& copy = vertexMap_[vertex];
-    if (!copy)
+    if (!copy) {
         copy = MeshDuplication::addVertexCopy(database_->mesh(), vertex);
+    }
     return copy;
 }
 

@@ -34,8 +34,9 @@ void Solver::removeUnreferencedMeshEntities(int dimension, int upwardDimension)
 {
     const QList<MeshEntity*> found = getUnreferencedMeshEntities(dimension, upwardDimension);
     for (MeshEntity* entity : found) {
-        if (!isAdjacentToUnmeshedDevice(entity))
+        if (!isAdjacentToUnmeshedDevice(entity)) {
             database_->mesh()->remove(entity);
+        }
     }
     qDebug().noquote() << QStringLiteral("There are %1 unreferenced mesh entities of dimension %2")
                               .arg(found.size())
@@ -48,8 +49,9 @@ QList<MeshEntity*> Solver::getUnreferencedMeshEntities(int dimension, int upward
     auto entities = database_->mesh()->iterator(dimension);
     while (entities.hasNext()) {
         entities.next();
-        if (entities.value()->adjacencyCount(upwardDimension) == 0)
+        if (entities.value()->adjacencyCount(upwardDimension) == 0) {
             found.append(entities.value());
+        }
     }
     std::sort(found.begin(), found.end(), MeshEntity::lessThan);
     return found;
@@ -58,12 +60,14 @@ QList<MeshEntity*> Solver::getUnreferencedMeshEntities(int dimension, int upward
 bool Solver::isAdjacentToUnmeshedDevice(MeshEntity* entity) const
 {
     const ModelEntity* parent = entity->parent();
-    if (!parent)
+    if (!parent) {
         return false;
+    }
     auto regions = parent->adjacencyIterator(database_->model()->faceDimension() + 1);
     while (regions.hasNext()) {
-        if (Utility::isUnmeshedDevice(regions.next()))
+        if (Utility::isUnmeshedDevice(regions.next())) {
             return true;
+        }
     }
     return false;
 }

@@ -23,8 +23,9 @@ bool touchesAny(const ModelEntity* face, const QSet<ModelEntity*>& regions, int 
 {
     auto own = face->adjacencyIterator(regionDimension);
     while (own.hasNext()) {
-        if (regions.contains(own.next()))
+        if (regions.contains(own.next())) {
             return true;
+        }
     }
     return false;
 }
@@ -44,8 +45,9 @@ void Solver::addPeripheralFaces()
     Model* model = database_->model();
     const QList<ModelEntity*> regions = inIdOrder(model->iterator(model->faceDimension() + 1));
     for (ModelEntity* region : regions) {
-        if (isRotatingDevice(region))
+        if (isRotatingDevice(region)) {
             addPeripheralFaces(region);
+        }
     }
 }
 
@@ -72,8 +74,9 @@ QList<ModelEntity*> Solver::getPeripheralFaces(ModelEntity* device)
     auto faces = device->adjacencyIterator(device->dimension() - 1);
     while (faces.hasNext()) {
         ModelEntity* face = faces.next();
-        if (touchesAny(face, regions, device->dimension()))
+        if (touchesAny(face, regions, device->dimension())) {
             peripheralFaces.append(face);
+        }
     }
     return peripheralFaces;
 }
@@ -94,8 +97,9 @@ void Solver::splitPeripheralMesh(ModelEntity* oldFace, ModelEntity* newFace, Mod
 MeshVertex* Solver::addPeripheralVertex(MeshVertex* vertex)
 {
     MeshVertex*& copy = vertexMap_[vertex];
-    if (copy)
+    if (copy) {
         return copy;
+    }
 
     copy = MeshDuplication::addVertexCopy(database_->mesh(), vertex);
     vertex->attributes().insert(AttributeType::StatorVertex, copy->id());

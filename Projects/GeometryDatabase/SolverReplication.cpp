@@ -42,8 +42,9 @@ ModelEntity* addRegionLike(Model* model, const ModelEntity* region)
     ModelEntity* newRegion = ModelEntity::create(region->dimension());
     model->add(newRegion);
     auto faces = region->adjacencyIterator(model->faceDimension());
-    while (faces.hasNext())
+    while (faces.hasNext()) {
         addFaceLike(model, faces.next(), newRegion);
+    }
     return newRegion;
 }
 
@@ -56,8 +57,9 @@ void linkRegions(ModelEntity* region, ModelEntity* newRegion)
 void handOverMotion(ModelEntity* region, ModelEntity* newRegion)
 {
     for (const AttributeType& type : {AttributeType::MaterialType, AttributeType::MaterialId,
-                                      AttributeType::MotionType, AttributeType::MeshSize})
+                                      AttributeType::MotionType, AttributeType::MeshSize}) {
         Utility::copyAttribute(region, newRegion, type);
+    }
 }
 
 void becomeFluid(ModelEntity* region, ModelEntity* fluid)
@@ -75,8 +77,9 @@ void Solver::replicateMovingRegions()
     Model* model = database_->model();
     const QList<ModelEntity*> regions = inIdOrder(model->iterator(model->faceDimension() + 1));
     for (ModelEntity* region : regions) {
-        if (!shouldReplicate(region))
+        if (!shouldReplicate(region)) {
             continue;
+        }
         qDebug().noquote() << QStringLiteral("Replicate region %1").arg(region->id());
         replicateMovingRegion(region);
     }
@@ -84,8 +87,9 @@ void Solver::replicateMovingRegions()
 
 bool Solver::shouldReplicate(ModelEntity* region) const
 {
-    if (!isMoving(region))
+    if (!isMoving(region)) {
         return false;
+    }
     const QSet<ModelEntity*> neighbours = Utility::getAdjacentRegions(region, database_->model());
     return std::any_of(neighbours.cbegin(), neighbours.cend(), [](const ModelEntity* other) {
         return materialKind(other) == QLatin1String("fluid") || isMoving(other);
@@ -106,8 +110,9 @@ void Solver::replicateMovingRegion(ModelEntity* region)
     replicateMesh(region, newRegion);
     auto faces = region->adjacencyIterator(model->faceDimension());
     auto newFaces = newRegion->adjacencyIterator(model->faceDimension());
-    while (faces.hasNext())
+    while (faces.hasNext()) {
         replicateMesh(faces.next(), newFaces.next());
+    }
 }
 
 void Solver::replicateMesh(ModelEntity* oldEntity, ModelEntity* newEntity)
@@ -124,12 +129,14 @@ void Solver::replicateMesh(ModelEntity* oldEntity, ModelEntity* newEntity)
 MeshVertex* Solver::addReplicatedVertex(MeshVertex* vertex)
 {
     MeshVertex*& copy = vertexMap_[vertex];
-    if (copy)
+    if (copy) {
         return copy;
+    }
 
     copy = MeshDuplication::addVertexCopy(database_->mesh(), vertex);
-    if (!vertex->attributes().contains(AttributeType::NewMotionVertex))
+    if (!vertex->attributes().contains(AttributeType::NewMotionVertex)) {
         vertex->attributes().insert(AttributeType::NewMotionVertex, copy->id());
+    }
     copy->attributes().insert(AttributeType::OriginalMotionVertex, vertex->id());
     return copy;
 }

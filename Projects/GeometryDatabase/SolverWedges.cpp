@@ -30,8 +30,9 @@ QList<MeshEntity*> wedgesOf(const ModelEntity* region)
 QList<MeshEntity*> overturned(const MeshEntity* wedge)
 {
     QList<MeshEntity*> vertices;
-    for (const int position : {3, 5, 4, 0, 2, 1})
+    for (const int position : {3, 5, 4, 0, 2, 1}) {
         vertices.append(wedge->adjacencyAt(0, position));
+    }
     return vertices;
 }
 
@@ -40,8 +41,9 @@ WedgeVertices startingAt(int index, const QList<MeshEntity*>& vertices)
     WedgeIndirection indirection;
     indirection.setIndex(index);
     WedgeVertices turned;
-    for (int i = 0; i < 6; ++i)
+    for (int i = 0; i < 6; ++i) {
         turned[static_cast<std::size_t>(i)] = vertices.at(indirection.at(i));
+    }
     return turned;
 }
 
@@ -53,13 +55,15 @@ void Solver::decomposeWedgesToTets()
     const QList<ModelEntity*> regions = inIdOrder(database_->model()->iterator(3));
     for (const ModelEntity* region : regions) {
         const QList<MeshEntity*> wedges = wedgesOf(region);
-        if (wedges.isEmpty())
+        if (wedges.isEmpty()) {
             continue;
+        }
         decomposeWedgesToTets(wedges);
         changed = true;
     }
-    if (changed)
+    if (changed) {
         database_->mesh()->renumber(3);
+    }
 }
 
 void Solver::decomposeWedgesToTets(const QList<MeshEntity*>& wedges)
@@ -94,8 +98,9 @@ void Solver::addTetrahedron(MeshEntity* first, MeshEntity* second, MeshEntity* t
                             MeshEntity* fourth, ModelEntity* parent)
 {
     MeshEntity* tetrahedron = MeshEntity::create(3);
-    for (MeshEntity* vertex : {first, second, third, fourth})
+    for (MeshEntity* vertex : {first, second, third, fourth}) {
         tetrahedron->addAdjacency(vertex);
+    }
     database_->mesh()->add(tetrahedron);
     parent->addChild(tetrahedron);
 }

@@ -43,27 +43,35 @@ constexpr quint32 Qt5SizePolicy = 121;
 
 quint32 qt5NumberFromQt4(quint32 number)
 {
-    if (number == Qt4User)
+    if (number == Qt4User) {
         return Qt5User;
-    if (number >= Qt4FirstExtendedCore && number != Qt5User)
+    }
+    if (number >= Qt4FirstExtendedCore && number != Qt5User) {
         return number - Qt4ExtendedCoreShift;
-    if (number == Qt4SizePolicy)
+    }
+    if (number == Qt4SizePolicy) {
         return Qt5SizePolicy;
-    if (number > Qt4SizePolicy && number <= Qt4LastGui)
+    }
+    if (number > Qt4SizePolicy && number <= Qt4LastGui) {
         return number - 1;
+    }
     return number;
 }
 
 int typeIdFromQt5(quint32 number)
 {
-    if (number == Qt5User)
+    if (number == Qt5User) {
         return QMetaType::User;
-    if (number >= Qt5FirstGui && number <= Qt5LastGui)
+    }
+    if (number >= Qt5FirstGui && number <= Qt5LastGui) {
         return static_cast<int>(number - Qt5FirstGui) + QMetaType::FirstGuiType;
-    if (number == Qt5SizePolicy)
+    }
+    if (number == Qt5SizePolicy) {
         return QMetaType::QSizePolicy;
-    if (number == Qt5RegExp)
+    }
+    if (number == Qt5RegExp) {
         return QMetaType::fromName("QRegExp").id();
+    }
     return static_cast<int>(number);
 }
 
@@ -74,10 +82,12 @@ int typeIdFromStream(quint32 number, int version)
     if (version < QDataStream::Qt_4_0) {
         return number < Qt3Types.size() ? Qt3Types[number] : NoType;
     }
-    if (version < QDataStream::Qt_5_0)
+    if (version < QDataStream::Qt_5_0) {
         return typeIdFromQt5(qt5NumberFromQt4(number));
-    if (version < QDataStream::Qt_6_0)
+    }
+    if (version < QDataStream::Qt_6_0) {
         return typeIdFromQt5(number);
+    }
     return static_cast<int>(number);
 }
 

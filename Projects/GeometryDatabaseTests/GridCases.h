@@ -24,8 +24,9 @@ inline GridSpec row(const QStringList& materials)
     GridSpec spec;
     spec.cells = {static_cast<int>(materials.size()), 1, 1};
     spec.regionOf = [](int x, int, int) { return x + 1; };
-    for (int i = 0; i < materials.size(); ++i)
+    for (int i = 0; i < materials.size(); ++i) {
         spec.materials[i + 1] = materials.at(i);
+    }
     return spec;
 }
 
@@ -33,8 +34,9 @@ inline GridSpec row(const QStringList& materials)
 inline QList<int> counts(GridMesh& grid)
 {
     QList<int> result;
-    for (int d = 0; d < 4; ++d)
+    for (int d = 0; d < 4; ++d) {
         result << grid.model()->count(d) << grid.mesh()->count(d);
+    }
     return result;
 }
 
@@ -144,10 +146,12 @@ public:
     {
         for (auto record = records_.cbegin(); record != records_.cend(); ++record) {
             const ModelEntity* region = grid_.region(record.key());
-            if (region->childCount() != record->elements)
+            if (region->childCount() != record->elements) {
                 return QStringLiteral("region %1 has other elements").arg(record.key());
-            if (!qFuzzyCompare(1.0 + MeshChecks::meshMeasure(region), 1.0 + record->measure))
+            }
+            if (!qFuzzyCompare(1.0 + MeshChecks::meshMeasure(region), 1.0 + record->measure)) {
                 return QStringLiteral("region %1 has another measure").arg(record.key());
+            }
         }
         const QString dead = MeshChecks::findDeadPointer(grid_.database());
         return dead.isEmpty() ? MeshChecks::findStaleUpwardList(grid_.database()) : dead;

@@ -57,8 +57,9 @@ public:
         : spec_(std::move(spec))
         , regionDimension_(spec_.planar ? 2 : 3)
     {
-        if (spec_.planar)
+        if (spec_.planar) {
             spec_.cells[2] = 1;
+        }
         addVertices();
         addRegions();
         addElements();
@@ -107,8 +108,9 @@ private:
     {
         std::vector<int> ids(count);
         std::iota(ids.begin(), ids.end(), 1);
-        if (spec_.idSeed != 0)
+        if (spec_.idSeed != 0) {
             std::shuffle(ids.begin(), ids.end(), std::mt19937(spec_.idSeed));
+        }
         return ids;
     }
 
@@ -143,8 +145,9 @@ private:
     {
         for (int z = 0; z < spec_.cells[2]; ++z) {
             for (int y = 0; y < spec_.cells[1]; ++y) {
-                for (int x = 0; x < spec_.cells[0]; ++x)
+                for (int x = 0; x < spec_.cells[0]; ++x) {
                     visit(x, y, z);
+                }
             }
         }
     }
@@ -153,28 +156,34 @@ private:
     {
         forEachCell([this](int x, int y, int z) {
             const int id = regionAt(x, y, z);
-            if (id == 0 || region(id))
+            if (id == 0 || region(id)) {
                 return;
+            }
             Parent* added = Parent::create(regionDimension_);
             added->setId(id);
             model()->add(added);
-            if (spec_.materials.contains(id))
+            if (spec_.materials.contains(id)) {
                 added->attributes().insert(Ovra::Geo::AttributeType::MaterialType,
                                            spec_.materials.value(id));
+            }
         });
     }
 
     std::vector<std::vector<int>> pattern() const
     {
         using Shape = GridSpec::Shape;
-        if (spec_.planar && spec_.shape == Shape::Block)
+        if (spec_.planar && spec_.shape == Shape::Block) {
             return {{0, 1, 2, 3}};
-        if (spec_.planar)
+        }
+        if (spec_.planar) {
             return {{0, 1, 2}, {0, 2, 3}};
-        if (spec_.shape == Shape::Block)
+        }
+        if (spec_.shape == Shape::Block) {
             return {{0, 1, 2, 3, 4, 5, 6, 7}};
-        if (spec_.shape == Shape::Wedge)
+        }
+        if (spec_.shape == Shape::Wedge) {
             return {{0, 1, 2, 4, 5, 6}, {0, 2, 3, 4, 6, 7}};
+        }
         return {{0, 1, 2, 6}, {0, 2, 3, 6}, {0, 3, 7, 6}, {0, 7, 4, 6}, {0, 4, 5, 6}, {0, 5, 1, 6}};
     }
 
@@ -195,13 +204,15 @@ private:
         std::vector<std::pair<Entity*, int>> elements;
         forEachCell([&](int x, int y, int z) {
             const int id = regionAt(x, y, z);
-            if (id == 0 || spec_.unmeshed.contains(id))
+            if (id == 0 || spec_.unmeshed.contains(id)) {
                 return;
+            }
             const std::vector<Vertex*> cell = corners(x, y, z);
             for (const std::vector<int>& positions : pattern()) {
                 Entity* element = Entity::create(regionDimension_);
-                for (const int position : positions)
+                for (const int position : positions) {
                     element->addAdjacency(cell[static_cast<size_t>(position)]);
+                }
                 elements.emplace_back(element, id);
             }
         });
@@ -216,22 +227,27 @@ private:
 
     static std::vector<std::vector<int>> localSides(int dimension, int vertexCount)
     {
-        if (dimension == 2 && vertexCount == 3)
+        if (dimension == 2 && vertexCount == 3) {
             return {{0, 1}, {1, 2}, {2, 0}};
-        if (dimension == 2)
+        }
+        if (dimension == 2) {
             return {{0, 1}, {1, 2}, {2, 3}, {3, 0}};
-        if (vertexCount == 4)
+        }
+        if (vertexCount == 4) {
             return {{1, 2, 3}, {0, 3, 2}, {0, 1, 3}, {0, 2, 1}};
-        if (vertexCount == 6)
+        }
+        if (vertexCount == 6) {
             return {{0, 1, 4, 3}, {1, 2, 5, 4}, {2, 0, 3, 5}, {0, 2, 1}, {3, 4, 5}};
+        }
         return {{0, 4, 7, 3}, {1, 2, 6, 5}, {0, 1, 5, 4}, {2, 3, 7, 6}, {0, 3, 2, 1}, {4, 5, 6, 7}};
     }
 
     int regionBeyond(const Side& side) const
     {
         Ovra::Geo::Vector middle;
-        for (const Entity* vertex : side.vertices)
+        for (const Entity* vertex : side.vertices) {
             middle += vertex->centroid() / static_cast<double>(side.vertices.size());
+        }
         const Ovra::Geo::Vector beyond = middle + (middle - side.element->centroid()) * 0.01;
         const auto cell = [](double value) { return static_cast<int>(std::floor(value)); };
         return regionAt(cell(beyond.x()), cell(beyond.y()), spec_.planar ? 0 : cell(beyond.z()));
@@ -251,12 +267,14 @@ private:
                     key.append(side.vertices.last()->id());
                 }
                 std::sort(key.begin(), key.end());
-                if (done.contains(key))
+                if (done.contains(key)) {
                     continue;
+                }
                 done.insert(key);
                 side.regionAcross = regionBeyond(side);
-                if (side.regionAcross != element->parent()->id())
+                if (side.regionAcross != element->parent()->id()) {
                     addSide(side);
+                }
             }
         }
         classifyVertices();
@@ -265,27 +283,31 @@ private:
     void addSide(const Side& side)
     {
         Entity* meshFace = Entity::create(faceDimension());
-        for (Entity* vertex : side.vertices)
+        for (Entity* vertex : side.vertices) {
             meshFace->addAdjacency(vertex);
+        }
         mesh()->add(meshFace);
         Parent* parent = ensureFace(side.element->parent()->id(), side.regionAcross);
         parent->addChild(meshFace);
         for (Entity* vertex : side.vertices) {
-            if (!vertex->parent())
+            if (!vertex->parent()) {
                 parent->addChild(vertex);
+            }
         }
     }
 
     Parent* ensureFace(int a, int b)
     {
         Parent*& face = faces_[std::minmax(a, b)];
-        if (face)
+        if (face) {
             return face;
+        }
         face = Parent::create(faceDimension());
         model()->add(face);
         for (const int id : {a, b}) {
-            if (id == 0)
+            if (id == 0) {
                 continue;
+            }
             region(id)->addAdjacency(face);
             face->addAdjacency(region(id));
         }
@@ -297,8 +319,9 @@ private:
         for (const Entity* element : std::as_const(elements_)) {
             for (int i = 0; i < element->adjacencyCount(0); ++i) {
                 Entity* vertex = element->adjacencyAt(0, i);
-                if (!vertex->parent())
+                if (!vertex->parent()) {
                     element->parent()->addChild(vertex);
+                }
             }
         }
     }
@@ -307,8 +330,9 @@ private:
     void removeUnusedVertices()
     {
         for (Vertex*& vertex : vertices_) {
-            if (vertex->parent())
+            if (vertex->parent()) {
                 continue;
+            }
             mesh()->remove(vertex);
             vertex = nullptr;
         }

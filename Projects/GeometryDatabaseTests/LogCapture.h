@@ -38,9 +38,10 @@ private:
 
     static void take(QtMsgType type, const QMessageLogContext& context, const QString& text)
     {
-        if (type == QtDebugMsg && qstrcmp(context.category, "default") == 0)
+        if (type == QtDebugMsg && qstrcmp(context.category, "default") == 0) {
             texts().append(text);
-        else if (previous())
+        } else if (previous()) {
             previous()(type, context, text);
+        }
     }
 };

@@ -42,16 +42,18 @@ inline QList<MeshEntity*> sorted(HashIterator<int, MeshEntity*> walk)
 inline QList<MeshEntity*> neighbours(const MeshEntity* entity, int dimension)
 {
     QList<MeshEntity*> result;
-    for (int i = 0; i < entity->adjacencyCount(dimension); ++i)
+    for (int i = 0; i < entity->adjacencyCount(dimension); ++i) {
         result.append(entity->adjacencyAt(dimension, i));
+    }
     return result;
 }
 
 inline QList<int> ids(const QList<MeshEntity*>& entities)
 {
     QList<int> result;
-    for (const MeshEntity* entity : entities)
+    for (const MeshEntity* entity : entities) {
         result.append(entity->id());
+    }
     return result;
 }
 
@@ -82,8 +84,9 @@ inline double tetrahedronVolume(const Vector& a, const Vector& b, const Vector& 
 /// \brief The volume of an element, or the area of a planar one.
 inline double measure(const MeshEntity* element)
 {
-    if (element->dimension() == 2)
+    if (element->dimension() == 2) {
         return element->boundaryArea();
+    }
     using Pattern = std::vector<std::array<int, 4>>;
     const Pattern wedge = {{0, 1, 2, 3}, {1, 2, 3, 4}, {2, 3, 4, 5}};
     const Pattern hexahedron = {{0, 1, 2, 6}, {0, 2, 3, 6}, {0, 3, 7, 6},
@@ -104,8 +107,9 @@ inline double measure(const MeshEntity* element)
 inline double meshMeasure(const ModelEntity* region)
 {
     double sum = 0.0;
-    for (const MeshEntity* element : sorted(region->childIterator()))
+    for (const MeshEntity* element : sorted(region->childIterator())) {
         sum += measure(element);
+    }
     return sum;
 }
 
@@ -114,8 +118,9 @@ inline QSet<MeshEntity*> verticesOn(const ModelEntity* entity)
 {
     QSet<MeshEntity*> result;
     for (const MeshEntity* child : sorted(entity->childIterator())) {
-        for (MeshEntity* vertex : neighbours(child, 0))
+        for (MeshEntity* vertex : neighbours(child, 0)) {
             result.insert(vertex);
+        }
     }
     return result;
 }
@@ -125,15 +130,17 @@ inline QString findDeadPointer(Database* database)
 {
     QSet<const MeshEntity*> alive;
     for (int d = 0; d < 4; ++d) {
-        for (const MeshEntity* entity : sorted(database->mesh()->iterator(d)))
+        for (const MeshEntity* entity : sorted(database->mesh()->iterator(d))) {
             alive.insert(entity);
+        }
     }
     for (int d = 0; d < 4; ++d) {
         for (const MeshEntity* entity : sorted(database->mesh()->iterator(d))) {
             for (int list = 0; list < 4; ++list) {
                 for (const MeshEntity* neighbour : neighbours(entity, list)) {
-                    if (!alive.contains(neighbour))
+                    if (!alive.contains(neighbour)) {
                         return text(entity) + QStringLiteral(" lists a dead one");
+                    }
                 }
             }
         }
@@ -143,10 +150,12 @@ inline QString findDeadPointer(Database* database)
             auto children = parents.value()->childIterator();
             while (children.hasNext()) {
                 children.next();
-                if (!alive.contains(children.value()))
+                if (!alive.contains(children.value())) {
                     return QStringLiteral("dead child");
-                if (children.value()->parent() != parents.value())
+                }
+                if (children.value()->parent() != parents.value()) {
                     return text(children.value()) + QStringLiteral(" has another parent");
+                }
             }
         }
     }
@@ -161,8 +170,9 @@ inline QString findStaleUpwardList(Database* database, int edgeDimension = 1)
     QHash<const MeshEntity*, std::array<QList<MeshEntity*>, 4>> expected;
     for (int d = 1; d < 4; ++d) {
         for (MeshEntity* entity : sorted(database->mesh()->iterator(d))) {
-            for (const MeshEntity* vertex : neighbours(entity, 0))
+            for (const MeshEntity* vertex : neighbours(entity, 0)) {
                 expected[vertex][static_cast<size_t>(d)].append(entity);
+            }
         }
     }
     // Not the lists' own operator==, which hands null pointers of empty lists to memcmp.
@@ -172,8 +182,9 @@ inline QString findStaleUpwardList(Database* database, int edgeDimension = 1)
     };
     for (const MeshEntity* vertex : sorted(database->mesh()->iterator(0))) {
         for (int d = 1; d < 4; ++d) {
-            if (!isSame(neighbours(vertex, d), expected[vertex][static_cast<size_t>(d)]))
+            if (!isSame(neighbours(vertex, d), expected[vertex][static_cast<size_t>(d)])) {
                 return text(vertex) + QStringLiteral(" has a wrong list %1").arg(d);
+            }
         }
     }
     for (int d = edgeDimension; d < 3; ++d) {
@@ -184,8 +195,9 @@ inline QString findStaleUpwardList(Database* database, int edgeDimension = 1)
                 const auto& list = expected[vertex][static_cast<size_t>(d + 1)];
                 common.removeIf([&](MeshEntity* entity) { return !list.contains(entity); });
             }
-            if (!isSame(neighbours(side, d + 1), common))
+            if (!isSame(neighbours(side, d + 1), common)) {
                 return text(side) + QStringLiteral(" has a wrong list %1").arg(d + 1);
+            }
         }
     }
     return QString();
@@ -196,8 +208,9 @@ inline bool coincide(const QSet<MeshEntity*>& first, const QSet<MeshEntity*>& se
 {
     const auto points = [](const QSet<MeshEntity*>& vertices) {
         QStringList result;
-        for (const MeshEntity* vertex : vertices)
+        for (const MeshEntity* vertex : vertices) {
             result.append(vertex->centroid().toString());
+        }
         result.sort();
         return result;
     };

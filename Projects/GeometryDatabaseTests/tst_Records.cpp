@@ -256,8 +256,9 @@ private slots:
         data.entityType = 2;
         data.weights = {0.5, 0.0, 0.5};
         QCOMPARE(data.weightList(), QVariantList({0.5, 0.0, 0.5}));
-        for (const QVariant& weight : data.weightList())
+        for (const QVariant& weight : data.weightList()) {
             QCOMPARE(weight.typeId(), static_cast<int>(QMetaType::Double));
+        }
     }
 
     void aPlaceOnAVertexHasTheWeightOne()
@@ -274,10 +275,12 @@ private slots:
     {
         const PeriodicTransform transform;
         for (const Vector& vector : {transform.origin, transform.translation, transform.xAxis,
-                                     transform.yAxis, transform.zAxis})
+                                     transform.yAxis, transform.zAxis}) {
             QCOMPARE(vector, Vector());
-        for (int i = 0; i < 9; ++i)
+        }
+        for (int i = 0; i < 9; ++i) {
             QCOMPARE(transform.matrix(i / 3, i % 3), 0.0);
+        }
         QCOMPARE(transform.map(Vector(1, 2, 3)), Vector());
     }
 

@@ -43,18 +43,21 @@ public:
         : region(addModelRegion())
         , cell(addUnitCell(4, region))
     {
-        for (const Vector& point : {Vector(5, 0, 0), Vector(6, 0, 0), Vector(5, 1, 0)})
+        for (const Vector& point : {Vector(5, 0, 0), Vector(6, 0, 0), Vector(5, 1, 0)}) {
             corners.append(addVertex(point));
+        }
         triangle = addElement(2, corners, triangleParent);
-        for (int i = 0; i < 3; ++i)
+        for (int i = 0; i < 3; ++i) {
             edges.append(addElement(1, {corners.at(i), corners.at((i + 1) % 3)}));
+        }
     }
 
     void classifyTriangleOn(ModelEntity* parent)
     {
         parent->addChild(triangle);
-        for (MeshVertex* corner : corners)
+        for (MeshVertex* corner : corners) {
             parent->addChild(corner);
+        }
     }
 
     ModelRegion* region;
@@ -136,8 +139,9 @@ private slots:
     {
         QTest::addColumn<QString>("material");
         QTest::addColumn<bool>("stays");
-        for (const char* kind : {"ecomp_2resist", "ecomp_tec", "led_device"})
+        for (const char* kind : {"ecomp_2resist", "ecomp_tec", "led_device"}) {
             QTest::newRow(kind) << kind << true;
+        }
         QTest::newRow("solid") << "solid" << false;
         QTest::newRow("LED_device") << "LED_device" << false;
     }
@@ -183,8 +187,9 @@ private slots:
         QCOMPARE(clean(&model.database), found(1, 0, 3));
         QCOMPARE(model.mesh().count(0), 5);
         QVERIFY(model.mesh().entity(0, kept));
-        for (const int id : gone)
+        for (const int id : gone) {
             QVERIFY(!model.mesh().entity(0, id));
+        }
         QCOMPARE(model.mesh().count(2), 5);
     }
 
@@ -195,10 +200,12 @@ private slots:
         setMaterial(device, "led_device");
         ModelEdge* modelEdge = model.addModelEdge();
         modelEdge->addAdjacency(device);
-        for (MeshVertex* corner : model.corners)
+        for (MeshVertex* corner : model.corners) {
             modelEdge->addChild(corner);
-        for (MeshEntity* edge : model.edges)
+        }
+        for (MeshEntity* edge : model.edges) {
             modelEdge->addChild(edge);
+        }
         model.mesh().remove(model.triangle);
         model.mesh().setUpwardAdjacencies();
         QCOMPARE(clean(&model.database), found(0, 3, 3));
@@ -262,8 +269,9 @@ private slots:
         GridMesh grid(spec);
         QCOMPARE(clean(grid.database()), foundInPlane(0, 0));
 
-        for (MeshEntity* element : MeshChecks::sorted(grid.region(2)->childIterator()))
+        for (MeshEntity* element : MeshChecks::sorted(grid.region(2)->childIterator())) {
             grid.mesh()->remove(element);
+        }
         QCOMPARE(clean(grid.database()), foundInPlane(4, 3));
         QCOMPARE(grid.mesh()->count(2), 4);
         QCOMPARE(grid.mesh()->count(0), 9);
@@ -353,8 +361,9 @@ private slots:
         const int meshFaces = outside->childCount();
         const auto wholly = grid.mesh()->count(2) - meshFaces;
         const auto vertices = static_cast<int>(grid.mesh()->count(0) - kept.size());
-        for (MeshEntity* element : MeshChecks::sorted(grid.region(2)->childIterator()))
+        for (MeshEntity* element : MeshChecks::sorted(grid.region(2)->childIterator())) {
             grid.mesh()->remove(element);
+        }
         QCOMPARE(clean(grid.database()), found(meshFaces, 0, vertices));
         QCOMPARE(grid.mesh()->count(2), wholly);
         QCOMPARE(grid.mesh()->count(0), kept.size());

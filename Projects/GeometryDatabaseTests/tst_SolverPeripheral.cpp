@@ -68,8 +68,9 @@ private slots:
              {face->attributes().value(AttributeType::StatorFace, QVariant()),
               statorOf(grid, face)->attributes().value(AttributeType::RotorFace, QVariant()),
               vertex->attributes().value(AttributeType::StatorVertex, QVariant()),
-              statorOf(grid, vertex)->attributes().value(AttributeType::RotorVertex, QVariant())})
+              statorOf(grid, vertex)->attributes().value(AttributeType::RotorVertex, QVariant())}) {
             QCOMPARE(link.typeId(), static_cast<int>(QMetaType::Int));
+        }
     }
 
     void theFluidTakesTheNewVertices()
@@ -142,8 +143,9 @@ private slots:
     {
         QTest::addColumn<QString>("material");
         for (const char* kind : {"fluid", "resistance", "internal_fan", "check_valve",
-                                 "centrifugal_fan", "heat_exchanger", "heat_sink"})
+                                 "centrifugal_fan", "heat_exchanger", "heat_sink"}) {
             QTest::newRow(kind) << kind;
+        }
     }
 
     void countsAllMaterialsThatFlow()
@@ -243,8 +245,9 @@ private slots:
         GridMesh grid(row({"fluid", "rotating_device", "fluid"}));
         QList<ModelEntity*> faces;
         for (int i = 0; i < grid.region(2)->adjacencyCount(2); ++i) {
-            if (grid.region(2)->adjacencyAt(2, i) != grid.face(0, 2))
+            if (grid.region(2)->adjacencyAt(2, i) != grid.face(0, 2)) {
                 faces.append(grid.region(2)->adjacencyAt(2, i));
+            }
         }
         QCOMPARE(faces.size(), 2);
         Solver(grid.database()).addPeripheralFaces();
@@ -274,9 +277,10 @@ private slots:
         Solver(grid.database()).addPeripheralFaces();
         QVERIFY(statorOf(grid, grid.face(1, 2)) && statorOf(grid, grid.face(2, 3)));
         QCOMPARE(grid.mesh()->count(0), 16 + 8);
-        for (const int id : {1, 3})
+        for (const int id : {1, 3}) {
             QVERIFY(!MeshChecks::verticesOn(grid.region(2))
                          .intersects(MeshChecks::verticesOn(grid.region(id))));
+        }
         QCOMPARE(MeshChecks::findStaleUpwardList(grid.database()), QString());
     }
 
@@ -294,8 +298,9 @@ private slots:
 
         QList<int> copies;
         for (MeshEntity* vertex : MeshChecks::sorted(grid.mesh()->iterator(0))) {
-            if (idAt(vertex, AttributeType::RotorVertex) == shared->id())
+            if (idAt(vertex, AttributeType::RotorVertex) == shared->id()) {
                 copies.append(vertex->id());
+            }
         }
         QCOMPARE(copies.size(), 2);
         QCOMPARE(statorOf(grid, shared)->id(), copies.last());
@@ -325,10 +330,12 @@ private slots:
         QVERIFY(first && second);
         QCOMPARE(idAt(first, AttributeType::RotorVertex), shared->id());
         QCOMPARE(idAt(second, AttributeType::RotorVertex), first->id());
-        for (const int id : {1, 2})
+        for (const int id : {1, 2}) {
             QVERIFY(onlyChild(grid.region(id))->isAdjacentTo(shared));
-        for (const MeshEntity* fluid : MeshChecks::sorted(grid.region(3)->childIterator()))
+        }
+        for (const MeshEntity* fluid : MeshChecks::sorted(grid.region(3)->childIterator())) {
             QVERIFY(fluid->isAdjacentTo(second));
+        }
         QCOMPARE(MeshChecks::findDeadPointer(grid.database()), QString());
     }
 
@@ -376,9 +383,10 @@ private slots:
         solver.splitFluidSolidFaces();
         solver.addPeripheralFaces();
         QCOMPARE(grid.mesh()->count(0), 16 + 8);
-        for (const auto& regions : {std::pair(1, 2), std::pair(2, 3), std::pair(1, 3)})
+        for (const auto& regions : {std::pair(1, 2), std::pair(2, 3), std::pair(1, 3)}) {
             QVERIFY(!MeshChecks::verticesOn(grid.region(regions.first))
                          .intersects(MeshChecks::verticesOn(grid.region(regions.second))));
+        }
         QCOMPARE(MeshChecks::findStaleUpwardList(grid.database()), QString());
     }
 
@@ -389,8 +397,9 @@ private slots:
         // Two devices apart from each other in two fluids, and a heat sink.
         GridSpec spec = bigGrid();
         spec.regionOf = [](int x, int y, int) {
-            if (y < 2 || y > 3)
+            if (y < 2 || y > 3) {
                 return x < 4 ? 1 : 2;
+            }
             return x == 0 ? 5 : x < 3 ? 3 : x == 4 || x == 5 ? 4 : 2;
         };
         spec.materials = {{1, "fluid"},
@@ -404,8 +413,9 @@ private slots:
 
         QCOMPARE(before.findDamage(), QString());
         QSet<MeshEntity*> fluid;
-        for (const int id : {1, 2, 5})
+        for (const int id : {1, 2, 5}) {
             fluid |= MeshChecks::verticesOn(grid.region(id));
+        }
         for (const int id : {3, 4}) {
             QCOMPARE(MeshChecks::verticesOn(grid.region(id)), before.vertices(id));
             QVERIFY(!fluid.intersects(before.vertices(id)));
@@ -413,8 +423,9 @@ private slots:
         for (const auto& regions : {std::pair(1, 3), std::pair(2, 3), std::pair(3, 5),
                                     std::pair(1, 4), std::pair(2, 4)}) {
             ModelEntity* face = grid.face(regions.first, regions.second);
-            if (!face)
+            if (!face) {
                 continue;
+            }
             ModelEntity* stator = statorOf(grid, face);
             QVERIFY(stator);
             QCOMPARE(idAt(stator, AttributeType::RotorFace), face->id());

@@ -25,8 +25,9 @@ GridSpec bodyInFluid()
 
 void setMoving(GridMesh& grid, const QList<int>& regions)
 {
-    for (const int id : regions)
+    for (const int id : regions) {
         grid.region(id)->attributes().insert(AttributeType::MotionType, "rotation");
+    }
 }
 
 QVariant attribute(const ModelEntity* entity, const AttributeType& type)
@@ -88,8 +89,9 @@ private slots:
               attribute(grid.region(2), AttributeType::FluidRegion),
               attribute(copy, AttributeType::OriginalMotionRegion),
               attribute(grid.vertexAt(1, 1, 1), AttributeType::NewMotionVertex),
-              attribute(onlyChild(copy)->adjacencyAt(0, 0), AttributeType::OriginalMotionVertex)})
+              attribute(onlyChild(copy)->adjacencyAt(0, 0), AttributeType::OriginalMotionVertex)}) {
             QCOMPARE(link.typeId(), static_cast<int>(QMetaType::Int));
+        }
     }
 
     void handsOverMaterialAndMotion()
@@ -163,8 +165,9 @@ private slots:
         QCOMPARE(after.at(3), before.at(3));
         QCOMPARE(after.at(5) - before.at(5), 10);
         QCOMPARE(after.at(7) - before.at(7), 2);
-        for (int i = 0; i < copy->adjacencyCount(2); ++i)
+        for (int i = 0; i < copy->adjacencyCount(2); ++i) {
             QCOMPARE(copy->adjacencyAt(2, i)->childCount(), old->adjacencyAt(2, i)->childCount());
+        }
     }
 
     void theFluidStaysWithTheOldFace()
@@ -174,8 +177,9 @@ private slots:
         ModelEntity* face = grid.face(1, 2);
         Solver(grid.database()).replicateMovingRegions();
         QCOMPARE(face->adjacencyCount(3), 2);
-        for (const MeshEntity* meshFace : MeshChecks::sorted(face->childIterator()))
+        for (const MeshEntity* meshFace : MeshChecks::sorted(face->childIterator())) {
             QCOMPARE(meshFace->adjacencyCount(3), 2);
+        }
         ModelEntity* copy = copyOf(grid, 2);
         for (const MeshEntity* meshFace :
              MeshChecks::sorted(copy->adjacencyAt(2, 0)->childIterator())) {
@@ -211,8 +215,9 @@ private slots:
         QFETCH(QStringList, materials);
         QFETCH(bool, moving);
         GridMesh grid(row(materials));
-        if (moving)
+        if (moving) {
             setMoving(grid, {2});
+        }
         const QList<int> before = counts(grid);
         LogCapture log;
         Solver(grid.database()).replicateMovingRegions();
@@ -264,8 +269,10 @@ private slots:
         for (MeshEntity* vertex : shared) {
             QList<int> copies;
             for (MeshEntity* copy : firstCopies | secondCopies) {
-                if (attribute(copy, AttributeType::OriginalMotionVertex) == QVariant(vertex->id()))
+                if (attribute(copy, AttributeType::OriginalMotionVertex) ==
+                    QVariant(vertex->id())) {
                     copies.append(copy->id());
+                }
             }
             QCOMPARE(copies.size(), 2);
             QCOMPARE(attribute(vertex, AttributeType::NewMotionVertex),
@@ -283,8 +290,9 @@ private slots:
             for (int i = 0; i < 3; ++i) {
                 ModelEntity* face = copyOf(grid, id)->adjacencyAt(2, i);
                 meshFaces.append(face->childCount());
-                for (const MeshEntity* meshFace : MeshChecks::sorted(face->childIterator()))
+                for (const MeshEntity* meshFace : MeshChecks::sorted(face->childIterator())) {
                     QCOMPARE(meshFace->adjacencyCount(3), 1);
+                }
             }
             std::sort(meshFaces.begin(), meshFaces.end());
             QCOMPARE(meshFaces, QList<int>({1, 1, 4}));
@@ -348,8 +356,9 @@ private slots:
         grid.mesh()->clearUpwardAdjacencies();
         Solver(grid.database()).replicateMovingRegions();
         for (const MeshEntity* meshFace :
-             MeshChecks::sorted(copyOf(grid, 2)->adjacencyAt(2, 0)->childIterator()))
+             MeshChecks::sorted(copyOf(grid, 2)->adjacencyAt(2, 0)->childIterator())) {
             QCOMPARE(meshFace->adjacencyCount(3), 1);
+        }
     }
 
     void handsOutTheSameIdsInEveryRun()
@@ -365,8 +374,9 @@ private slots:
             ids.append(copyOf(grid, id)->id());
             const auto olds = MeshChecks::sorted(grid.region(id)->childIterator());
             const auto news = MeshChecks::sorted(copyOf(grid, id)->childIterator());
-            for (int i = 0; i < olds.size(); ++i)
+            for (int i = 0; i < olds.size(); ++i) {
                 QCOMPARE(news.at(i)->centroid(), olds.at(i)->centroid());
+            }
         }
         QCOMPARE(ids, QList<int>({6, 7, 8}));
     }
@@ -378,8 +388,9 @@ private slots:
         // Two moving bodies that touch, and a solid at rest, in a fluid.
         GridSpec spec = bigGrid();
         spec.regionOf = [](int x, int y, int) {
-            if (y < 2 || y > 3)
+            if (y < 2 || y > 3) {
                 return 1;
+            }
             return x < 2 ? 2 : x < 4 ? 3 : x < 6 ? 1 : 4;
         };
         spec.materials = {{1, "fluid"}, {2, "solid"}, {3, "rotating_device"}, {4, "solid"}};
@@ -394,16 +405,18 @@ private slots:
         QCOMPARE(grid.model()->count(d), 6);
         QCOMPARE(grid.mesh()->count(d),
                  elementCount + grid.region(2)->childCount() + grid.region(3)->childCount());
-        for (int id = 1; id <= 4; ++id)
+        for (int id = 1; id <= 4; ++id) {
             QCOMPARE(MeshChecks::verticesOn(grid.region(id)), before.vertices(id));
+        }
         for (const int id : {2, 3}) {
             const ModelEntity* copy = copyOf(grid, id);
             const QSet<MeshEntity*> copies = MeshChecks::verticesOn(copy);
             QCOMPARE(copy->childCount(), grid.region(id)->childCount());
             QCOMPARE(MeshChecks::meshMeasure(copy), before.measure(id));
             QVERIFY(MeshChecks::coincide(copies, before.vertices(id)));
-            for (int other = 1; other <= 4; ++other)
+            for (int other = 1; other <= 4; ++other) {
                 QVERIFY(!copies.intersects(before.vertices(other)));
+            }
             for (MeshEntity* vertex : copies) {
                 const int original = attribute(vertex, AttributeType::OriginalMotionVertex).toInt();
                 QCOMPARE(vertex->centroid(), grid.mesh()->entity(0, original)->centroid());

@@ -96,8 +96,9 @@ private slots:
         QCOMPARE(face->adjacencyAt(3, 0), grid.region(1));
         QCOMPARE(newFace->adjacencyCount(3), 1);
         QCOMPARE(newFace->adjacencyAt(3, 0), grid.region(2));
-        for (int d = 0; d < 3; ++d)
+        for (int d = 0; d < 3; ++d) {
             QCOMPARE(newFace->adjacencyCount(d), 0);
+        }
         QVERIFY(grid.region(1)->isAdjacentTo(face));
         QVERIFY(!grid.region(2)->isAdjacentTo(face));
         QCOMPARE(grid.region(2)->adjacencyAt(2, place), newFace);
@@ -153,8 +154,9 @@ private slots:
         }
         QCOMPARE(MeshChecks::neighbours(meshFace, 3), QList<MeshEntity*>({fluid}));
         QCOMPARE(MeshChecks::neighbours(newMeshFace, 3), QList<MeshEntity*>({solid}));
-        for (int d = 1; d < 3; ++d)
+        for (int d = 1; d < 3; ++d) {
             QCOMPARE(newMeshFace->adjacencyCount(d), 0);
+        }
     }
 
     void keepsTheNodeOrderOfElements()
@@ -162,12 +164,14 @@ private slots:
         GridMesh grid(row({"fluid", "solid"}));
         MeshEntity* solid = onlyChild(grid.region(2));
         QList<Vector> before;
-        for (int i = 0; i < 8; ++i)
+        for (int i = 0; i < 8; ++i) {
             before.append(solid->adjacencyAt(0, i)->centroid());
+        }
         Solver(grid.database()).splitFluidSolidFaces();
         QCOMPARE(solid->adjacencyCount(0), 8);
-        for (int i = 0; i < 8; ++i)
+        for (int i = 0; i < 8; ++i) {
             QCOMPARE(solid->adjacencyAt(0, i)->centroid(), before.at(i));
+        }
     }
 
     void logsFacesAndDistinctVertices()
@@ -229,10 +233,12 @@ private slots:
         QTest::addColumn<QString>("other");
         for (const char* kind :
              {"fluid", "resistance", "internal_fan", "check_valve", "rotating_device",
-              "centrifugal_fan", "heat_exchanger", "heat_sink"})
+              "centrifugal_fan", "heat_exchanger", "heat_sink"}) {
             QTest::newRow(kind) << kind << "solid";
-        for (const char* kind : {"solid", "pcb", "Fluid", "FLUID"})
+        }
+        for (const char* kind : {"solid", "pcb", "Fluid", "FLUID"}) {
             QTest::newRow((QByteArray("fluid and ") + kind).constData()) << "fluid" << kind;
+        }
     }
 
     void splitsBetweenFluidKindsAndAllOthers()
@@ -290,8 +296,9 @@ private slots:
     void anUnmeshedDeviceGetsASurface_data()
     {
         QTest::addColumn<QString>("device");
-        for (const char* kind : {"ecomp_2resist", "ecomp_tec", "led_device"})
+        for (const char* kind : {"ecomp_2resist", "ecomp_tec", "led_device"}) {
             QTest::newRow(kind) << kind;
+        }
     }
 
     void anUnmeshedDeviceGetsASurface()
@@ -312,16 +319,19 @@ private slots:
         ModelEntity* newFace = partner(grid, face, AttributeType::SolidFace);
         QCOMPARE(newFace->childCount(), 6);
         QCOMPARE(face->childCount(), 6);
-        for (const MeshEntity* meshFace : MeshChecks::sorted(newFace->childIterator()))
+        for (const MeshEntity* meshFace : MeshChecks::sorted(newFace->childIterator())) {
             QCOMPARE(meshFace->adjacencyCount(3), 0);
-        for (const MeshEntity* meshFace : MeshChecks::sorted(face->childIterator()))
+        }
+        for (const MeshEntity* meshFace : MeshChecks::sorted(face->childIterator())) {
             QCOMPARE(meshFace->adjacencyCount(3), 1);
+        }
         QCOMPARE(MeshChecks::verticesOn(face), old);
         const QSet<MeshEntity*> copies = MeshChecks::verticesOn(newFace);
         QVERIFY(!copies.intersects(old));
         QVERIFY(MeshChecks::coincide(copies, old));
-        for (const MeshEntity* vertex : copies)
+        for (const MeshEntity* vertex : copies) {
             QCOMPARE(vertex->adjacencyCount(3), 0);
+        }
         QCOMPARE(MeshChecks::findStaleUpwardList(grid.database()), QString());
     }
 
@@ -337,8 +347,9 @@ private slots:
         const QVariant empty = QVariantList();
         const auto list = [](std::initializer_list<int> ids) {
             QVariantList result;
-            for (const int id : ids)
+            for (const int id : ids) {
                 result.append(id);
+            }
             return QVariant(result);
         };
         QTest::newRow("no lists") << none << none << none << true << true;
@@ -368,11 +379,13 @@ private slots:
         const QMap<int, int> faceIds = {{1, grid.face(1, 2)->id()}, {2, grid.face(2, 3)->id()}};
         const auto store = [&](const AttributeType& type, const QVariant& value) {
             QVariantList list = value.toList();
-            for (QVariant& id : list)
+            for (QVariant& id : list) {
                 id = faceIds.value(id.toInt(), id.toInt());
+            }
             const bool isList = value.typeId() == QMetaType::QVariantList;
-            if (value.isValid())
+            if (value.isValid()) {
                 grid.region(2)->attributes().insert(type, isList ? QVariant(list) : value);
+            }
         };
         store(AttributeType::HotFaces, hot);
         store(AttributeType::ColdFaces, cold);
@@ -568,8 +581,9 @@ private slots:
                 MeshChecks::sorted(grid.face(regions.first, regions.second)->childIterator());
             const auto news = MeshChecks::sorted(newFace->childIterator());
             QCOMPARE(news.size(), olds.size());
-            for (int i = 0; i < olds.size(); ++i)
+            for (int i = 0; i < olds.size(); ++i) {
                 QCOMPARE(news.at(i)->centroid(), olds.at(i)->centroid());
+            }
         }
     }
 
@@ -580,8 +594,9 @@ private slots:
         // Two solids that touch, in a fluid, beside a fan and an unmeshed device.
         GridSpec spec = bigGrid();
         spec.regionOf = [](int x, int y, int) {
-            if (y < 2 || y > 3)
+            if (y < 2 || y > 3) {
                 return 1;
+            }
             return x < 2 ? 2 : x < 4 ? 3 : x < 5 ? 1 : x < 6 ? 4 : 5;
         };
         spec.materials = {

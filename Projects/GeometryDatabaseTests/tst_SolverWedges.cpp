@@ -26,8 +26,9 @@ public:
         : region(addModelRegion())
     {
         const auto points = unitCellPoints(6);
-        for (int i = 0; i < 6; ++i)
+        for (int i = 0; i < 6; ++i) {
             vertices.append(addVertex(points.at(i), ids.at(i)));
+        }
         wedge = addElement(3, vertices, region);
         mesh().setUpwardAdjacencies();
     }
@@ -35,8 +36,9 @@ public:
     QList<Ids> tetrahedra() const
     {
         QList<Ids> result;
-        for (const MeshEntity* element : MeshChecks::sorted(region->childIterator()))
+        for (const MeshEntity* element : MeshChecks::sorted(region->childIterator())) {
             result.append(MeshChecks::vertexIds(element));
+        }
         return result;
     }
 
@@ -58,8 +60,9 @@ QSet<std::pair<int, int>> edgesOf(const QList<MeshEntity*>& elements)
         const Ids ids = MeshChecks::vertexIds(element);
         for (const int a : ids) {
             for (const int b : ids) {
-                if (a < b)
+                if (a < b) {
                     edges.insert({a, b});
+                }
             }
         }
     }
@@ -73,10 +76,12 @@ QList<Ids> quadrilateralsOf(const MeshEntity* wedge)
     const Ids ids = MeshChecks::vertexIds(wedge);
     for (const Ids& row : TestMesh::cellFaces(6)) {
         Ids corners;
-        for (const int position : row)
+        for (const int position : row) {
             corners.append(ids.at(position));
-        if (corners.size() == 4)
+        }
+        if (corners.size() == 4) {
             result.append(corners);
+        }
     }
     return result;
 }
@@ -124,8 +129,9 @@ private slots:
         QFETCH(Ids, row);
         WedgeIndirection indirection;
         indirection.setIndex(QByteArray(QTest::currentDataTag()).toInt());
-        for (int i = 0; i < 6; ++i)
+        for (int i = 0; i < 6; ++i) {
             QCOMPARE(indirection.at(i), row.at(i));
+        }
     }
 
     void stopsTheProcessBeyondItsTable_data()
@@ -244,8 +250,9 @@ private slots:
         const int meshFaces = model.mesh().count(2);
         Solver(&model.database).decomposeWedgesToTets();
 
-        for (const MeshEntity* vertex : MeshChecks::sorted(model.mesh().iterator(0)))
+        for (const MeshEntity* vertex : MeshChecks::sorted(model.mesh().iterator(0))) {
             QCOMPARE(vertex->adjacencyCount(3), 0);
+        }
         QCOMPARE(model.mesh().count(2), meshFaces);
         int quadrilaterals = 0;
         for (const MeshEntity* meshFace : MeshChecks::sorted(model.mesh().iterator(2))) {
@@ -257,8 +264,9 @@ private slots:
         model.mesh().clearUpwardAdjacencies();
         model.mesh().setUpwardAdjacencies();
         QCOMPARE(MeshChecks::findStaleUpwardList(&model.database), QString());
-        for (const MeshEntity* meshFace : MeshChecks::sorted(model.mesh().iterator(2)))
+        for (const MeshEntity* meshFace : MeshChecks::sorted(model.mesh().iterator(2))) {
             QCOMPARE(meshFace->adjacencyCount(3), meshFace->adjacencyCount(0) == 3 ? 1 : 0);
+        }
     }
 
     void leavesOtherElementsAlone_data()
@@ -309,12 +317,14 @@ private slots:
         Solver(&model.database).decomposeWedgesToTets();
 
         QCOMPARE(model.mesh().count(3), 8);
-        for (int id = 1; id <= 8; ++id)
+        for (int id = 1; id <= 8; ++id) {
             QVERIFY(model.mesh().entity(3, id));
+        }
         QCOMPARE(tetrahedron->id(), 1);
         QCOMPARE(hexahedron->id(), 2);
-        for (int id = 3; id <= 8; ++id)
+        for (int id = 3; id <= 8; ++id) {
             QCOMPARE(model.mesh().entity(3, id)->parent(), id < 6 ? first : second);
+        }
         QCOMPARE(first->childCount(), 3);
         QCOMPARE(second->childCount(), 5);
         QCOMPARE(model.addUnitCell(4, first)->id(), 9);
@@ -347,8 +357,9 @@ private slots:
     void neighboursAgree_data()
     {
         QTest::addColumn<unsigned>("seed");
-        for (const unsigned seed : {0U, 1U, 2U, 3U, 4U, 5U, 6U, 7U})
+        for (const unsigned seed : {0U, 1U, 2U, 3U, 4U, 5U, 6U, 7U}) {
             QTest::addRow("ids of seed %u", seed) << seed;
+        }
     }
 
     void neighboursAgree()
@@ -367,8 +378,9 @@ private slots:
             measures[id] = MeshChecks::meshMeasure(grid.region(id));
         }
         QList<Ids> sides;
-        for (const MeshEntity* wedge : MeshChecks::sorted(grid.mesh()->iterator(3)))
+        for (const MeshEntity* wedge : MeshChecks::sorted(grid.mesh()->iterator(3))) {
             sides += quadrilateralsOf(wedge);
+        }
         Solver(grid.database()).decomposeWedgesToTets();
 
         const auto tetrahedra = MeshChecks::sorted(grid.mesh()->iterator(3));
@@ -380,8 +392,9 @@ private slots:
             QCOMPARE(edges.contains(first), first < second);
             QCOMPARE(edges.contains(second), second < first);
         }
-        for (const MeshEntity* tetrahedron : tetrahedra)
+        for (const MeshEntity* tetrahedron : tetrahedra) {
             QVERIFY(volumeOf(tetrahedron) < 0.0);
+        }
         for (int id = 1; id <= 5; ++id) {
             QCOMPARE(grid.region(id)->childCount(), 3 * wedges[id]);
             QCOMPARE(MeshChecks::meshMeasure(grid.region(id)), measures[id]);

@@ -102,8 +102,9 @@ bool isBoolean(const QVariant& variant)
 
 bool isListOf(const QVariant& variant, bool (*isElement)(const QVariant&))
 {
-    if (variant.typeId() != QMetaType::QVariantList)
+    if (variant.typeId() != QMetaType::QVariantList) {
         return false;
+    }
     const QVariantList list = variant.toList();
     return std::all_of(list.begin(), list.end(), isElement);
 }
@@ -115,8 +116,9 @@ const AttributeRule& AttributeRule::of(const AttributeType& type)
     static const AttributeRule any;
     static const QMap<AttributeType, const AttributeRule*> byType = [] {
         QMap<AttributeType, const AttributeRule*> map;
-        for (const AttributeRule& rule : rules())
+        for (const AttributeRule& rule : rules()) {
             map.insert(rule.type, &rule);
+        }
         return map;
     }();
     return *byType.value(type, &any);

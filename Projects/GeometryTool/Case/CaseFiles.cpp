@@ -35,8 +35,9 @@ constexpr int streamVersion = 12;
 QString withoutSuffix(const QString& name)
 {
     for (const QString& suffix : {modelSuffix, meshSuffix}) {
-        if (name.endsWith(suffix))
+        if (name.endsWith(suffix)) {
             return name.chopped(suffix.size());
+        }
     }
     return name;
 }
@@ -59,20 +60,23 @@ QString whereabouts(const Container& container, const QString& kind)
     QStringList parts;
     for (int dimension = 0; dimension < 4; ++dimension) {
         const int count = container.count(dimension);
-        if (count > 0)
+        if (count > 0) {
             parts += QStringLiteral("%1 %2 %3")
                          .arg(count)
                          .arg(kind, QLatin1String(names[static_cast<std::size_t>(dimension)]));
+        }
     }
-    if (parts.isEmpty())
+    if (parts.isEmpty()) {
         return QStringLiteral("before the first %1 vertex was complete").arg(kind);
+    }
     return QStringLiteral("after ") + parts.join(QStringLiteral(", "));
 }
 
 void requireKnownFormat(const FileFacts& facts, const QString& kind, int formatCount)
 {
-    if (facts.format >= 1 && facts.format <= formatCount)
+    if (facts.format >= 1 && facts.format <= formatCount) {
         return;
+    }
     throw damage(
         facts.path,
         QStringLiteral("is no %1 file: at byte 0 stands %2, where a format number from 1 to "
@@ -100,33 +104,37 @@ FileFacts readHeader(InputFile& file, const QString& kind, int formatCount)
     facts.format = facts.oldHeader ? 1 : first;
     facts.version =
         facts.oldHeader ? Version(first, second, third) : Version(second, third, fourth);
-    if (stream.status() != QDataStream::Ok)
+    if (stream.status() != QDataStream::Ok) {
         throw damage(
             facts.path,
             QStringLiteral("is truncated: it ends at byte %1, inside the header").arg(facts.size));
+    }
     requireKnownFormat(facts, kind, formatCount);
     return facts;
 }
 
 void requireSound(const QDataStream& stream, const FileFacts& facts, const QString& whereabouts)
 {
-    if (stream.status() == QDataStream::ReadPastEnd)
+    if (stream.status() == QDataStream::ReadPastEnd) {
         throw damage(facts.path, QStringLiteral("is truncated: it ends at byte %1, %2")
                                      .arg(facts.size)
                                      .arg(whereabouts));
-    if (stream.status() != QDataStream::Ok)
+    }
+    if (stream.status() != QDataStream::Ok) {
         throw damage(facts.path, QStringLiteral("is damaged at or just before byte %1 of %2, %3")
                                      .arg(stream.device()->pos())
                                      .arg(facts.size)
                                      .arg(whereabouts));
+    }
 }
 
 template <typename Container>
 bool isEmpty(const Container& container)
 {
     int count = 0;
-    for (int dimension = 0; dimension < 4; ++dimension)
+    for (int dimension = 0; dimension < 4; ++dimension) {
         count += container.count(dimension);
+    }
     return count == 0;
 }
 
@@ -135,13 +143,15 @@ template <typename Container>
 void settleTrailingBytes(const Container& container, const FileFacts& facts, const QString& kind,
                          Progress& progress)
 {
-    if (facts.trailingBytes == 0)
+    if (facts.trailingBytes == 0) {
         return;
-    if (isEmpty(container))
+    }
+    if (isEmpty(container)) {
         throw damage(facts.path,
                      QStringLiteral("holds no %1 entities but %2 more bytes; is it a %1 file?")
                          .arg(kind)
                          .arg(facts.trailingBytes));
+    }
     progress.warning(QStringLiteral("%1 goes on for %2 bytes behind the end of the %3, at byte %4")
                          .arg(facts.path)
                          .arg(facts.trailingBytes)
@@ -176,8 +186,9 @@ void forEachLosing(const Database& database, const std::function<void(MeshEntity
         auto entities = database.mesh()->iterator(dimension);
         while (entities.hasNext()) {
             entities.next();
-            if (losesParent(*entities.value()))
+            if (losesParent(*entities.value())) {
                 action(*entities.value());
+            }
         }
     }
 }
@@ -190,14 +201,16 @@ void dropUnkeptParents(const Database& database)
 void settleUnkeptParents(const Database& database, Progress& progress, bool dropParents)
 {
     const int count = CaseFiles::unkeptParentCount(database);
-    if (count == 0)
+    if (count == 0) {
         return;
+    }
     const QString text =
         QStringLiteral("%1 mesh entities stand on a model entity of another dimension, "
                        "which mesh formats 2014 and 2014a cannot hold; ")
             .arg(count);
-    if (!dropParents)
+    if (!dropParents) {
         throw ToolError(ExitCode::Unsuitable, text + QStringLiteral("format 2013 can"));
+    }
     progress.warning(text + QStringLiteral("they are written without a parent"));
     dropUnkeptParents(database);
 }
@@ -246,8 +259,9 @@ void CaseFiles::load(Database& database, Progress& progress)
 void CaseFiles::save(Database& database, Progress& progress, MeshSerializer::Format meshFormat,
                      bool dropParents) const
 {
-    if (meshFormat != MeshSerializer::Format2013)
+    if (meshFormat != MeshSerializer::Format2013) {
         settleUnkeptParents(database, progress, dropParents);
+    }
     OutputFiles files;
     QDataStream modelStream(&files.add(modelPath()));
     QDataStream meshStream(&files.add(meshPath()));

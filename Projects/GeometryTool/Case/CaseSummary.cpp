@@ -54,8 +54,9 @@ MaterialSummary& materialOf(std::vector<MaterialSummary>& materials, const Model
     const auto found = std::find_if(materials.begin(), materials.end(), [&](const auto& material) {
         return isOfMaterial(material, type, id);
     });
-    if (found != materials.end())
+    if (found != materials.end()) {
         return *found;
+    }
     MaterialSummary material;
     material.type = type;
     material.id = id.toInt();
@@ -81,32 +82,36 @@ CaseSummary::CaseSummary(const CaseFiles& files, const Database& database, Progr
     countMaterials(database);
     progress.phase(QStringLiteral("judging the elements"));
     for (int dimension = 1; dimension < 4; ++dimension) {
-        if (database.mesh()->count(dimension) > 0)
+        if (database.mesh()->count(dimension) > 0) {
             quality.emplace_back(dimension, MeshQuality(*database.mesh(), dimension, progress));
+        }
     }
     progress.finish();
 }
 
 void CaseSummary::countModel(const Database& database)
 {
-    for (const AttributeType& type : database.model()->attributes().types())
+    for (const AttributeType& type : database.model()->attributes().types()) {
         attributes[tagOf(type)].model = 1;
+    }
     for (int dimension = 0; dimension < 4; ++dimension) {
         auto entities = database.model()->iterator(dimension);
         while (entities.hasNext()) {
             entities.next();
             const ModelEntity& entity = *entities.value();
             addId(model[slot(dimension)], entity.id());
-            for (const AttributeType& type : entity.attributes().types())
+            for (const AttributeType& type : entity.attributes().types()) {
                 ++attributes[tagOf(type)].modelEntities[slot(dimension)];
+            }
         }
     }
 }
 
 void CaseSummary::countMesh(const Database& database, Progress& progress)
 {
-    for (const AttributeType& type : database.mesh()->attributes().types())
+    for (const AttributeType& type : database.mesh()->attributes().types()) {
         attributes[tagOf(type)].mesh = 1;
+    }
     for (int dimension = 0; dimension < 4; ++dimension) {
         const int count = database.mesh()->count(dimension);
         auto entities = database.mesh()->iterator(dimension);
@@ -122,16 +127,19 @@ void CaseSummary::countMeshEntity(MeshEntity& entity)
 {
     const std::size_t place = slot(entity.dimension());
     addId(mesh[place], entity.id());
-    for (const AttributeType& type : entity.attributes().types())
+    for (const AttributeType& type : entity.attributes().types()) {
         ++attributes[tagOf(type)].meshEntities[place];
-    if (!entity.parent())
+    }
+    if (!entity.parent()) {
         ++unclassified[place];
-    else if (entity.parent()->dimension() != entity.dimension())
+    } else if (entity.parent()->dimension() != entity.dimension()) {
         ++onOtherDimension[place];
-    if (entity.dimension() == 0)
+    }
+    if (entity.dimension() == 0) {
         meshBox += entity.centroid();
-    else
+    } else {
         ++kinds[place][kindOf(entity)];
+    }
 }
 
 void CaseSummary::countMaterials(const Database& database)

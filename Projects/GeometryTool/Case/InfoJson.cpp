@@ -22,8 +22,9 @@ QJsonArray vectorJson(const Vector& vector)
 /// null for the box of nothing.
 QJsonValue boxJson(const Box& box)
 {
-    if (box.isValid()) // true for exactly the inverted box
+    if (box.isValid()) { // true for exactly the inverted box
         return QJsonValue::Null;
+    }
     return QJsonObject{{"minimum", vectorJson(box.minimum())},
                        {"maximum", vectorJson(box.maximum())}};
 }
@@ -47,8 +48,9 @@ QJsonObject idsJson(const IdSummary& ids)
 QJsonObject kindsJson(const std::map<QString, int>& kinds)
 {
     QJsonObject object;
-    for (const auto& [kind, count] : kinds)
+    for (const auto& [kind, count] : kinds) {
         object.insert(kind, count);
+    }
     return object;
 }
 
@@ -66,46 +68,51 @@ QJsonObject dimensionJson(const CaseSummary& summary, std::size_t dimension)
 QJsonArray dimensionsJson(const CaseSummary& summary)
 {
     QJsonArray array;
-    for (std::size_t dimension = 0; dimension < 4; ++dimension)
+    for (std::size_t dimension = 0; dimension < 4; ++dimension) {
         array.append(dimensionJson(summary, dimension));
+    }
     return array;
 }
 
 QJsonArray materialsJson(const CaseSummary& summary)
 {
     QJsonArray array;
-    for (const MaterialSummary& material : summary.materials)
+    for (const MaterialSummary& material : summary.materials) {
         array.append(QJsonObject{
             {"type", material.type.isEmpty() ? QJsonValue::Null : QJsonValue(material.type)},
             {"id", material.hasId ? QJsonValue(material.id) : QJsonValue::Null},
             {"modelEntities", material.modelEntityCount},
             {"elements", material.elementCount}});
+    }
     return array;
 }
 
 QJsonArray countsJson(const std::array<int, 4>& counts)
 {
     QJsonArray array;
-    for (const int count : counts)
+    for (const int count : counts) {
         array.append(count);
+    }
     return array;
 }
 
 QJsonObject attributesJson(const CaseSummary& summary)
 {
     QJsonObject object;
-    for (auto each = summary.attributes.begin(); each != summary.attributes.end(); ++each)
+    for (auto each = summary.attributes.begin(); each != summary.attributes.end(); ++each) {
         object.insert(each.key(), QJsonObject{{"model", each->model},
                                               {"modelEntities", countsJson(each->modelEntities)},
                                               {"mesh", each->mesh},
                                               {"meshEntities", countsJson(each->meshEntities)}});
+    }
     return object;
 }
 
 QJsonValue extremesJson(const Extremes& extremes)
 {
-    if (extremes.isEmpty())
+    if (extremes.isEmpty()) {
         return QJsonValue::Null;
+    }
     return QJsonObject{
         {"smallest", QJsonObject{{"value", extremes.smallest}, {"id", extremes.smallestId}}},
         {"largest", QJsonObject{{"value", extremes.largest}, {"id", extremes.largestId}}}};
@@ -114,15 +121,16 @@ QJsonValue extremesJson(const Extremes& extremes)
 QJsonObject idListJson(const std::vector<int>& ids)
 {
     QJsonArray first;
-    for (std::size_t i = 0; i < std::min(ids.size(), shownIdCount); ++i)
+    for (std::size_t i = 0; i < std::min(ids.size(), shownIdCount); ++i) {
         first.append(ids[i]);
+    }
     return {{"count", static_cast<qint64>(ids.size())}, {"firstIds", first}};
 }
 
 QJsonArray qualityJson(const CaseSummary& summary)
 {
     QJsonArray array;
-    for (const auto& [dimension, quality] : summary.quality)
+    for (const auto& [dimension, quality] : summary.quality) {
         array.append(QJsonObject{{"dimension", dimension},
                                  {"measure", extremesJson(quality.measure())},
                                  {"totalMeasure", quality.total()},
@@ -131,6 +139,7 @@ QJsonArray qualityJson(const CaseSummary& summary)
                                  {"twisted", idListJson(quality.twisted())},
                                  {"degenerate", idListJson(quality.degenerate())},
                                  {"unknown", idListJson(quality.unknown())}});
+    }
     return array;
 }
 

@@ -40,8 +40,9 @@ QString number(double value)
 QString row(const QStringList& cells)
 {
     QString text = QStringLiteral("  ") + cells.first().leftJustified(labelWidth - 2);
-    for (const QString& cell : cells.mid(1))
+    for (const QString& cell : cells.mid(1)) {
         text += cell.rightJustified(12);
+    }
     return text + QLatin1Char('\n');
 }
 
@@ -51,15 +52,17 @@ QString fileText(const FileFacts& facts, const QString& formatName)
                        .arg(facts.path)
                        .arg(facts.size)
                        .arg(formatName, facts.version.toString());
-    if (facts.oldHeader)
+    if (facts.oldHeader) {
         text += QStringLiteral(", old header");
+    }
     return text;
 }
 
 QString boxText(const Box& box)
 {
-    if (box.isValid()) // true for exactly the inverted box
+    if (box.isValid()) { // true for exactly the inverted box
         return QStringLiteral("none");
+    }
     const Vector low = box.minimum();
     const Vector high = box.maximum();
     return QStringLiteral("(%1, %2, %3) to (%4, %5, %6)")
@@ -84,13 +87,14 @@ QString countsText(const CaseSummary& summary)
 {
     QString text = heading("Entities") +
                    row({"", "model", "id gaps", "mesh", "id gaps", "no parent", "other dim."});
-    for (std::size_t dimension = 0; dimension < 4; ++dimension)
+    for (std::size_t dimension = 0; dimension < 4; ++dimension) {
         text += row({dimensionName(dimension), QString::number(summary.model[dimension].count),
                      QString::number(summary.model[dimension].gaps),
                      QString::number(summary.mesh[dimension].count),
                      QString::number(summary.mesh[dimension].gaps),
                      QString::number(summary.unclassified[dimension]),
                      QString::number(summary.onOtherDimension[dimension])});
+    }
     return text;
 }
 
@@ -98,11 +102,12 @@ QString kindsText(const CaseSummary& summary)
 {
     QString text = heading("Elements");
     for (std::size_t dimension = 1; dimension < 4; ++dimension) {
-        for (const auto& [kind, count] : summary.kinds[dimension])
+        for (const auto& [kind, count] : summary.kinds[dimension]) {
             text += row({kind == QLatin1String("unknown")
                              ? kind + QLatin1Char(' ') + dimensionName(dimension)
                              : kind,
                          QString::number(count)});
+        }
     }
     return text;
 }
@@ -111,11 +116,12 @@ QString materialsText(const CaseSummary& summary)
 {
     QString text =
         heading("Materials") + row({"type", "id", summary.is3d ? "regions" : "faces", "elements"});
-    for (const MaterialSummary& material : summary.materials)
+    for (const MaterialSummary& material : summary.materials) {
         text += row({material.type.isEmpty() ? QStringLiteral("(none)") : material.type,
                      material.hasId ? QString::number(material.id) : QStringLiteral("(none)"),
                      QString::number(material.modelEntityCount),
                      QString::number(material.elementCount)});
+    }
     return text;
 }
 
@@ -123,13 +129,15 @@ QString attributeText(const QString& tag, const AttributeSummary& attribute)
 {
     const auto counts = [](const char* owner, int own, const std::array<int, 4>& entities) {
         QStringList parts;
-        if (own > 0)
+        if (own > 0) {
             parts += QLatin1String(owner);
+        }
         for (std::size_t dimension = 0; dimension < 4; ++dimension) {
-            if (entities[dimension] > 0)
+            if (entities[dimension] > 0) {
                 parts += QStringLiteral("%1 %2 %3")
                              .arg(entities[dimension])
                              .arg(QLatin1String(owner), dimensionName(dimension));
+            }
         }
         return parts;
     };
@@ -142,15 +150,17 @@ QString attributeText(const QString& tag, const AttributeSummary& attribute)
 QString attributesText(const CaseSummary& summary)
 {
     QString text = heading("Attributes");
-    for (auto each = summary.attributes.begin(); each != summary.attributes.end(); ++each)
+    for (auto each = summary.attributes.begin(); each != summary.attributes.end(); ++each) {
         text += attributeText(each.key(), *each);
+    }
     return text;
 }
 
 QString extremesText(const QString& label, const Extremes& extremes)
 {
-    if (extremes.isEmpty())
+    if (extremes.isEmpty()) {
         return QString();
+    }
     return line(QStringLiteral("  ") + label, QStringLiteral("%1 (id %2) to %3 (id %4)")
                                                   .arg(number(extremes.smallest))
                                                   .arg(extremes.smallestId)
@@ -160,13 +170,16 @@ QString extremesText(const QString& label, const Extremes& extremes)
 
 QString idListText(const QString& label, const std::vector<int>& ids)
 {
-    if (ids.empty())
+    if (ids.empty()) {
         return line(QStringLiteral("  ") + label, QStringLiteral("0"));
+    }
     QStringList first;
-    for (std::size_t i = 0; i < std::min(ids.size(), shownIdCount); ++i)
+    for (std::size_t i = 0; i < std::min(ids.size(), shownIdCount); ++i) {
         first += QString::number(ids[i]);
-    if (ids.size() > shownIdCount)
+    }
+    if (ids.size() > shownIdCount) {
         first += QStringLiteral("...");
+    }
     return line(QStringLiteral("  ") + label,
                 QStringLiteral("%1 (id %2)").arg(ids.size()).arg(first.join(QStringLiteral(", "))));
 }
@@ -190,8 +203,9 @@ QByteArray infoText(const CaseSummary& summary)
 {
     QString text = headText(summary) + countsText(summary) + kindsText(summary) +
                    materialsText(summary) + attributesText(summary);
-    for (const auto& [dimension, quality] : summary.quality)
+    for (const auto& [dimension, quality] : summary.quality) {
         text += qualityText(dimension, quality);
+    }
     return text.toUtf8();
 }
 

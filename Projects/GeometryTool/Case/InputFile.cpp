@@ -14,8 +14,9 @@ namespace
 QString reasonAgainst(const QString& path)
 {
     const QFileInfo info(path);
-    if (!info.exists())
+    if (!info.exists()) {
         return QStringLiteral("no such file");
+    }
     return info.isFile() ? QString() : QStringLiteral("it is no regular file");
 }
 
@@ -30,11 +31,13 @@ InputFile::InputFile(const QString& path, Progress& progress)
 void InputFile::openOrThrow()
 {
     QString reason = reasonAgainst(path());
-    if (reason.isEmpty() && !file_.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+    if (reason.isEmpty() && !file_.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         reason = file_.errorString();
-    if (!reason.isEmpty())
+    }
+    if (!reason.isEmpty()) {
         throw ToolError(ExitCode::InputMissing,
                         QStringLiteral("cannot read %1: %2").arg(path(), reason));
+    }
     QIODevice::open(QIODevice::ReadOnly);
 }
 
@@ -47,8 +50,9 @@ qint64 InputFile::readData(char* data, qint64 maxSize)
 {
     const qint64 count = file_.read(data, maxSize);
     progress_.updateBytes(file_.pos(), file_.size());
-    if (count < 0)
+    if (count < 0) {
         setErrorString(file_.errorString());
+    }
     return count;
 }
 

@@ -33,16 +33,18 @@ int cyclic(const std::vector<int>& ring, std::size_t index)
 Points pick(const std::vector<int>& side, const Points& points)
 {
     Points picked;
-    for (const int index : side)
+    for (const int index : side) {
         picked.push_back(at(points, index));
+    }
     return picked;
 }
 
 Vector mean(const Points& points)
 {
     Vector sum;
-    for (const Vector& point : points)
+    for (const Vector& point : points) {
         sum += point;
+    }
     return sum / static_cast<double>(points.size());
 }
 
@@ -50,8 +52,9 @@ Vector mean(const Points& points)
 std::vector<Vector> areaVectors(const Points& ring, const Vector& about)
 {
     std::vector<Vector> vectors;
-    for (std::size_t i = 0; i < ring.size(); ++i)
+    for (std::size_t i = 0; i < ring.size(); ++i) {
         vectors.push_back(0.5 * ((ring[i] - about) ^ (ring[(i + 1) % ring.size()] - about)));
+    }
     return vectors;
 }
 
@@ -64,55 +67,62 @@ double sideVolume(const Points& ring, const Vector& apex)
 {
     const Vector about = splitPoint(ring);
     double volume = 0.0;
-    for (const Vector& area : areaVectors(ring, about))
+    for (const Vector& area : areaVectors(ring, about)) {
         volume += area * (about - apex) / 3.0;
+    }
     return volume;
 }
 
 double sideArea(const Points& ring)
 {
     double area = 0.0;
-    for (const Vector& vector : areaVectors(ring, splitPoint(ring)))
+    for (const Vector& vector : areaVectors(ring, splitPoint(ring))) {
         area += vector.length();
+    }
     return area;
 }
 
 double solidVolume(const ElementTopology& topology, const Points& points)
 {
     double volume = 0.0;
-    for (const std::vector<int>& side : topology.sides)
+    for (const std::vector<int>& side : topology.sides) {
         volume += sideVolume(pick(side, points), points.front());
+    }
     return volume;
 }
 
 double solidSurface(const ElementTopology& topology, const Points& points)
 {
     double area = 0.0;
-    for (const std::vector<int>& side : topology.sides)
+    for (const std::vector<int>& side : topology.sides) {
         area += sideArea(pick(side, points));
+    }
     return area;
 }
 
 double fanArea(const Points& points)
 {
     double area = 0.0;
-    for (std::size_t i = 2; i < points.size(); ++i)
+    for (std::size_t i = 2; i < points.size(); ++i) {
         area += 0.5 * ((points[i - 1] - points[0]) ^ (points[i] - points[0])).length();
+    }
     return area;
 }
 
 double sizeOf(const ElementTopology& topology, const Points& points)
 {
-    if (topology.dimension == 1)
+    if (topology.dimension == 1) {
         return (points[1] - points[0]).length();
+    }
     return topology.dimension == 2 ? fanArea(points) : solidVolume(topology, points);
 }
 
 double perimeter(const Points& points)
 {
     double length = 0.0;
-    for (std::size_t i = 0; i < points.size(); ++i)
+    for (std::size_t i = 0; i < points.size(); ++i) {
         length += (points[(i + 1) % points.size()] - points[i]).length();
+    }
     return length;
 }
 
@@ -120,9 +130,10 @@ double longestEdge(const ElementTopology& topology, const Points& points)
 {
     double longest = topology.dimension == 1 ? (points[1] - points[0]).length() : 0.0;
     for (const std::vector<int>& side : topology.sides) {
-        for (std::size_t i = 0; i < side.size(); ++i)
+        for (std::size_t i = 0; i < side.size(); ++i) {
             longest =
                 std::max(longest, (at(points, cyclic(side, i + 1)) - at(points, side[i])).length());
+        }
     }
     return longest;
 }
@@ -153,8 +164,9 @@ std::vector<int> neighboursBeyond(const ElementTopology& topology, int vertex,
     for (const std::vector<int>& other : topology.sides) {
         for (std::size_t i = 0; i < other.size(); ++i) {
             const int next = cyclic(other, i + 1);
-            if (other[i] == vertex && std::find(side.begin(), side.end(), next) == side.end())
+            if (other[i] == vertex && std::find(side.begin(), side.end(), next) == side.end()) {
                 neighbours.push_back(next);
+            }
         }
     }
     return neighbours;
@@ -171,9 +183,10 @@ std::vector<Corner> cornersOf(const ElementTopology& topology)
         const auto place =
             static_cast<std::size_t>(std::find(side->begin(), side->end(), vertex) - side->begin());
         const std::vector<int> beyond = neighboursBeyond(topology, vertex, *side);
-        if (beyond.size() == 1)
+        if (beyond.size() == 1) {
             corners.push_back({vertex, cyclic(*side, place + side->size() - 1),
                                cyclic(*side, place + 1), beyond.front()});
+        }
     }
     return corners;
 }
@@ -184,8 +197,9 @@ const std::vector<Corner>& cachedCorners(const ElementTopology& topology)
     static std::vector<std::vector<Corner>> corners(ElementTopology::all().size());
     std::vector<Corner>& found =
         corners[static_cast<std::size_t>(&topology - ElementTopology::all().data())];
-    if (found.empty())
+    if (found.empty()) {
         found = cornersOf(topology);
+    }
     return found;
 }
 
@@ -212,8 +226,9 @@ bool foldsAlongDiagonal(const Points& quad, std::size_t from)
 
 bool isTwisted(const ElementTopology& topology, const Points& points)
 {
-    if (topology.dimension == 3)
+    if (topology.dimension == 3) {
         return isSolidTwisted(topology, points);
+    }
     return points.size() == 4 && foldsAlongDiagonal(points, 0) && foldsAlongDiagonal(points, 1);
 }
 
@@ -221,8 +236,9 @@ bool hasRepeatedVertex(const MeshEntity& element)
 {
     for (int i = 1; i < element.adjacencyCount(0); ++i) {
         for (int j = 0; j < i; ++j) {
-            if (element.adjacencyAt(0, i) == element.adjacencyAt(0, j))
+            if (element.adjacencyAt(0, i) == element.adjacencyAt(0, j)) {
                 return true;
+            }
         }
     }
     return false;
@@ -232,8 +248,9 @@ Points pointsOf(const MeshEntity& element)
 {
     Points points;
     points.reserve(static_cast<std::size_t>(element.adjacencyCount(0)));
-    for (int i = 0; i < element.adjacencyCount(0); ++i)
+    for (int i = 0; i < element.adjacencyCount(0); ++i) {
         points.push_back(element.adjacencyAt(0, i)->centroid());
+    }
     return points;
 }
 
@@ -273,10 +290,11 @@ void MeshQuality::add(MeshEntity& element)
 {
     const ElementTopology* const topology =
         ElementTopology::find(element.dimension(), element.adjacencyCount(0));
-    if (topology)
+    if (topology) {
         judge(element.id(), *topology, pointsOf(element), hasRepeatedVertex(element));
-    else
+    } else {
         unknown_.push_back(element.id());
+    }
 }
 
 void MeshQuality::judge(int id, const ElementTopology& topology, const std::vector<Vector>& points,
@@ -287,16 +305,18 @@ void MeshQuality::judge(int id, const ElementTopology& topology, const std::vect
     measure_.add(size, id);
     total_ += size;
     // Written so that a measure that is no number counts as degenerate.
-    if (repeatsVertex || !(std::abs(size) > degenerateFraction * scale))
+    if (repeatsVertex || !(std::abs(size) > degenerateFraction * scale)) {
         degenerate_.push_back(id);
-    else if (size < 0.0)
+    } else if (size < 0.0) {
         inverted_.push_back(id);
-    else if (isTwisted(topology, points))
+    } else if (isTwisted(topology, points)) {
         twisted_.push_back(id);
+    }
     const bool hasAspect =
         topology.dimension > 1 && (degenerate_.empty() || degenerate_.back() != id) && size > 0.0;
-    if (hasAspect)
+    if (hasAspect) {
         aspect_.add(aspectOf(topology, points, size), id);
+    }
 }
 
 } // namespace Ovra::GeoTool

@@ -14,9 +14,10 @@ namespace
 
 void requireName(bool named, const QString& output, const QString& kind)
 {
-    if (!named)
+    if (!named) {
         throw ToolError(ExitCode::Usage,
                         QStringLiteral("the output \"%1\" names no %2").arg(output, kind));
+    }
 }
 
 bool namesFile(const QString& path)
@@ -36,20 +37,22 @@ bool isDevice(const QString& path)
 void requireCaseName(const CaseFiles& output)
 {
     requireName(namesFile(output.name()), output.name(), QStringLiteral("case"));
-    if (isDevice(output.name()))
+    if (isDevice(output.name())) {
         throw ToolError(ExitCode::Usage, QStringLiteral("cannot write a case to %1: a case is two "
                                                         "files, not a device")
                                              .arg(output.name()));
+    }
 }
 
 void requireSpared(const QStringList& outputs, const QStringList& inputs)
 {
     for (const QString& output : outputs) {
         for (const QString& input : inputs) {
-            if (OutputFiles::replaces(output, input))
+            if (OutputFiles::replaces(output, input)) {
                 throw ToolError(ExitCode::Usage,
                                 QStringLiteral("the output %1 is the input %2; give another name")
                                     .arg(output, input));
+            }
         }
     }
 }

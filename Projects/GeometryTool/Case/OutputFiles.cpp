@@ -47,13 +47,16 @@ QString nameBeside(const QString& target, const char* suffix)
 void requireReplaceable(const QString& path)
 {
     const QFileInfo info(path);
-    if (info.isDir())
+    if (info.isDir()) {
         throw outputError(path, QStringLiteral("it is a directory"));
-    if (info.exists() && !info.isWritable())
+    }
+    if (info.exists() && !info.isWritable()) {
         throw outputError(path, QStringLiteral("the file is write-protected"));
-    if (!QFileInfo(info.absolutePath()).isDir())
+    }
+    if (!QFileInfo(info.absolutePath()).isDir()) {
         throw outputError(path,
                           QStringLiteral("there is no directory %1").arg(info.absolutePath()));
+    }
 }
 
 } // namespace
@@ -94,17 +97,20 @@ qint64 OutputFiles::CheckedFile::writeData(const char* data, qint64 size)
 
 bool OutputFiles::CheckedFile::bringToDisk()
 {
-    if (!flush() || error() != NoError)
+    if (!flush() || error() != NoError) {
         rememberReason();
-    else if (fsync(handle()) != 0 && errno != EINVAL) // EINVAL is the answer of a pipe or device
+    } else if (fsync(handle()) != 0 &&
+               errno != EINVAL) { // EINVAL is the answer of a pipe or device
         remember(QString::fromLocal8Bit(std::strerror(errno)));
+    }
     return failure_.isEmpty();
 }
 
 void OutputFiles::CheckedFile::remember(const QString& failure)
 {
-    if (failure_.isEmpty())
+    if (failure_.isEmpty()) {
         failure_ = failure;
+    }
 }
 
 /// A flush that got a part out knows no reason; the next one meets the obstacle itself.
@@ -141,8 +147,9 @@ void OutputFiles::Entry::open()
         return;
     }
     file.setFileName(path);
-    if (!file.open(QIODevice::WriteOnly))
+    if (!file.open(QIODevice::WriteOnly)) {
         throw outputError(path, file.errorString());
+    }
 }
 
 void OutputFiles::Entry::openBeside()
@@ -150,31 +157,37 @@ void OutputFiles::Entry::openBeside()
     requireReplaceable(path);
     target = targetOf(path);
     file.setFileName(nameBeside(target, "part"));
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
         throw outputError(path, file.errorString());
-    if (QFile::exists(target))
+    }
+    if (QFile::exists(target)) {
         file.setPermissions(QFile::permissions(target));
+    }
 }
 
 void OutputFiles::Entry::bringToDisk()
 {
-    if (!file.bringToDisk())
+    if (!file.bringToDisk()) {
         throw outputError(path, file.failure());
+    }
     file.close();
-    if (file.error() != QFileDevice::NoError)
+    if (file.error() != QFileDevice::NoError) {
         throw outputError(path, file.errorString());
+    }
 }
 
 /// Leaves the old file under its own name too, so that there is no moment without one.
 void OutputFiles::Entry::keepOld()
 {
-    if (direct || !QFile::exists(target))
+    if (direct || !QFile::exists(target)) {
         return;
+    }
     backup = nameBeside(target, "old");
     std::error_code error;
     std::filesystem::create_hard_link(toPath(target), toPath(backup), error);
-    if (error) // a file system without links
+    if (error) { // a file system without links
         std::filesystem::rename(toPath(target), toPath(backup), error);
+    }
     if (error) {
         backup.clear();
         throw outputError(path, QString::fromStdString(error.message()));
@@ -183,29 +196,33 @@ void OutputFiles::Entry::keepOld()
 
 void OutputFiles::Entry::putInPlace()
 {
-    if (direct)
+    if (direct) {
         return;
+    }
     std::error_code error;
     std::filesystem::rename(toPath(file.fileName()), toPath(target), error);
-    if (error)
+    if (error) {
         throw outputError(path, QString::fromStdString(error.message()));
+    }
     inPlace = true;
 }
 
 bool OutputFiles::Entry::takeBack()
 {
     std::error_code error;
-    if (!backup.isEmpty())
+    if (!backup.isEmpty()) {
         std::filesystem::rename(toPath(backup), toPath(target), error);
-    else if (inPlace)
+    } else if (inPlace) {
         std::filesystem::remove(toPath(target), error);
+    }
     return !error;
 }
 
 void OutputFiles::Entry::dropBackup()
 {
-    if (!backup.isEmpty())
+    if (!backup.isEmpty()) {
         QFile::remove(backup);
+    }
 }
 
 /// QFile::remove() keeps a file that it cannot flush first.
@@ -221,8 +238,9 @@ OutputFiles::OutputFiles() = default;
 OutputFiles::~OutputFiles()
 {
     for (const std::unique_ptr<Entry>& entry : entries_) {
-        if (!entry->direct && !entry->inPlace)
+        if (!entry->direct && !entry->inPlace) {
             entry->discard();
+        }
     }
 }
 
@@ -249,28 +267,32 @@ bool OutputFiles::replaces(const QString& path, const QString& other)
 
 void OutputFiles::commit()
 {
-    for (const std::unique_ptr<Entry>& entry : entries_)
+    for (const std::unique_ptr<Entry>& entry : entries_) {
         entry->bringToDisk();
+    }
     try {
         for (const std::unique_ptr<Entry>& entry : entries_) {
-            if (entry != entries_.back())
+            if (entry != entries_.back()) {
                 entry->keepOld();
+            }
             entry->putInPlace();
         }
     } catch (const ToolError& error) {
         throw ToolError(error.exitCode(), error.text() + takeBack());
     }
-    for (const std::unique_ptr<Entry>& entry : entries_)
+    for (const std::unique_ptr<Entry>& entry : entries_) {
         entry->dropBackup();
+    }
 }
 
 QString OutputFiles::takeBack()
 {
     QString failures;
     for (const std::unique_ptr<Entry>& entry : entries_) {
-        if (!entry->takeBack())
+        if (!entry->takeBack()) {
             failures +=
                 QStringLiteral("; the old %1 now stands as %2").arg(entry->path, entry->backup);
+        }
     }
     return failures;
 }

@@ -25,10 +25,12 @@ QString faultOf(const QVariantList& weights)
     double sum = 0.0;
     for (const QVariant& value : weights) {
         const double weight = value.toDouble();
-        if (!std::isfinite(weight))
+        if (!std::isfinite(weight)) {
             return QStringLiteral("has a weight that is no number");
-        if (weight < 0.0)
+        }
+        if (weight < 0.0) {
             return QStringLiteral("has the negative weight %1").arg(weight);
+        }
         sum += weight;
     }
     return std::abs(sum - 1.0) > sumTolerance
@@ -61,8 +63,9 @@ VertexTies VertexTies::extruded()
 bool VertexTies::isTied(MeshEntity& vertex) const
 {
     const AttributeMap& attributes = vertex.attributes();
-    if (attributes.isEmpty())
+    if (attributes.isEmpty()) {
         return false;
+    }
     return attributes.contains(entityType_) || attributes.contains(entityId_) ||
            attributes.contains(weights_);
 }
@@ -78,11 +81,13 @@ qint64 VertexTies::clear(Mesh& mesh) const
 {
     qint64 cleared = 0;
     for (MeshEntity* vertex : inIdOrder(mesh.iterator(0))) {
-        if (!isTied(*vertex))
+        if (!isTied(*vertex)) {
             continue;
+        }
         ++cleared;
-        for (const AttributeType& type : {entityType_, entityId_, weights_})
+        for (const AttributeType& type : {entityType_, entityId_, weights_}) {
             vertex->attributes().remove(type);
+        }
     }
     return cleared;
 }
@@ -95,10 +100,11 @@ qsizetype VertexTies::weightCount(const MeshEntity& entity)
 QString VertexTies::weightFault(MeshEntity& vertex, const MeshEntity& entity) const
 {
     const QVariantList weights = vertex.attributes().value(weights_, {}).toList();
-    if (weights.size() != weightCount(entity))
+    if (weights.size() != weightCount(entity)) {
         return QStringLiteral("has %1 weights for %2 vertices")
             .arg(weights.size())
             .arg(weightCount(entity));
+    }
     return faultOf(weights);
 }
 
@@ -121,12 +127,14 @@ const MeshEntity& VertexTies::entityOf(const Mesh& mesh, MeshEntity& vertex) con
 Vector VertexTies::placeOf(const Mesh& mesh, MeshEntity& vertex) const
 {
     const MeshEntity& entity = entityOf(mesh, vertex);
-    if (entity.dimension() == 0)
+    if (entity.dimension() == 0) {
         return entity.centroid();
+    }
     const QVariantList weights = vertex.attributes().value(weights_, {}).toList();
     Vector place;
-    for (int i = 0; i < entity.adjacencyCount(0); ++i)
+    for (int i = 0; i < entity.adjacencyCount(0); ++i) {
         place += weights.at(i).toDouble() * entity.adjacencyAt(0, i)->centroid();
+    }
     return place;
 }
 

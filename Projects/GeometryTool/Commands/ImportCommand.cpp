@@ -46,24 +46,27 @@ ImportOptions optionsOf(const Arguments& arguments)
 void requireOutputDirectory(const QString& output)
 {
     const QFileInfo info(output);
-    if (!info.dir().exists())
+    if (!info.dir().exists()) {
         throw ToolError(ExitCode::OutputFailed, QStringLiteral("cannot write %1: there is no "
                                                                "directory %2")
                                                     .arg(output, info.dir().path()));
+    }
 }
 
 void requireMeshSize(const Arguments& arguments)
 {
     const double size = arguments.meshSize.value_or(1.0);
-    if (!std::isfinite(size) || size <= 0.0)
+    if (!std::isfinite(size) || size <= 0.0) {
         throw ToolError(ExitCode::Usage, QStringLiteral("--mesh-size must be a positive number"));
+    }
 }
 
 void requireOutput(const Arguments& arguments)
 {
     QStringList inputs{QString::fromStdString(arguments.input)};
-    if (!arguments.attributes.empty())
+    if (!arguments.attributes.empty()) {
         inputs += QString::fromStdString(arguments.attributes);
+    }
     OutputCheck::requireCase(CaseFiles(QString::fromStdString(arguments.output)), inputs);
 }
 

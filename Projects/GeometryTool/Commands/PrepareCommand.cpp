@@ -29,17 +29,20 @@ struct Options
 
 QStringList operationsOf(const Options& options)
 {
-    if (options.all)
+    if (options.all) {
         return Preparation::operationNames();
+    }
     QStringList names;
     for (const auto& [name, wanted] : options.operations) {
-        if (wanted)
+        if (wanted) {
             names += name;
+        }
     }
-    if (names.isEmpty())
+    if (names.isEmpty()) {
         throw ToolError(ExitCode::Usage,
                         QStringLiteral("prepare needs --all or the operations to run: --%1")
                             .arg(Preparation::operationNames().join(QStringLiteral(", --"))));
+    }
     return names;
 }
 
@@ -47,9 +50,10 @@ void requireTolerance(const Options& options)
 {
     const double tolerance = options.extrusionTolerance.value_or(0.0);
     const bool canBeWeight = tolerance >= 0.0 && tolerance <= 1.0; // no NaN can
-    if (!canBeWeight)
+    if (!canBeWeight) {
         throw ToolError(ExitCode::Usage,
                         QStringLiteral("--extrusion-tolerance must be a number from 0 to 1"));
+    }
 }
 
 void run(const Options& options, Progress& progress)
@@ -62,8 +66,9 @@ void run(const Options& options, Progress& progress)
     CaseDatabase database;
     input.load(database, progress);
     Preparation preparation(database, progress);
-    if (options.extrusionTolerance)
+    if (options.extrusionTolerance) {
         preparation.setExtrusionTolerance(*options.extrusionTolerance);
+    }
     const QStringList report = preparation.run(operations);
     output.save(database, progress);
     printToStandardOutput((report.join(QLatin1Char('\n')) + QLatin1Char('\n')).toUtf8());
@@ -77,11 +82,12 @@ void addOptions(CLI::App& command, Options& options)
         ->required();
     CLI::Option* const all =
         command.add_flag("--all", options.all, "Every operation that has something to do");
-    for (const QString& name : Preparation::operationNames())
+    for (const QString& name : Preparation::operationNames()) {
         command
             .add_flag("--" + name.toStdString(), options.operations[name],
                       Preparation::description(name).toStdString())
             ->excludes(all);
+    }
     command
         .add_option("--extrusion-tolerance", options.extrusionTolerance,
                     "Weights on extruded faces below T are dropped; 0.01 if not given")

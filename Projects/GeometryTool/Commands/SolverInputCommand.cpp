@@ -32,18 +32,21 @@ struct Options
 QStringList sectionsOf(const std::string& list)
 {
     QStringList names = QString::fromStdString(list).split(QLatin1Char(','));
-    for (QString& name : names)
+    for (QString& name : names) {
         name = name.trimmed();
+    }
     return names;
 }
 
 SolverInput configured(const Options& options)
 {
     SolverInput input;
-    if (!std::isfinite(options.scale) || options.scale <= 0.0)
+    if (!std::isfinite(options.scale) || options.scale <= 0.0) {
         throw ToolError(ExitCode::Usage, QStringLiteral("--scale must be a number above 0"));
-    if (options.sections)
+    }
+    if (options.sections) {
         input.setSections(sectionsOf(*options.sections));
+    }
     input.setScale(options.scale);
     input.setLabelled(options.labelled);
     return input;

@@ -30,9 +30,10 @@ struct Options
 
 void requireDirectory(const QString& directory)
 {
-    if (!QDir().mkpath(directory))
+    if (!QDir().mkpath(directory)) {
         throw ToolError(ExitCode::OutputFailed,
                         QStringLiteral("cannot make the directory %1").arg(directory));
+    }
 }
 
 template <typename Container>

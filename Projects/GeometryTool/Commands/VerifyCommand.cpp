@@ -26,8 +26,9 @@ struct Options
 
 void run(const Options& options, Progress& progress)
 {
-    if (options.limit < 0)
+    if (options.limit < 0) {
         throw ToolError(ExitCode::Usage, QStringLiteral("--limit must be 0 or more"));
+    }
     CaseFiles files(QString::fromStdString(options.name));
     CaseDatabase database;
     files.load(database, progress);
@@ -35,8 +36,9 @@ void run(const Options& options, Progress& progress)
         CaseVerifier(database).verify(progress, CaseVerifier::ContentTopics, options.limit);
     const VerifyReport report(files.name(), database, findings);
     printToStandardOutput(options.json ? report.json() : report.text());
-    if (!findings.isSound())
+    if (!findings.isSound()) {
         throw ToolError(ExitCode::Findings, report.summary());
+    }
 }
 
 } // namespace

@@ -47,8 +47,9 @@ void setUp(CLI::App& app, Progress& progress)
     app.footer("Example:\n  ovrageo info wing\n\n"
                "Exit codes: 0 done, 1 internal error, 2 usage, 3 input missing, 4 input damaged,\n"
                "5 output failed, 6 case unsuitable for the request, 7 a check has findings.");
-    for (const auto add : addCommands)
+    for (const auto add : addCommands) {
         add(app, progress);
+    }
 }
 
 int parse(CLI::App& app, Progress& progress, int argc, char** argv)
@@ -56,14 +57,16 @@ int parse(CLI::App& app, Progress& progress, int argc, char** argv)
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        if (error.get_exit_code() == 0) // help or version
+        if (error.get_exit_code() == 0) { // help or version
             return app.exit(error);
+        }
         return fail(progress, ExitCode::Usage,
                     QString::fromUtf8(error.what()) + QStringLiteral("; see ovrageo --help"));
     }
-    if (app.get_subcommands().empty())
+    if (app.get_subcommands().empty()) {
         return fail(progress, ExitCode::Usage,
                     QStringLiteral("a subcommand is missing; see ovrageo --help"));
+    }
     return static_cast<int>(ExitCode::Success);
 }
 

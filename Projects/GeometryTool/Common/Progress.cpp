@@ -54,46 +54,55 @@ void Progress::phase(const QString& name)
 
 void Progress::update(qint64 done, qint64 total, const QString& unit)
 {
-    if (!isDue())
+    if (!isDue()) {
         return;
+    }
     QString detail = QString::number(done);
-    if (total > 0)
+    if (total > 0) {
         detail += QStringLiteral(" of %1").arg(total);
-    if (!unit.isEmpty())
+    }
+    if (!unit.isEmpty()) {
         detail += QLatin1Char(' ') + unit;
-    if (total > 0)
+    }
+    if (total > 0) {
         detail += QStringLiteral(", ") + percentage(done, total);
+    }
     show(detail);
 }
 
 void Progress::updateBytes(qint64 done, qint64 total)
 {
-    if (!isDue())
+    if (!isDue()) {
         return;
-    if (total > 0)
+    }
+    if (total > 0) {
         show(QStringLiteral("%1 of %2 MB, %3")
                  .arg(megabytes(done), megabytes(total), percentage(done, total)));
-    else
+    } else {
         show(megabytes(done) + QStringLiteral(" MB"));
+    }
 }
 
 void Progress::note(const QString& text)
 {
-    if (isDue())
+    if (isDue()) {
         show(text);
+    }
 }
 
 void Progress::finish()
 {
-    if (lineShown_)
+    if (lineShown_) {
         print(QStringLiteral("\r\033[K"));
+    }
     lineShown_ = false;
 }
 
 void Progress::warning(const QString& text)
 {
-    if (quiet_)
+    if (quiet_) {
         return;
+    }
     finish();
     print(QStringLiteral("ovrageo: warning: %1\n").arg(text));
 }
@@ -106,8 +115,9 @@ bool Progress::isDue() const
 
 void Progress::show(const QString& detail)
 {
-    if (!terminal_ || quiet_)
+    if (!terminal_ || quiet_) {
         return;
+    }
     QString line = detail.isEmpty() ? phase_ : phase_ + QStringLiteral(": ") + detail;
     line.replace(QLatin1Char('\n'), QLatin1Char(' '));
     line.truncate(longestLine);

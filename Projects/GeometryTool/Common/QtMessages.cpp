@@ -26,8 +26,9 @@ Progress* progress_ = nullptr;
 
 void handle(QtMsgType type, const QMessageLogContext&, const QString& text)
 {
-    if (type == QtFatalMsg)
+    if (type == QtFatalMsg) {
         dieOf(text);
+    }
     progress_->note(text);
 }
 

@@ -32,10 +32,11 @@ public:
     {
         a = find(a);
         b = find(b);
-        if (a < b)
+        if (a < b) {
             parents_[b] = a;
-        else
+        } else {
             parents_[a] = b;
+        }
     }
 
 private:

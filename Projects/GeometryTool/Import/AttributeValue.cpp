@@ -22,8 +22,9 @@ namespace
 
 bool isInteger(const QJsonValue& json)
 {
-    if (!json.isDouble())
+    if (!json.isDouble()) {
         return false;
+    }
     const double number = json.toDouble();
     return std::floor(number) == number && number >= std::numeric_limits<int>::min() &&
            number <= std::numeric_limits<int>::max();
@@ -36,8 +37,9 @@ bool isReference(const QJsonValue& json)
 
 bool allOf(const QJsonValue& json, bool (*test)(const QJsonValue&))
 {
-    if (!json.isArray())
+    if (!json.isArray()) {
         return false;
+    }
     const QJsonArray items = json.toArray();
     return std::all_of(items.begin(), items.end(),
                        [test](const QJsonValue& item) { return test(item); });
@@ -56,8 +58,9 @@ bool isTriple(const QJsonValue& json)
 QVariant listOfReals(const QJsonValue& json)
 {
     QVariantList list;
-    for (const QJsonValue item : json.toArray())
+    for (const QJsonValue item : json.toArray()) {
         list.append(item.toDouble());
+    }
     return list;
 }
 
@@ -71,14 +74,17 @@ QVariant matrixOf(const QJsonValue& json)
 {
     QList<double> numbers;
     for (const QJsonValue item : json.toArray()) {
-        if (item.isDouble())
+        if (item.isDouble()) {
             numbers.append(item.toDouble());
-        for (const QJsonValue inner : item.toArray())
+        }
+        for (const QJsonValue inner : item.toArray()) {
             numbers.append(inner.toDouble());
+        }
     }
     Matrix matrix;
-    for (int i = 0; i < 9; ++i)
+    for (int i = 0; i < 9; ++i) {
         matrix(i / 3, i % 3) = numbers.at(i);
+    }
     return matrix;
 }
 
@@ -86,12 +92,14 @@ QVariant anyValue(const QJsonValue& json)
 {
     if (json.isArray()) {
         QVariantList list;
-        for (const QJsonValue item : json.toArray())
+        for (const QJsonValue item : json.toArray()) {
             list.append(anyValue(item));
+        }
         return list;
     }
-    if (isInteger(json))
+    if (isInteger(json)) {
         return json.toInt();
+    }
     return json.toVariant();
 }
 

@@ -33,8 +33,9 @@ QList<int> membersOf(const ImportedMesh& mesh, int dimension, const QString& nam
 {
     QList<int> ids;
     for (const ImportedEntity& entity : mesh.entitiesOf(dimension)) {
-        if (!entity.discarded && entity.groups.contains(name))
+        if (!entity.discarded && entity.groups.contains(name)) {
             ids.append(entity.id);
+        }
     }
     return ids;
 }
@@ -43,8 +44,9 @@ QString allGroups(const ImportedMesh& mesh)
 {
     QStringList names;
     for (const auto& entities : mesh.entities) {
-        for (const ImportedEntity& entity : entities)
+        for (const ImportedEntity& entity : entities) {
             names += entity.discarded ? QStringList() : entity.groups;
+        }
     }
     names.sort();
     names.removeDuplicates();
@@ -73,22 +75,24 @@ void AttributesFile::fail(const QString& place, const QString& what) const
 void AttributesFile::read()
 {
     QFile file(path_);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!file.open(QIODevice::ReadOnly)) {
         throw ToolError(ExitCode::InputMissing,
                         QStringLiteral("%1: %2").arg(path_, file.errorString()));
+    }
     const QJsonObject top = parsed(file.readAll());
     for (auto it = top.begin(); it != top.end(); ++it) {
-        if (it.key() == QLatin1String("model"))
+        if (it.key() == QLatin1String("model")) {
             model_ = readEntries(it.key(), object(it.value(), it.key()));
-        else if (it.key() == QLatin1String("groups"))
+        } else if (it.key() == QLatin1String("groups")) {
             groups_ = readTargets(it.key(), it.value());
-        else if (it.key() == QLatin1String("entities"))
+        } else if (it.key() == QLatin1String("entities")) {
             entities_ = readTargets(it.key(), it.value());
-        else if (it.key() == QLatin1String("shells"))
+        } else if (it.key() == QLatin1String("shells")) {
             shells_ = readShells(it.key(), it.value());
-        else
+        } else {
             fail(it.key(),
                  QStringLiteral("unknown section; there are model, groups, entities and shells"));
+        }
     }
 }
 
@@ -99,21 +103,25 @@ QJsonObject AttributesFile::parsed(const QByteArray& text) const
     };
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(text, &error);
-    if (error.error != QJsonParseError::NoError)
+    if (error.error != QJsonParseError::NoError) {
         fail(placeOf(error.offset), error.errorString());
-    if (const std::optional<RepeatedKey> repeated = RepeatedKey::in(text))
+    }
+    if (const std::optional<RepeatedKey> repeated = RepeatedKey::in(text)) {
         fail(placeOf(repeated->offset),
              QStringLiteral("\"%1\" is there twice in one object").arg(repeated->key));
-    if (!document.isObject())
+    }
+    if (!document.isObject()) {
         fail(QStringLiteral("top level"), QStringLiteral("an object is expected"));
+    }
     return document.object();
 }
 
 QJsonObject AttributesFile::object(const QJsonValue& value, const QString& place) const
 {
-    if (!value.isObject())
+    if (!value.isObject()) {
         fail(place, QStringLiteral("an object is expected, not %1")
                         .arg(AttributeValue::description(value)));
+    }
     return value.toObject();
 }
 
@@ -145,11 +153,13 @@ QList<AttributesFile::Entry> AttributesFile::readEntries(const QString& place,
         entry.place = place + QLatin1Char('/') + it.key();
         entry.type = AttributeType::fromString(it.key());
         entry.json = it.value();
-        if (!entry.type.isValid())
+        if (!entry.type.isValid()) {
             fail(entry.place, QStringLiteral("unknown attribute tag"));
+        }
         for (const Entry& other : std::as_const(entries)) {
-            if (other.type == entry.type)
+            if (other.type == entry.type) {
                 fail(entry.place, QStringLiteral("the same attribute as %1").arg(other.place));
+            }
         }
         const ValueKind kind = AttributeValue::kindOf(entry.type);
         requireKind(entry.place, entry.json, kind);
@@ -161,8 +171,9 @@ QList<AttributesFile::Entry> AttributesFile::readEntries(const QString& place,
 
 std::optional<bool> AttributesFile::readMeshed(const QString& place, const QJsonValue& value) const
 {
-    if (value.isUndefined())
+    if (value.isUndefined()) {
         return std::nullopt;
+    }
     requireKind(place + QLatin1Char('/') + MeshKey, value, ValueKind::Boolean);
     return value.toBool();
 }
@@ -170,9 +181,10 @@ std::optional<bool> AttributesFile::readMeshed(const QString& place, const QJson
 QList<AttributesFile::Shell> AttributesFile::readShells(const QString& section,
                                                         const QJsonValue& value) const
 {
-    if (!value.isArray())
+    if (!value.isArray()) {
         fail(section,
              QStringLiteral("a list is expected, not %1").arg(AttributeValue::description(value)));
+    }
     QList<Shell> shells;
     for (const QJsonValue item : value.toArray()) {
         Shell shell;
@@ -184,9 +196,10 @@ QList<AttributesFile::Shell> AttributesFile::readShells(const QString& section,
             takeReference(shell.place, QStringLiteral("original_face"), ValueKind::FaceId, keys);
         shell.newFace =
             takeReference(shell.place, QStringLiteral("new_face"), ValueKind::FaceId, keys);
-        if (!keys.isEmpty())
+        if (!keys.isEmpty()) {
             fail(shell.place + QLatin1Char('/') + keys.begin().key(),
                  QStringLiteral("unknown key; there are region, original_face and new_face"));
+        }
         shells.append(shell);
     }
     return shells;
@@ -195,8 +208,9 @@ QList<AttributesFile::Shell> AttributesFile::readShells(const QString& section,
 QJsonValue AttributesFile::takeReference(const QString& place, const QString& key, ValueKind kind,
                                          QJsonObject& keys) const
 {
-    if (!keys.contains(key))
+    if (!keys.contains(key)) {
         fail(place, QStringLiteral("%1 is missing").arg(key));
+    }
     const QJsonValue value = keys.take(key);
     requireKind(place + QLatin1Char('/') + key, value, kind);
     return value;
@@ -204,9 +218,10 @@ QJsonValue AttributesFile::takeReference(const QString& place, const QString& ke
 
 void AttributesFile::requireKind(const QString& place, const QJsonValue& json, ValueKind kind) const
 {
-    if (!AttributeValue::fits(json, kind))
+    if (!AttributeValue::fits(json, kind)) {
         fail(place, QStringLiteral("%1 is expected, not %2")
                         .arg(AttributeValue::expectation(kind), AttributeValue::description(json)));
+    }
 }
 
 void AttributesFile::leaveWithoutMesh(ImportedMesh& mesh) const
@@ -214,38 +229,44 @@ void AttributesFile::leaveWithoutMesh(ImportedMesh& mesh) const
     QMap<int, bool> meshed;
     for (const QList<Target>* targets : {&groups_, &entities_}) {
         for (const Target& target : *targets) {
-            if (!target.meshed)
+            if (!target.meshed) {
                 continue;
+            }
             for (const Reference& reference : targetsOf(target, mesh)) {
-                if (reference.dimension != mesh.elementDimension)
+                if (reference.dimension != mesh.elementDimension) {
                     fail(target.place + QLatin1Char('/') + MeshKey,
                          QStringLiteral("only entities of dimension %1 have a mesh of their own to "
                                         "be left out")
                              .arg(mesh.elementDimension));
+                }
                 meshed[reference.id] = *target.meshed;
             }
         }
     }
     for (auto it = meshed.cbegin(); it != meshed.cend(); ++it) {
-        if (!it.value())
+        if (!it.value()) {
             mesh.removeElementsOf(mesh.elementDimension,
                                   mesh.positionOf(mesh.elementDimension, it.key()));
+        }
     }
     mesh.removeUnusedNodes();
 }
 
 void AttributesFile::apply(const ImportedMesh& mesh, Model& model) const
 {
-    for (const Entry& entry : model_)
+    for (const Entry& entry : model_) {
         model.attributes().insert(entry.type, resolved(entry, mesh));
-    for (const Shell& shell : shells_)
+    }
+    for (const Shell& shell : shells_) {
         applyShell(shell, mesh, model);
+    }
     for (const QList<Target>* targets : {&groups_, &entities_}) {
         for (const Target& target : *targets) {
             for (const Reference& reference : targetsOf(target, mesh)) {
                 ModelEntity* entity = model.entity(reference.dimension, reference.id);
-                for (const Entry& entry : target.entries)
+                for (const Entry& entry : target.entries) {
                     entity->attributes().insert(entry.type, resolved(entry, mesh));
+                }
             }
         }
     }
@@ -261,16 +282,18 @@ void AttributesFile::applyShell(const Shell& shell, const ImportedMesh& mesh, Mo
     ShellLinks links(find("region", shell.region, dimension),
                      find("original_face", shell.originalFace, dimension - 1),
                      find("new_face", shell.newFace, dimension - 1));
-    if (!links.pair())
+    if (!links.pair()) {
         fail(shell.place, links.mismatch());
+    }
     links.apply();
 }
 
 QList<AttributesFile::Reference> AttributesFile::targetsOf(const Target& target,
                                                            const ImportedMesh& mesh) const
 {
-    if (target.isGroup)
+    if (target.isGroup) {
         return groupMembers(target, mesh);
+    }
     return {entityOf(target, mesh)};
 }
 
@@ -282,19 +305,24 @@ QList<AttributesFile::Reference> AttributesFile::groupMembers(const Target& targ
     for (int d = 0; d <= mesh.elementDimension; ++d) {
         const QString prefix = keyFor(d, QString());
         QList<int> ids = membersOf(mesh, d, target.key);
-        if (ids.isEmpty() && target.key.startsWith(prefix))
+        if (ids.isEmpty() && target.key.startsWith(prefix)) {
             ids = membersOf(mesh, d, target.key.mid(prefix.size()));
-        if (!ids.isEmpty())
+        }
+        if (!ids.isEmpty()) {
             matches.append(keyFor(d, target.key));
-        for (const int id : ids)
+        }
+        for (const int id : ids) {
             members.append({d, id});
+        }
     }
-    if (matches.isEmpty())
+    if (matches.isEmpty()) {
         fail(target.place,
              QStringLiteral("no physical group has this name; %1").arg(allGroups(mesh)));
-    if (matches.size() > 1)
+    }
+    if (matches.size() > 1) {
         fail(target.place, QStringLiteral("groups of several dimensions have this name; write %1")
                                .arg(matches.join(QStringLiteral(" or "))));
+    }
     return members;
 }
 
@@ -306,8 +334,9 @@ AttributesFile::Reference AttributesFile::entityOf(const Target& target,
     bool idOk = false;
     const Reference reference{parts.value(0).toInt(&dimensionOk), parts.value(1).toInt(&idOk)};
     if (parts.size() != 2 || !dimensionOk || !idOk || reference.dimension < 0 ||
-        reference.dimension > 3)
+        reference.dimension > 3) {
         fail(target.place, QStringLiteral("dimension and id are expected, 2:17 for instance"));
+    }
     requireEntity(target.place, reference, mesh);
     return reference;
 }
@@ -315,23 +344,27 @@ AttributesFile::Reference AttributesFile::entityOf(const Target& target,
 void AttributesFile::requireEntity(const QString& place, const Reference& reference,
                                    const ImportedMesh& mesh) const
 {
-    if (mesh.positionOf(reference.dimension, reference.id) < 0)
+    if (mesh.positionOf(reference.dimension, reference.id) < 0) {
         fail(place, QStringLiteral("there is no entity of dimension %1 with id %2")
                         .arg(reference.dimension)
                         .arg(reference.id));
+    }
 }
 
 QVariant AttributesFile::resolved(const Entry& entry, const ImportedMesh& mesh) const
 {
-    if (entry.value.isValid())
+    if (entry.value.isValid()) {
         return entry.value;
+    }
     const int dimension = mesh.elementDimension - 1;
-    if (AttributeValue::kindOf(entry.type) == ValueKind::FaceId)
+    if (AttributeValue::kindOf(entry.type) == ValueKind::FaceId) {
         return single(entry.json, entry.place, dimension, mesh);
+    }
     QVariantList list;
     for (const QJsonValue item : entry.json.toArray()) {
-        for (const int id : named(item, entry.place, dimension, mesh))
+        for (const int id : named(item, entry.place, dimension, mesh)) {
             list.append(id);
+        }
     }
     return list;
 }
@@ -344,10 +377,11 @@ QList<int> AttributesFile::named(const QJsonValue& json, const QString& place, i
         return {json.toInt()};
     }
     const QList<int> ids = membersOf(mesh, dimension, json.toString());
-    if (ids.isEmpty())
+    if (ids.isEmpty()) {
         fail(place, QStringLiteral("no physical group of dimension %1 has the name \"%2\"")
                         .arg(dimension)
                         .arg(json.toString()));
+    }
     return ids;
 }
 
@@ -355,11 +389,12 @@ int AttributesFile::single(const QJsonValue& json, const QString& place, int dim
                            const ImportedMesh& mesh) const
 {
     const QList<int> ids = named(json, place, dimension, mesh);
-    if (ids.size() != 1)
+    if (ids.size() != 1) {
         fail(place, QStringLiteral("the group has %1 %2, but one is expected")
                         .arg(ids.size())
                         .arg(dimension == mesh.elementDimension ? QStringLiteral("regions")
                                                                 : QStringLiteral("faces")));
+    }
     return ids.first();
 }
 

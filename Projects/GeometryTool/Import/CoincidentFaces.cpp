@@ -37,8 +37,9 @@ struct Candidate
 
 double measureOf(const ModelEntity& face)
 {
-    if (const auto* edge = dynamic_cast<const ModelEdge*>(&face))
+    if (const auto* edge = dynamic_cast<const ModelEdge*>(&face)) {
         return edge->length();
+    }
     const auto* surface = dynamic_cast<const ModelFace*>(&face);
     return surface == nullptr ? 0 : std::sqrt(std::abs(surface->area()));
 }
@@ -51,9 +52,10 @@ std::vector<Candidate> candidatesOf(const Model& model)
     for (const ModelEntity* face : inIdOrder(model.iterator(dimension))) {
         const Box box = face->boundingBox();
         const bool unbounded = box.isValid();
-        if (face->adjacencyCount(dimension + 1) == 1 && !unbounded)
+        if (face->adjacencyCount(dimension + 1) == 1 && !unbounded) {
             candidates.push_back({face, box, face->centroid(), box.extent().length(),
                                   measureOf(*face), face->centroid() * direction});
+        }
     }
     std::stable_sort(candidates.begin(), candidates.end(),
                      [](const Candidate& a, const Candidate& b) { return a.key < b.key; });
@@ -94,8 +96,9 @@ std::vector<Pair> CoincidentFaces::in(const Model& model)
     for (auto a = candidates.begin(); a != candidates.end(); ++a) {
         const double reach = a->key + 2 * closeness * a->size;
         for (auto b = a + 1; b != candidates.end() && b->key <= reach; ++b) {
-            if (coincide(*a, *b))
+            if (coincide(*a, *b)) {
                 pairs.push_back(ordered(a->face, b->face));
+            }
         }
     }
     std::sort(pairs.begin(), pairs.end(), [](const Pair& a, const Pair& b) {

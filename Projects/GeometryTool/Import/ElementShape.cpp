@@ -34,8 +34,9 @@ Sides edgesOfFaces(const Sides& faces)
 
 const Sides& localEdges(int nodeCount, int dimension)
 {
-    if (dimension == 2)
+    if (dimension == 2) {
         return ElementTopology::find(2, nodeCount)->sides;
+    }
     static const Sides tetrahedron = edgesOfFaces(ElementShape::faces(4));
     static const Sides pyramid = edgesOfFaces(ElementShape::faces(5));
     static const Sides wedge = edgesOfFaces(ElementShape::faces(6));
@@ -68,8 +69,9 @@ ImportedElement ElementShape::face(const ImportedElement& element, const std::ve
 {
     ImportedElement result;
     result.nodeCount = static_cast<int>(local.size());
-    for (std::size_t i = 0; i < local.size(); ++i)
+    for (std::size_t i = 0; i < local.size(); ++i) {
         result.nodes[i] = element.nodes[static_cast<std::size_t>(local[i])];
+    }
     return result;
 }
 
@@ -77,9 +79,10 @@ void ElementShape::edges(const ImportedElement& element, int dimension,
                          std::vector<std::array<int, 2>>& result)
 {
     result.clear();
-    for (const auto& edge : localEdges(element.nodeCount, dimension))
+    for (const auto& edge : localEdges(element.nodeCount, dimension)) {
         result.push_back({element.nodes[static_cast<std::size_t>(edge[0])],
                           element.nodes[static_cast<std::size_t>(edge[1])]});
+    }
 }
 
 NodeKey ElementShape::key(const ImportedElement& element)
@@ -110,8 +113,9 @@ double ElementShape::volume(const ImportedMesh& mesh, const ImportedElement& ele
             continue;
         }
         middle *= 0.25;
-        for (std::size_t i = 0; i < 4; ++i)
+        for (std::size_t i = 0; i < 4; ++i) {
             sum += sixVolumes(p[i], p[(i + 1) % 4], middle);
+        }
     }
     return sum / 6.0;
 }
@@ -119,18 +123,21 @@ double ElementShape::volume(const ImportedMesh& mesh, const ImportedElement& ele
 void ElementShape::flip(ImportedElement& element, int dimension)
 {
     auto& n = element.nodes;
-    if (dimension == 1)
+    if (dimension == 1) {
         std::swap(n[0], n[1]);
-    else if (dimension == 2)
+    } else if (dimension == 2) {
         std::swap(n[1], n[static_cast<std::size_t>(element.nodeCount) - 1]);
-    else if (element.nodeCount == 4 || element.nodeCount == 6)
+    } else if (element.nodeCount == 4 || element.nodeCount == 6) {
         std::swap(n[1], n[2]);
-    else
+    } else {
         std::swap(n[1], n[3]);
-    if (dimension == 3 && element.nodeCount == 6)
+    }
+    if (dimension == 3 && element.nodeCount == 6) {
         std::swap(n[4], n[5]);
-    if (dimension == 3 && element.nodeCount == 8)
+    }
+    if (dimension == 3 && element.nodeCount == 8) {
         std::swap(n[5], n[7]);
+    }
 }
 
 } // namespace Ovra::GeoTool

@@ -44,8 +44,9 @@ Piece facePiece(const ImportedMesh& mesh, const ImportedElement& face)
         piece.centroid += (area / 3.0) * (origin + a + b);
         piece.normal += normal;
     }
-    if (piece.measure > 0)
+    if (piece.measure > 0) {
         piece.centroid /= piece.measure;
+    }
     return piece;
 }
 
@@ -56,8 +57,9 @@ Piece regionPiece(const ImportedMesh& mesh, const ImportedElement& region)
     for (const auto& local : ElementShape::faces(region.nodeCount)) {
         const ImportedElement side = ElementShape::face(region, local);
         Vector middle;
-        for (int i = 0; i < side.nodeCount; ++i)
+        for (int i = 0; i < side.nodeCount; ++i) {
             middle += mesh.point(side, i);
+        }
         middle /= side.nodeCount;
         for (int i = 0; i < side.nodeCount; ++i) {
             const Vector a = mesh.point(side, i);
@@ -67,16 +69,18 @@ Piece regionPiece(const ImportedMesh& mesh, const ImportedElement& region)
             piece.centroid += (0.25 * volume) * (origin + a + b + middle);
         }
     }
-    if (piece.measure != 0)
+    if (piece.measure != 0) {
         piece.centroid /= piece.measure;
+    }
     return piece;
 }
 
 double sizeOf(const std::vector<Vector>& points)
 {
     Geo::Box box;
-    for (const Vector& point : points)
+    for (const Vector& point : points) {
         box += point;
+    }
     return points.empty() ? 0.0 : box.extent().length();
 }
 
@@ -90,8 +94,9 @@ const Vector& farthestFrom(const Vector& from, const std::vector<Vector>& points
 
 bool isStraight(const std::vector<Vector>& points)
 {
-    if (points.empty())
+    if (points.empty()) {
         return false;
+    }
     const Vector origin = points.front();
     Vector along = farthestFrom(origin, points) - origin;
     along.normalize();
@@ -103,15 +108,17 @@ bool isStraight(const std::vector<Vector>& points)
 
 bool isFlat(const std::vector<Vector>& points)
 {
-    if (points.empty())
+    if (points.empty()) {
         return false;
+    }
     const Vector origin = points.front();
     const Vector along = farthestFrom(origin, points) - origin;
     Vector normal;
     for (const Vector& point : points) {
         const Vector candidate = along ^ (point - origin);
-        if (candidate.length() > normal.length())
+        if (candidate.length() > normal.length()) {
             normal = candidate;
+        }
     }
     normal.normalize();
     const double limit = flatness * sizeOf(points);
@@ -170,17 +177,20 @@ std::vector<Vector> gridPoints(int dimension, int tag)
     std::vector<double> parameters;
     for (int i = 0; i <= steps; ++i) {
         const double u = low.at(0) + (high.at(0) - low.at(0)) * i / steps;
-        if (dimension == 1)
+        if (dimension == 1) {
             parameters.push_back(u);
-        for (int j = 0; dimension == 2 && j <= steps; ++j)
+        }
+        for (int j = 0; dimension == 2 && j <= steps; ++j) {
             parameters.insert(parameters.end(),
                               {u, low.at(1) + (high.at(1) - low.at(1)) * j / steps});
+        }
     }
     std::vector<double> c;
     gmsh::model::getValue(dimension, tag, parameters, c);
     std::vector<Vector> points;
-    for (std::size_t i = 0; i + 2 < c.size(); i += 3)
+    for (std::size_t i = 0; i + 2 < c.size(); i += 3) {
         points.emplace_back(c[i], c[i + 1], c[i + 2]);
+    }
     return points;
 }
 
@@ -196,23 +206,27 @@ void EntityGeometry::compute()
     for (int d = 0; d <= 3; ++d) {
         measureMesh(d);
         askKernel(d);
-        if (d == 1 || d == 2)
+        if (d == 1 || d == 2) {
             decidePlanarity(d);
+        }
     }
 }
 
 void EntityGeometry::measureMesh(int dimension)
 {
     points_.assign(mesh_.entitiesOf(dimension).size(), {});
-    for (const ImportedElement& element : mesh_.elementsOf(dimension))
+    for (const ImportedElement& element : mesh_.elementsOf(dimension)) {
         addPiece(dimension, element);
+    }
     for (ImportedEntity& entity : mesh_.entitiesOf(dimension)) {
         ImportedGeometry& geometry = entity.geometry;
-        if (geometry.measure != 0)
+        if (geometry.measure != 0) {
             geometry.centroid /= geometry.measure;
+        }
         const double rounding = 1e-10 * geometry.measure;
-        if (geometry.normal.length() <= rounding)
+        if (geometry.normal.length() <= rounding) {
             geometry.normal.reset();
+        }
         geometry.normal.normalize();
     }
 }
@@ -223,8 +237,9 @@ void EntityGeometry::addPiece(int dimension, const ImportedElement& element)
     auto& points = points_[static_cast<std::size_t>(element.entity)];
     for (int n = 0; n < element.nodeCount; ++n) {
         geometry.box += mesh_.point(element, n);
-        if (dimension == 1 || dimension == 2)
+        if (dimension == 1 || dimension == 2) {
             points.push_back(mesh_.point(element, n));
+        }
     }
     if (dimension == 0) {
         geometry.centroid = mesh_.point(element, 0);
@@ -241,10 +256,11 @@ void EntityGeometry::addPiece(int dimension, const ImportedElement& element)
 void EntityGeometry::askKernel(int dimension)
 {
     for (ImportedEntity& entity : mesh_.entitiesOf(dimension)) {
-        if (entity.fromCad && dimension == 0)
+        if (entity.fromCad && dimension == 0) {
             askPoint(entity.gmshTag, entity.geometry);
-        else if (entity.fromCad)
+        } else if (entity.fromCad) {
             askOpenCascade(dimension, entity.gmshTag, entity.geometry);
+        }
     }
 }
 
@@ -259,8 +275,9 @@ void EntityGeometry::decidePlanarity(int dimension)
             points.insert(points.end(), shape.begin(), shape.end());
         }
         entity.geometry.planar = entity.fromCad && knownFlat(dimension, entity.gmshTag);
-        if (!entity.geometry.planar)
+        if (!entity.geometry.planar) {
             entity.geometry.planar = dimension == 1 ? isStraight(points) : isFlat(points);
+        }
     }
 }
 

@@ -21,9 +21,10 @@ std::vector<Set> entitiesAbove(const ImportedMesh& mesh, int dimension)
     std::vector<Set> result;
     for (const ImportedElement& element : mesh.elementsOf(dimension)) {
         Set above;
-        for (const auto& side : sides.find(ElementShape::key(element)))
+        for (const auto& side : sides.find(ElementShape::key(element))) {
             above.push_back(
                 mesh.elementsOf(dimension + 1)[static_cast<std::size_t>(side.element)].entity);
+        }
         std::sort(above.begin(), above.end());
         result.push_back(above);
     }
@@ -58,8 +59,9 @@ void EntitySplitting::splitRegions()
         for (const auto& side : run) {
             const auto a = static_cast<std::size_t>(run.front().element);
             const auto b = static_cast<std::size_t>(side.element);
-            if (elements[a].entity == elements[b].entity)
+            if (elements[a].entity == elements[b].entity) {
                 bodies.join(a, b);
+            }
         }
     });
     std::vector<std::size_t> labels(elements.size(), 0);
@@ -81,16 +83,18 @@ void EntitySplitting::splitFaces()
             for (std::size_t j = i + 1; j < run.size(); ++j) {
                 const auto a = static_cast<std::size_t>(run[i].element);
                 const auto b = static_cast<std::size_t>(run[j].element);
-                if (elements[a].entity == elements[b].entity && regions[a] == regions[b])
+                if (elements[a].entity == elements[b].entity && regions[a] == regions[b]) {
                     patches.join(a, b);
+                }
             }
         }
     });
     std::map<std::pair<int, Set>, std::size_t> grouped;
     std::vector<std::size_t> labels(elements.size(), 0);
     for (std::size_t i = 0; i < elements.size(); ++i) {
-        if (staysWhole(2, elements[i]))
+        if (staysWhole(2, elements[i])) {
             continue;
+        }
         labels[i] =
             mesh_.entity(2, elements[i].entity).inGroup
                 ? grouped.emplace(std::pair(elements[i].entity, regions[i]), i).first->second
@@ -105,14 +109,16 @@ void EntitySplitting::splitEdges()
     const std::vector<Set> faces = entitiesAbove(mesh_, 1);
     std::vector<std::vector<std::size_t>> atNode(mesh_.nodes.size());
     for (std::size_t i = 0; i < elements.size(); ++i) {
-        for (std::size_t n = 0; n < 2; ++n)
+        for (std::size_t n = 0; n < 2; ++n) {
             atNode[static_cast<std::size_t>(elements[i].nodes[n])].push_back(i);
+        }
     }
     UnionFind chains(elements.size());
     for (const auto& lines : atNode) {
         if (lines.size() == 2 && elements[lines[0]].entity == elements[lines[1]].entity &&
-            faces[lines[0]] == faces[lines[1]])
+            faces[lines[0]] == faces[lines[1]]) {
             chains.join(lines[0], lines[1]);
+        }
     }
     std::vector<std::size_t> labels(elements.size(), 0);
     for (std::size_t i = 0; i < elements.size(); ++i) {
@@ -126,8 +132,9 @@ void EntitySplitting::splitEdges()
 void EntitySplitting::splitVertices()
 {
     std::vector<std::size_t> labels;
-    for (const ImportedElement& element : mesh_.elementsOf(0))
+    for (const ImportedElement& element : mesh_.elementsOf(0)) {
         labels.push_back(staysWhole(0, element) ? 0 : static_cast<std::size_t>(element.nodes[0]));
+    }
     apply(0, labels);
 }
 

@@ -63,8 +63,9 @@ bool anyShapeFromCad(const ImportedMesh& mesh)
 {
     for (int d = 1; d <= 3; ++d) {
         for (const ImportedEntity& entity : mesh.entitiesOf(d)) {
-            if (entity.fromCad)
+            if (entity.fromCad) {
                 return true;
+            }
         }
     }
     return false;
@@ -74,17 +75,19 @@ bool anyShapeFromCad(const ImportedMesh& mesh)
 double turnInPlane(const ImportedMesh& mesh, const ImportedElement& face)
 {
     Vector sum;
-    for (int i = 1; i + 1 < face.nodeCount; ++i)
+    for (int i = 1; i + 1 < face.nodeCount; ++i) {
         sum += (mesh.point(face, i) - mesh.point(face, 0)) ^
                (mesh.point(face, i + 1) - mesh.point(face, 0));
+    }
     return sum.z();
 }
 
 bool isInXyPlane(const ImportedMesh& mesh)
 {
     Geo::Box box;
-    for (const ImportedNode& node : mesh.nodes)
+    for (const ImportedNode& node : mesh.nodes) {
         box += node.point;
+    }
     return !mesh.nodes.empty() && box.extent().z() == 0.0;
 }
 
@@ -94,8 +97,9 @@ ImportedElement outwardSide(const ImportedMesh& mesh, const SideTable::Side& sid
     const auto local = static_cast<std::size_t>(side.local);
     const ImportedElement& owner =
         mesh.elementsOf(mesh.elementDimension)[static_cast<std::size_t>(side.element)];
-    if (mesh.elementDimension == 3)
+    if (mesh.elementDimension == 3) {
         return ElementShape::face(owner, ElementShape::faces(owner.nodeCount)[local]);
+    }
     std::vector<std::array<int, 2>> edges;
     ElementShape::edges(owner, 2, edges);
     ImportedElement edge;
@@ -107,8 +111,9 @@ ImportedElement outwardSide(const ImportedMesh& mesh, const SideTable::Side& sid
 /// \brief Whether two sides with the same nodes go through them in the same sense.
 bool isTurnedLike(const ImportedElement& side, const ImportedElement& other)
 {
-    if (side.nodeCount == 2)
+    if (side.nodeCount == 2) {
         return side.nodes[0] == other.nodes[0];
+    }
     const auto begin = other.nodes.begin();
     const auto end = begin + other.nodeCount;
     const auto found = std::find(begin, end, side.nodes[0]);
@@ -128,34 +133,41 @@ ImportedMesh GmshExtraction::extract(int dimension)
     progress_.phase(QStringLiteral("taking over the mesh"));
     mesh_.elementDimension = dimension;
     requireKnownKinds(dimension);
-    for (int d = 0; d <= dimension; ++d)
+    for (int d = 0; d <= dimension; ++d) {
         addEntities(d);
+    }
     const bool cad = anyShapeFromCad(mesh_);
-    for (ImportedEntity& vertex : mesh_.entitiesOf(0))
+    for (ImportedEntity& vertex : mesh_.entitiesOf(0)) {
         vertex.fromCad = cad;
-    for (int d = 1; d <= dimension; ++d)
+    }
+    for (int d = 1; d <= dimension; ++d) {
         addBoundaries(d);
+    }
     addNodes();
     for (int d = 0; d <= dimension; ++d) {
         addElements(d);
         removeDuplicates(d);
     }
     warn(higherOrder_, QStringLiteral("%1 elements of higher order become linear"));
-    for (int d = 0; d <= dimension; ++d)
+    for (int d = 0; d <= dimension; ++d) {
         classifyNodes(d);
+    }
     turnVolumes();
-    if (dimension == 2 && isInXyPlane(mesh_))
+    if (dimension == 2 && isInXyPlane(mesh_)) {
         turnPlanarFaces();
-    if (dimension == 3 || isInXyPlane(mesh_))
+    }
+    if (dimension == 3 || isInXyPlane(mesh_)) {
         turnOuterSides();
+    }
     dropUnusedNodes();
     return std::move(mesh_);
 }
 
 void GmshExtraction::warn(long long count, const QString& text)
 {
-    if (count > 0)
+    if (count > 0) {
         progress_.warning(QStringLiteral("%1: %2").arg(input_, text.arg(count)));
+    }
 }
 
 void GmshExtraction::addEntities(int dimension)
@@ -164,12 +176,13 @@ void GmshExtraction::addEntities(int dimension)
     gmsh::model::getEntities(entities, dimension);
     std::sort(entities.begin(), entities.end());
     for (const auto& [d, tag] : entities) {
-        if (tag <= 0)
+        if (tag <= 0) {
             throw ToolError(ExitCode::Unsuitable,
                             QStringLiteral("%1: entity %2 of dimension %3 has no positive number")
                                 .arg(input_)
                                 .arg(tag)
                                 .arg(d));
+        }
         ImportedEntity entity;
         entity.id = tag;
         entity.gmshTag = tag;
@@ -186,16 +199,18 @@ void GmshExtraction::addGroups(ImportedEntity& entity, int dimension) const
 {
     std::vector<int> groups;
     gmsh::model::getPhysicalGroupsForEntity(dimension, entity.gmshTag, groups);
-    for (int& group : groups)
+    for (int& group : groups) {
         group = std::abs(group); // the sign tells the sense of the entity in the group
+    }
     std::sort(groups.begin(), groups.end());
     groups.erase(std::unique(groups.begin(), groups.end()), groups.end());
     for (const int group : groups) {
         std::string name;
         gmsh::model::getPhysicalName(dimension, group, name);
         entity.inGroup = entity.inGroup || group > 0;
-        if (!name.empty())
+        if (!name.empty()) {
             entity.groups.append(QString::fromStdString(name));
+        }
     }
 }
 
@@ -203,8 +218,9 @@ void GmshExtraction::addBoundaries(int dimension)
 {
     std::unordered_map<int, int> positions;
     const auto& lower = mesh_.entitiesOf(dimension - 1);
-    for (std::size_t i = 0; i < lower.size(); ++i)
+    for (std::size_t i = 0; i < lower.size(); ++i) {
         positions.emplace(lower[i].gmshTag, static_cast<int>(i));
+    }
     const int count = static_cast<int>(mesh_.entitiesOf(dimension).size());
     for (int i = 0; i < count; ++i) {
         std::vector<int> upward;
@@ -213,8 +229,9 @@ void GmshExtraction::addBoundaries(int dimension)
                                     downward);
         for (const int tag : downward) {
             const auto found = positions.find(std::abs(tag));
-            if (found != positions.end())
+            if (found != positions.end()) {
                 mesh_.link(dimension, i, dimension - 1, found->second);
+            }
         }
     }
 }
@@ -231,17 +248,20 @@ void GmshExtraction::requireKnownKinds(int dimension) const
         gmsh::model::mesh::getElements(types, elements, nodes, d, tag);
         for (std::size_t i = 0; i < types.size() && d <= dimension; ++i) {
             const Kind kind = kindOf(types[i]);
-            if (!isKnown(kind))
+            if (!isKnown(kind)) {
                 unknown[kind.name] += elements[i].size();
+            }
         }
     }
     QStringList counts;
-    for (auto it = unknown.cbegin(); it != unknown.cend(); ++it)
+    for (auto it = unknown.cbegin(); it != unknown.cend(); ++it) {
         counts.append(QStringLiteral("%1 of kind %2").arg(it.value()).arg(it.key()));
-    if (!counts.isEmpty())
+    }
+    if (!counts.isEmpty()) {
         throw ToolError(ExitCode::Unsuitable,
                         QStringLiteral("%1: elements of kinds that cannot be imported: %2")
                             .arg(input_, counts.join(QStringLiteral(", "))));
+    }
 }
 
 void GmshExtraction::addNodes()
@@ -250,8 +270,9 @@ void GmshExtraction::addNodes()
     std::vector<double> coordinates;
     std::vector<double> parameters;
     gmsh::model::mesh::getNodes(tags, coordinates, parameters);
-    if (tags.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
+    if (tags.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
         throw ToolError(ExitCode::Unsuitable, QStringLiteral("%1: too many nodes").arg(input_));
+    }
     mesh_.nodes.resize(tags.size());
     for (std::size_t i = 0; i < tags.size(); ++i) {
         mesh_.nodes[i].gmshTag = tags[i];
@@ -260,8 +281,9 @@ void GmshExtraction::addNodes()
     }
     std::sort(mesh_.nodes.begin(), mesh_.nodes.end(),
               [](const ImportedNode& a, const ImportedNode& b) { return a.gmshTag < b.gmshTag; });
-    for (std::size_t i = 0; i < mesh_.nodes.size(); ++i)
+    for (std::size_t i = 0; i < mesh_.nodes.size(); ++i) {
         nodePositions_.emplace(mesh_.nodes[i].gmshTag, static_cast<int>(i));
+    }
     between_.assign(mesh_.nodes.size(), false);
 }
 
@@ -285,8 +307,9 @@ void GmshExtraction::classifyNodes(int dimension)
 void GmshExtraction::addElements(int dimension)
 {
     const int count = static_cast<int>(mesh_.entitiesOf(dimension).size());
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
         addElementsOf(dimension, i);
+    }
 }
 
 void GmshExtraction::addElementsOf(int dimension, int position)
@@ -298,8 +321,9 @@ void GmshExtraction::addElementsOf(int dimension, int position)
                                    mesh_.entity(dimension, position).gmshTag);
     for (std::size_t t = 0; t < types.size(); ++t) {
         const Kind kind = kindOf(types[t]);
-        if (kind.order > 1)
+        if (kind.order > 1) {
             higherOrder_ += static_cast<long long>(elements[t].size());
+        }
         for (std::size_t e = 0; e < elements[t].size(); ++e) {
             const auto* first = nodes[t].data() + e * static_cast<std::size_t>(kind.nodes);
             ImportedElement element;
@@ -307,10 +331,11 @@ void GmshExtraction::addElementsOf(int dimension, int position)
             element.nodeCount = kind.corners;
             for (int n = 0; n < kind.nodes; ++n) {
                 const int node = nodePositions_.at(first[n]);
-                if (n < kind.corners)
+                if (n < kind.corners) {
                     element.nodes[static_cast<std::size_t>(n)] = node;
-                else
+                } else {
                     between_[static_cast<std::size_t>(node)] = true;
+                }
             }
             mesh_.elementsOf(dimension).push_back(element);
         }
@@ -333,8 +358,9 @@ void GmshExtraction::removeDuplicates(int dimension)
     }
     std::sort(keys.begin(), keys.end());
     std::vector<bool> repeated(elements.size(), false);
-    for (std::size_t i = 1; i < keys.size(); ++i)
+    for (std::size_t i = 1; i < keys.size(); ++i) {
         repeated[keys[i].second] = keys[i].first == keys[i - 1].first;
+    }
     std::size_t next = 0;
     const auto kept = std::remove_if(elements.begin(), elements.end(),
                                      [&](const ImportedElement&) { return repeated[next++]; });
@@ -351,8 +377,9 @@ void GmshExtraction::turnVolumes()
     for (ImportedElement& element : mesh_.elementsOf(3)) {
         const double volume = ElementShape::volume(mesh_, element);
         flat += volume == 0.0 ? 1 : 0;
-        if (volume >= 0)
+        if (volume >= 0) {
             continue;
+        }
         ElementShape::flip(element, 3);
         ++turned;
     }
@@ -364,8 +391,9 @@ void GmshExtraction::turnVolumes()
 void GmshExtraction::turnPlanarFaces()
 {
     for (ImportedElement& face : mesh_.elementsOf(2)) {
-        if (turnInPlane(mesh_, face) < 0)
+        if (turnInPlane(mesh_, face) < 0) {
             ElementShape::flip(face, 2);
+        }
     }
 }
 
@@ -375,8 +403,9 @@ void GmshExtraction::turnOuterSides()
     const SideTable sides(mesh_, dimension);
     for (ImportedElement& element : mesh_.elementsOf(dimension - 1)) {
         const auto above = sides.find(ElementShape::key(element));
-        if (above.size() == 1 && !isTurnedLike(element, outwardSide(mesh_, above.front())))
+        if (above.size() == 1 && !isTurnedLike(element, outwardSide(mesh_, above.front()))) {
             ElementShape::flip(element, dimension - 1);
+        }
     }
 }
 
@@ -384,8 +413,9 @@ void GmshExtraction::dropUnusedNodes()
 {
     const std::vector<bool> unused = mesh_.removeUnusedNodes();
     long long count = 0;
-    for (std::size_t i = 0; i < unused.size(); ++i)
+    for (std::size_t i = 0; i < unused.size(); ++i) {
         count += unused[i] && !between_[i] ? 1 : 0;
+    }
     warn(count, QStringLiteral("%1 nodes that belong to no element are left out"));
 }
 

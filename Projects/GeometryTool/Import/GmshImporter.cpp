@@ -35,8 +35,9 @@ void GmshImporter::import(Geo::Database& database, const AttributesFile* attribu
     TopologyLinks::addTouching(mesh);
     TopologyLinks::discardEmpty(mesh);
     session.run(options_.input, [&mesh] { EntityGeometry(mesh).compute(); });
-    if (attributes != nullptr)
+    if (attributes != nullptr) {
         attributes->leaveWithoutMesh(mesh);
+    }
     progress_.phase(QStringLiteral("building model and mesh"));
     MeshTransfer(mesh, database).transfer();
     const ImportRemarks remarks(*database.model(), progress_);

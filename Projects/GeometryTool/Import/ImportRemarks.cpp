@@ -56,8 +56,9 @@ ImportRemarks::ImportRemarks(const Model& model, Progress& progress)
 void ImportRemarks::warnOfLooseBodies(const QString& input) const
 {
     const std::vector<CoincidentFaces::Pair> pairs = CoincidentFaces::in(model_);
-    if (pairs.empty())
+    if (pairs.empty()) {
         return;
+    }
     const ModelEntity& first = *pairs.front().first;
     const ModelEntity& second = *pairs.front().second;
     const int bodies = first.dimension() + 1;
@@ -77,20 +78,23 @@ void ImportRemarks::warnOfMaterials(const QString& attributes) const
     bool isAnyGiven = false;
     for (int d = bodies; d >= 0; --d) {
         for (const ModelEntity* entity : inIdOrder(model_.iterator(d))) {
-            if (!entity->attributes().contains(AttributeType::MaterialType))
+            if (!entity->attributes().contains(AttributeType::MaterialType)) {
                 continue;
+            }
             isAnyGiven = isAnyGiven || d == bodies;
             const QString fault = AttributeCheck::materialFault(materialOf(*entity));
-            if (!fault.isEmpty() && !told.contains(materialOf(*entity)))
+            if (!fault.isEmpty() && !told.contains(materialOf(*entity))) {
                 progress_.warning(
                     QStringLiteral("%1: %2 %3").arg(attributes, EntityName(*entity).text(), fault));
+            }
             told.insert(materialOf(*entity));
         }
     }
-    if (!isAnyGiven)
+    if (!isAnyGiven) {
         progress_.warning(QStringLiteral("%1: gives a material_type to none of the %2, so that "
                                          "nothing can be prepared or solved")
                               .arg(attributes, pluralOf(bodies)));
+    }
 }
 
 } // namespace Ovra::GeoTool

@@ -20,8 +20,9 @@ int ImportedMesh::positionOf(int dimension, int id) const
     const auto found =
         std::lower_bound(list.begin(), list.end(), id,
                          [](const ImportedEntity& entity, int value) { return entity.id < value; });
-    if (found == list.end() || found->id != id || found->discarded)
+    if (found == list.end() || found->id != id || found->discarded) {
         return -1;
+    }
     return static_cast<int>(found - list.begin());
 }
 
@@ -37,8 +38,9 @@ std::vector<bool> ImportedMesh::removeUnusedNodes()
     std::vector<bool> unused(nodes.size(), true);
     for (int d = 1; d <= 3; ++d) {
         for (const ImportedElement& element : elementsOf(d)) {
-            for (std::size_t n = 0; n < static_cast<std::size_t>(element.nodeCount); ++n)
+            for (std::size_t n = 0; n < static_cast<std::size_t>(element.nodeCount); ++n) {
                 unused[static_cast<std::size_t>(element.nodes[n])] = false;
+            }
         }
     }
     std::erase_if(elementsOf(0), [&unused](const ImportedElement& point) {
@@ -47,16 +49,18 @@ std::vector<bool> ImportedMesh::removeUnusedNodes()
     std::vector<int> renamed(nodes.size(), -1);
     std::vector<ImportedNode> kept;
     for (std::size_t i = 0; i < nodes.size(); ++i) {
-        if (unused[i])
+        if (unused[i]) {
             continue;
+        }
         renamed[i] = static_cast<int>(kept.size());
         kept.push_back(nodes[i]);
     }
     nodes = std::move(kept);
     for (auto& list : elements) {
         for (ImportedElement& element : list) {
-            for (std::size_t n = 0; n < static_cast<std::size_t>(element.nodeCount); ++n)
+            for (std::size_t n = 0; n < static_cast<std::size_t>(element.nodeCount); ++n) {
                 element.nodes[n] = renamed[static_cast<std::size_t>(element.nodes[n])];
+            }
         }
     }
     return unused;
@@ -72,8 +76,9 @@ void ImportedMesh::unlink(int dimension, int position)
 {
     for (int d = 0; d <= 3; ++d) {
         auto& neighbours = entity(dimension, position).adjacent[static_cast<std::size_t>(d)];
-        for (const int neighbour : neighbours)
+        for (const int neighbour : neighbours) {
             entity(d, neighbour).adjacent[static_cast<std::size_t>(dimension)].erase(position);
+        }
         neighbours.clear();
     }
 }

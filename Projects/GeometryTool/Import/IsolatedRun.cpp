@@ -31,8 +31,9 @@ void writeAll(int pipe, const QByteArray& bytes)
     while (written < bytes.size()) {
         const ssize_t count = write(pipe, bytes.constData() + written,
                                     static_cast<std::size_t>(bytes.size() - written));
-        if (count < 0 && errno != EINTR)
+        if (count < 0 && errno != EINTR) {
             return;
+        }
         written += count < 0 ? 0 : count;
     }
 }
@@ -43,10 +44,12 @@ QByteArray readAll(int pipe)
     char buffer[4096];
     for (;;) {
         const ssize_t count = read(pipe, buffer, sizeof buffer);
-        if (count < 0 && errno == EINTR)
+        if (count < 0 && errno == EINTR) {
             continue;
-        if (count <= 0)
+        }
+        if (count <= 0) {
             return bytes;
+        }
         bytes.append(buffer, count);
     }
 }
@@ -75,8 +78,9 @@ QByteArray outcomeOf(const std::function<void()>& work)
     prctl(PR_SET_PDEATHSIG, SIGKILL); // nobody would wait for the result
     writeAll(pipe, outcomeOf(work));
     std::fflush(nullptr);
-    if (__gcov_dump != nullptr)
+    if (__gcov_dump != nullptr) {
         __gcov_dump();
+    }
     _exit(0);
 }
 
@@ -95,10 +99,11 @@ bool isProper(int status)
 
 QString ending(int status)
 {
-    if (WIFSIGNALED(status))
+    if (WIFSIGNALED(status)) {
         return QStringLiteral("signal %1, %2")
             .arg(WTERMSIG(status))
             .arg(QString::fromLocal8Bit(strsignal(WTERMSIG(status))));
+    }
     return QStringLiteral("exit with code %1").arg(WEXITSTATUS(status));
 }
 
@@ -109,11 +114,13 @@ void IsolatedRun::run(const QString& onCrash, const QString& onExit,
 {
     int ends[2] = {-1, -1};
     std::fflush(nullptr); // what is buffered would be printed by both
-    if (pipe(ends) != 0)
+    if (pipe(ends) != 0) {
         throw ToolError(ExitCode::InternalError, QStringLiteral("cannot open a pipe"));
+    }
     const pid_t child = fork();
-    if (child < 0)
+    if (child < 0) {
         throw ToolError(ExitCode::InternalError, QStringLiteral("cannot start a process"));
+    }
     if (child == 0) {
         close(ends[0]);
         runCopy(ends[1], work);
@@ -122,12 +129,14 @@ void IsolatedRun::run(const QString& onCrash, const QString& onExit,
     const QByteArray outcome = readAll(ends[0]);
     close(ends[0]);
     const int status = waitFor(child);
-    if (outcome.size() >= 2 && outcome.at(0) == Failed)
+    if (outcome.size() >= 2 && outcome.at(0) == Failed) {
         throw ToolError(static_cast<ExitCode>(outcome.at(1)), QString::fromUtf8(outcome.mid(2)));
-    if (outcome.isEmpty() || outcome.at(0) != Done)
+    }
+    if (outcome.isEmpty() || outcome.at(0) != Done) {
         throw ToolError(ExitCode::InputDamaged,
                         isProper(status) ? onExit
                                          : onCrash + QStringLiteral(" (%1)").arg(ending(status)));
+    }
 }
 
 } // namespace Ovra::GeoTool

@@ -75,12 +75,14 @@ MeshTransfer::MeshTransfer(const ImportedMesh& mesh, Database& database)
 
 void MeshTransfer::transfer()
 {
-    for (int d = 0; d <= mesh_.elementDimension; ++d)
+    for (int d = 0; d <= mesh_.elementDimension; ++d) {
         addModelEntities(d);
+    }
     addAdjacencies();
     addMeshVertices();
-    for (int d = 0; d <= mesh_.elementDimension; ++d)
+    for (int d = 0; d <= mesh_.elementDimension; ++d) {
         addMeshElements(d);
+    }
 }
 
 ModelEntity* MeshTransfer::modelEntity(int dimension, int position) const
@@ -92,8 +94,9 @@ void MeshTransfer::addModelEntities(int dimension)
 {
     Box box = database_.model()->boundingBox();
     for (const ImportedEntity& imported : mesh_.entitiesOf(dimension)) {
-        if (imported.discarded)
+        if (imported.discarded) {
             continue;
+        }
         ModelEntity* entity = makeEntity(dimension, imported.geometry);
         entity->setId(imported.id);
         entity->setName(imported.groups.isEmpty() ? imported.label : imported.groups.first());
@@ -110,8 +113,9 @@ void MeshTransfer::addAdjacencies()
         for (const ImportedEntity& imported : mesh_.entitiesOf(d)) {
             ModelEntity* entity = database_.model()->entity(d, imported.id);
             for (int other = 0; entity != nullptr && other <= mesh_.elementDimension; ++other) {
-                for (const int position : imported.adjacent[static_cast<std::size_t>(other)])
+                for (const int position : imported.adjacent[static_cast<std::size_t>(other)]) {
                     entity->addAdjacency(modelEntity(other, position));
+                }
             }
         }
     }
@@ -124,27 +128,31 @@ void MeshTransfer::addMeshVertices()
         auto* vertex = new MeshVertex;
         vertex->setPoint(node.point);
         database_.mesh()->add(vertex);
-        if (node.dimension <= mesh_.elementDimension)
+        if (node.dimension <= mesh_.elementDimension) {
             modelEntity(node.dimension, node.entity)->addChild(vertex);
+        }
         vertices_.push_back(vertex);
     }
 }
 
 void MeshTransfer::addMeshElements(int dimension)
 {
-    if (dimension == 0)
+    if (dimension == 0) {
         return; // a node on a model vertex is its mesh already
+    }
     std::vector<const ImportedElement*> order;
-    for (const ImportedElement& element : mesh_.elementsOf(dimension))
+    for (const ImportedElement& element : mesh_.elementsOf(dimension)) {
         order.push_back(&element);
+    }
     std::stable_sort(
         order.begin(), order.end(),
         [](const ImportedElement* a, const ImportedElement* b) { return a->entity < b->entity; });
     for (const ImportedElement* element : order) {
         MeshEntity* entity = MeshEntity::create(dimension);
-        for (int n = 0; n < element->nodeCount; ++n)
+        for (int n = 0; n < element->nodeCount; ++n) {
             entity->addAdjacency(
                 vertices_[static_cast<std::size_t>(element->nodes[static_cast<std::size_t>(n)])]);
+        }
         database_.mesh()->add(entity);
         modelEntity(dimension, element->entity)->addChild(entity);
     }

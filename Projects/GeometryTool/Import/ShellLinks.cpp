@@ -29,8 +29,9 @@ QList<MeshEntity*> sorted(const QSet<MeshEntity*>& vertices)
 Vector meanOf(const QList<MeshEntity*>& vertices)
 {
     Vector sum;
-    for (const MeshEntity* vertex : vertices)
+    for (const MeshEntity* vertex : vertices) {
         sum += vertex->centroid();
+    }
     return vertices.isEmpty() ? sum : sum / static_cast<double>(vertices.size());
 }
 
@@ -40,8 +41,9 @@ void plant(NearTree& tree, const QList<MeshEntity*>& vertices)
     for (int i = 0; i < vertices.size(); ++i) {
         NearTree* node = i == 0 ? &tree : new NearTree;
         node->set(i + 1, vertices.at(i)->centroid(), 0.0);
-        if (i > 0)
+        if (i > 0) {
             tree.insert(node);
+        }
     }
 }
 

@@ -12,14 +12,16 @@ SideTable::SideTable(const ImportedMesh& mesh, int dimension)
     for (std::size_t e = 0; e < elements.size(); ++e) {
         int local = 0;
         if (dimension == 3) {
-            for (const auto& face : ElementShape::faces(elements[e].nodeCount))
+            for (const auto& face : ElementShape::faces(elements[e].nodeCount)) {
                 sides_.push_back({ElementShape::key(ElementShape::face(elements[e], face)),
                                   static_cast<int>(e), local++});
+            }
             continue;
         }
         ElementShape::edges(elements[e], dimension, edges);
-        for (const auto& edge : edges)
+        for (const auto& edge : edges) {
             sides_.push_back({ElementShape::key(edge), static_cast<int>(e), local++});
+        }
     }
     std::sort(sides_.begin(), sides_.end());
 }

@@ -17,8 +17,9 @@ std::vector<NodeKey> sortedKeys(const std::vector<ImportedElement>& elements)
 {
     std::vector<NodeKey> keys;
     keys.reserve(elements.size());
-    for (const ImportedElement& element : elements)
+    for (const ImportedElement& element : elements) {
         keys.push_back(ElementShape::key(element));
+    }
     std::sort(keys.begin(), keys.end());
     return keys;
 }
@@ -32,8 +33,9 @@ std::vector<int> entitiesOf(const std::vector<ImportedElement>& elements,
                             std::span<const SideTable::Side> run)
 {
     std::vector<int> entities;
-    for (const auto& side : run)
+    for (const auto& side : run) {
         entities.push_back(elements[static_cast<std::size_t>(side.element)].entity);
+    }
     std::sort(entities.begin(), entities.end());
     return entities;
 }
@@ -61,12 +63,14 @@ void TopologyCompletion::complete()
 
 void TopologyCompletion::requireTwoSided(std::span<const SideTable::Side> run) const
 {
-    if (run.size() <= 2)
+    if (run.size() <= 2) {
         return;
+    }
     QStringList nodes;
     for (const int node : run.front().key.nodes) {
-        if (node >= 0)
+        if (node >= 0) {
             nodes.append(QString::number(mesh_.nodes[static_cast<std::size_t>(node)].gmshTag));
+        }
     }
     throw ToolError(ExitCode::InputDamaged,
                     QStringLiteral("%1: %2 volume elements share the face of nodes %3; elements "
@@ -85,8 +89,9 @@ void TopologyCompletion::completeFaces()
     SideTable(mesh_, 3).forEachRun([&](std::span<const SideTable::Side> run) {
         requireTwoSided(run);
         const std::vector<int> regions = entitiesOf(elements, run);
-        if (isInside(regions) || contains(present, run.front().key))
+        if (isInside(regions) || contains(present, run.front().key)) {
             return;
+        }
         const ImportedElement& element = elements[static_cast<std::size_t>(run.front().element)];
         const auto& local =
             ElementShape::faces(element.nodeCount)[static_cast<std::size_t>(run.front().local)];
@@ -105,8 +110,9 @@ void TopologyCompletion::completeEdges()
     Owners owners;
     SideTable(mesh_, 2).forEachRun([&](std::span<const SideTable::Side> run) {
         const std::vector<int> faces = entitiesOf(elements, run);
-        if (isInside(faces) || contains(present, run.front().key))
+        if (isInside(faces) || contains(present, run.front().key)) {
             return;
+        }
         ImportedElement edge;
         edge.nodeCount = 2;
         edge.nodes[0] = run.front().key.nodes[0];
@@ -121,8 +127,9 @@ void TopologyCompletion::completeEdges()
 void TopologyCompletion::placeOnEmptyEntities(int dimension, Missing& missing, Owners& owners)
 {
     std::vector<bool> empty(mesh_.entitiesOf(dimension).size(), true);
-    for (const ImportedElement& element : mesh_.elementsOf(dimension))
+    for (const ImportedElement& element : mesh_.elementsOf(dimension)) {
         empty[static_cast<std::size_t>(element.entity)] = false;
+    }
     Missing left;
     Owners leftOwners;
     for (std::size_t i = 0; i < missing.size(); ++i) {
@@ -146,8 +153,9 @@ int TopologyCompletion::emptyEntityUnder(int dimension, const ImportedElement& e
     for (int n = 0; n < element.nodeCount; ++n) {
         const ImportedNode& node =
             mesh_.nodes[static_cast<std::size_t>(element.nodes[static_cast<std::size_t>(n)])];
-        if (node.dimension > dimension)
+        if (node.dimension > dimension) {
             return -1;
+        }
         std::vector<int> above{node.entity};
         if (node.dimension < dimension) {
             const auto& set = mesh_.entity(node.dimension, node.entity)
@@ -170,21 +178,24 @@ void TopologyCompletion::addPatches(const Missing& faces, const Owners& owners)
     std::vector<std::array<int, 2>> edges;
     for (std::size_t i = 0; i < faces.size(); ++i) {
         ElementShape::edges(faces[i], 2, edges);
-        for (const auto& edge : edges)
+        for (const auto& edge : edges) {
             atEdge.emplace_back(ElementShape::key(edge), i);
+        }
     }
     std::sort(atEdge.begin(), atEdge.end());
     std::map<std::vector<int>, std::size_t> lastOf; // of the faces between the same regions
     UnionFind patches(faces.size());
     for (std::size_t i = 0; i < atEdge.size(); ++i) {
-        if (i > 0 && atEdge[i].first != atEdge[i - 1].first)
+        if (i > 0 && atEdge[i].first != atEdge[i - 1].first) {
             lastOf.clear();
+        }
         const std::size_t face = atEdge[i].second;
         patches.join(lastOf.emplace(owners[face], face).first->second, face);
     }
     std::vector<std::size_t> labels;
-    for (std::size_t i = 0; i < faces.size(); ++i)
+    for (std::size_t i = 0; i < faces.size(); ++i) {
         labels.push_back(patches.find(i));
+    }
     addParts(2, faces, labels);
 }
 
@@ -204,13 +215,15 @@ void TopologyCompletion::addChains(const Missing& edges, const Owners& owners)
     for (std::size_t i = 0; i < edges.size(); ++i) {
         for (std::size_t n = 0; n < 2; ++n) {
             const int node = edges[i].nodes[n];
-            if (degree[static_cast<std::size_t>(node)] == 2)
+            if (degree[static_cast<std::size_t>(node)] == 2) {
                 chains.join(atNode.emplace(std::pair(node, owners[i]), i).first->second, i);
+            }
         }
     }
     std::vector<std::size_t> labels;
-    for (std::size_t i = 0; i < edges.size(); ++i)
+    for (std::size_t i = 0; i < edges.size(); ++i) {
         labels.push_back(chains.find(i));
+    }
     addParts(1, edges, labels);
 }
 
@@ -220,8 +233,9 @@ void TopologyCompletion::addParts(int dimension, const Missing& missing,
     std::map<std::size_t, int> entities;
     for (std::size_t i = 0; i < missing.size(); ++i) {
         auto found = entities.find(labels[i]);
-        if (found == entities.end())
+        if (found == entities.end()) {
             found = entities.emplace(labels[i], mesh_.addEntity(dimension, ImportedEntity())).first;
+        }
         mesh_.elementsOf(dimension).push_back(missing[i]);
         mesh_.elementsOf(dimension).back().entity = found->second;
     }
@@ -235,8 +249,9 @@ bool TopologyCompletion::isEnd(const std::vector<int>& edgesAtNode) const
 void TopologyCompletion::completeVertices()
 {
     std::vector<bool> present(mesh_.nodes.size(), false);
-    for (const ImportedElement& point : mesh_.elementsOf(0))
+    for (const ImportedElement& point : mesh_.elementsOf(0)) {
         present[static_cast<std::size_t>(point.nodes[0])] = true;
+    }
     std::vector<std::vector<int>> edgesAt(mesh_.nodes.size());
     for (const ImportedElement& line : mesh_.elementsOf(1)) {
         edgesAt[static_cast<std::size_t>(line.nodes[0])].push_back(line.entity);
@@ -244,8 +259,9 @@ void TopologyCompletion::completeVertices()
     }
     for (std::size_t i = 0; i < mesh_.nodes.size(); ++i) {
         const bool classified = mesh_.nodes[i].dimension == 0;
-        if (present[i] || !(classified || isEnd(edgesAt[i])))
+        if (present[i] || !(classified || isEnd(edgesAt[i]))) {
             continue;
+        }
         ImportedElement point;
         point.nodeCount = 1;
         point.nodes[0] = static_cast<int>(i);

@@ -16,8 +16,9 @@ class KeyIndex
 public:
     KeyIndex(const ImportedMesh& mesh, int dimension)
     {
-        for (const ImportedElement& element : mesh.elementsOf(dimension))
+        for (const ImportedElement& element : mesh.elementsOf(dimension)) {
             entries_.emplace_back(ElementShape::key(element), element.entity);
+        }
         std::sort(entries_.begin(), entries_.end());
     }
 
@@ -25,8 +26,9 @@ public:
     void forEach(const NodeKey& key, Action action) const
     {
         auto entry = std::lower_bound(entries_.begin(), entries_.end(), std::pair(key, -1));
-        for (; entry != entries_.end() && entry->first == key; ++entry)
+        for (; entry != entries_.end() && entry->first == key; ++entry) {
             action(entry->second);
+        }
     }
 
     bool isEmpty() const { return entries_.empty(); }
@@ -42,8 +44,9 @@ void linkThrough(ImportedMesh& mesh, int low, int middle, int high)
         const auto lower = mesh.entity(middle, i).adjacent[static_cast<std::size_t>(low)];
         const auto higher = mesh.entity(middle, i).adjacent[static_cast<std::size_t>(high)];
         for (const int l : lower) {
-            for (const int h : higher)
+            for (const int h : higher) {
                 mesh.link(low, l, high, h);
+            }
         }
     }
 }
@@ -51,14 +54,16 @@ void linkThrough(ImportedMesh& mesh, int low, int middle, int high)
 void linkVertices(ImportedMesh& mesh)
 {
     std::vector<std::vector<int>> verticesAt(mesh.nodes.size());
-    for (const ImportedElement& point : mesh.elementsOf(0))
+    for (const ImportedElement& point : mesh.elementsOf(0)) {
         verticesAt[static_cast<std::size_t>(point.nodes[0])].push_back(point.entity);
+    }
     for (int d = 1; d <= 3; ++d) {
         for (const ImportedElement& element : mesh.elementsOf(d)) {
             for (int n = 0; n < element.nodeCount; ++n) {
                 for (const int vertex : verticesAt[static_cast<std::size_t>(
-                         element.nodes[static_cast<std::size_t>(n)])])
+                         element.nodes[static_cast<std::size_t>(n)])]) {
                     mesh.link(0, vertex, d, element.entity);
+                }
             }
         }
     }
@@ -67,21 +72,24 @@ void linkVertices(ImportedMesh& mesh)
 void linkEdges(ImportedMesh& mesh)
 {
     const KeyIndex index(mesh, 1);
-    if (index.isEmpty())
+    if (index.isEmpty()) {
         return;
+    }
     std::vector<bool> onEdge(mesh.nodes.size(), false);
-    for (const ImportedElement& line : mesh.elementsOf(1))
+    for (const ImportedElement& line : mesh.elementsOf(1)) {
         onEdge[static_cast<std::size_t>(line.nodes[0])] =
             onEdge[static_cast<std::size_t>(line.nodes[1])] = true;
+    }
     std::vector<std::array<int, 2>> edges;
     for (int d = 2; d <= 3; ++d) {
         for (const ImportedElement& element : mesh.elementsOf(d)) {
             ElementShape::edges(element, d, edges);
             for (const auto& edge : edges) {
                 if (onEdge[static_cast<std::size_t>(edge[0])] &&
-                    onEdge[static_cast<std::size_t>(edge[1])])
+                    onEdge[static_cast<std::size_t>(edge[1])]) {
                     index.forEach(ElementShape::key(edge),
                                   [&](int entity) { mesh.link(1, entity, d, element.entity); });
+                }
             }
         }
     }
@@ -90,12 +98,14 @@ void linkEdges(ImportedMesh& mesh)
 void linkFaces(ImportedMesh& mesh)
 {
     const KeyIndex index(mesh, 2);
-    if (index.isEmpty())
+    if (index.isEmpty()) {
         return;
+    }
     for (const ImportedElement& element : mesh.elementsOf(3)) {
-        for (const auto& local : ElementShape::faces(element.nodeCount))
+        for (const auto& local : ElementShape::faces(element.nodeCount)) {
             index.forEach(ElementShape::key(ElementShape::face(element, local)),
                           [&](int entity) { mesh.link(2, entity, 3, element.entity); });
+        }
     }
 }
 
@@ -103,8 +113,9 @@ void linkFaces(ImportedMesh& mesh)
 /// dimension: Gmsh's own choice first, then the lower position.
 bool isBetter(int candidate, int present, int gmshChoice)
 {
-    if ((candidate == gmshChoice) != (present == gmshChoice))
+    if ((candidate == gmshChoice) != (present == gmshChoice)) {
         return candidate == gmshChoice;
+    }
     return candidate < present;
 }
 
@@ -127,8 +138,9 @@ void TopologyLinks::addTouching(ImportedMesh& mesh)
 void TopologyLinks::classifyNodes(ImportedMesh& mesh)
 {
     const std::vector<ImportedNode> byGmsh = mesh.nodes;
-    for (ImportedNode& node : mesh.nodes)
+    for (ImportedNode& node : mesh.nodes) {
         node.dimension = 4;
+    }
     for (int d = 0; d <= 3; ++d) {
         for (const ImportedElement& element : mesh.elementsOf(d)) {
             for (int n = 0; n < element.nodeCount; ++n) {
@@ -138,8 +150,9 @@ void TopologyLinks::classifyNodes(ImportedMesh& mesh)
                 const ImportedNode& gmsh = byGmsh[position];
                 const int gmshChoice = gmsh.dimension == d ? gmsh.entity : -1;
                 if (node.dimension < d ||
-                    (node.dimension == d && !isBetter(element.entity, node.entity, gmshChoice)))
+                    (node.dimension == d && !isBetter(element.entity, node.entity, gmshChoice))) {
                     continue;
+                }
                 node.dimension = d;
                 node.entity = element.entity;
             }
@@ -153,11 +166,13 @@ int TopologyLinks::discardEmpty(ImportedMesh& mesh)
     for (int d = 0; d <= 3; ++d) {
         auto& entities = mesh.entitiesOf(d);
         std::vector<bool> used(entities.size(), false);
-        for (const ImportedElement& element : mesh.elementsOf(d))
+        for (const ImportedElement& element : mesh.elementsOf(d)) {
             used[static_cast<std::size_t>(element.entity)] = true;
+        }
         for (std::size_t i = 0; i < entities.size(); ++i) {
-            if (used[i] || entities[i].fromCad)
+            if (used[i] || entities[i].fromCad) {
                 continue;
+            }
             entities[i].discarded = true;
             mesh.unlink(d, static_cast<int>(i));
             ++count;

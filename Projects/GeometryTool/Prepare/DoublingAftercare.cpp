@@ -29,15 +29,17 @@ QList<MeshEntity*> withCopy(MeshEntity* vertex, const VertexCopies& copies)
 
 void setVertex(MeshEntity& edge, MeshEntity* from, MeshEntity* to)
 {
-    if (from != to)
+    if (from != to) {
         Utility::replaceAdjacencies(&edge, from, to);
+    }
 }
 
 bool touches(const MeshEntity& vertex, const ModelEntity* region)
 {
     for (auto elements = vertex.adjacencyIterator(region->dimension()); elements.hasNext();) {
-        if (elements.next()->parent() == region)
+        if (elements.next()->parent() == region) {
             return true;
+        }
     }
     return false;
 }
@@ -54,20 +56,24 @@ DoublingAftercare::DoublingAftercare(Database& database, const VertexCopies& cop
 
 void DoublingAftercare::run() const
 {
-    if (copies_.isEmpty())
+    if (copies_.isEmpty()) {
         return;
-    if (faceDimension_ == 2) // the mesh edges of a planar case are its mesh faces
+    }
+    if (faceDimension_ == 2) { // the mesh edges of a planar case are its mesh faces
         carryEdges();
-    if (!shellFaces_.isEmpty())
+    }
+    if (!shellFaces_.isEmpty()) {
         carryShellLinks();
+    }
     carryReplicaLinks();
 }
 
 void DoublingAftercare::carryEdges() const
 {
     for (MeshEntity* edge : inIdOrder(database_.mesh()->iterator(1))) {
-        if (edge->adjacencyCount(2) == 0)
+        if (edge->adjacencyCount(2) == 0) {
             carryEdge(*edge);
+        }
     }
 }
 
@@ -78,8 +84,9 @@ void DoublingAftercare::carryEdge(MeshEntity& edge) const
     MeshEntity* const second = edge.adjacencyAt(0, 1);
     for (MeshEntity* newFirst : withCopy(first, copies_)) {
         for (MeshEntity* newSecond : withCopy(second, copies_)) {
-            if (MeshEntity::getUpwardAdjacencies({newFirst, newSecond}, 2).isEmpty())
+            if (MeshEntity::getUpwardAdjacencies({newFirst, newSecond}, 2).isEmpty()) {
                 continue;
+            }
             setVertex(edge, first, newFirst);
             setVertex(edge, second, newSecond);
             edge.clearUpwardAdjacencies();
@@ -94,8 +101,9 @@ QSet<const ModelEntity*> DoublingAftercare::shellFaces() const
     QSet<const ModelEntity*> faces;
     for (const ModelEntity* face : inIdOrder(database_.model()->iterator(faceDimension_))) {
         const int twinId = intOf(face->attributes(), AttributeType::NewShellFace);
-        if (twinId == 0)
+        if (twinId == 0) {
             continue;
+        }
         faces.insert(face);
         faces.insert(database_.model()->entity(faceDimension_, twinId));
     }
@@ -105,8 +113,9 @@ QSet<const ModelEntity*> DoublingAftercare::shellFaces() const
 bool DoublingAftercare::liesOnShell(const MeshEntity& vertex) const
 {
     for (auto meshFaces = vertex.adjacencyIterator(faceDimension_); meshFaces.hasNext();) {
-        if (shellFaces_.contains(meshFaces.next()->parent()))
+        if (shellFaces_.contains(meshFaces.next()->parent())) {
             return true;
+        }
     }
     return false;
 }
@@ -114,22 +123,26 @@ bool DoublingAftercare::liesOnShell(const MeshEntity& vertex) const
 void DoublingAftercare::carryShellLinks() const
 {
     for (MeshEntity* vertex : copies_.originals()) {
-        if (vertex->attributes().contains(AttributeType::ShellVertex))
+        if (vertex->attributes().contains(AttributeType::ShellVertex)) {
             moveShellLink(*vertex, *copies_.copyOf(vertex));
+        }
     }
     for (MeshEntity* vertex : inIdOrder(database_.mesh()->iterator(0))) {
-        if (vertex->attributes().contains(AttributeType::ShellVertex))
+        if (vertex->attributes().contains(AttributeType::ShellVertex)) {
             vertex->attributes().insert(AttributeType::ShellVertex, shellPartner(*vertex, false));
+        }
     }
 }
 
 void DoublingAftercare::moveShellLink(MeshEntity& vertex, MeshEntity& copy) const
 {
-    if (!liesOnShell(copy))
+    if (!liesOnShell(copy)) {
         return;
+    }
     copy.attributes().insert(AttributeType::ShellVertex, shellPartner(vertex, true));
-    if (!liesOnShell(vertex))
+    if (!liesOnShell(vertex)) {
         vertex.attributes().remove(AttributeType::ShellVertex);
+    }
 }
 
 /// Of the vertex that the link names and its copy, the one that the shell's surface uses now.
@@ -138,8 +151,9 @@ int DoublingAftercare::shellPartner(MeshEntity& vertex, bool copyFirst) const
     const int id = intOf(vertex.attributes(), AttributeType::ShellVertex);
     MeshEntity* const partner = database_.mesh()->entity(0, id);
     MeshEntity* const copy = partner ? copies_.copyOf(partner) : nullptr;
-    if (!copy || !liesOnShell(*copy))
+    if (!copy || !liesOnShell(*copy)) {
         return id;
+    }
     return copyFirst || !liesOnShell(*partner) ? copy->id() : id;
 }
 
@@ -148,8 +162,9 @@ int DoublingAftercare::shellPartner(MeshEntity& vertex, bool copyFirst) const
 void DoublingAftercare::carryReplicaLinks() const
 {
     for (MeshEntity* vertex : inIdOrder(database_.mesh()->iterator(0))) {
-        if (vertex->attributes().contains(AttributeType::OriginalMotionVertex))
+        if (vertex->attributes().contains(AttributeType::OriginalMotionVertex)) {
             moveReplicaLink(*vertex);
+        }
     }
 }
 
@@ -158,16 +173,19 @@ void DoublingAftercare::moveReplicaLink(MeshEntity& replica) const
     MeshEntity* const original = database_.mesh()->entity(
         0, intOf(replica.attributes(), AttributeType::OriginalMotionVertex));
     MeshEntity* const copy = original ? copies_.copyOf(original) : nullptr;
-    if (!copy || replica.adjacencyCount(faceDimension_ + 1) == 0)
+    if (!copy || replica.adjacencyCount(faceDimension_ + 1) == 0) {
         return;
+    }
     const ModelEntity* const region = replica.adjacencyAt(faceDimension_ + 1, 0)->parent();
     const int originId = intOf(region->attributes(), AttributeType::OriginalMotionRegion);
     const ModelEntity* const origin = database_.model()->entity(faceDimension_ + 1, originId);
-    if (!origin || touches(*original, origin) || !touches(*copy, origin))
+    if (!origin || touches(*original, origin) || !touches(*copy, origin)) {
         return;
+    }
     replica.attributes().insert(AttributeType::OriginalMotionVertex, copy->id());
-    if (intOf(original->attributes(), AttributeType::NewMotionVertex) == replica.id())
+    if (intOf(original->attributes(), AttributeType::NewMotionVertex) == replica.id()) {
         original->attributes().remove(AttributeType::NewMotionVertex);
+    }
     copy->attributes().insert(AttributeType::NewMotionVertex, replica.id());
 }
 

@@ -53,14 +53,16 @@ void ExtrudedInterpolation::requireAtStart() const
 {
     for (const ModelEntity* face : extrudedFaces()) {
         const ModelEntity* const partner = partnerOf(*face);
-        if (partner == face)
+        if (partner == face) {
             refuse(QStringLiteral("extruded_face of %1 names that face itself").arg(nameOf(*face)));
+        }
         for (const ModelEntity* side : {face, partner}) {
-            if (side->childCount() == 0)
+            if (side->childCount() == 0) {
                 refuse(QStringLiteral("%1 of the extruded pair %2 and %3 has no mesh")
                            .arg(nameOf(*side))
                            .arg(face->id())
                            .arg(partner->id()));
+            }
         }
     }
 }
@@ -81,8 +83,9 @@ QString ExtrudedInterpolation::run(Solver& solver)
 {
     requireAtStart(); // steps before this one may have removed mesh faces
     const qsizetype faceCount = extrudedFaces().size();
-    if (faceCount == 0)
+    if (faceCount == 0) {
         return QString();
+    }
     requireSearchable();
     solver.interpolateExtrudedFaces();
     requireTies();
@@ -97,8 +100,9 @@ void ExtrudedInterpolation::requireSearchable() const
     for (const ModelEntity* face : extrudedFaces()) {
         for (const ModelEntity* side : {face, static_cast<const ModelEntity*>(partnerOf(*face))}) {
             const QString fault = TieSearch::fault(*side);
-            if (!fault.isEmpty())
+            if (!fault.isEmpty()) {
                 refuse(fault);
+            }
         }
     }
 }
@@ -109,19 +113,22 @@ void ExtrudedInterpolation::requireTies() const
     qint64 beside = 0;
     for (MeshEntity* vertex : verticesOnPairs()) {
         const QString fault = ties.fault(mesh(), *vertex);
-        if (!fault.isEmpty())
+        if (!fault.isEmpty()) {
             refuse(QStringLiteral("%1 at %2 on an extruded face %3")
                        .arg(nameOf(*vertex), placeText(vertex->centroid()), fault));
+        }
         const MeshEntity& partner = ties.entityOf(mesh(), *vertex);
         const double miss = (ties.placeOf(mesh(), *vertex) - vertex->centroid()).length();
-        if (partner.dimension() > 0 && miss > allowedMiss * longestEdge(partner))
+        if (partner.dimension() > 0 && miss > allowedMiss * longestEdge(partner)) {
             ++beside;
+        }
     }
-    if (beside > 0)
+    if (beside > 0) {
         progress_.warning(
             QStringLiteral(
                 "%1 of extruded faces lie more than half an edge beside the partner face")
                 .arg(counted(beside, QStringLiteral("vertex"), QStringLiteral("vertices"))));
+    }
 }
 
 } // namespace Ovra::GeoTool

@@ -24,9 +24,10 @@ QString FaceDoubling::doubleFaces(const AttributeType& link, const std::function
     const qint64 sides = sideCount();
     operation();
     refreshUpwardLists();
-    if (sideCount() != sides)
+    if (sideCount() != sides) {
         refuse(QStringLiteral("doubling the model faces %1 would take elements away from %2: %3")
                    .arg(which, counted(sides - sideCount(), QStringLiteral("mesh face")), fault));
+    }
 
     VertexCopies copies;
     QList<ModelEntity*> added = facesWith(link);
@@ -37,8 +38,9 @@ QString FaceDoubling::doubleFaces(const AttributeType& link, const std::function
         settle(*face);
     }
     DoublingAftercare(database(), copies).run();
-    if (added.isEmpty())
+    if (added.isEmpty()) {
         return QString();
+    }
     return QStringLiteral("%1 %2 doubled, with %3 and %4")
         .arg(
             counted(added.size(), QStringLiteral("model face")), which,
@@ -57,17 +59,20 @@ void FaceDoubling::requireApart(const Sides& sides, const QString& rule) const
         const ModelEntity* other = nullptr;
         const QList<MeshEntity*> elements = elementsAt(*vertex);
         for (const MeshEntity* element : elements) {
-            if (sides.contains(element->parent()) && isBefore(element->parent(), lowest))
+            if (sides.contains(element->parent()) && isBefore(element->parent(), lowest)) {
                 lowest = element->parent();
+            }
         }
         for (const MeshEntity* element : elements) {
             if (sides.value(element->parent(), sides.value(lowest)) != sides.value(lowest) &&
-                isBefore(element->parent(), other))
+                isBefore(element->parent(), other)) {
                 other = element->parent();
+            }
         }
-        if (other)
+        if (other) {
             refuse(QStringLiteral("%1 and %2 share %3, away from all faces between them; %4")
                        .arg(withMaterial(*lowest), withMaterial(*other), nameOf(*vertex), rule));
+        }
     }
 }
 

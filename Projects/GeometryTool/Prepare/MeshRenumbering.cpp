@@ -22,8 +22,9 @@ qint64 displacedCount(const Mesh& mesh, int dimension)
     qint64 displaced = 0;
     int expected = 0;
     for (const MeshEntity* entity : inIdOrder(mesh.iterator(dimension))) {
-        if (entity->id() != ++expected)
+        if (entity->id() != ++expected) {
             ++displaced;
+        }
     }
     return displaced;
 }
@@ -35,8 +36,9 @@ QString MeshRenumbering::run(Solver&)
     QStringList parts;
     for (int dimension = 0; dimension < 4; ++dimension) {
         const QString part = renumber(dimension);
-        if (!part.isEmpty())
+        if (!part.isEmpty()) {
             parts += part;
+        }
     }
     return parts.join(QStringLiteral(", "));
 }
@@ -48,8 +50,9 @@ QString MeshRenumbering::renumber(int dimension)
         Words{"vertex", "vertices"}, {"edge", "edges"}, {"face", "faces"}, {"region", "regions"}};
     const qint64 displaced = displacedCount(mesh(), dimension);
     mesh().renumber(dimension);
-    if (displaced == 0)
+    if (displaced == 0) {
         return QString();
+    }
     const Words& names = words[static_cast<std::size_t>(dimension)];
     return QStringLiteral("%1 given new ids")
         .arg(counted(displaced, QLatin1String(names[0]), QLatin1String(names[1])));

@@ -51,10 +51,11 @@ void MovingReplication::requireUnsplit(const ModelEntity& region) const
 {
     for (auto faces = region.adjacencyIterator(faceDimension()); faces.hasNext();) {
         const ModelEntity* const face = faces.next();
-        if (face->attributes().contains(AttributeType::FluidFace))
+        if (face->attributes().contains(AttributeType::FluidFace)) {
             refuse(QStringLiteral("%1 moves, but has been split from its fluid already, at %2; "
                                   "moving regions must be replicated before faces are split")
                        .arg(nameOf(region), nameOf(*face)));
+        }
     }
 }
 
@@ -68,18 +69,20 @@ void MovingReplication::requireStillFluid(ModelEntity& region) const
                    intOf(other->attributes(), AttributeType::NewMotionRegion) == 0 &&
                    !other->attributes().value(AttributeType::IsSuppressed, {}).toBool();
         });
-    if (!found)
+    if (!found) {
         refuse(QStringLiteral("%1 moves, but no region beside it is plain fluid at rest that could "
                               "take its place")
                    .arg(withMaterial(region)));
+    }
 }
 
 QString MovingReplication::run(Solver& solver)
 {
     requireAtStart();
     const qsizetype regionCount = movingRegions().size();
-    if (regionCount == 0)
+    if (regionCount == 0) {
         return QString();
+    }
     const int elements = mesh().count(regionDimension());
     const int meshFaces = mesh().count(faceDimension());
     const int vertices = mesh().count(0);

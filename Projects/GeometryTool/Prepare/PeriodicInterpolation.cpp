@@ -70,40 +70,45 @@ void PeriodicInterpolation::requireAtStart() const
 {
     QMap<int, QList<const ModelEntity*>> faces;
     for (const ModelEntity* face : modelFaces()) {
-        if (pairIdOf(face) != 0)
+        if (pairIdOf(face) != 0) {
             faces[pairIdOf(face)].append(face);
+        }
     }
     for (auto entry = faces.begin(); entry != faces.end(); ++entry) {
         const qsizetype first = std::count_if(entry->begin(), entry->end(), isFirstSide);
         const qsizetype second = entry->size() - first;
-        if (first != 1 || second != 1)
+        if (first != 1 || second != 1) {
             refuse(QStringLiteral("periodic pair %1 has %2 with periodic_side_id 1 and %3 with "
                                   "another, beginning with %4; it must have one of each")
                        .arg(entry.key())
                        .arg(counted(first, QStringLiteral("model face")))
                        .arg(second)
                        .arg(nameOf(*entry->first())));
+        }
         for (const ModelEntity* face : *entry) {
-            if (face->childCount() == 0)
+            if (face->childCount() == 0) {
                 refuse(QStringLiteral("%1 of periodic pair %2 has no mesh")
                            .arg(nameOf(*face))
                            .arg(entry.key()));
+            }
         }
     }
     const Pairs all = pairs();
-    if (!all.isEmpty() && std::none_of(all.begin(), all.end(), arePlanar))
+    if (!all.isEmpty() && std::none_of(all.begin(), all.end(), arePlanar)) {
         refuse(QStringLiteral("no periodic pair has two planar faces from which the transform "
                               "could be told; pair %1 has %2 and %3")
                    .arg(all.firstKey())
                    .arg(nameOf(*all.first().first), nameOf(*all.first().second)));
+    }
 }
 
 PeriodicInterpolation::Pairs PeriodicInterpolation::pairs() const
 {
     Pairs pairs;
     for (ModelEntity* face : modelFaces()) {
-        if (pairIdOf(face) == 0)
+        if (pairIdOf(face) == 0) {
             continue;
+        }
         Pair& pair = pairs[pairIdOf(face)];
         (isFirstSide(face) ? pair.first : pair.second) = face;
     }
@@ -113,10 +118,11 @@ PeriodicInterpolation::Pairs PeriodicInterpolation::pairs() const
 void PeriodicInterpolation::requirePlane(const ModelEntity& face) const
 {
     const double length = face.meshNormal().length();
-    if (!(length > planeNormalLength))
+    if (!(length > planeNormalLength)) {
         refuse(QStringLiteral("%1 is periodic and counts as planar, but its mesh faces do not "
                               "face one way")
                    .arg(nameOf(face)));
+    }
 }
 
 /// Sides that face opposite ways would be taken for a half turn, which may even fit. All mesh faces
@@ -128,17 +134,19 @@ void PeriodicInterpolation::requireOneSense(const Pair& pair) const
     for (const ModelEntity* face : {pair.first, pair.second}) {
         for (const MeshEntity* meshFace : inIdOrder(face->childIterator())) {
             const QList<MeshEntity*> elements = elementsAt(*meshFace);
-            if (elements.isEmpty())
+            if (elements.isEmpty()) {
                 continue;
+            }
             const Vector away = meshFace->centroid() - elements.first()->centroid();
             (away * meshFace->normal() > 0.0 ? outward : inward) = meshFace;
         }
     }
-    if (outward && inward)
+    if (outward && inward) {
         refuse(QStringLiteral("%1 on %2 faces out of the domain, %3 on %4 into it; the mesh faces "
                               "of a periodic pair must all face one way")
                    .arg(nameOf(*outward), nameOf(*outward->parent()), nameOf(*inward),
                         nameOf(*inward->parent())));
+    }
 }
 
 QList<MeshEntity*> PeriodicInterpolation::verticesOn(const Pairs& pairs) const
@@ -158,8 +166,9 @@ void PeriodicInterpolation::requireSearchable(const Pairs& pairs) const
     for (const Pair& pair : pairs) {
         for (const ModelEntity* face : {pair.first, pair.second}) {
             const QString fault = TieSearch::fault(*face);
-            if (!fault.isEmpty())
+            if (!fault.isEmpty()) {
                 refuse(fault);
+            }
         }
     }
 }
@@ -170,11 +179,13 @@ PeriodicTransform PeriodicInterpolation::rehearse(Solver& solver, const Pairs& p
 {
     const QList<MeshEntity*> vertices = verticesOn(pairs);
     const AttributeType mark = VertexTies::periodic().idType();
-    for (MeshEntity* vertex : vertices)
+    for (MeshEntity* vertex : vertices) {
         vertex->attributes().insert(mark, 0);
+    }
     solver.interpolatePeriodicFaces();
-    for (MeshEntity* vertex : vertices)
+    for (MeshEntity* vertex : vertices) {
         vertex->attributes().remove(mark);
+    }
     return transformOf(model());
 }
 
@@ -183,9 +194,10 @@ void PeriodicInterpolation::requireUsable(const Pairs& pairs,
 {
     for (const MeshEntity* vertex : verticesOn(pairs)) {
         for (const PeriodicTransform& map : {transform, transform.inverse()}) {
-            if (!TieSearch::isWithinReach(map.map(vertex->centroid())))
+            if (!TieSearch::isWithinReach(map.map(vertex->centroid()))) {
                 refuse(QStringLiteral("the periodic transform takes %1 nowhere; %2")
                            .arg(nameOf(*vertex), remedy));
+            }
         }
     }
 }
@@ -194,8 +206,9 @@ QString PeriodicInterpolation::run(Solver& solver)
 {
     requireAtStart(); // steps before this one may have removed mesh faces
     const Pairs all = pairs();
-    if (all.isEmpty())
+    if (all.isEmpty()) {
         return QString();
+    }
     requireSearchable(all);
     const auto guide = std::find_if(all.begin(), all.end(), arePlanar);
     requireOneSense(*guide);
@@ -219,27 +232,32 @@ void PeriodicInterpolation::requireTies(const Pairs& pairs,
     const VertexTies ties = VertexTies::periodic();
     QHash<MeshEntity*, QList<Vector>> images;
     for (const Pair& pair : pairs) {
-        for (MeshEntity* vertex : Utility::getMeshVerticesOnModelEntity(pair.first))
+        for (MeshEntity* vertex : Utility::getMeshVerticesOnModelEntity(pair.first)) {
             images[vertex].append(transform.map(vertex->centroid()));
-        for (MeshEntity* vertex : Utility::getMeshVerticesOnModelEntity(pair.second))
+        }
+        for (MeshEntity* vertex : Utility::getMeshVerticesOnModelEntity(pair.second)) {
             images[vertex].append(transform.inverse().map(vertex->centroid()));
+        }
     }
     for (MeshEntity* vertex : verticesOn(pairs)) {
         const QString fault = ties.fault(mesh(), *vertex);
-        if (!fault.isEmpty())
+        if (!fault.isEmpty()) {
             refuse(QStringLiteral("%1 at %2 on a periodic face %3; %4")
                        .arg(nameOf(*vertex), placeText(vertex->centroid()), fault, remedy));
+        }
         const Vector place = ties.placeOf(mesh(), *vertex);
         double miss = std::numeric_limits<double>::infinity();
-        for (const Vector& image : images.value(vertex))
+        for (const Vector& image : images.value(vertex)) {
             miss = std::min(miss, (image - place).length());
+        }
         const MeshEntity& partner = ties.entityOf(mesh(), *vertex);
-        if (partner.dimension() > 0 && miss > allowedMiss * longestEdge(partner))
+        if (partner.dimension() > 0 && miss > allowedMiss * longestEdge(partner)) {
             refuse(QStringLiteral("%1 at %2 on a periodic face lands %3 beside the partner face; "
                                   "%4")
                        .arg(nameOf(*vertex), placeText(vertex->centroid()))
                        .arg(miss)
                        .arg(remedy));
+        }
     }
 }
 

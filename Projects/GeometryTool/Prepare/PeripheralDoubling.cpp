@@ -24,8 +24,9 @@ int elementsOn(const ModelEntity& region, const MeshEntity& meshFace)
 {
     int count = 0;
     for (auto elements = meshFace.adjacencyIterator(region.dimension()); elements.hasNext();) {
-        if (elements.next()->parent() == &region)
+        if (elements.next()->parent() == &region) {
             ++count;
+        }
     }
     return count;
 }
@@ -34,8 +35,9 @@ int elementsOn(const ModelEntity& region, const MeshEntity& meshFace)
 
 void PeripheralDoubling::requireAtStart() const
 {
-    for (const ModelEntity* device : devices())
+    for (const ModelEntity* device : devices()) {
         requireSingleLinks(*device);
+    }
 }
 
 QList<ModelEntity*> PeripheralDoubling::devices() const
@@ -54,8 +56,9 @@ QList<ModelEntity*> PeripheralDoubling::peripheralFaces(const ModelEntity& devic
         const QList<ModelEntity*> regions = regionsAt(*face);
         if (std::any_of(regions.begin(), regions.end(), [&device](ModelEntity* region) {
                 return region != &device && Utility::isFluid(region) && isMeshed(*region);
-            }))
+            })) {
             faces.append(face);
+        }
     }
     return faces;
 }
@@ -63,33 +66,39 @@ QList<ModelEntity*> PeripheralDoubling::peripheralFaces(const ModelEntity& devic
 void PeripheralDoubling::require(const ModelEntity& device) const
 {
     const QList<ModelEntity*> faces = peripheralFaces(device);
-    if (!faces.isEmpty() && !isMeshed(device))
+    if (!faces.isEmpty() && !isMeshed(device)) {
         refuse(QStringLiteral("%1 has no mesh, but the fluid beside it has")
                    .arg(withMaterial(device)));
-    for (const ModelEntity* face : faces)
+    }
+    for (const ModelEntity* face : faces) {
         requireTwoSides(device, *face);
-    for (const ModelEntity* face : faces)
+    }
+    for (const ModelEntity* face : faces) {
         requireFreeRim(device, *face);
+    }
 }
 
 void PeripheralDoubling::requireTwoSides(const ModelEntity& device, const ModelEntity& face) const
 {
     const QList<ModelEntity*> regions = regionsAt(face);
-    if (regions.size() != 2)
+    if (regions.size() != 2) {
         refuse(QStringLiteral("%1 of %2 lies between %3 regions, not two")
                    .arg(nameOf(face), withMaterial(device))
                    .arg(regions.size()));
+    }
     for (const ModelEntity* region : regions) {
-        if (region != &device && isOfMaterial(*region, rotatingDevice))
+        if (region != &device && isOfMaterial(*region, rotatingDevice)) {
             refuse(QStringLiteral("%1 and %2 touch at %3; there must be fluid between two rotating "
                                   "devices")
                        .arg(withMaterial(device), withMaterial(*region), nameOf(face)));
+        }
     }
     for (const MeshEntity* meshFace : inIdOrder(face.childIterator())) {
-        if (elementsOn(device, *meshFace) != 1 || elementsAt(*meshFace).size() != 2)
+        if (elementsOn(device, *meshFace) != 1 || elementsAt(*meshFace).size() != 2) {
             refuse(QStringLiteral("%1 on %2 has no element on one side of the rotating device, or "
                                   "more than one; there must be one on each")
                        .arg(nameOf(*meshFace), nameOf(face)));
+        }
     }
 }
 
@@ -97,8 +106,9 @@ void PeripheralDoubling::requireFreeRim(const ModelEntity& device, const ModelEn
 {
     QList<MeshEntity*> vertices = Utility::getMeshVerticesOnModelEntity(&face).values();
     std::sort(vertices.begin(), vertices.end(), MeshEntity::lessThan);
-    for (const MeshEntity* vertex : vertices)
+    for (const MeshEntity* vertex : vertices) {
         requireOneSide(device, *vertex);
+    }
 }
 
 // The library moves every mesh face of the fluid about the vertex to the stator side. One that the
@@ -112,16 +122,19 @@ void PeripheralDoubling::requireOneSide(const ModelEntity& device, const MeshEnt
                    isMeshed(*region);
         });
         for (ModelEntity* region : regions) {
-            if (!moves || region == &device || !isMeshed(*region))
+            if (!moves || region == &device || !isMeshed(*region)) {
                 continue;
-            if (isOfMaterial(*region, rotatingDevice))
+            }
+            if (isOfMaterial(*region, rotatingDevice)) {
                 refuse(QStringLiteral("%1 and %2 share %3; there must be fluid between two "
                                       "rotating devices")
                            .arg(withMaterial(device), withMaterial(*region), nameOf(vertex)));
-            if (!Utility::isFluid(region))
+            }
+            if (!Utility::isFluid(region)) {
                 refuse(QStringLiteral("%1 shares %2 with the rim of %3; it must be split from the "
                                       "fluid first (--split-fluid-solid)")
                            .arg(withMaterial(*region), nameOf(vertex), withMaterial(device)));
+            }
         }
     }
 }
@@ -129,8 +142,9 @@ void PeripheralDoubling::requireOneSide(const ModelEntity& device, const MeshEnt
 QString PeripheralDoubling::run(Solver& solver)
 {
     requireAtStart();
-    for (const ModelEntity* device : devices())
+    for (const ModelEntity* device : devices()) {
         require(*device);
+    }
     const QString done = doubleFaces(
         AttributeType::RotorFace, [&solver] { solver.addPeripheralFaces(); },
         QStringLiteral("of rotating devices"),
@@ -144,8 +158,9 @@ FaceDoubling::Sides PeripheralDoubling::sides() const
 {
     Sides sides;
     for (ModelEntity* region : modelRegions()) {
-        if (Utility::isFluid(region))
+        if (Utility::isFluid(region)) {
             sides.insert(region, isOfMaterial(*region, rotatingDevice) ? region->id() : 0);
+        }
     }
     return sides;
 }

@@ -84,13 +84,14 @@ void requireRoomIn(const Container& container, const QString& owner, const QStri
             walk.next();
             highest = std::max(highest, walk.key());
         }
-        if (highest > highestId)
+        if (highest > highestId) {
             throw ToolError(ExitCode::Unsuitable,
                             QStringLiteral("%1 has an id above %2, which leaves too few for new "
                                            "entities%3")
                                 .arg(nameOf(owner, dimension, highest))
                                 .arg(highestId)
                                 .arg(remedy));
+        }
     }
 }
 
@@ -112,8 +113,9 @@ QString lineOf(const CaseFindings& findings, FindingKind kind)
 QStringList Preparation::operationNames()
 {
     QStringList names;
-    for (const Operation& operation : operations())
+    for (const Operation& operation : operations()) {
         names += QLatin1String(operation.name);
+    }
     return names;
 }
 
@@ -146,11 +148,13 @@ QStringList Preparation::run(const QStringList& names)
 
     std::vector<std::pair<const Operation*, std::unique_ptr<PreparationStep>>> steps;
     for (const Operation& operation : operations()) {
-        if (names.contains(QLatin1String(operation.name)))
+        if (names.contains(QLatin1String(operation.name))) {
             steps.emplace_back(&operation, operation.make(database_, progress_));
+        }
     }
-    for (const auto& [operation, step] : steps)
+    for (const auto& [operation, step] : steps) {
         step->requireAtStart();
+    }
 
     QStringList report;
     Solver solver(&database_);
@@ -159,8 +163,9 @@ QStringList Preparation::run(const QStringList& names)
         const QString name = QLatin1String(operation->name);
         progress_.phase(name);
         const QString done = step->run(solver);
-        if (!done.isEmpty() && operation->changesMesh)
+        if (!done.isEmpty() && operation->changesMesh) {
             requireNoTies(name);
+        }
         report += name + QStringLiteral(": ") + (done.isEmpty() ? releaseText(name) : done);
     }
     requireNoWorse(before);
@@ -174,10 +179,12 @@ void Preparation::releaseTies(const QStringList& names)
 {
     const QString periodic = QStringLiteral("periodic");
     const QString extruded = QStringLiteral("extruded");
-    if (names.contains(periodic))
+    if (names.contains(periodic)) {
         released_[periodic] = VertexTies::periodic().clear(*database_.mesh());
-    if (names.contains(extruded))
+    }
+    if (names.contains(extruded)) {
         released_[extruded] = VertexTies::extruded().clear(*database_.mesh());
+    }
 }
 
 /// What is told of an operation that found nothing to do itself.
@@ -198,8 +205,9 @@ void Preparation::requireRoomForIds(const QStringList& names) const
         std::any_of(operations().begin(), operations().end(), [&names](const Operation& operation) {
             return operation.addsEntities && names.contains(QLatin1String(operation.name));
         });
-    if (!adds)
+    if (!adds) {
         return;
+    }
     requireRoomIn(*database_.model(), QStringLiteral("model"), QString());
     requireRoomIn(*database_.mesh(), QStringLiteral("mesh"),
                   QStringLiteral("; give --renumber first, by itself"));
@@ -208,10 +216,11 @@ void Preparation::requireRoomForIds(const QStringList& names) const
 void Preparation::requireSound(const CaseFindings& findings) const
 {
     for (const FindingKind kind : refusedKinds) {
-        if (findings.count(kind) > 0)
+        if (findings.count(kind) > 0) {
             throw ToolError(ExitCode::Unsuitable,
                             QStringLiteral("the case is unsound, see ovrageo verify: %1")
                                 .arg(lineOf(findings, kind)));
+        }
     }
 }
 
@@ -223,10 +232,12 @@ void Preparation::requireNoTies(const QString& operation) const
                                        "makes stale; --%2 must be given too, to tie them anew")
                             .arg(operation, QLatin1String(kind)));
     };
-    if (VertexTies::periodic().count(*database_.mesh()) > 0)
+    if (VertexTies::periodic().count(*database_.mesh()) > 0) {
         refuse("periodic");
-    if (VertexTies::extruded().count(*database_.mesh()) > 0)
+    }
+    if (VertexTies::extruded().count(*database_.mesh()) > 0) {
         refuse("extruded");
+    }
 }
 
 /// The last guard before the case is written: an error that was not there before is not let out.
@@ -236,11 +247,12 @@ void Preparation::requireNoWorse(const CaseFindings& before) const
     const CaseFindings after =
         CaseVerifier(database_).verify(progress_, CaseVerifier::AllTopics, 1);
     for (const auto& [kind, group] : after.groups()) {
-        if (findingSeverity(kind) == Severity::Error && group.count > before.count(kind))
+        if (findingSeverity(kind) == Severity::Error && group.count > before.count(kind)) {
             throw ToolError(ExitCode::Unsuitable,
                             QStringLiteral("the case would come out unsound, so nothing is "
                                            "written: %1")
                                 .arg(lineOf(after, kind)));
+        }
     }
 }
 

@@ -51,16 +51,18 @@ QList<ModelEntity*> PreparationStep::modelRegions() const
 QList<ModelEntity*> PreparationStep::regionsAt(const ModelEntity& face) const
 {
     QList<ModelEntity*> regions;
-    for (auto walk = face.adjacencyIterator(regionDimension()); walk.hasNext();)
+    for (auto walk = face.adjacencyIterator(regionDimension()); walk.hasNext();) {
         regions.append(walk.next());
+    }
     return regions;
 }
 
 QList<MeshEntity*> PreparationStep::elementsAt(const MeshEntity& meshFace) const
 {
     QList<MeshEntity*> elements;
-    for (auto walk = meshFace.adjacencyIterator(regionDimension()); walk.hasNext();)
+    for (auto walk = meshFace.adjacencyIterator(regionDimension()); walk.hasNext();) {
         elements.append(walk.next());
+    }
     return elements;
 }
 
@@ -85,9 +87,10 @@ void PreparationStep::requireSingleLinks(const ModelEntity& region) const
     QSet<const ModelEntity*> listed;
     for (auto faces = region.adjacencyIterator(faceDimension()); faces.hasNext();) {
         const ModelEntity* const face = faces.next();
-        if (listed.contains(face))
+        if (listed.contains(face)) {
             refuse(QStringLiteral("%1 lists %2 more than once; it would be doubled as often")
                        .arg(nameOf(region), nameOf(*face)));
+        }
         listed.insert(face);
     }
 }

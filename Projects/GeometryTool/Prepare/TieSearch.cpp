@@ -30,8 +30,9 @@ QSet<const MeshEntity*> verticesAtSides(const QList<MeshEntity*>& meshFaces)
         for (int i = 0; i < count; ++i) {
             const MeshEntity* const first = meshFace->adjacencyAt(0, i);
             const MeshEntity* const second = meshFace->adjacencyAt(0, (i + 1) % count);
-            if ((second->centroid() - first->centroid()).length() > 0.0)
+            if ((second->centroid() - first->centroid()).length() > 0.0) {
                 vertices << first << second;
+            }
         }
     }
     return vertices;
@@ -39,9 +40,10 @@ QSet<const MeshEntity*> verticesAtSides(const QList<MeshEntity*>& meshFaces)
 
 QString faultOf(const MeshEntity& vertex, const QSet<const MeshEntity*>& atSides)
 {
-    if (!TieSearch::isWithinReach(vertex.centroid()))
+    if (!TieSearch::isWithinReach(vertex.centroid())) {
         return QStringLiteral("lies too far out for it; %1 from the origin is the limit")
             .arg(farthest);
+    }
     return atSides.contains(&vertex)
                ? QString()
                : QStringLiteral("has no neighbour there in another place than its own");
@@ -63,9 +65,10 @@ QString TieSearch::fault(const ModelEntity& face)
         for (int i = 0; i < meshFace->adjacencyCount(0); ++i) {
             const MeshEntity& vertex = *meshFace->adjacencyAt(0, i);
             const QString text = faultOf(vertex, atSides);
-            if (!text.isEmpty())
+            if (!text.isEmpty()) {
                 return QStringLiteral("vertices cannot be tied to %1: %2 at %3 %4")
                     .arg(nameOf(face), nameOf(vertex), placeText(vertex.centroid()), text);
+            }
         }
     }
     return QString();

@@ -29,11 +29,13 @@ std::array<int, 3> countsOf(const Mesh& mesh)
 
 bool UnreferencedRemoval::isNearDevice(const MeshEntity& entity) const
 {
-    if (!entity.parent())
+    if (!entity.parent()) {
         return false;
+    }
     for (ModelEntity* region : regionsAt(*entity.parent())) {
-        if (Utility::isUnmeshedDevice(region))
+        if (Utility::isUnmeshedDevice(region)) {
             return true;
+        }
     }
     return false;
 }
@@ -42,8 +44,9 @@ QSet<MeshEntity*> UnreferencedRemoval::doomedFaces() const
 {
     QSet<MeshEntity*> doomed;
     for (MeshEntity* meshFace : inIdOrder(mesh().iterator(faceDimension()))) {
-        if (meshFace->adjacencyCount(regionDimension()) == 0 && !isNearDevice(*meshFace))
+        if (meshFace->adjacencyCount(regionDimension()) == 0 && !isNearDevice(*meshFace)) {
             doomed.insert(meshFace);
+        }
     }
     return doomed;
 }
@@ -68,8 +71,9 @@ UnreferencedRemoval::sheltersFor(const QList<MeshEntity*>& vertices) const
              --dimension) {
             for (auto users = vertex->adjacencyIterator(dimension); users.hasNext();) {
                 MeshEntity* const user = users.next();
-                if (!goingFaces.contains(user) && isNearDevice(*user))
+                if (!goingFaces.contains(user) && isNearDevice(*user)) {
                     shelters.insert(vertex, user->parent());
+                }
             }
         }
     }
@@ -79,16 +83,19 @@ UnreferencedRemoval::sheltersFor(const QList<MeshEntity*>& vertices) const
 void UnreferencedRemoval::requireUnnamed(const QList<MeshEntity*>& vertices) const
 {
     QSet<int> ids;
-    for (const MeshEntity* vertex : vertices)
+    for (const MeshEntity* vertex : vertices) {
         ids.insert(vertex->id());
-    if (ids.isEmpty())
+    }
+    if (ids.isEmpty()) {
         return;
+    }
     forEachVertexLink(mesh(), [&ids](MeshEntity& vertex, const AttributeType& type, int id) {
-        if (ids.contains(id) && !ids.contains(vertex.id()))
+        if (ids.contains(id) && !ids.contains(vertex.id())) {
             refuse(
                 QStringLiteral("%1 of %2 names %3, which no element uses and which would be "
                                "removed")
                     .arg(type.toString(), nameOf(vertex), nameOf(QStringLiteral("mesh"), 0, id)));
+        }
     });
 }
 
@@ -107,13 +114,15 @@ QString UnreferencedRemoval::run(Solver& solver)
     const std::array<int, 3> before = countsOf(mesh());
     solver.removeUnreferencedMeshEntities();
     for (auto home = homes.begin(); home != homes.end(); ++home) {
-        if (home.value())
+        if (home.value()) {
             home.value()->addChild(home.key());
+        }
     }
     refreshUpwardLists();
     const std::array<int, 3> after = countsOf(mesh());
-    if (after == before)
+    if (after == before) {
         return QString();
+    }
     return QStringLiteral("%1, %2 and %3 removed")
         .arg(counted(before[0] - after[0], QStringLiteral("vertex"), QStringLiteral("vertices")),
              counted(before[1] - after[1], QStringLiteral("edge")),

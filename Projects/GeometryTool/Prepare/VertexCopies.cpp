@@ -17,8 +17,9 @@ void VertexCopies::add(const ModelEntity& face, const ModelEntity& twin)
     const QList<MeshEntity*> twins = inIdOrder(twin.childIterator());
     for (qsizetype i = 0; i < meshFaces.size(); ++i) {
         const MeshEntity& from = *meshFaces.at(i);
-        for (int j = 0; j < from.adjacencyCount(0); ++j)
+        for (int j = 0; j < from.adjacencyCount(0); ++j) {
             copies_.insert(from.adjacencyAt(0, j), twins.at(i)->adjacencyAt(0, j));
+        }
     }
 }
 

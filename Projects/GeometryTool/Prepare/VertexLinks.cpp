@@ -21,12 +21,14 @@ void forEachVertexLink(const Mesh& mesh,
                        const std::function<void(MeshEntity&, const AttributeType&, int)>& visit)
 {
     for (MeshEntity* vertex : inIdOrder(mesh.iterator(0))) {
-        if (vertex->attributes().isEmpty())
+        if (vertex->attributes().isEmpty()) {
             continue;
+        }
         for (const AttributeType& type : vertexLinkTypes()) {
             const int id = vertex->attributes().value(type, 0).toInt();
-            if (id != 0)
+            if (id != 0) {
                 visit(*vertex, type, id);
+            }
         }
     }
 }

@@ -10,8 +10,9 @@ using namespace Ovra::Geo;
 WedgeAttributes::WedgeAttributes(const QList<MeshEntity*>& wedges)
 {
     for (MeshEntity* element : wedges) {
-        if (element->attributes().isEmpty())
+        if (element->attributes().isEmpty()) {
             continue;
+        }
         Wedge wedge;
         wedge.attributes = element->attributes();
         for (auto vertices = element->adjacencyIterator(0); vertices.hasNext();) {
@@ -25,11 +26,13 @@ WedgeAttributes::WedgeAttributes(const QList<MeshEntity*>& wedges)
 
 void WedgeAttributes::handOver(const QList<MeshEntity*>& tetrahedra) const
 {
-    if (wedges_.isEmpty())
+    if (wedges_.isEmpty()) {
         return;
+    }
     for (MeshEntity* tetrahedron : tetrahedra) {
-        if (const Wedge* const wedge = wedgeOf(*tetrahedron))
+        if (const Wedge* const wedge = wedgeOf(*tetrahedron)) {
             tetrahedron->attributes() = wedge->attributes;
+        }
     }
 }
 
@@ -38,10 +41,12 @@ const WedgeAttributes::Wedge* WedgeAttributes::wedgeOf(const MeshEntity& tetrahe
     for (const qsizetype candidate : wedgesAt_.value(tetrahedron.adjacencyAt(0, 0))) {
         const Wedge& wedge = wedges_.at(candidate);
         bool holdsAll = true;
-        for (int i = 1; i < 4; ++i)
+        for (int i = 1; i < 4; ++i) {
             holdsAll = holdsAll && wedge.vertices.contains(tetrahedron.adjacencyAt(0, i));
-        if (holdsAll)
+        }
+        if (holdsAll) {
             return &wedge;
+        }
     }
     return nullptr;
 }

@@ -36,11 +36,13 @@ QList<QList<MeshEntity*>> quadrilateralSides(const MeshEntity& element)
     QList<QList<MeshEntity*>> result;
     for (const std::vector<int>& side :
          ElementTopology::find(3, element.adjacencyCount(0))->sides) {
-        if (side.size() != quadrilateralSize)
+        if (side.size() != quadrilateralSize) {
             continue;
+        }
         QList<MeshEntity*> vertices;
-        for (const int position : side)
+        for (const int position : side) {
             vertices.append(element.adjacencyAt(0, position));
+        }
         result.append(vertices);
     }
     return result;
@@ -75,20 +77,24 @@ bool isOrHasReplica(const ModelEntity& region)
 void WedgeDecomposition::requireAtStart() const
 {
     const QList<MeshEntity*> wedges = elementsWith(wedgeSize);
-    if (wedges.isEmpty())
+    if (wedges.isEmpty()) {
         return;
-    for (const int size : {pyramidSize, hexahedronSize}) {
-        for (const MeshEntity* element : elementsWith(size))
-            requireConformity(*element);
     }
-    for (const MeshEntity* wedge : wedges)
+    for (const int size : {pyramidSize, hexahedronSize}) {
+        for (const MeshEntity* element : elementsWith(size)) {
+            requireConformity(*element);
+        }
+    }
+    for (const MeshEntity* wedge : wedges) {
         requireUndoubled(*wedge);
+    }
     for (const MeshEntity* meshFace : quadrilateralsAtWedges()) {
-        if (isDoubled(*meshFace->parent()))
+        if (isDoubled(*meshFace->parent())) {
             refuse(QStringLiteral("wedges lie beside %1, which has been doubled already: its two "
                                   "sides might be cut along different diagonals; decompose wedges "
                                   "first")
                        .arg(nameOf(*meshFace->parent())));
+        }
     }
 }
 
@@ -97,21 +103,23 @@ void WedgeDecomposition::requireConformity(const MeshEntity& element) const
     for (const QList<MeshEntity*>& side : quadrilateralSides(element)) {
         const QSet<MeshEntity*> sharers = MeshEntity::getUpwardAdjacencies(side, 3);
         const auto wedge = std::find_if(sharers.begin(), sharers.end(), isWedge);
-        if (wedge != sharers.end())
+        if (wedge != sharers.end()) {
             refuse(
                 QStringLiteral("%1, a wedge, shares a quadrilateral with %2, a %3, which is "
                                "not cut; the mesh would no longer conform")
                     .arg(nameOf(**wedge), nameOf(element),
                          QLatin1String(ElementTopology::find(3, element.adjacencyCount(0))->name)));
+        }
     }
 }
 
 void WedgeDecomposition::requireUndoubled(const MeshEntity& wedge) const
 {
-    if (isOrHasReplica(*wedge.parent()))
+    if (isOrHasReplica(*wedge.parent())) {
         refuse(QStringLiteral("%1 has wedges and has been replicated already: the replica might "
                               "be cut along other diagonals; decompose wedges first")
                    .arg(nameOf(*wedge.parent())));
+    }
 }
 
 QList<MeshEntity*> WedgeDecomposition::elementsWith(int vertexCount) const
@@ -145,22 +153,26 @@ QList<MeshEntity*> WedgeDecomposition::unlistedTetrahedra() const
 
 QString WedgeDecomposition::run(Solver& solver)
 {
-    if (!model().is3d())
+    if (!model().is3d()) {
         return QString();
+    }
     const QList<MeshEntity*> wedges = elementsWith(wedgeSize);
     const qsizetype wedgeCount = wedges.size();
-    if (wedgeCount == 0)
+    if (wedgeCount == 0) {
         return QString();
+    }
     requireAtStart();
     const QList<MeshEntity*> quadrilaterals = quadrilateralsAtWedges();
     WedgeAttributes attributes(wedges);
     solver.decomposeWedgesToTets();
     const QList<MeshEntity*> tetrahedra = unlistedTetrahedra();
     attributes.handOver(tetrahedra);
-    for (MeshEntity* tetrahedron : tetrahedra)
+    for (MeshEntity* tetrahedron : tetrahedra) {
         turnInsideOut(tetrahedron);
-    for (MeshEntity* quadrilateral : quadrilaterals)
+    }
+    for (MeshEntity* quadrilateral : quadrilaterals) {
         cut(quadrilateral);
+    }
     refreshUpwardLists();
     return QStringLiteral("%1 cut into %2 tetrahedra, %3 into %4 triangles")
         .arg(counted(wedgeCount, QStringLiteral("wedge")))
@@ -173,8 +185,9 @@ void WedgeDecomposition::cut(MeshEntity* quadrilateral) const
 {
     int first = 0;
     for (int i = 1; i < quadrilateralSize; ++i) {
-        if (quadrilateral->adjacencyAt(0, i)->id() < quadrilateral->adjacencyAt(0, first)->id())
+        if (quadrilateral->adjacencyAt(0, i)->id() < quadrilateral->adjacencyAt(0, first)->id()) {
             first = i;
+        }
     }
     addTriangle(quadrilateral, first, first + 1, first + 2);
     addTriangle(quadrilateral, first, first + 2, first + 3);
@@ -185,8 +198,9 @@ void WedgeDecomposition::addTriangle(MeshEntity* quadrilateral, int first, int s
                                      int third) const
 {
     MeshEntity* const triangle = MeshEntity::create(2);
-    for (const int position : {first, second, third})
+    for (const int position : {first, second, third}) {
         triangle->addAdjacency(quadrilateral->adjacencyAt(0, position % quadrilateralSize));
+    }
     triangle->attributes() = quadrilateral->attributes();
     mesh().add(triangle);
     quadrilateral->parent()->addChild(triangle);

@@ -92,18 +92,20 @@ const std::vector<Section>& sections()
 QStringList SolverInput::sectionNames()
 {
     QStringList names;
-    for (const Section& section : sections())
+    for (const Section& section : sections()) {
         names += section.name;
+    }
     return names;
 }
 
 void SolverInput::setSections(const QStringList& names)
 {
     for (const QString& name : names) {
-        if (!sectionNames().contains(name))
+        if (!sectionNames().contains(name)) {
             throw ToolError(ExitCode::Usage,
                             QStringLiteral("unknown section \"%1\"; the sections are %2")
                                 .arg(name, sectionNames().join(QStringLiteral(", "))));
+        }
     }
     sections_ = names;
 }
@@ -115,8 +117,9 @@ void SolverInput::write(Database& database, QTextStream& stream, Progress& progr
     const GbiWriter writer(&database);
     int done = 0;
     for (const Section& section : sections()) {
-        if (!sections_.contains(section.name))
+        if (!sections_.contains(section.name)) {
             continue;
+        }
         progress.phase(QStringLiteral("writing section %1 of %2, %3")
                            .arg(++done)
                            .arg(sections_.size())

@@ -56,8 +56,9 @@ void SolverInputCheck::require(const QStringList& sections) const
         {QStringLiteral("moving"), &SolverInputCheck::checkMoving},
         {QStringLiteral("rotating"), &SolverInputCheck::checkRotating}};
     for (const auto& [section, check] : checks) {
-        if (sections.contains(section))
+        if (sections.contains(section)) {
             (this->*check)();
+        }
     }
 }
 
@@ -66,8 +67,9 @@ void SolverInputCheck::checkElements() const
     Refusal refusal;
     ReferenceCheck references(view_, refusal);
     for (const MeshEntity* element : view_.meshEntities(view_.elementDimension())) {
-        if (!element->parent()) // the writer does not mind one of another dimension
+        if (!element->parent()) { // the writer does not mind one of another dimension
             ClassificationCheck::checkEntity(*element, refusal);
+        }
         references.checkReference(*element->parent(), AttributeType::FluidRegion);
     }
 }
@@ -77,13 +79,16 @@ void SolverInputCheck::checkSurfaceConnectivity() const
     Refusal refusal;
     ReferenceCheck references(view_, refusal);
     for (const ModelEntity* face : view_.modelEntities(view_.faceDimension())) {
-        if (face->adjacencyCount(view_.elementDimension()) == 0)
+        if (face->adjacencyCount(view_.elementDimension()) == 0) {
             continue;
+        }
         references.checkReference(*face, AttributeType::NonExtrudedFace);
-        for (const MeshEntity* child : CaseView::childrenOf(*face))
+        for (const MeshEntity* child : CaseView::childrenOf(*face)) {
             SideCheck::checkElementCount(*child, refusal);
-        for (MeshEntity* vertex : CaseView::verticesOn(*face))
+        }
+        for (MeshEntity* vertex : CaseView::verticesOn(*face)) {
             references.checkReference(*vertex, AttributeType::ShellVertex);
+        }
     }
 }
 
@@ -92,11 +97,13 @@ void SolverInputCheck::checkPeriodic() const
     Refusal refusal;
     LinkCheck links(VertexTies::periodic(), view_, refusal);
     for (const ModelEntity* face : view_.modelEntities(view_.faceDimension())) {
-        if (intOf(face->attributes(), AttributeType::PeriodicPairId) == 0)
+        if (intOf(face->attributes(), AttributeType::PeriodicPairId) == 0) {
             continue;
+        }
         checkShapes(*face);
-        for (MeshEntity* vertex : CaseView::verticesOn(*face))
+        for (MeshEntity* vertex : CaseView::verticesOn(*face)) {
             links.checkTarget(*vertex);
+        }
     }
 }
 
@@ -107,15 +114,17 @@ void SolverInputCheck::checkExtrusion() const
     for (MeshEntity* vertex : view_.meshEntities(0)) {
         const AttributeMap& attributes = vertex->attributes();
         if (intOf(attributes, AttributeType::ExtrudedEntityType, -1) != -1 &&
-            intOf(attributes, AttributeType::ExtrudedEntityId) != 0)
+            intOf(attributes, AttributeType::ExtrudedEntityId) != 0) {
             links.checkTarget(*vertex);
+        }
     }
     ReferenceCheck references(view_, refusal);
     constexpr int literalDimension = 2; // of the writer, in planar models too
     for (const ModelEntity* face : view_.modelEntities(literalDimension)) {
         const int partner = intOf(face->attributes(), AttributeType::ExtrudedFace);
-        if (partner == 0)
+        if (partner == 0) {
             continue;
+        }
         references.checkReference(*face, AttributeType::ExtrudedFace);
         checkShapes(*face);
         checkShapes(*view_.model().entity(literalDimension, partner));
@@ -140,8 +149,9 @@ void SolverInputCheck::checkRotating() const
     for (const ModelEntity* face : view_.modelEntities(view_.faceDimension())) {
         references.checkReference(*face, AttributeType::StatorFace);
         const int stator = intOf(face->attributes(), AttributeType::StatorFace);
-        if (stator == 0)
+        if (stator == 0) {
             continue;
+        }
         checkShapes(*face);
         checkShapes(*view_.model().entity(view_.faceDimension(), stator));
     }
@@ -153,8 +163,9 @@ void SolverInputCheck::checkShapes(const ModelEntity& face) const
     Refusal refusal;
     for (const MeshEntity* child : CaseView::childrenOf(face)) {
         auto elements = child->adjacencyIterator(child->dimension() + 1);
-        while (elements.hasNext())
+        while (elements.hasNext()) {
             ElementCheck::checkVertexCount(*elements.next(), refusal);
+        }
     }
 }
 

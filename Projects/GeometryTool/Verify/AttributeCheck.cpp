@@ -41,8 +41,9 @@ bool isFinite(const Vector& vector)
 bool isFinite(const Matrix& matrix)
 {
     for (int i = 0; i < 9; ++i) {
-        if (!std::isfinite(matrix(i / 3, i % 3)))
+        if (!std::isfinite(matrix(i / 3, i % 3))) {
             return false;
+        }
     }
     return true;
 }
@@ -82,14 +83,16 @@ void AttributeCheck::run(const CaseView& view, FindingSink& sink)
     };
     checkMap(view.model().attributes(), whole(EntityName::Owner::Model));
     for (int dimension = 0; dimension < 4; ++dimension) {
-        for (const ModelEntity* entity : view.modelEntities(dimension))
+        for (const ModelEntity* entity : view.modelEntities(dimension)) {
             checkMap(entity->attributes(), of(*entity));
+        }
     }
     checkMap(view.mesh().attributes(), whole(EntityName::Owner::Mesh));
     for (int dimension = 0; dimension < 4; ++dimension) {
         for (MeshEntity* entity : view.meshEntities(dimension)) {
-            if (!entity->attributes().isEmpty())
+            if (!entity->attributes().isEmpty()) {
                 checkMap(entity->attributes(), of(*entity));
+            }
         }
     }
 }
@@ -98,11 +101,12 @@ void AttributeCheck::checkMap(const AttributeMap& map, const Report& report)
 {
     const QList<AttributeType> types = map.types();
     for (const AttributeType& type : types) {
-        if (type.isValid())
+        if (type.isValid()) {
             checkValue(type, map.value(type, {}), report);
-        else
+        } else {
             report(FindingKind::UnknownAttribute,
                    [] { return QStringLiteral("has an attribute whose tag is not known"); });
+        }
     }
 }
 
@@ -110,32 +114,35 @@ void AttributeCheck::checkValue(const AttributeType& type, const QVariant& value
                                 const Report& report)
 {
     const AttributeRule& rule = AttributeRule::of(type);
-    if (!rule.accepts(value))
+    if (!rule.accepts(value)) {
         report(FindingKind::AttributeType, [&] {
             return QStringLiteral("has %1 of type %2; %3 is expected")
                 .arg(type.toString(),
                      value.isValid() ? QLatin1String(value.typeName()) : QStringLiteral("none"),
                      rule.expectation());
         });
-    else if (!isFinite(value, rule.value))
+    } else if (!isFinite(value, rule.value)) {
         report(FindingKind::AttributeValue, [&type] {
             return QStringLiteral("has a number in %1 that is not finite").arg(type.toString());
         });
-    else if (type == AttributeType::MaterialType)
+    } else if (type == AttributeType::MaterialType) {
         checkMaterial(value, report);
+    }
 }
 
 void AttributeCheck::checkMaterial(const QVariant& value, const Report& report)
 {
     const QString fault = materialFault(value.toString());
-    if (!fault.isEmpty())
+    if (!fault.isEmpty()) {
         report(FindingKind::UnknownMaterial, [&fault] { return fault; });
+    }
 }
 
 QString AttributeCheck::materialFault(const QString& name)
 {
-    if (knownMaterials().contains(name))
+    if (knownMaterials().contains(name)) {
         return QString();
+    }
     return QStringLiteral("has the material_type \"%1\", which counts as neither fluid nor solid; "
                           "known are %2")
         .arg(name, knownMaterials().join(QStringLiteral(", ")));

@@ -27,8 +27,9 @@ CaseFindings CaseVerifier::verify(Progress& progress, Topics topics, int limit) 
 {
     CaseFindings findings(limit);
     const CaseView view(database_);
-    if (topics.testFlag(Pointers) && !PointerCheck::run(view, findings))
+    if (topics.testFlag(Pointers) && !PointerCheck::run(view, findings)) {
         return findings;
+    }
     const std::initializer_list<std::pair<Topic, std::function<void()>>> checks = {
         {Elements, [&] { ElementCheck(view, findings).run(progress); }},
         {Classification, [&] { ClassificationCheck::run(view, findings); }},
@@ -46,8 +47,9 @@ CaseFindings CaseVerifier::verify(Progress& progress, Topics topics, int limit) 
     int done = 0;
     for (const auto& [topic, check] : checks) {
         progress.phase(QStringLiteral("verifying, step %1 of %2").arg(++done).arg(checks.size()));
-        if (topics.testFlag(topic))
+        if (topics.testFlag(topic)) {
             check();
+        }
     }
     progress.finish();
     return findings;

@@ -28,25 +28,27 @@ QString expectation(int dimension)
 void ClassificationCheck::run(const CaseView& view, FindingSink& sink)
 {
     for (int dimension = 1; dimension < 4; ++dimension) {
-        for (const MeshEntity* entity : view.meshEntities(dimension))
+        for (const MeshEntity* entity : view.meshEntities(dimension)) {
             checkEntity(*entity, sink);
+        }
     }
 }
 
 void ClassificationCheck::checkEntity(const MeshEntity& entity, FindingSink& sink)
 {
     const ModelEntity* const parent = entity.parent();
-    if (!parent)
+    if (!parent) {
         sink.add(FindingKind::NoParent, entity, [dimension = entity.dimension()] {
             return QStringLiteral("stands on no model entity, or on one that the model does not "
                                   "have; %1")
                 .arg(expectation(dimension));
         });
-    else if (parent->dimension() != entity.dimension())
+    } else if (parent->dimension() != entity.dimension()) {
         sink.add(FindingKind::WrongDimension, entity, [parent, dimension = entity.dimension()] {
             return QStringLiteral("stands on %1; %2")
                 .arg(EntityName(*parent).text(), expectation(dimension));
         });
+    }
 }
 
 } // namespace Ovra::GeoTool

@@ -38,8 +38,9 @@ bool isFinite(const Vector& point)
 bool hasPoints(const MeshEntity& entity)
 {
     for (int i = 0; i < entity.adjacencyCount(0); ++i) {
-        if (!isFinite(entity.adjacencyAt(0, i)->centroid()))
+        if (!isFinite(entity.adjacencyAt(0, i)->centroid())) {
             return false;
+        }
     }
     return true;
 }
@@ -49,8 +50,9 @@ const MeshEntity* repeatedVertex(const MeshEntity& entity)
 {
     for (int i = 1; i < entity.adjacencyCount(0); ++i) {
         for (int j = 0; j < i; ++j) {
-            if (entity.adjacencyAt(0, i) == entity.adjacencyAt(0, j))
+            if (entity.adjacencyAt(0, i) == entity.adjacencyAt(0, j)) {
                 return entity.adjacencyAt(0, i);
+            }
         }
     }
     return nullptr;
@@ -80,8 +82,9 @@ VertexSet vertexSetOf(const MeshEntity& element)
 {
     VertexSet set;
     set.element = &element;
-    for (int i = 0; i < element.adjacencyCount(0); ++i)
+    for (int i = 0; i < element.adjacencyCount(0); ++i) {
         set.ids[static_cast<std::size_t>(i)] = element.adjacencyAt(0, i)->id();
+    }
     std::sort(set.ids.begin(), set.ids.end());
     return set;
 }
@@ -104,8 +107,9 @@ void ElementCheck::run(Progress& progress)
     checkPresence();
     checkVertices();
     for (int dimension = 1; dimension < 4; ++dimension) {
-        for (const MeshEntity* entity : view_.meshEntities(dimension))
+        for (const MeshEntity* entity : view_.meshEntities(dimension)) {
             checkVertexList(*entity);
+        }
         checkShapes(dimension, progress);
         checkDuplicates(dimension);
     }
@@ -116,11 +120,13 @@ void ElementCheck::run(Progress& progress)
 void ElementCheck::checkPresence()
 {
     const int dimension = view_.elementDimension();
-    if (view_.modelEntities(dimension).empty())
+    if (view_.modelEntities(dimension).empty()) {
         return;
+    }
     for (int i = 0; i < 4; ++i) {
-        if (!view_.meshEntities(i).empty())
+        if (!view_.meshEntities(i).empty()) {
             return;
+        }
     }
     const QString name = dimension == 3 ? QStringLiteral("regions") : QStringLiteral("faces");
     sink_.add(FindingKind::NoElements, EntityName(EntityName::Owner::Mesh, EntityName::Whole, 0),
@@ -132,37 +138,43 @@ void ElementCheck::checkPresence()
 void ElementCheck::checkVertices()
 {
     for (const MeshEntity* vertex : view_.meshEntities(0)) {
-        if (!isFinite(vertex->centroid()))
+        if (!isFinite(vertex->centroid())) {
             sink_.add(FindingKind::BadPoint, *vertex,
                       [] { return QStringLiteral("has a coordinate that is no finite number"); });
-        if (vertex->adjacencyCount(1) + vertex->adjacencyCount(2) + vertex->adjacencyCount(3) == 0)
+        }
+        if (vertex->adjacencyCount(1) + vertex->adjacencyCount(2) + vertex->adjacencyCount(3) ==
+            0) {
             sink_.add(FindingKind::UnusedVertex, *vertex,
                       [] { return QStringLiteral("is used by no mesh edge, face or region"); });
+        }
     }
 }
 
 void ElementCheck::checkVertexCount(const MeshEntity& entity, FindingSink& sink)
 {
-    if (!topologyOf(entity))
+    if (!topologyOf(entity)) {
         sink.add(FindingKind::VertexCount, entity, [&entity] {
             return QStringLiteral("has %1 vertices; %2")
                 .arg(entity.adjacencyCount(0))
                 .arg(vertexCountsOf(entity.dimension()));
         });
+    }
 }
 
 void ElementCheck::checkVertexList(const MeshEntity& entity)
 {
     checkVertexCount(entity, sink_);
-    if (const MeshEntity* const vertex = repeatedVertex(entity))
+    if (const MeshEntity* const vertex = repeatedVertex(entity)) {
         sink_.add(FindingKind::RepeatedVertex, entity, [vertex] {
             return QStringLiteral("names mesh vertex %1 twice; the vertices of an element must be "
                                   "different")
                 .arg(vertex->id());
         });
-    if (entity.dimension() < view_.faceDimension() && entity.adjacencyCount(2) == 0)
+    }
+    if (entity.dimension() < view_.faceDimension() && entity.adjacencyCount(2) == 0) {
         sink_.add(FindingKind::EdgeWithoutFace, entity,
                   [] { return QStringLiteral("is a side of no mesh face"); });
+    }
 }
 
 void ElementCheck::checkShapes(int dimension, Progress& progress)
@@ -176,8 +188,9 @@ void ElementCheck::checkShapes(int dimension, Progress& progress)
     for (const auto& [ids, report] : reports) {
         for (const int id : *ids) {
             MeshEntity& entity = *view_.mesh().entity(dimension, id);
-            if (hasPoints(entity) && !repeatedVertex(entity)) // these are told already
+            if (hasPoints(entity) && !repeatedVertex(entity)) { // these are told already
                 (this->*report)(entity);
+            }
         }
     }
 }
@@ -217,17 +230,19 @@ void ElementCheck::checkDuplicates(int dimension)
     std::vector<VertexSet> sets;
     sets.reserve(view_.meshEntities(dimension).size());
     for (const MeshEntity* element : view_.meshEntities(dimension)) {
-        if (isWellFormed(*element))
+        if (isWellFormed(*element)) {
             sets.push_back(vertexSetOf(*element));
+        }
     }
     std::stable_sort(sets.begin(), sets.end(),
                      [](const VertexSet& a, const VertexSet& b) { return a.ids < b.ids; });
     for (std::size_t i = 1; i < sets.size(); ++i) {
-        if (sets[i].ids == sets[i - 1].ids)
+        if (sets[i].ids == sets[i - 1].ids) {
             sink_.add(FindingKind::DuplicateElement, *sets[i].element,
                       [other = EntityName(*sets[i - 1].element)] {
                           return QStringLiteral("has the same vertices as %1").arg(other.text());
                       });
+        }
     }
 }
 

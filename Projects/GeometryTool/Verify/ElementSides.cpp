@@ -18,8 +18,9 @@ namespace
 
 bool isBefore(const ElementSides::Side& a, const ElementSides::Side& b)
 {
-    if (a.key != b.key)
+    if (a.key != b.key) {
         return a.key < b.key;
+    }
     return a.element->id() < b.element->id();
 }
 
@@ -28,8 +29,9 @@ bool isBefore(const ElementSides::Side& a, const ElementSides::Side& b)
 bool isRising(const std::vector<int>& ring)
 {
     const auto size = ring.size();
-    if (size == 2)
+    if (size == 2) {
         return ring[0] < ring[1];
+    }
     const auto start =
         static_cast<std::size_t>(std::min_element(ring.begin(), ring.end()) - ring.begin());
     return ring[(start + 1) % size] < ring[(start + size - 1) % size];
@@ -45,8 +47,9 @@ ElementSides::Key keyOfRing(const std::vector<int>& ring)
 ElementSides::ElementSides(const CaseView& view)
 {
     for (const MeshEntity* element : view.meshEntities(view.elementDimension())) {
-        if (ElementCheck::isWellFormed(*element))
+        if (ElementCheck::isWellFormed(*element)) {
             addSides(*element);
+        }
     }
     std::sort(sides_.begin(), sides_.end(), isBefore);
 }
@@ -57,8 +60,9 @@ void ElementSides::addSides(const MeshEntity& element)
     std::vector<int> ring;
     for (const std::vector<int>& local : topology.sides) {
         ring.clear();
-        for (const int index : local)
+        for (const int index : local) {
             ring.push_back(element.adjacencyAt(0, index)->id());
+        }
         sides_.push_back({keyOfRing(ring), &element, isRising(ring)});
     }
 }
@@ -68,16 +72,18 @@ ElementSides::Run ElementSides::find(const Key& key) const
     const auto before = [](const Side& side, const Key& value) { return side.key < value; };
     const auto begin = std::lower_bound(sides_.begin(), sides_.end(), key, before);
     auto end = begin;
-    while (end != sides_.end() && end->key == key)
+    while (end != sides_.end() && end->key == key) {
         ++end;
+    }
     return {begin, end};
 }
 
 ElementSides::Key ElementSides::keyOf(const MeshEntity& face)
 {
     std::vector<int> ring;
-    for (int i = 0; i < face.adjacencyCount(0) && i < 4; ++i)
+    for (int i = 0; i < face.adjacencyCount(0) && i < 4; ++i) {
         ring.push_back(face.adjacencyAt(0, i)->id());
+    }
     return keyOfRing(ring);
 }
 

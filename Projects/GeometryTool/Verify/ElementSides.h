@@ -44,8 +44,9 @@ public:
     {
         for (std::size_t begin = 0; begin < sides_.size();) {
             std::size_t end = begin + 1;
-            while (end < sides_.size() && sides_[end].key == sides_[begin].key)
+            while (end < sides_.size() && sides_[end].key == sides_[begin].key) {
                 ++end;
+            }
             action(Run(sides_).subspan(begin, end - begin));
             begin = end;
         }

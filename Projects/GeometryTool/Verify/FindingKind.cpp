@@ -86,8 +86,9 @@ const std::vector<FindingKind>& allFindingKinds()
 {
     static const std::vector<FindingKind> kinds = [] {
         std::vector<FindingKind> all;
-        for (const Row& row : table())
+        for (const Row& row : table()) {
             all.push_back(row.kind);
+        }
         return all;
     }();
     return kinds;

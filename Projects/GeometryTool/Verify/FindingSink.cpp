@@ -14,13 +14,16 @@ namespace
 /// MeshEntity::centroid() wants the vertex number of a known kind; a broken element may have any.
 std::optional<Vector> middleOf(const MeshEntity& entity)
 {
-    if (entity.dimension() == 0)
+    if (entity.dimension() == 0) {
         return entity.centroid();
-    if (entity.adjacencyCount(0) == 0)
+    }
+    if (entity.adjacencyCount(0) == 0) {
         return std::nullopt;
+    }
     Vector sum;
-    for (int i = 0; i < entity.adjacencyCount(0); ++i)
+    for (int i = 0; i < entity.adjacencyCount(0); ++i) {
         sum += entity.adjacencyAt(0, i)->centroid();
+    }
     return sum / static_cast<double>(entity.adjacencyCount(0));
 }
 

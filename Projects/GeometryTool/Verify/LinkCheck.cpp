@@ -43,12 +43,14 @@ void LinkCheck::run(const Pairs& pairs)
 {
     const auto& vertices = view_.meshEntities(0);
     if (std::none_of(vertices.begin(), vertices.end(),
-                     [this](auto* v) { return ties_.isTied(*v); }))
+                     [this](auto* v) { return ties_.isTied(*v); })) {
         return;
+    }
     gather(pairs);
     for (MeshEntity* vertex : vertices) {
-        if (!ties_.isTied(*vertex) && partners_.count(vertex) == 0)
+        if (!ties_.isTied(*vertex) && partners_.count(vertex) == 0) {
             continue;
+        }
         if (const MeshEntity* const target = checkTarget(*vertex)) {
             checkWeights(*vertex, *target);
             checkPlace(*vertex, *target);
@@ -84,11 +86,12 @@ const MeshEntity* LinkCheck::findTarget(MeshEntity& vertex)
         return nullptr;
     }
     const MeshEntity* const target = view_.mesh().entity(dimension, id);
-    if (!target)
+    if (!target) {
         sink_.add(FindingKind::MissingEntity, vertex, [&] {
             return QStringLiteral("names in %1 the %2, which does not exist")
                 .arg(ties_.idType().toString(), nameOf(QStringLiteral("mesh"), dimension, id));
         });
+    }
     return target;
 }
 
@@ -96,8 +99,9 @@ bool LinkCheck::checkWeightCount(MeshEntity& vertex, const MeshEntity& target)
 {
     const qsizetype wanted = target.adjacencyCount(0);
     const QVariantList weights = vertex.attributes().value(ties_.weightsType(), {}).toList();
-    if (weights.size() >= wanted && linkCount(weights.mid(0, wanted)) <= largestStencil)
+    if (weights.size() >= wanted && linkCount(weights.mid(0, wanted)) <= largestStencil) {
         return true;
+    }
     sink_.add(FindingKind::BadWeights, vertex, [&] {
         return QStringLiteral("has %1 values in %2 for the %3 vertices of %4; at most %5 of them "
                               "may be positive")
@@ -112,12 +116,14 @@ bool LinkCheck::checkWeightCount(MeshEntity& vertex, const MeshEntity& target)
 
 void LinkCheck::checkWeights(MeshEntity& vertex, const MeshEntity& target)
 {
-    if (ties_.weightFault(vertex, target).isEmpty())
+    if (ties_.weightFault(vertex, target).isEmpty()) {
         return;
+    }
     sink_.add(FindingKind::BadWeights, vertex, [&] {
         QStringList texts;
-        for (const QVariant& weight : vertex.attributes().value(ties_.weightsType(), {}).toList())
+        for (const QVariant& weight : vertex.attributes().value(ties_.weightsType(), {}).toList()) {
             texts += QString::number(weight.toDouble(), 'g', 6);
+        }
         return QStringLiteral("has the %1 (%2) for %3; %4 are expected, none negative, with the "
                               "sum 1")
             .arg(ties_.weightsType().toString(), texts.join(QStringLiteral(", ")), nameOf(target))
@@ -128,8 +134,9 @@ void LinkCheck::checkWeights(MeshEntity& vertex, const MeshEntity& target)
 void LinkCheck::checkPlace(MeshEntity& vertex, const MeshEntity& target)
 {
     const auto partners = partners_.find(&vertex);
-    if (partners == partners_.end() || liesOn(target, partners->second))
+    if (partners == partners_.end() || liesOn(target, partners->second)) {
         return;
+    }
     sink_.add(FindingKind::StrayLink, vertex, [&] {
         return QStringLiteral("names in %1 the %2, which does not lie on %3")
             .arg(ties_.idType().toString(), nameOf(target), nameOf(*partners->second.front()));
@@ -141,8 +148,9 @@ bool LinkCheck::liesOn(const MeshEntity& target, const Faces& faces) const
     const auto isOneOf = [&faces](const ModelEntity* face) {
         return std::find(faces.begin(), faces.end(), face) != faces.end();
     };
-    if (target.dimension() != 0)
+    if (target.dimension() != 0) {
         return isOneOf(target.parent());
+    }
     const auto own = faces_.find(&target);
     return own != faces_.end() && std::any_of(own->second.begin(), own->second.end(), isOneOf);
 }

@@ -26,8 +26,9 @@ Links sortedLinks(const CaseView& view)
         for (const ModelEntity* entity : view.modelEntities(from)) {
             for (int to = 0; to < 4; ++to) {
                 auto neighbours = entity->adjacencyIterator(to);
-                while (neighbours.hasNext())
+                while (neighbours.hasNext()) {
                     links.emplace_back(entity, neighbours.next());
+                }
             }
         }
     }
@@ -38,26 +39,30 @@ Links sortedLinks(const CaseView& view)
 void checkNeighbour(const ModelEntity& entity, const ModelEntity& neighbour, bool answered,
                     bool again, FindingSink& sink)
 {
-    if (!answered)
+    if (!answered) {
         sink.add(FindingKind::OneWayLink, entity, [&neighbour] {
             return QStringLiteral("lists %1, which does not list it; links run both ways")
                 .arg(EntityName(neighbour).text());
         });
-    if (again)
+    }
+    if (again) {
         sink.add(FindingKind::RepeatedLink, entity, [&neighbour] {
             return QStringLiteral("lists %1 more than once").arg(EntityName(neighbour).text());
         });
+    }
 }
 
 void checkLists(const ModelEntity& entity, const Links& links, FindingSink& sink)
 {
     for (int dimension = 0; dimension < 4; ++dimension) {
-        if (dimension == entity.dimension())
+        if (dimension == entity.dimension()) {
             continue; // no file keeps these
+        }
         std::vector<const ModelEntity*> neighbours;
         auto walk = entity.adjacencyIterator(dimension);
-        while (walk.hasNext())
+        while (walk.hasNext()) {
             neighbours.push_back(walk.next());
+        }
         std::sort(neighbours.begin(), neighbours.end(),
                   [](const ModelEntity* a, const ModelEntity* b) { return a->id() < b->id(); });
         for (auto each = neighbours.begin(); each != neighbours.end();) {
@@ -74,12 +79,13 @@ void checkLists(const ModelEntity& entity, const Links& links, FindingSink& sink
 void checkRegions(const ModelEntity& face, int elementDimension, FindingSink& sink)
 {
     const int count = face.adjacencyCount(elementDimension);
-    if (count > 2)
+    if (count > 2) {
         sink.add(FindingKind::TooManyRegions, face, [=] {
             return QStringLiteral("bounds %1 model %2; it has two sides")
                 .arg(count)
                 .arg(elementDimension == 3 ? QStringLiteral("regions") : QStringLiteral("faces"));
         });
+    }
 }
 
 } // namespace
@@ -88,11 +94,13 @@ void ModelLinkCheck::run(const CaseView& view, FindingSink& sink)
 {
     const Links links = sortedLinks(view);
     for (int dimension = 0; dimension < 4; ++dimension) {
-        for (const ModelEntity* entity : view.modelEntities(dimension))
+        for (const ModelEntity* entity : view.modelEntities(dimension)) {
             checkLists(*entity, links, sink);
+        }
     }
-    for (const ModelEntity* face : view.modelEntities(view.faceDimension()))
+    for (const ModelEntity* face : view.modelEntities(view.faceDimension())) {
         checkRegions(*face, view.elementDimension(), sink);
+    }
 }
 
 } // namespace Ovra::GeoTool

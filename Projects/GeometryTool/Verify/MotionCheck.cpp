@@ -45,8 +45,9 @@ void MotionCheck::run()
 {
     checkReplicas();
     for (const ModelEntity* region : view_.modelEntities(view_.elementDimension())) {
-        if (isReplica(*region))
+        if (isReplica(*region)) {
             checkReplicaVertices(*region);
+        }
     }
     checkRotors();
 }
@@ -54,8 +55,9 @@ void MotionCheck::run()
 void MotionCheck::checkReplicas()
 {
     for (const ModelEntity* region : view_.modelEntities(view_.elementDimension())) {
-        if (isReplica(*region))
+        if (isReplica(*region)) {
             checkReplica(*region);
+        }
     }
 }
 
@@ -63,34 +65,38 @@ void MotionCheck::checkReplica(const ModelEntity& region)
 {
     const int id = region.attributes().value(AttributeType::OriginalMotionRegion, 0).toInt();
     const ModelEntity* const original = view_.model().entity(view_.elementDimension(), id);
-    if (original && original->childCount() < region.childCount())
+    if (original && original->childCount() < region.childCount()) {
         sink_.add(FindingKind::Replica, region, [&] {
             return QStringLiteral("has %1 elements, but its original, %2, only %3")
                 .arg(region.childCount())
                 .arg(nameOf(*original))
                 .arg(original->childCount());
         });
+    }
 }
 
 void MotionCheck::checkReplicaVertices(const ModelEntity& region)
 {
     for (MeshEntity* vertex : CaseView::verticesOn(region)) {
-        if (vertex->attributes().value(AttributeType::OriginalMotionVertex, 0).toInt() == 0)
+        if (vertex->attributes().value(AttributeType::OriginalMotionVertex, 0).toInt() == 0) {
             sink_.add(FindingKind::Replica, *vertex, [&region] {
                 return QStringLiteral("stands on the replica %1 without an original_motion_vertex")
                     .arg(nameOf(region));
             });
+        }
     }
 }
 
 void MotionCheck::checkRotors()
 {
     for (const ModelEntity* region : view_.modelEntities(view_.elementDimension())) {
-        if (!isTurning(*region))
+        if (!isTurning(*region)) {
             continue;
+        }
         auto faces = region->adjacencyIterator(view_.faceDimension());
-        while (faces.hasNext())
+        while (faces.hasNext()) {
             checkRotor(*faces.next());
+        }
     }
 }
 
@@ -98,14 +104,16 @@ void MotionCheck::checkRotor(const ModelEntity& face)
 {
     const int id = face.attributes().value(AttributeType::StatorFace, 0).toInt();
     const ModelEntity* const stator = view_.model().entity(view_.faceDimension(), id);
-    if (!stator)
+    if (!stator) {
         return; // which is no rotor, or told elsewhere
+    }
     for (MeshEntity* vertex : CaseView::verticesOn(face)) {
-        if (vertex->attributes().value(AttributeType::StatorVertex, 0).toInt() == 0)
+        if (vertex->attributes().value(AttributeType::StatorVertex, 0).toInt() == 0) {
             sink_.add(FindingKind::RotorSide, *vertex, [&face] {
                 return QStringLiteral("stands on the rotor side %1 without a stator_vertex")
                     .arg(nameOf(face));
             });
+        }
     }
     checkOneElementEach(face);
     checkOneElementEach(*stator);
@@ -115,12 +123,13 @@ void MotionCheck::checkOneElementEach(const ModelEntity& face)
 {
     for (const MeshEntity* child : CaseView::childrenOf(face)) {
         const int count = child->adjacencyCount(view_.elementDimension());
-        if (count != 1)
+        if (count != 1) {
             sink_.add(FindingKind::RotorSide, *child, [&face, count] {
                 return QStringLiteral("on the rotor or stator side %1 has %2 elements, not one")
                     .arg(nameOf(face))
                     .arg(count);
             });
+        }
     }
 }
 

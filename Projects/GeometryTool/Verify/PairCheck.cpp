@@ -30,8 +30,9 @@ std::map<int, Sides> sidesByPair(const CaseView& view)
     std::map<int, Sides> pairs;
     for (const ModelEntity* face : view.modelEntities(view.faceDimension())) {
         const int pair = intOf(face->attributes(), AttributeType::PeriodicPairId);
-        if (pair == 0)
+        if (pair == 0) {
             continue;
+        }
         const bool isFirst = intOf(face->attributes(), AttributeType::PeriodicSideId) == 1;
         (isFirst ? pairs[pair].first : pairs[pair].second).push_back(face);
     }
@@ -88,10 +89,10 @@ LinkCheck::Pairs PairCheck::extrudedPairs()
     for (const ModelEntity* face : view_.modelEntities(view_.faceDimension())) {
         const int id = intOf(face->attributes(), AttributeType::ExtrudedFace);
         const ModelEntity* const partner = view_.model().entity(view_.faceDimension(), id);
-        if (partner == face)
+        if (partner == face) {
             sink_.add(FindingKind::ExtrudedPair, *face,
                       [] { return QStringLiteral("names itself in extruded_face"); });
-        else if (partner) {
+        } else if (partner) {
             pairs.emplace_back(face, partner);
             pairs.emplace_back(partner, face);
         }
@@ -107,11 +108,12 @@ LinkCheck::Pairs PairCheck::extrudedPairs()
 void PairCheck::checkMeshes(FindingKind kind, const LinkCheck::Pairs& pairs)
 {
     for (const auto& [face, partner] : pairs) {
-        if (face->childCount() == 0 && partner->childCount() > 0)
+        if (face->childCount() == 0 && partner->childCount() > 0) {
             sink_.add(kind, *face, [other = partner] {
                 return QStringLiteral("has no mesh, though its partner, %1, has one")
                     .arg(nameOf(*other));
             });
+        }
     }
 }
 

@@ -78,8 +78,9 @@ bool Run::check()
             checkParent(*entity);
         }
     }
-    if (sound_)
+    if (sound_) {
         checkChildCounts();
+    }
     return sound_;
 }
 
@@ -89,11 +90,12 @@ void Run::checkLists(const Entity& entity, const Alive<Entity>& alive)
     for (std::size_t dimension = 0; dimension < 4; ++dimension) {
         auto neighbours = entity.adjacencyIterator(static_cast<int>(dimension));
         while (neighbours.hasNext()) {
-            if (alive[dimension].count(neighbours.next()) == 0)
+            if (alive[dimension].count(neighbours.next()) == 0) {
                 report(FindingKind::DeadPointer, entity, [=] {
                     return QStringLiteral("lists among its %1 one that is no longer there")
                         .arg(dimensionName(dimension));
                 });
+            }
         }
     }
 }
@@ -102,11 +104,13 @@ void Run::checkParent(const MeshEntity& entity)
 {
     const ModelEntity* const parent = entity.parent();
     bool found = !parent;
-    for (const auto& alive : model_)
+    for (const auto& alive : model_) {
         found = found || alive.count(parent) > 0;
-    if (!found)
+    }
+    if (!found) {
         report(FindingKind::DeadPointer, entity,
                [] { return QStringLiteral("stands on a model entity that is no longer there"); });
+    }
 }
 
 void Run::checkChildren(const ModelEntity& entity)
@@ -115,13 +119,14 @@ void Run::checkChildren(const ModelEntity& entity)
     auto children = entity.childIterator();
     while (children.hasNext()) {
         children.next();
-        if (alive.count(children.value()) == 0)
+        if (alive.count(children.value()) == 0) {
             report(FindingKind::DeadPointer, entity,
                    [] { return QStringLiteral("has a mesh child that is no longer there"); });
-        else if (children.value()->parent() != &entity)
+        } else if (children.value()->parent() != &entity) {
             report(FindingKind::LostChild, entity, [id = children.value()->id()] {
                 return QStringLiteral("has the child %1, which stands elsewhere").arg(id);
             });
+        }
     }
 }
 
@@ -129,16 +134,18 @@ void Run::checkChildCounts()
 {
     for (int dimension = 0; dimension < 4; ++dimension) {
         std::unordered_map<const ModelEntity*, int> counts;
-        for (const MeshEntity* entity : view_.meshEntities(dimension))
+        for (const MeshEntity* entity : view_.meshEntities(dimension)) {
             ++counts[entity->parent()];
+        }
         for (const ModelEntity* entity : view_.modelEntities(dimension)) {
-            if (counts[entity] != entity->childCount())
+            if (counts[entity] != entity->childCount()) {
                 report(FindingKind::LostChild, *entity, [=, count = counts[entity]] {
                     return QStringLiteral("has %1 children in its table, where %2 mesh entities "
                                           "of its dimension stand on it")
                         .arg(entity->childCount())
                         .arg(count);
                 });
+            }
         }
     }
 }

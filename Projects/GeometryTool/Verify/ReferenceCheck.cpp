@@ -26,8 +26,9 @@ using Names = AttributeRule::Names;
 /// paired with its like, whatever the model takes for a face.
 int targetDimension(const CaseView& view, const ModelEntity& entity, const AttributeRule& rule)
 {
-    if (rule.type == AttributeType::ExtrudedFace)
+    if (rule.type == AttributeType::ExtrudedFace) {
         return entity.dimension();
+    }
     return rule.names == Names::ModelFace ? view.faceDimension() : view.elementDimension();
 }
 
@@ -44,15 +45,17 @@ void checkAnswer(Entity& entity, const Target& find, const AttributeType& forwar
                  const AttributeType& back, FindingSink& sink)
 {
     auto* const partner = find(entity.attributes().value(forward, 0).toInt());
-    if (!partner)
+    if (!partner) {
         return;
+    }
     const int answer = partner->attributes().value(back, 0).toInt();
-    if (answer != entity.id())
+    if (answer != entity.id()) {
         sink.add(FindingKind::UnansweredLink, entity, [&] {
             return QStringLiteral("names in %1 the %2, whose %3 is %4")
                 .arg(forward.toString(), nameOf(*partner), back.toString())
                 .arg(answer);
         });
+    }
 }
 
 } // namespace
@@ -67,19 +70,24 @@ void ReferenceCheck::run()
 {
     for (const int dimension : {view_.faceDimension(), view_.elementDimension()}) {
         for (const ModelEntity* entity : view_.modelEntities(dimension)) {
-            for (const AttributeRule& rule : AttributeRule::naming())
+            for (const AttributeRule& rule : AttributeRule::naming()) {
                 checkReference(*entity, rule.type);
+            }
         }
     }
-    for (const ModelEntity* face : view_.modelEntities(view_.faceDimension()))
+    for (const ModelEntity* face : view_.modelEntities(view_.faceDimension())) {
         checkFaceAnswers(*face);
-    for (const ModelEntity* region : view_.modelEntities(view_.elementDimension()))
+    }
+    for (const ModelEntity* region : view_.modelEntities(view_.elementDimension())) {
         checkRegionAnswers(*region);
+    }
     for (MeshEntity* vertex : view_.meshEntities(0)) {
-        if (vertex->attributes().isEmpty())
+        if (vertex->attributes().isEmpty()) {
             continue;
-        for (const AttributeRule& rule : AttributeRule::naming())
+        }
+        for (const AttributeRule& rule : AttributeRule::naming()) {
             checkReference(*vertex, rule.type);
+        }
         checkVertexAnswers(*vertex);
     }
 }
@@ -88,31 +96,35 @@ void ReferenceCheck::checkReference(const ModelEntity& entity, const AttributeTy
 {
     const AttributeRule& rule = AttributeRule::of(type);
     const int dimension = targetDimension(view_, entity, rule);
-    if (rule.names == Names::ModelFace || rule.names == Names::ModelRegion)
+    if (rule.names == Names::ModelFace || rule.names == Names::ModelRegion) {
         checkIds(entity, rule, QStringLiteral("model"), dimension, view_.model());
+    }
 }
 
 void ReferenceCheck::checkReference(MeshEntity& vertex, const AttributeType& type)
 {
     const AttributeRule& rule = AttributeRule::of(type);
-    if (rule.names == Names::MeshVertex)
+    if (rule.names == Names::MeshVertex) {
         checkIds(vertex, rule, QStringLiteral("mesh"), 0, view_.mesh());
+    }
 }
 
 template <typename Entity, typename Container>
 void ReferenceCheck::checkIds(Entity& entity, const AttributeRule& rule, const QString& owner,
                               int dimension, const Container& container)
 {
-    if (!entity.attributes().contains(rule.type))
+    if (!entity.attributes().contains(rule.type)) {
         return;
+    }
     const QVariantList ids = idsIn(entity.attributes().value(rule.type, {}), rule);
     for (const QVariant& each : ids) {
         const int id = each.toInt();
-        if (rule.none != id && !container.entity(dimension, id))
+        if (rule.none != id && !container.entity(dimension, id)) {
             sink_.add(FindingKind::MissingEntity, entity, [&, id] {
                 return QStringLiteral("names in %1 the %2, which does not exist")
                     .arg(rule.type.toString(), nameOf(owner, dimension, id));
             });
+        }
     }
 }
 

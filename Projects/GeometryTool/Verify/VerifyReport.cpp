@@ -27,21 +27,24 @@ QString groupText(FindingKind kind, const CaseFindings::Group& group)
     const QString head =
         QStringLiteral("%1 %2: ").arg(severityName(findingSeverity(kind)), findingName(kind));
     QString text;
-    for (const Finding& finding : group.first)
+    for (const Finding& finding : group.first) {
         text += head + finding.line() + QLatin1Char('\n');
+    }
     const qint64 rest = group.count - static_cast<qint64>(group.first.size());
-    if (rest > 0)
+    if (rest > 0) {
         text += head +
                 (group.first.empty() ? counted(rest, QStringLiteral("finding"))
                                      : QStringLiteral("and %1 more").arg(rest)) +
                 QLatin1Char('\n');
+    }
     return text;
 }
 
 QJsonValue placeJson(const std::optional<Vector>& place)
 {
-    if (!place)
+    if (!place) {
         return QJsonValue::Null;
+    }
     return QJsonArray{place->x(), place->y(), place->z()};
 }
 
@@ -58,8 +61,9 @@ QJsonObject findingJson(const Finding& finding)
 QJsonObject groupJson(FindingKind kind, const CaseFindings::Group& group)
 {
     QJsonArray first;
-    for (const Finding& finding : group.first)
+    for (const Finding& finding : group.first) {
         first.append(findingJson(finding));
+    }
     return {{"kind", findingName(kind)},
             {"severity", severityName(findingSeverity(kind))},
             {"count", group.count},
@@ -70,8 +74,9 @@ template <typename Container>
 QJsonArray countsJson(const Container& container)
 {
     QJsonArray counts;
-    for (int dimension = 0; dimension < 4; ++dimension)
+    for (int dimension = 0; dimension < 4; ++dimension) {
         counts.append(container.count(dimension));
+    }
     return counts;
 }
 
@@ -98,8 +103,9 @@ QByteArray VerifyReport::text() const
     QString text;
     for (const Severity severity : {Severity::Error, Severity::Warning}) {
         for (const auto& [kind, group] : findings_.groups()) {
-            if (findingSeverity(kind) == severity)
+            if (findingSeverity(kind) == severity) {
                 text += groupText(kind, group);
+            }
         }
     }
     return (text + summary() + QLatin1Char('\n')).toUtf8();
@@ -108,8 +114,9 @@ QByteArray VerifyReport::text() const
 QByteArray VerifyReport::json() const
 {
     QJsonArray groups;
-    for (const auto& [kind, group] : findings_.groups())
+    for (const auto& [kind, group] : findings_.groups()) {
         groups.append(groupJson(kind, group));
+    }
     const QJsonObject object{
         {"case", name_},
         {"sound", findings_.isSound()},

@@ -39,8 +39,9 @@ const Points unitSquare = {unitHex[0], unitHex[1], unitHex[2], unitHex[3]};
 Points permuted(const Points& points, std::initializer_list<std::size_t> order)
 {
     Points result;
-    for (const std::size_t index : order)
+    for (const std::size_t index : order) {
         result.push_back(points[index]);
+    }
     return result;
 }
 
@@ -113,8 +114,9 @@ private slots:
     {
         QFETCH(Points, points);
         const double volume = qualityOf(3, points).total();
-        for (Vector& point : points)
+        for (Vector& point : points) {
             point.set(point.x(), point.y(), -point.z());
+        }
         const MeshQuality quality = qualityOf(3, points);
         QVERIFY(qFuzzyCompare(quality.total(), -volume));
         QCOMPARE(quality.inverted(), std::vector<int>{1});
@@ -181,8 +183,9 @@ private slots:
     void aThinSmallElementIsNotDegenerate()
     {
         Points points = regularTet;
-        for (Vector& point : points)
+        for (Vector& point : points) {
             point *= 1e-7;
+        }
         const MeshQuality quality = qualityOf(3, points);
         QVERIFY(quality.degenerate().empty());
         QVERIFY(std::abs(quality.aspect().largest - 1.0) < 1e-9);
@@ -192,8 +195,9 @@ private slots:
     {
         Database database;
         Progress progress;
-        for (int i = 0; i < 3; ++i)
+        for (int i = 0; i < 3; ++i) {
             addElement(*database.mesh(), 3, unitHex);
+        }
         addElement(*database.mesh(), 3, regularWedge);
         const MeshQuality quality(*database.mesh(), 3, progress);
         QCOMPARE(quality.measure().largestId, 1);
@@ -204,15 +208,18 @@ private slots:
     {
         // The sides of a closed solid use each edge twice, in opposite directions.
         for (const ElementTopology& topology : ElementTopology::all()) {
-            if (topology.dimension != 3)
+            if (topology.dimension != 3) {
                 continue;
+            }
             std::set<std::pair<int, int>> edges;
             for (const std::vector<int>& side : topology.sides) {
-                for (std::size_t i = 0; i < side.size(); ++i)
+                for (std::size_t i = 0; i < side.size(); ++i) {
                     QVERIFY(edges.emplace(side[i], side[(i + 1) % side.size()]).second);
+                }
             }
-            for (const auto& [from, to] : edges)
+            for (const auto& [from, to] : edges) {
                 QVERIFY(edges.contains({to, from}));
+            }
         }
     }
 };

@@ -53,8 +53,9 @@ private slots:
     void aFailedSecondRenameTakesTheFirstBack()
     {
         QFETCH(bool, oldFile);
-        if (oldFile)
+        if (oldFile) {
             QVERIFY(writeContent(path("a"), "old a"));
+        }
         {
             OutputFiles files;
             files.add(path("a")).write("new a");
@@ -99,8 +100,9 @@ private slots:
         QFETCH(QString, reason);
         QVERIFY(QDir(directory_->path()).mkdir("directory"));
         QVERIFY(writeContent(path("file"), "old"));
-        if (reason.contains('%'))
+        if (reason.contains('%')) {
             reason = reason.arg(directory_->path());
+        }
         OutputFiles files;
         try {
             files.add(path(name));

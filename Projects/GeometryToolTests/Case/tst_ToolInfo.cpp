@@ -128,8 +128,9 @@ private slots:
     void showsTheFirstTenOfManyIds()
     {
         TinyCase tiny;
-        for (int id = 2; id <= 12; ++id)
+        for (int id = 2; id <= 12; ++id) {
             tiny.addElement(3, {1, 3, 2, 4}, tiny.region); // inside out
+        }
         const QJsonObject solids = infoOf(tiny)["quality"].toArray()[1].toObject();
         QCOMPARE(
             solids["inverted"].toObject(),
@@ -245,8 +246,9 @@ private:
 
     QJsonObject infoOf(TinyCase& tiny)
     {
-        if (!tiny.save(path("case")))
+        if (!tiny.save(path("case"))) {
             return {};
+        }
         const ToolRun run = runTool({"info", path("case"), "--json"});
         return run.exitCode == 0 ? QJsonDocument::fromJson(run.output).object() : QJsonObject();
     }

@@ -60,9 +60,10 @@ private slots:
         convert({"old", "-o", "new", "--mesh-format", "2013"});
         const QByteArray header("\0\0\0\1\0\0\0\15\0\0\0\0\0\0\0\5", 16);
         convert({"rich", "-o", "reference", "--mesh-format", "2013"});
-        for (const char* suffix : {".geo_model", ".geo_mesh"})
+        for (const char* suffix : {".geo_model", ".geo_mesh"}) {
             QCOMPARE(contentOf(path(QString("new") + suffix)),
                      header + contentOf(path(QString("reference") + suffix)).mid(16));
+        }
     }
 
     void takesNamesWithAndWithoutSuffix_data()
@@ -99,14 +100,16 @@ private slots:
     void everyRunGivesTheSameBytes()
     {
         TinyCase many;
-        for (int i = 0; i < 300; ++i)
+        for (int i = 0; i < 300; ++i) {
             many.addVertex(Vector(i, 0, 0))->attributes().insert(AttributeType::InBL, true);
+        }
         QVERIFY(many.save(path("many")));
         QByteArray first;
         for (const char* seed : {"0", "1", "20131", ""}) {
             QCOMPARE(runTool({"convert", path("many"), "-o", path("out")}, seed).exitCode, 0);
-            if (first.isEmpty())
+            if (first.isEmpty()) {
                 first = contentOf(path("out.geo_mesh"));
+            }
             QCOMPARE(contentOf(path("out.geo_mesh")), first);
         }
     }

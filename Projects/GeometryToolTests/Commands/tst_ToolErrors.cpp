@@ -57,23 +57,27 @@ private slots:
             << QStringList{"solver-input", "x", "-o", "y", "--sections", ""} << "section";
         QTest::newRow("scale is no number")
             << QStringList{"solver-input", "x", "-o", "y", "--scale", "mm"} << "--scale";
-        for (const char* size : {"0", "-1", "nan", "inf"})
+        for (const char* size : {"0", "-1", "nan", "inf"}) {
             QTest::addRow("mesh size %s", size)
                 << QStringList{"import", "x", "-o", "y", "--mesh-size", size}
                 << "error: --mesh-size must be a positive number\n";
+        }
         for (const char* command : {"import", "convert", "prepare"}) {
             const QStringList words = QStringList{command, "x", "-o"};
             const QStringList rest = words[0] == "prepare" ? QStringList{"--all"} : QStringList();
-            for (const char* output : {"", "missing/", "..", "missing/.geo_mesh"})
+            for (const char* output : {"", "missing/", "..", "missing/.geo_mesh"}) {
                 QTest::addRow("%s to '%s'", command, output)
                     << words + QStringList{output} + rest << "names no";
-            for (const char* output : {"/dev/stdout", "/dev/null", "/dev/fd/1", "/dev/new"})
+            }
+            for (const char* output : {"/dev/stdout", "/dev/null", "/dev/fd/1", "/dev/new"}) {
                 QTest::addRow("%s to %s", command, output)
                     << words + QStringList{output} + rest << "a case is two files";
+            }
         }
-        for (const char* output : {"", "missing/", "."})
+        for (const char* output : {"", "missing/", "."}) {
             QTest::addRow("solver-input to '%s'", output)
                 << QStringList{"solver-input", "x", "-o", output} << "names no";
+        }
         QTest::newRow("text to ''") << QStringList{"text", "x", "-o", ""} << "names no";
     }
 
@@ -91,8 +95,10 @@ private slots:
     void helpHasAnExampleForEachSubcommand_data()
     {
         QTest::addColumn<QString>("command");
-        for (const char* command : {"info", "verify", "convert", "text", "solver-input", "import"})
+        for (const char* command :
+             {"info", "verify", "convert", "text", "solver-input", "import"}) {
             QTest::newRow(command) << command;
+        }
     }
 
     void helpHasAnExampleForEachSubcommand()
@@ -135,11 +141,13 @@ private slots:
 
     void tellsWhereAFileIsTruncated()
     {
-        for (qsizetype size = 0; size < model_.size(); size += 23)
+        for (qsizetype size = 0; size < model_.size(); size += 23) {
             expectTruncation("tiny.geo_model", model_, size);
+        }
         QVERIFY(writeContent(path("tiny.geo_model"), model_));
-        for (qsizetype size = 0; size < mesh_.size(); size += 131)
+        for (qsizetype size = 0; size < mesh_.size(); size += 131) {
             expectTruncation("tiny.geo_mesh", mesh_, size);
+        }
         expectTruncation("tiny.geo_model", model_, model_.size() - 1);
         QVERIFY(writeContent(path("tiny.geo_model"), model_));
         expectTruncation("tiny.geo_mesh", mesh_, mesh_.size() - 1);
@@ -293,16 +301,18 @@ private slots:
         makeLinks();
         const QStringList before = filesIn(directory_->path());
         QList<QByteArray> contents;
-        for (const QString& file : before)
+        for (const QString& file : before) {
             contents += contentOf(path(file));
+        }
         const ToolRun run = runInside(arguments);
         QVERIFY2(isOneErrorLine(run.errors), run.errors.constData());
         QVERIFY2(run.errors.endsWith("is the input " + input.toUtf8() + "; give another name\n"),
                  run.errors.constData());
         QCOMPARE(run.exitCode, 2);
         QCOMPARE(filesIn(directory_->path()), before);
-        for (qsizetype i = 0; i < before.size(); ++i)
+        for (qsizetype i = 0; i < before.size(); ++i) {
             QCOMPARE(contentOf(path(before[i])), contents[i]);
+        }
     }
 
     void aCaseMayReplaceItself_data()
@@ -335,9 +345,10 @@ private slots:
         for (const QStringList& command : commands) {
             QTest::addRow("%s below a file", qPrintable(command[0]))
                 << command << "tiny.geo_model/out";
-            if (command[0] != "text")
+            if (command[0] != "text") {
                 QTest::addRow("%s in no directory", qPrintable(command[0]))
                     << command << "missing/out";
+            }
             QTest::addRow("%s in a closed directory", qPrintable(command[0]))
                 << command << "closed/out";
         }
@@ -350,8 +361,9 @@ private slots:
         QFETCH(QString, output);
         QVERIFY(QDir(directory_->path()).mkdir("closed"));
         QVERIFY(QFile::setPermissions(path("closed"), QFile::ReadOwner | QFile::ExeOwner));
-        if (output == "closed/out" && geteuid() == 0)
+        if (output == "closed/out" && geteuid() == 0) {
             QSKIP("no directory is closed to the superuser");
+        }
         const QStringList before = filesIn(directory_->path());
         const ToolRun run = runTool(command + QStringList{path(output), path("tiny")});
         QCOMPARE(run.exitCode, 5);
@@ -377,12 +389,14 @@ private slots:
         QFETCH(QStringList, command);
         QFETCH(QStringList, files);
         TinyCase big;
-        for (int i = 0; i < 5000; ++i)
+        for (int i = 0; i < 5000; ++i) {
             big.addVertex(Ovra::Geo::Vector(i, 0.123456789, 0));
+        }
         QVERIFY(big.save(path("big")));
         QVERIFY(QDir(directory_->path()).mkdir("dumps"));
-        for (const QString& file : files)
+        for (const QString& file : files) {
             QVERIFY(writeContent(path(file), "old"));
+        }
         const QStringList before = filesIn(directory_->path()) + filesIn(path("dumps"));
         const ToolRun run =
             runTool({command[0], path("big"), command[1], path(command[2])}, {}, [] {
@@ -392,8 +406,9 @@ private slots:
         QCOMPARE(run.exitCode, 5);
         QVERIFY2(isOneErrorLine(run.errors), run.errors.constData());
         QVERIFY2(run.errors.contains("File too large"), run.errors.constData());
-        for (const QString& file : files)
+        for (const QString& file : files) {
             QCOMPARE(contentOf(path(file)), QByteArray("old"));
+        }
         QCOMPARE(filesIn(directory_->path()) + filesIn(path("dumps")), before);
     }
 

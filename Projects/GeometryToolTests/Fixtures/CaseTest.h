@@ -50,8 +50,9 @@ protected:
     QStringList importArguments(const QString& name) const
     {
         QStringList arguments{"import", input(".geo"), "-o", name, "--attributes", input(".json")};
-        if (facts_.meshSize > 0)
+        if (facts_.meshSize > 0) {
             arguments += {"--mesh-size", QString::number(facts_.meshSize)};
+        }
         return arguments;
     }
 
@@ -103,22 +104,26 @@ private slots:
         }
         QCOMPARE(imported_->mesh()->count(0), nodes);
         QCOMPARE(imported_->mesh()->count(3), elements);
-        for (int d = 0; d <= 3; ++d)
+        for (int d = 0; d <= 3; ++d) {
             QCOMPARE(imported_->model()->count(d), GmshFixture::entityCount(d));
+        }
         for (int d = 1; d <= 2; ++d) {
-            for (ModelEntity* entity : imported_->entities(d))
+            for (ModelEntity* entity : imported_->entities(d)) {
                 QCOMPARE(entity->childCount(), GmshFixture::elementCount(d, entity->id()));
+            }
         }
     }
 
     void hasTheVolumesOfTheKernel()
     {
         for (ModelEntity* region : imported_->entities(3)) {
-            if (facts_.unmeshed.contains(region->name()))
+            if (facts_.unmeshed.contains(region->name())) {
                 continue;
+            }
             double expected = facts_.volumes.value(region->name());
-            if (expected == 0)
+            if (expected == 0) {
                 gmsh::model::occ::getMass(3, region->id(), expected);
+            }
             const double tolerance = facts_.volumeTolerance.value(region->name(), 1e-9);
             const double found = ImportedCase::volume(region);
             QVERIFY2(qAbs(found / expected - 1.0) < tolerance,
@@ -133,17 +138,19 @@ private slots:
 
     void hasBoundariesAsEulerHasThem()
     {
-        for (ModelEntity* region : imported_->entities(3))
+        for (ModelEntity* region : imported_->entities(3)) {
             QCOMPARE(ImportedCase::eulerCharacteristic(region),
                      expectedEulerCharacteristic(region));
+        }
     }
 
     void hasTheKindsOfElements()
     {
         for (ModelEntity* region : imported_->entities(3)) {
             const int corners = facts_.wedges.contains(region->name()) ? 6 : 4;
-            for (auto* element : ImportedCase::children(region))
+            for (auto* element : ImportedCase::children(region)) {
                 QCOMPARE(element->adjacencyCount(0), corners);
+            }
         }
     }
 
@@ -183,8 +190,9 @@ private slots:
         QCOMPARE(sectionLines("nodes").size(), prepared_->mesh()->count(0) + 2);
         qsizetype expected = 2;
         for (ModelEntity* region : prepared_->entities(3)) {
-            if (!region->attributes().contains(Ovra::Geo::AttributeType::IsShell))
+            if (!region->attributes().contains(Ovra::Geo::AttributeType::IsShell)) {
                 expected += region->childCount();
+            }
         }
         QCOMPARE(sectionLines("elements").size(), expected);
     }

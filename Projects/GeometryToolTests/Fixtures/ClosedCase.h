@@ -63,17 +63,20 @@ public:
     PlanarCase()
     {
         using namespace Ovra::Geo;
-        for (auto& face : faces)
+        for (auto& face : faces) {
             add(face = new ModelFace);
-        for (auto& edge : edges)
+        }
+        for (auto& edge : edges) {
             add(edge = new ModelEdge);
+        }
         ClosedCase::link(edges[0], faces[0]);
         ClosedCase::link(edges[0], faces[1]);
         ClosedCase::link(edges[1], faces[0]);
         ClosedCase::link(edges[2], faces[1]);
         for (const Vector& point :
-             {Vector(0, 0, 0), Vector(1, 0, 0), Vector(1, 1, 0), Vector(0, 1, 0)})
+             {Vector(0, 0, 0), Vector(1, 0, 0), Vector(1, 1, 0), Vector(0, 1, 0)}) {
             addVertex(point);
+        }
         addElement(2, {1, 2, 3}, faces[0]);
         addElement(1, {1, 3}, edges[0]);
         addElement(1, {1, 2}, edges[1]);
@@ -96,8 +99,9 @@ public:
                                       Ovra::Geo::ModelEntity* parent)
     {
         auto* const element = Ovra::Geo::MeshEntity::create(dimension);
-        for (const int id : vertexIds)
+        for (const int id : vertexIds) {
             element->addAdjacency(database.mesh()->entity(0, id));
+        }
         database.mesh()->add(element);
         parent->addChild(element);
         return element;

@@ -65,8 +65,9 @@ public:
         std::vector<std::vector<std::size_t>> nodes;
         gmsh::model::mesh::getElements(types, elements, nodes, dimension, tag);
         int count = 0;
-        for (const auto& list : elements)
+        for (const auto& list : elements) {
             count += static_cast<int>(list.size());
+        }
         return count;
     }
 
@@ -108,8 +109,9 @@ public:
     {
         QByteArray text = "128,1,1,1,1,0,0,1,0,0,0.,0.,1.,1.,0.,0.,1.,1.,1.,1.,1.,1.,";
         for (const Point& point : {p00, p10, p01, p11}) {
-            for (const double coordinate : point)
+            for (const double coordinate : point) {
                 text += QByteArray::number(coordinate, 'f', 6) + ',';
+            }
         }
         patches_.append(text + "0.,1.,0.,1.;");
     }
@@ -134,9 +136,10 @@ public:
         for (const QByteArray& patch : patches_) {
             const int first = lines + 1;
             const int entry = entries + 1;
-            for (qsizetype i = 0; i < patch.size(); i += 64)
+            for (qsizetype i = 0; i < patch.size(); i += 64) {
                 parameters +=
                     patch.mid(i, 64).leftJustified(64) + number(entry) + sequence('P', ++lines);
+            }
             directory += number(128) + number(first) + number(0) + number(0) + number(0) +
                          number(0) + number(0) + number(0) + "00000000" + sequence('D', ++entries);
             directory += number(128) + number(0) + number(0) + number(lines - first + 1) +
@@ -146,8 +149,9 @@ public:
         const QByteArray global = global_();
         QByteArray globalLines;
         int globals = 0;
-        for (qsizetype i = 0; i < global.size(); i += 72)
+        for (qsizetype i = 0; i < global.size(); i += 72) {
             globalLines += global.mid(i, 72).leftJustified(72) + sequence('G', ++globals);
+        }
         const QByteArray terminate =
             "S" + count(1) + "G" + count(globals) + "D" + count(entries) + "P" + count(lines);
         return QByteArray("patches").leftJustified(72) + sequence('S', 1) + globalLines +

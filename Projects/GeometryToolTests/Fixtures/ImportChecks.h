@@ -35,8 +35,9 @@ public:
         QFile modelFile(name + QStringLiteral(".geo_model"));
         QFile meshFile(name + QStringLiteral(".geo_mesh"));
         opened_ = modelFile.open(QIODevice::ReadOnly) && meshFile.open(QIODevice::ReadOnly);
-        if (!opened_)
+        if (!opened_) {
             return;
+        }
         QDataStream modelStream(&modelFile);
         QDataStream meshStream(&meshFile);
         database_.model()->read(modelStream);
@@ -60,8 +61,9 @@ public:
     {
         std::vector<ModelEntity*> result;
         auto walk = model()->orderedIterator(dimension);
-        while (walk.hasNext())
+        while (walk.hasNext()) {
             result.push_back(walk.next());
+        }
         return result;
     }
 
@@ -69,8 +71,9 @@ public:
     {
         std::vector<MeshEntity*> result;
         auto walk = mesh()->orderedIterator(dimension);
-        while (walk.hasNext())
+        while (walk.hasNext()) {
             result.push_back(walk.next());
+        }
         return result;
     }
 
@@ -89,8 +92,9 @@ public:
     static std::vector<MeshEntity*> vertices(MeshEntity* element)
     {
         std::vector<MeshEntity*> result;
-        for (int i = 0; i < element->adjacencyCount(0); ++i)
+        for (int i = 0; i < element->adjacencyCount(0); ++i) {
             result.push_back(element->adjacencyAt(0, i));
+        }
         return result;
     }
 
@@ -102,10 +106,11 @@ public:
         const auto& tables = outwardFaces();
         double sum = 0;
         for (const auto& face : tables.at(v.size())) {
-            for (std::size_t i = 1; i + 1 < face.size(); ++i)
+            for (std::size_t i = 1; i + 1 < face.size(); ++i) {
                 sum += (((at(v, face[0]) - at(v, 0)) ^ (at(v, face[i]) - at(v, 0))) *
                         (at(v, face[i + 1]) - at(v, 0))) /
                        6.0;
+            }
         }
         return sum;
     }
@@ -113,8 +118,9 @@ public:
     static double volume(ModelEntity* region)
     {
         double sum = 0;
-        for (MeshEntity* element : children(region))
+        for (MeshEntity* element : children(region)) {
             sum += volume(element);
+        }
         return sum;
     }
 
@@ -143,8 +149,9 @@ public:
                 const auto v = vertices(face);
                 ++faces;
                 vertexSet.insert(v.begin(), v.end());
-                for (std::size_t n = 0; n < v.size(); ++n)
+                for (std::size_t n = 0; n < v.size(); ++n) {
                     edgeSet.insert(std::minmax(v[n], v[(n + 1) % v.size()]));
+                }
             }
         }
         return static_cast<int>(vertexSet.size()) - static_cast<int>(edgeSet.size()) + faces;
@@ -157,8 +164,9 @@ private:
     {
         for (const auto check : checks) {
             const QString fault = (this->*check)();
-            if (!fault.isEmpty())
+            if (!fault.isEmpty()) {
                 return fault;
+            }
         }
         return QString();
     }
@@ -182,8 +190,9 @@ private:
     QString volumeFaults()
     {
         for (MeshEntity* each : meshEntities(3)) {
-            if (!(volume(each) > 0))
+            if (!(volume(each) > 0)) {
                 return QStringLiteral("element %1 has no positive volume").arg(each->id());
+            }
         }
         return QString();
     }
@@ -194,19 +203,22 @@ private:
     {
         for (ModelEntity* face : entities(2)) {
             int regions = 0;
-            for (int i = 0; i < face->adjacencyCount(3); ++i)
+            for (int i = 0; i < face->adjacencyCount(3); ++i) {
                 regions += face->adjacencyAt(3, i)->childCount() > 0 ? 1 : 0;
+            }
             for (MeshEntity* child : children(face)) {
-                if (model()->is3d() && child->adjacencyCount(3) != regions)
+                if (model()->is3d() && child->adjacencyCount(3) != regions) {
                     return QStringLiteral(
                                "mesh face %1 has %2 elements, its face %3 meshed regions")
                         .arg(child->id())
                         .arg(child->adjacencyCount(3))
                         .arg(regions);
+                }
                 for (int i = 0; i < child->adjacencyCount(3); ++i) {
                     const QString fault = localFault(child, child->adjacencyAt(3, i));
-                    if (!fault.isEmpty())
+                    if (!fault.isEmpty()) {
                         return fault;
+                    }
                 }
             }
         }
@@ -218,19 +230,22 @@ private:
         const int local = Ovra::Geo::Utility::getLocalFaceIndex(face, element);
         const auto v = vertices(element);
         const auto& rows = outwardFaces().at(v.size());
-        if (local < 0 || static_cast<std::size_t>(local) >= rows.size())
+        if (local < 0 || static_cast<std::size_t>(local) >= rows.size()) {
             return QStringLiteral("face %1 is none of element %2")
                 .arg(face->id())
                 .arg(element->id());
+        }
         std::set<MeshEntity*> expected;
-        for (const int vertex : rows[static_cast<std::size_t>(local)])
+        for (const int vertex : rows[static_cast<std::size_t>(local)]) {
             expected.insert(v[static_cast<std::size_t>(vertex)]);
+        }
         const auto own = vertices(face);
-        if (expected != std::set<MeshEntity*>(own.begin(), own.end()))
+        if (expected != std::set<MeshEntity*>(own.begin(), own.end())) {
             return QStringLiteral("face %1 is not local face %2 of element %3")
                 .arg(face->id())
                 .arg(local)
                 .arg(element->id());
+        }
         return QString();
     }
 
@@ -242,29 +257,35 @@ private:
             const auto v = vertices(each);
             for (const auto& row : outwardFaces().at(v.size())) {
                 std::set<int> key;
-                for (const int vertex : row)
+                for (const int vertex : row) {
                     key.insert(v[static_cast<std::size_t>(vertex)]->id());
+                }
                 sides[key].push_back(each);
             }
         }
         std::set<std::set<int>> needed;
         for (const auto& [key, elements] : sides) {
-            if (elements.size() > 2)
+            if (elements.size() > 2) {
                 return QStringLiteral("a face has %1 elements").arg(elements.size());
-            if (elements.size() == 1 || elements[0]->parent() != elements[1]->parent())
+            }
+            if (elements.size() == 1 || elements[0]->parent() != elements[1]->parent()) {
                 needed.insert(key);
+            }
         }
-        if (!model()->is3d())
+        if (!model()->is3d()) {
             return QString();
+        }
         std::set<std::set<int>> present;
         for (MeshEntity* each : meshEntities(2)) {
             std::set<int> key;
-            for (MeshEntity* vertex : vertices(each))
+            for (MeshEntity* vertex : vertices(each)) {
                 key.insert(vertex->id());
+            }
             present.insert(key);
         }
-        if (!std::includes(present.begin(), present.end(), needed.begin(), needed.end()))
+        if (!std::includes(present.begin(), present.end(), needed.begin(), needed.end())) {
             return QStringLiteral("sides of elements on the boundary have no mesh face");
+        }
         return QString();
     }
 
@@ -277,20 +298,22 @@ private:
                     std::set<ModelEntity*> seen;
                     for (int i = 0; i < entity->adjacencyCount(other); ++i) {
                         ModelEntity* const neighbour = entity->adjacencyAt(other, i);
-                        if (!seen.insert(neighbour).second || !neighbour->isAdjacentTo(entity))
+                        if (!seen.insert(neighbour).second || !neighbour->isAdjacentTo(entity)) {
                             return QStringLiteral("entity %1 of dimension %2: wrong link to %3 of "
                                                   "dimension %4")
                                 .arg(entity->id())
                                 .arg(d)
                                 .arg(neighbour->id())
                                 .arg(other);
+                        }
                         for (int low = 0; low < other && other < d; ++low) {
                             for (int j = 0; j < neighbour->adjacencyCount(low); ++j) {
-                                if (!entity->isAdjacentTo(neighbour->adjacencyAt(low, j)))
+                                if (!entity->isAdjacentTo(neighbour->adjacencyAt(low, j))) {
                                     return QStringLiteral("entity %1 of dimension %2 is not linked "
                                                           "to what bounds its boundary")
                                         .arg(entity->id())
                                         .arg(d);
+                                }
                             }
                         }
                     }
@@ -307,13 +330,15 @@ private:
         for (int d = 0; d <= 3; ++d) {
             for (MeshEntity* each : meshEntities(d)) {
                 const ModelEntity* parent = each->parent();
-                if (parent == nullptr || (d > 0 && parent->dimension() != d))
+                if (parent == nullptr || (d > 0 && parent->dimension() != d)) {
                     return QStringLiteral("mesh entity %1 of dimension %2 has no proper parent")
                         .arg(each->id())
                         .arg(d);
+                }
                 if (d == 0 && parent->dimension() == 0 &&
-                    (parent->centroid() - each->centroid()).length() > 1e-9)
+                    (parent->centroid() - each->centroid()).length() > 1e-9) {
                     return QStringLiteral("vertex %1 is off its model vertex").arg(each->id());
+                }
             }
         }
         return QString();

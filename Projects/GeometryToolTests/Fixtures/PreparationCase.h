@@ -1,8 +1,8 @@
 #pragma once
 
+#include "AttributeType.h"
 #include "GeometryDatabaseTests/GridMesh.h"
 #include "GeometryDatabaseTests/MeshChecks.h"
-#include "AttributeType.h"
 #include "Preparation.h"
 #include "Progress.h"
 #include "SavedCase.h"
@@ -78,18 +78,21 @@ inline QString findPartedFace(Database& database)
     for (MeshEntity* meshFace : MeshChecks::sorted(database.mesh()->iterator(dimension))) {
         int meshed = 0;
         auto regions = meshFace->parent()->adjacencyIterator(dimension + 1);
-        while (regions.hasNext())
+        while (regions.hasNext()) {
             meshed += regions.next()->childCount() > 0 ? 1 : 0;
+        }
         const QList<MeshEntity*> elements = MeshChecks::neighbours(meshFace, dimension + 1);
-        if (elements.size() != meshed)
+        if (elements.size() != meshed) {
             return QStringLiteral("%1 has %2 elements, not %3")
                 .arg(MeshChecks::text(meshFace))
                 .arg(elements.size())
                 .arg(meshed);
+        }
         for (const MeshEntity* element : elements) {
             for (MeshEntity* vertex : MeshChecks::neighbours(meshFace, 0)) {
-                if (!MeshChecks::neighbours(element, 0).contains(vertex))
+                if (!MeshChecks::neighbours(element, 0).contains(vertex)) {
                     return MeshChecks::text(meshFace) + QStringLiteral(" has a foreign vertex");
+                }
             }
         }
     }
@@ -100,8 +103,9 @@ inline QString findPartedFace(Database& database)
 inline QString findFault(Database& database)
 {
     const QString dead = MeshChecks::findDeadPointer(&database);
-    if (!dead.isEmpty())
+    if (!dead.isEmpty()) {
         return dead;
+    }
     const QString parted = findPartedFace(database);
     return parted.isEmpty() ? MeshChecks::findStaleUpwardList(&database) : parted;
 }
@@ -117,8 +121,9 @@ inline QString findSharedVertex(Database& database, const QSet<int>& some, const
             inSome = inSome || some.contains(element->parent()->id());
             inOthers = inOthers || others.contains(element->parent()->id());
         }
-        if (inSome && inOthers)
+        if (inSome && inOthers) {
             return MeshChecks::text(vertex) + QStringLiteral(" is shared");
+        }
     }
     return QString();
 }
@@ -130,8 +135,9 @@ inline QStringList shapes(const ModelEntity* face)
     QStringList result;
     for (const MeshEntity* meshFace : MeshChecks::sorted(face->childIterator())) {
         QStringList places;
-        for (const MeshEntity* vertex : MeshChecks::neighbours(meshFace, 0))
+        for (const MeshEntity* vertex : MeshChecks::neighbours(meshFace, 0)) {
             places.append(vertex->centroid().toString());
+        }
         places.sort();
         result.append(places.join(QLatin1Char(';')));
     }

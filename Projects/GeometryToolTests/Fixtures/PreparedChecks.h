@@ -35,8 +35,9 @@ public:
     {
         std::vector<ModelEntity*> result;
         for (ModelEntity* entity : entities(dimension)) {
-            if (entity->attributes().contains(type))
+            if (entity->attributes().contains(type)) {
                 result.push_back(entity);
+            }
         }
         return result;
     }
@@ -44,8 +45,9 @@ public:
     ModelEntity* named(int dimension, const QString& name)
     {
         for (ModelEntity* entity : entities(dimension)) {
-            if (entity->name() == name)
+            if (entity->name() == name) {
                 return entity;
+            }
         }
         return nullptr;
     }
@@ -67,8 +69,9 @@ public:
         Places result;
         for (MeshEntity* child : children(entity)) {
             std::multiset<Place> corners;
-            for (MeshEntity* vertex : vertices(child))
+            for (MeshEntity* vertex : vertices(child)) {
                 corners.insert(place(vertex));
+            }
             result.insert(corners);
         }
         return result;
@@ -79,11 +82,13 @@ public:
     {
         for (ModelEntity* old : before.entities(3)) {
             ModelEntity* const region = model()->entity(3, old->id());
-            if (region == nullptr)
+            if (region == nullptr) {
                 return QStringLiteral("region %1 is gone").arg(old->id());
+            }
             const double expected = volume(old);
-            if (!(std::abs(volume(region) - expected) <= 1e-10 * expected))
+            if (!(std::abs(volume(region) - expected) <= 1e-10 * expected)) {
                 return QStringLiteral("region %1 has changed its volume").arg(old->id());
+            }
         }
         return QString();
     }
@@ -100,8 +105,9 @@ public:
     {
         const QString fault =
             doublingFaults(AttributeType::StatorFace, AttributeType::RotorFace, count);
-        if (!fault.isEmpty())
+        if (!fault.isEmpty()) {
             return fault;
+        }
         for (ModelEntity* face : having(2, AttributeType::StatorFace)) {
             ModelEntity* const stator = model()->entity(2, intOf(face, AttributeType::StatorFace));
             const auto ofStator = meshVertices(stator);
@@ -109,10 +115,11 @@ public:
                 MeshEntity* const twin =
                     mesh()->entity(0, intOf(vertex, AttributeType::StatorVertex));
                 if (ofStator.count(twin) == 0 || place(twin) != place(vertex) ||
-                    intOf(twin, AttributeType::RotorVertex) != vertex->id())
+                    intOf(twin, AttributeType::RotorVertex) != vertex->id()) {
                     return QStringLiteral("vertex %1 of rotor face %2 has no proper stator vertex")
                         .arg(vertex->id())
                         .arg(face->id());
+                }
             }
         }
         return QString();
@@ -122,12 +129,14 @@ public:
     QString replicaFaults(std::size_t count)
     {
         const auto replicas = having(3, AttributeType::OriginalMotionRegion);
-        if (replicas.size() != count)
+        if (replicas.size() != count) {
             return QStringLiteral("%1 replicas").arg(replicas.size());
+        }
         for (ModelEntity* replica : replicas) {
             const QString fault = replicaFault(replica);
-            if (!fault.isEmpty())
+            if (!fault.isEmpty()) {
                 return fault;
+            }
         }
         return QString();
     }
@@ -143,11 +152,13 @@ public:
             if (partner == nullptr || partner == face ||
                 intOf(partner, AttributeType::PeriodicFace) != face->id() ||
                 intOf(partner, AttributeType::PeriodicPairId) !=
-                    intOf(face, AttributeType::PeriodicPairId))
+                    intOf(face, AttributeType::PeriodicPairId)) {
                 return QStringLiteral("face %1 has no proper partner").arg(face->id());
+            }
             const bool isFirst = intOf(face, AttributeType::PeriodicSideId) == 1;
-            for (MeshEntity* vertex : meshVertices(face))
+            for (MeshEntity* vertex : meshVertices(face)) {
                 ties[vertex].push_back({face, partner, isFirst ? forward : back});
+            }
         }
         return tieFaults(ties, PeriodicTags, tolerance);
     }
@@ -160,12 +171,15 @@ public:
         for (ModelEntity* face : having(2, AttributeType::ExtrudedFace)) {
             ModelEntity* const partner =
                 model()->entity(2, intOf(face, AttributeType::ExtrudedFace));
-            if (partner == nullptr)
+            if (partner == nullptr) {
                 return QStringLiteral("face %1 has no partner").arg(face->id());
-            for (MeshEntity* vertex : meshVertices(face))
+            }
+            for (MeshEntity* vertex : meshVertices(face)) {
                 ties[vertex].push_back({face, partner, stay});
-            for (MeshEntity* vertex : meshVertices(partner))
+            }
+            for (MeshEntity* vertex : meshVertices(partner)) {
                 ties[vertex].push_back({partner, face, stay});
+            }
         }
         return tieFaults(ties, ExtrudedTags, tolerance);
     }
@@ -180,10 +194,12 @@ public:
                 MeshEntity* const partner =
                     mesh()->entity(0, intOf(vertex, AttributeType::ShellVertex));
                 if (ofTwin.count(partner) == 0 ||
-                    intOf(partner, AttributeType::ShellVertex) != vertex->id())
+                    intOf(partner, AttributeType::ShellVertex) != vertex->id()) {
                     return QStringLiteral("vertex %1 has no partner").arg(vertex->id());
-                if ((partner->centroid() - vertex->centroid() - offset).length() > tolerance)
+                }
+                if ((partner->centroid() - vertex->centroid() - offset).length() > tolerance) {
                     return QStringLiteral("vertex %1 has the wrong partner").arg(vertex->id());
+                }
             }
         }
         return QString();
@@ -194,11 +210,12 @@ public:
     {
         const auto a = meshVertices(one);
         for (MeshEntity* vertex : meshVertices(other)) {
-            if (a.count(vertex) != 0)
+            if (a.count(vertex) != 0) {
                 return QStringLiteral("entities %1 and %2 share vertex %3")
                     .arg(one->id())
                     .arg(other->id())
                     .arg(vertex->id());
+            }
         }
         return QString();
     }
@@ -238,21 +255,27 @@ private:
                            std::size_t count)
     {
         const auto faces = having(2, toNew);
-        if (faces.size() != count || having(2, toOld).size() != count)
+        if (faces.size() != count || having(2, toOld).size() != count) {
             return QStringLiteral("%1 faces are doubled").arg(faces.size());
+        }
         for (ModelEntity* face : faces) {
             ModelEntity* const twin = model()->entity(2, intOf(face, toNew));
-            if (twin == nullptr || intOf(twin, toOld) != face->id())
+            if (twin == nullptr || intOf(twin, toOld) != face->id()) {
                 return QStringLiteral("face %1 has no proper twin").arg(face->id());
-            if (face->adjacencyCount(3) != 1 || twin->adjacencyCount(3) != 1)
+            }
+            if (face->adjacencyCount(3) != 1 || twin->adjacencyCount(3) != 1) {
                 return QStringLiteral("face %1 or its twin has not one region").arg(face->id());
-            if (places(face) != places(twin))
+            }
+            if (places(face) != places(twin)) {
                 return QStringLiteral("face %1 and its twin do not coincide").arg(face->id());
+            }
             QString fault = sharingFaults(face, twin);
-            if (fault.isEmpty())
+            if (fault.isEmpty()) {
                 fault = sharingFaults(face->adjacencyAt(3, 0), twin->adjacencyAt(3, 0));
-            if (!fault.isEmpty())
+            }
+            if (!fault.isEmpty()) {
                 return fault;
+            }
         }
         return QString();
     }
@@ -261,35 +284,42 @@ private:
     {
         ModelEntity* const old =
             model()->entity(3, intOf(replica, AttributeType::OriginalMotionRegion));
-        if (old == nullptr || intOf(old, AttributeType::NewMotionRegion) != replica->id())
+        if (old == nullptr || intOf(old, AttributeType::NewMotionRegion) != replica->id()) {
             return QStringLiteral("replica %1 has no proper original").arg(replica->id());
+        }
         if (old->attributes().contains(AttributeType::MotionType) ||
-            !replica->attributes().contains(AttributeType::MotionType))
+            !replica->attributes().contains(AttributeType::MotionType)) {
             return QStringLiteral("the motion is not the replica's alone");
-        if (places(old) != places(replica))
+        }
+        if (places(old) != places(replica)) {
             return QStringLiteral("replica %1 is not where its original is").arg(replica->id());
-        if (old->adjacencyCount(2) != replica->adjacencyCount(2))
+        }
+        if (old->adjacencyCount(2) != replica->adjacencyCount(2)) {
             return QStringLiteral("replica %1 has not the faces of its original")
                 .arg(replica->id());
+        }
         for (int i = 0; i < old->adjacencyCount(2); ++i) {
-            if (places(old->adjacencyAt(2, i)) != places(replica->adjacencyAt(2, i)))
+            if (places(old->adjacencyAt(2, i)) != places(replica->adjacencyAt(2, i))) {
                 return QStringLiteral("face %1 of replica %2 is not in place")
                     .arg(i)
                     .arg(replica->id());
+            }
         }
         for (ModelEntity* other : entities(3)) {
             const QString fault = other == replica ? QString() : sharingFaults(replica, other);
-            if (!fault.isEmpty())
+            if (!fault.isEmpty()) {
                 return fault;
+            }
         }
         for (MeshEntity* vertex : meshVertices(replica)) {
             MeshEntity* const original =
                 mesh()->entity(0, intOf(vertex, AttributeType::OriginalMotionVertex));
             if (original == nullptr || place(original) != place(vertex) ||
-                !original->attributes().contains(AttributeType::NewMotionVertex))
+                !original->attributes().contains(AttributeType::NewMotionVertex)) {
                 return QStringLiteral("vertex %1 of replica %2 has no proper original")
                     .arg(vertex->id())
                     .arg(replica->id());
+            }
         }
         return QString();
     }
@@ -301,14 +331,16 @@ private:
             QString fault;
             for (const Tie& tie : candidates) {
                 fault = tieFault(vertex, tie, tags, tolerance);
-                if (fault.isEmpty())
+                if (fault.isEmpty()) {
                     break;
+                }
             }
-            if (!fault.isEmpty())
+            if (!fault.isEmpty()) {
                 return QStringLiteral("vertex %1 of face %2: %3")
                     .arg(vertex->id())
                     .arg(candidates.back().face->id())
                     .arg(fault);
+            }
         }
         return ties.empty() ? QStringLiteral("nothing to be tied") : QString();
     }
@@ -321,25 +353,29 @@ private:
         MeshEntity* const tied =
             dimension < 0 ? nullptr : mesh()->entity(dimension, intOf(vertex, tags.id));
         const QVariantList weights = attributes.value(tags.weights, QVariant()).toList();
-        if (tied == nullptr || !liesOn(tied, tie.partner))
+        if (tied == nullptr || !liesOn(tied, tie.partner)) {
             return QStringLiteral("not tied to face %1").arg(tie.partner->id());
+        }
         const auto corners = dimension == 0 ? std::vector<MeshEntity*>{tied} : vertices(tied);
-        if (static_cast<std::size_t>(weights.size()) != corners.size())
+        if (static_cast<std::size_t>(weights.size()) != corners.size()) {
             return QStringLiteral("%1 weights").arg(weights.size());
+        }
         double sum = 0;
         Vector rebuilt;
         for (std::size_t i = 0; i < corners.size(); ++i) {
             const double weight = weights.at(static_cast<qsizetype>(i)).toDouble();
-            if (!(weight >= 0))
+            if (!(weight >= 0)) {
                 return QStringLiteral("weight %1").arg(weight);
+            }
             sum += weight;
             rebuilt += weight * corners[i]->centroid();
         }
         const double off = (rebuilt - tie.transform(vertex->centroid())).length();
-        if (!(std::abs(sum - 1) < 1e-9) || !(off <= tolerance))
+        if (!(std::abs(sum - 1) < 1e-9) || !(off <= tolerance)) {
             return QStringLiteral("weights sum to %1 and rebuild a place %2 off")
                 .arg(sum, 0, 'g', 12)
                 .arg(off);
+        }
         return QString();
     }
 

@@ -16,8 +16,9 @@ inline bool save(Ovra::Geo::Database& database, const QString& name)
 {
     QFile modelFile(name + QStringLiteral(".geo_model"));
     QFile meshFile(name + QStringLiteral(".geo_mesh"));
-    if (!modelFile.open(QIODevice::WriteOnly) || !meshFile.open(QIODevice::WriteOnly))
+    if (!modelFile.open(QIODevice::WriteOnly) || !meshFile.open(QIODevice::WriteOnly)) {
         return false;
+    }
     QDataStream modelStream(&modelFile);
     QDataStream meshStream(&meshFile);
     database.model()->write(modelStream);

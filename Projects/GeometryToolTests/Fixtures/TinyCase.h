@@ -32,8 +32,9 @@ public:
         const std::array<Ovra::Geo::Vector, 4> points = {
             Ovra::Geo::Vector(0, 0, 0), Ovra::Geo::Vector(1, 0, 0), Ovra::Geo::Vector(0, 1, 0),
             Ovra::Geo::Vector(0, 0, 1)};
-        for (std::size_t i = 0; i < points.size(); ++i)
+        for (std::size_t i = 0; i < points.size(); ++i) {
             vertices[i] = addVertex(points[i]);
+        }
         tetrahedron = addElement(3, {1, 2, 3, 4}, region);
         bottom = addElement(2, {1, 3, 2}, face);
     }
@@ -57,11 +58,13 @@ public:
                                       Ovra::Geo::ModelEntity* parent)
     {
         Ovra::Geo::MeshEntity* const element = Ovra::Geo::MeshEntity::create(dimension);
-        for (const int id : vertexIds)
+        for (const int id : vertexIds) {
             element->addAdjacency(mesh()->entity(0, id));
+        }
         mesh()->add(element);
-        if (parent)
+        if (parent) {
             parent->addChild(element);
+        }
         return element;
     }
 

@@ -26,15 +26,18 @@ inline ToolRun runTool(const QStringList& arguments, const QString& hashSeed = Q
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.remove(QStringLiteral("QT_HASH_SEED"));
-    if (!hashSeed.isEmpty())
+    if (!hashSeed.isEmpty()) {
         environment.insert(QStringLiteral("QT_HASH_SEED"), hashSeed);
+    }
     process.setProcessEnvironment(environment);
-    if (childModifier)
+    if (childModifier) {
         process.setChildProcessModifier(childModifier);
+    }
     process.start(QStringLiteral(OVRAGEO_PATH), arguments);
     ToolRun run;
-    if (process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit)
+    if (process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit) {
         run.exitCode = process.exitCode();
+    }
     run.output = process.readAllStandardOutput();
     run.errors = process.readAllStandardError();
     return run;

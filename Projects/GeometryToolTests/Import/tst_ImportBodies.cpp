@@ -127,8 +127,9 @@ private slots:
         ImportedCase imported(path("case"));
         QCOMPARE(imported.faults(), QString());
         int shared = 0;
-        for (const auto* face : imported.entities(2))
+        for (const auto* face : imported.entities(2)) {
             shared += face->adjacencyCount(3) == 2 ? 1 : 0;
+        }
         QCOMPARE(shared, 2);
     }
 

@@ -30,8 +30,9 @@ private slots:
         gmsh::model::addPhysicalGroup(2, {1, 3}, 2);
         gmsh::model::setPhysicalName(2, 2, "left");
         gmsh::model::mesh::generate(3);
-        for (const char* suffix : {"unv", "bdf", "vtk", "mesh", "inp", "stl"})
+        for (const char* suffix : {"unv", "bdf", "vtk", "mesh", "inp", "stl"}) {
             GmshFixture::write(path("two.") + QLatin1String(suffix));
+        }
         GmshFixture::write(path("two2.msh"), true, 2.2);
         GmshFixture::write(path("two.msh"));
         GmshFixture::write(path("twob.msh"), true, 4.1, true);
@@ -50,8 +51,9 @@ private slots:
         const QStringList files{"two.step", "two.brep", "two.igs",  "two.unv", "two.bdf", "two.vtk",
                                 "two.mesh", "two.stl",  "two2.msh", "two.msh", "twob.msh"};
         for (const QString& file : files) {
-            for (const int percent : {0, 1, 30, 60, 90, 95, 97})
+            for (const int percent : {0, 1, 30, 60, 90, 95, 97}) {
                 QTest::addRow("%s %d %%", qPrintable(file), percent) << file << percent;
+            }
         }
     }
 
@@ -77,9 +79,11 @@ private slots:
     void refusesGarbage_data()
     {
         QTest::addColumn<QString>("suffix");
-        for (const char* suffix : {"geo", "msh", "step", "stp", "iges", "igs", "brep", "unv", "bdf",
-                                   "nas", "stl", "vtk", "mesh", "inp", "txt", "pos", "ply2", "su2"})
+        for (const char* suffix :
+             {"geo", "msh", "step", "stp", "iges", "igs", "brep", "unv", "bdf", "nas", "stl", "vtk",
+              "mesh", "inp", "txt", "pos", "ply2", "su2"}) {
             QTest::newRow(suffix) << QString::fromLatin1(suffix);
+        }
     }
 
     void refusesGarbage()
@@ -89,8 +93,9 @@ private slots:
         QVERIFY(writeContent(file, "This is no mesh at all.\n1 2 3 4 5\n"));
         checkRefused(import(file), 4);
         QByteArray noise;
-        for (int i = 0; i < 5000; ++i)
+        for (int i = 0; i < 5000; ++i) {
             noise += static_cast<char>((i * 7919 + i / 13) % 251);
+        }
         QVERIFY(writeContent(file, noise));
         checkRefused(import(file), 4);
     }
@@ -125,8 +130,9 @@ private slots:
             gmsh::option::getString("General.BuildOptions", options);
         }
         for (const char* suffix : {"cgns", "med"}) {
-            if (options.find(suffix[0] == 'c' ? "Cgns" : "Med") != std::string::npos)
+            if (options.find(suffix[0] == 'c' ? "Cgns" : "Med") != std::string::npos) {
                 continue;
+            }
             QVERIFY(writeContent(path("x.") + QLatin1String(suffix), "x"));
             checkRefused(import(path("x.") + QLatin1String(suffix)), 6, "built without support");
         }
@@ -374,10 +380,11 @@ private slots:
         const ToolRun run = import(path("two.msh"), {"--attributes", path("a.json")});
         QVERIFY2(run.exitCode == 0, run.errors.constData());
         QVERIFY2(run.errors.count('\n') == lines.size(), run.errors.constData());
-        for (const QByteArray& line : lines)
+        for (const QByteArray& line : lines) {
             QVERIFY2(
                 run.errors.contains("ovrageo: warning: " + path("a.json").toUtf8() + ": " + line),
                 run.errors.constData());
+        }
     }
 
     void isSilentAboutMaterialsWithoutAttributes()

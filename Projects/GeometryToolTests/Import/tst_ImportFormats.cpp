@@ -26,11 +26,13 @@ private slots:
         iges.addBox(2, 0, 0, 3, 1, 1);
         QVERIFY(writeContent(path("two.igs"), iges.content()));
         gmsh::model::mesh::generate(3);
-        for (int d = 0; d <= 3; ++d)
+        for (int d = 0; d <= 3; ++d) {
             elements_.push_back(GmshFixture::elementCount(d));
+        }
         nodes_ = GmshFixture::nodeCount();
-        for (const char* suffix : {"unv", "bdf", "vtk", "mesh", "inp"})
+        for (const char* suffix : {"unv", "bdf", "vtk", "mesh", "inp"}) {
             GmshFixture::write(path("two.") + QLatin1String(suffix));
+        }
         GmshFixture::write(path("two2.msh"), true, 2.2);
         GmshFixture::write(path("two2b.msh"), true, 2.2, true);
         GmshFixture::write(path("two4.msh"));
@@ -45,8 +47,9 @@ private slots:
         GmshFixture::write(path("skinb.stl"), false, 4.1, true);
         skin_ = GmshFixture::elementCount(2) - GmshFixture::elementCount(2, 2);
         gmsh::model::mesh::setOrder(2);
-        for (const char* suffix : {"msh", "unv", "bdf", "vtk", "inp", "mesh"})
+        for (const char* suffix : {"msh", "unv", "bdf", "vtk", "inp", "mesh"}) {
             GmshFixture::write(path("second.") + QLatin1String(suffix));
+        }
     }
 
     void importsMeshes_data()
@@ -147,8 +150,9 @@ private slots:
             QVERIFY(face->isPlanar());
             QVERIFY(qAbs(face->normal().length() - 1.0) < 1e-12);
         }
-        for (auto* edge : imported.entities(1))
+        for (auto* edge : imported.entities(1)) {
             QVERIFY(edge->isPlanar());
+        }
     }
 
     void sewsLooseIgesFacesIntoSolids()
@@ -217,8 +221,9 @@ private slots:
         QCOMPARE(imported.mesh()->count(0), nodes_);
         QCOMPARE(imported.mesh()->count(1), elements_[1]);
         QCOMPARE(imported.mesh()->count(3), elements_[3]);
-        if (imported.model()->count(3) == 2) // else what was between them is inside one region
+        if (imported.model()->count(3) == 2) { // else what was between them is inside one region
             QCOMPARE(imported.faults(), QString());
+        }
     }
 
     void refusesSecondOrderMedit()
@@ -251,8 +256,9 @@ private slots:
         QCOMPARE(between->name(), QStringLiteral("between"));
         QCOMPARE(between->adjacencyCount(2), 2);
         QCOMPARE(between->normal(), Ovra::Geo::Vector(1, 0, 0));
-        for (auto* edge : ImportedCase::children(between))
+        for (auto* edge : ImportedCase::children(between)) {
             QCOMPARE(edge->adjacencyCount(2), 2);
+        }
         double area = 0;
         for (auto* face : imported.entities(2)) {
             QCOMPARE(face->normal(), Ovra::Geo::Vector(0, 0, 1));
@@ -277,8 +283,9 @@ private slots:
         QVERIFY(run.errors.contains("4 elements with a negative volume are turned"));
         ImportedCase imported(path("case"));
         QCOMPARE(imported.meshCounts()[0], 8);
-        for (auto* element : imported.meshEntities(3))
+        for (auto* element : imported.meshEntities(3)) {
             QVERIFY(ImportedCase::volume(element) > 0);
+        }
     }
 
     void takesRepeatedElementsOnce()

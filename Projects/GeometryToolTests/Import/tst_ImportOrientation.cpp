@@ -38,8 +38,9 @@ private slots:
         for (auto* face : box->entities(2)) {
             const Ovra::Geo::Vector outward = 2.0 * (face->centroid() - middle);
             QVERIFY(face->childCount() >= 9);
-            for (auto* child : ImportedCase::children(face))
+            for (auto* child : ImportedCase::children(face)) {
                 QVERIFY((child->normal() - outward).length() < 1e-9);
+            }
             QVERIFY((face->normal() - outward).length() < 1e-9);
         }
     }
@@ -87,16 +88,18 @@ private:
         const QString name = directory_.filePath("case");
         writeContent(input, script + '\n');
         const ToolRun run = runTool({"import", input, "-o", name});
-        if (run.exitCode != 0)
+        if (run.exitCode != 0) {
             qWarning("%s", run.errors.constData());
+        }
         return std::make_unique<ImportedCase>(name);
     }
 
     static Ovra::Geo::Vector normalBetween(ImportedCase& boxes)
     {
         for (auto* face : boxes.entities(2)) {
-            if (face->adjacencyCount(3) == 2)
+            if (face->adjacencyCount(3) == 2) {
                 return face->meshNormal();
+            }
         }
         return Ovra::Geo::Vector();
     }

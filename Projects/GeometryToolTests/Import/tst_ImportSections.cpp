@@ -65,8 +65,9 @@ private slots:
         QVERIFY(!twin->attributes().contains(AttributeType::NewShellFace));
         QCOMPARE(part.shellFaults(Vector(1, 0, 0), 1e-9), QString());
         int linked = 0;
-        for (auto* vertex : part.meshEntities(0))
+        for (auto* vertex : part.meshEntities(0)) {
             linked += vertex->attributes().contains(AttributeType::ShellVertex);
+        }
         QCOMPARE(linked, 2 * static_cast<int>(PreparedCase::meshVertices(original).size()));
     }
 
@@ -178,8 +179,9 @@ private:
             double y = 0;
             double z = 0;
             gmsh::model::occ::getCenterOfMass(dimension, tag, x, y, z);
-            if (x > from - 1e-6 && x < to + 1e-6)
+            if (x > from - 1e-6 && x < to + 1e-6) {
                 faces.push_back(tag);
+            }
         }
         return faces;
     }
@@ -194,8 +196,9 @@ private:
     static int within(PreparedCase& each, const char* region)
     {
         int count = 0;
-        for (auto* vertex : each.meshEntities(0))
+        for (auto* vertex : each.meshEntities(0)) {
             count += vertex->parent() == each.named(3, region);
+        }
         return count;
     }
 
@@ -214,8 +217,9 @@ private:
     {
         const QString name = QStringLiteral("case");
         const ToolRun run = import(json, name);
-        if (!run.errors.isEmpty() || run.exitCode != 0)
+        if (!run.errors.isEmpty() || run.exitCode != 0) {
             qWarning("%s", run.errors.constData());
+        }
         return directory_.filePath(name);
     }
 

@@ -100,12 +100,14 @@ private slots:
         GridMesh grid(plan({"1"}, fluidAndSolid, Wedge));
         MeshEntity* const wedge = grid.mesh()->entity(3, 1);
         wedge->attributes().insert(AttributeType::InBL, true);
-        for (MeshEntity* meshFace : MeshChecks::sorted(grid.mesh()->iterator(2)))
+        for (MeshEntity* meshFace : MeshChecks::sorted(grid.mesh()->iterator(2))) {
             meshFace->attributes().insert(AttributeType::Side, meshFace->adjacencyCount(0));
+        }
         QCOMPARE(prepare(*grid.database(), {"decompose-wedges"}).refusal, QString());
         int marked = 0;
-        for (MeshEntity* element : MeshChecks::sorted(grid.mesh()->iterator(3)))
+        for (MeshEntity* element : MeshChecks::sorted(grid.mesh()->iterator(3))) {
             marked += element->attributes().value(AttributeType::InBL, false).toBool() ? 1 : 0;
+        }
         QCOMPARE(marked, 3);
         int inherited = 0;
         for (MeshEntity* meshFace : MeshChecks::sorted(grid.mesh()->iterator(2))) {
@@ -135,8 +137,9 @@ private slots:
     void movingRegionsAreReplicatedBeforeTheSplit()
     {
         GridMesh grid(plan({"111", "123", "111"}, {{1, "fluid"}, {2, "solid"}, {3, "solid"}}));
-        for (const int id : {2, 3})
+        for (const int id : {2, 3}) {
             setAttribute(grid.region(id), AttributeType::MotionType, 1);
+        }
         const Outcome outcome = prepareAll(*grid.database());
         QCOMPARE(outcome.refusal, QString());
         QCOMPARE(outcome.report.value(1), "replicate-moving: 2 moving regions replicated, with 2 "
@@ -248,8 +251,9 @@ private slots:
         QCOMPARE(prepare(*grid.database(), {"split-fluid-solid"}).refusal, QString());
         ModelEntity* const deviceSide = twinOf(grid, grid.face(1, 2), AttributeType::SolidFace);
         QCOMPARE(MeshChecks::verticesOn(deviceSide).size(), 4);
-        for (const MeshEntity* vertex : MeshChecks::verticesOn(deviceSide))
+        for (const MeshEntity* vertex : MeshChecks::verticesOn(deviceSide)) {
             QCOMPARE(vertex->parent(), deviceSide);
+        }
         Solver(grid.database()).removeUnreferencedMeshEntities();
         QCOMPARE(MeshChecks::findDeadPointer(grid.database()), QString());
         QCOMPARE(deviceSide->childCount(), 1);
@@ -302,8 +306,9 @@ private slots:
     {
         const auto makeGap = [](GridMesh& grid) {
             MeshEntity* const copy = MeshEntity::create(3);
-            for (MeshEntity* vertex : MeshChecks::neighbours(grid.mesh()->entity(3, 4), 0))
+            for (MeshEntity* vertex : MeshChecks::neighbours(grid.mesh()->entity(3, 4), 0)) {
                 copy->addAdjacency(vertex);
+            }
             copy->setId(1000);
             grid.mesh()->add(copy);
             grid.region(1)->addChild(copy);
@@ -378,8 +383,9 @@ private slots:
         setAttribute(grid.region(3), AttributeType::IsShell, true);
         setAttribute(grid.face(2, 3), AttributeType::NewShellFace, grid.face(0, 3)->id());
         for (const int y : {0, 1}) {
-            for (const int z : {0, 1})
+            for (const int z : {0, 1}) {
                 linkShell(grid.vertexAt(1, y, z), grid.vertexAt(2, y, z));
+            }
         }
         QCOMPARE(prepare(*grid.database(), {"split-fluid-solid", "renumber"}).refusal, QString());
         QCOMPARE(findFault(*grid.database()), QString());
@@ -403,14 +409,16 @@ private slots:
         setAttribute(grid.region(2), AttributeType::IsShell, true);
         setAttribute(grid.face(1, 2), AttributeType::NewShellFace, grid.face(1, 2)->id());
         for (const int y : {0, 1}) {
-            for (const int z : {0, 1})
+            for (const int z : {0, 1}) {
                 linkShell(grid.vertexAt(1, y, z), grid.vertexAt(2, y, z));
+            }
         }
         QCOMPARE(prepare(*grid.database(), {"split-fluid-solid"}).refusal, QString());
         for (const int y : {0, 1}) {
-            for (const int z : {0, 1})
+            for (const int z : {0, 1}) {
                 QCOMPARE(grid.vertexAt(1, y, z)->attributes().value(AttributeType::ShellVertex, 0),
                          QVariant(grid.vertexAt(2, y, z)->id()));
+            }
         }
     }
 
@@ -457,8 +465,9 @@ private slots:
             QCOMPARE(findSharedVertex(*grid.database(), {1, 4, 7}, {2, 3, 5, 8}), QString());
             QCOMPARE(findSharedVertex(*grid.database(), {5}, {2, 3, 8}), QString());
             QCOMPARE(findSharedVertex(*grid.database(), {8}, {2, 3}), QString());
-            for (const QString& line : prepareAll(*grid.database()).report)
+            for (const QString& line : prepareAll(*grid.database()).report) {
                 QVERIFY2(line.endsWith(": nothing to do"), qPrintable(line));
+            }
         }
     }
 
@@ -495,8 +504,9 @@ private:
         auto* first = static_cast<MeshVertex*>(test.mesh().entity(0, 1));
         auto* second = static_cast<MeshVertex*>(test.mesh().entity(0, 2));
         test.addElement(2, {first, second, far}, deviceOutside);
-        for (MeshEntity* meshEdge : MeshChecks::sorted(test.mesh().iterator(1)))
+        for (MeshEntity* meshEdge : MeshChecks::sorted(test.mesh().iterator(1))) {
             edge->addChild(meshEdge);
+        }
         test.mesh().setUpwardAdjacencies();
     }
 };

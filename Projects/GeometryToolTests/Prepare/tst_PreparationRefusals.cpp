@@ -80,8 +80,9 @@ private slots:
         QFETCH(Change, change);
         QFETCH(QStringList, operations);
         GridMesh grid(spec);
-        if (change)
+        if (change) {
             change(grid);
+        }
         grid.mesh()->clearUpwardAdjacencies();
         grid.mesh()->setUpwardAdjacencies();
         QTEST(prepare(*grid.database(), operations).refusal, "text");
@@ -94,15 +95,17 @@ private slots:
         auto* face = test.addModelFace();
         TestMesh::link(region, face);
         TestMesh::Vertices v;
-        for (const Vector& point : TestMesh::unitCellPoints(8))
+        for (const Vector& point : TestMesh::unitCellPoints(8)) {
             v.append(test.addVertex(point, 0, region));
+        }
         v.append(test.addVertex(Vector(2, 0, 0), 0, region));
         v.append(test.addVertex(Vector(2, 0, 1), 0, region));
         test.addCell(v.mid(0, 8), region, face);
         test.addCell({v[1], v[8], v[2], v[5], v[9], v[6]}, region, face);
         auto* curve = test.addModelEdge();
-        for (MeshEntity* edge : MeshChecks::sorted(test.mesh().iterator(1)))
+        for (MeshEntity* edge : MeshChecks::sorted(test.mesh().iterator(1))) {
             curve->addChild(edge);
+        }
         test.mesh().setUpwardAdjacencies();
         QCOMPARE(prepare(test.database, {"decompose-wedges"}).refusal,
                  "mesh region 2, a wedge, shares a quadrilateral with mesh region 1, a "
@@ -117,14 +120,16 @@ private slots:
         auto* face = test.addModelFace();
         TestMesh::link(region, face);
         TestMesh::Vertices v;
-        for (const Vector& point : TestMesh::unitCellPoints(6))
+        for (const Vector& point : TestMesh::unitCellPoints(6)) {
             v.append(test.addVertex(point, 0, region));
+        }
         v.append(test.addVertex(Vector(0.5, -1, 0.5), 0, region));
         test.addCell(v.mid(0, 6), region, face);
         test.addCell({v[0], v[1], v[4], v[3], v[6]}, region, face);
         auto* curve = test.addModelEdge();
-        for (MeshEntity* edge : MeshChecks::sorted(test.mesh().iterator(1)))
+        for (MeshEntity* edge : MeshChecks::sorted(test.mesh().iterator(1))) {
             curve->addChild(edge);
+        }
         test.mesh().setUpwardAdjacencies();
         QCOMPARE(prepare(test.database, {"decompose-wedges"}).refusal,
                  "mesh region 1, a wedge, shares a quadrilateral with mesh region 2, a pyramid, "
@@ -138,10 +143,12 @@ private slots:
         GridMesh grid(plan({"1"}, {}, Wedge));
         MeshEntity* const wedge = grid.mesh()->entity(3, 1);
         const QList<MeshEntity*> vertices = MeshChecks::neighbours(wedge, 0);
-        for (MeshEntity* vertex : vertices)
+        for (MeshEntity* vertex : vertices) {
             wedge->removeAdjacency(vertex);
-        for (const int position : {3, 4, 5, 0, 1, 2})
+        }
+        for (const int position : {3, 4, 5, 0, 1, 2}) {
             wedge->addAdjacency(vertices[position]);
+        }
         const QString refusal = prepare(*grid.database(), {"decompose-wedges"}).refusal;
         QVERIFY2(refusal.startsWith("the case would come out unsound, so nothing is written: mesh "
                                     "region "),
@@ -154,8 +161,9 @@ private slots:
     {
         QTest::addColumn<QString>("operation");
         for (const char* name :
-             {"decompose-wedges", "replicate-moving", "split-fluid-solid", "peripheral"})
+             {"decompose-wedges", "replicate-moving", "split-fluid-solid", "peripheral"}) {
             QTest::newRow(name) << name;
+        }
     }
 
     void thereMustBeRoomForNewIds()
@@ -231,8 +239,9 @@ private slots:
     {
         QTest::addColumn<QString>("tag");
         for (const char* tag : {"shell_vertex", "rotor_vertex", "stator_vertex",
-                                "original_motion_vertex", "new_motion_vertex"})
+                                "original_motion_vertex", "new_motion_vertex"}) {
             QTest::newRow(tag) << tag;
+        }
     }
 
     void verticesThatLinksNameAreNotRemoved()
@@ -298,8 +307,9 @@ private slots:
             << "model face 2";
         QTest::newRow("three elements at a face") << Change([](GridMesh& grid) {
             MeshEntity* const twin = MeshEntity::create(3);
-            for (MeshEntity* vertex : MeshChecks::neighbours(grid.mesh()->entity(3, 2), 0))
+            for (MeshEntity* vertex : MeshChecks::neighbours(grid.mesh()->entity(3, 2), 0)) {
                 twin->addAdjacency(vertex);
+            }
             grid.mesh()->add(twin);
             grid.region(2)->addChild(twin);
         }) << "lies between 3 elements";

@@ -30,8 +30,9 @@ ModelFace* addFace(GridMesh& grid, ModelEntity* from,
         face->addAdjacency(region);
     }
     for (MeshEntity* meshFace : MeshChecks::sorted(from->childIterator())) {
-        if (takes(meshFace->centroid()))
+        if (takes(meshFace->centroid())) {
             face->addChild(meshFace);
+        }
     }
     return face;
 }
@@ -76,11 +77,13 @@ void turnRound(const QList<MeshEntity*>& meshFaces)
 {
     for (MeshEntity* meshFace : meshFaces) {
         QList<MeshEntity*> vertices = MeshChecks::neighbours(meshFace, 0);
-        for (MeshEntity* vertex : vertices)
+        for (MeshEntity* vertex : vertices) {
             meshFace->removeAdjacency(vertex);
+        }
         std::reverse(vertices.begin(), vertices.end());
-        for (MeshEntity* vertex : vertices)
+        for (MeshEntity* vertex : vertices) {
             meshFace->addAdjacency(vertex);
+        }
     }
 }
 
@@ -118,8 +121,9 @@ private slots:
         const QStringList report = prepareAll(channel.database()).report;
         QVERIFY(report.value(5).startsWith("renumber: "));
         QCOMPARE(report.value(6), "periodic: 1 periodic pair, 18 vertices tied by a translation");
-        for (MeshEntity* vertex : MeshChecks::verticesOn(channel.high))
+        for (MeshEntity* vertex : MeshChecks::verticesOn(channel.high)) {
             QCOMPARE(vertex->attributes().value(AttributeType::PeriodicEntityType, -1).toInt(), 0);
+        }
     }
 
     // The library keeps periodic ties as they are, whatever has become of what they name.
@@ -164,13 +168,15 @@ private slots:
         Channel channel;
         channel.makePeriodic();
         QCOMPARE(prepare(channel.database(), periodic).refusal, QString());
-        for (ModelFace* face : {channel.low, channel.high})
+        for (ModelFace* face : {channel.low, channel.high}) {
             face->attributes().remove(AttributeType::PeriodicPairId);
+        }
         QCOMPARE(prepare(channel.database(), periodic).report,
                  QStringList{"periodic: no face is periodic any more, so that vertices tied by an "
                              "earlier run are released, 18 of them"});
-        for (MeshEntity* vertex : MeshChecks::sorted(channel.grid.mesh()->iterator(0)))
+        for (MeshEntity* vertex : MeshChecks::sorted(channel.grid.mesh()->iterator(0))) {
             QVERIFY(!vertex->attributes().contains(AttributeType::PeriodicEntityId));
+        }
         QCOMPARE(prepare(channel.database(), periodic).report,
                  QStringList{"periodic: nothing to do"});
     }
@@ -230,19 +236,24 @@ private slots:
         QFETCH(int, fault);
         Channel channel;
         Channel::setSide(channel.low, 1);
-        if (fault != 0 && fault != 3)
+        if (fault != 0 && fault != 3) {
             Channel::setSide(channel.high, fault == 1 ? 1 : 2);
-        if (fault == 2)
+        }
+        if (fault == 2) {
             Channel::setSide(channel.grid.face(0, 1), 0);
-        if (fault == 3)
+        }
+        if (fault == 3) {
             Channel::setSide(
                 addFace(channel.grid, channel.grid.face(0, 1), [](const Vector&) { return false; }),
                 2);
-        if (fault == 4)
+        }
+        if (fault == 4) {
             channel.low->setPlanar(false);
+        }
         const QString refusal = prepareAll(channel.database()).refusal;
-        if (refusal.startsWith("the case is unsound"))
+        if (refusal.startsWith("the case is unsound")) {
             QFAIL("the verifier calls an unprepared pair unsound");
+        }
         QTEST(refusal, "text");
     }
 
@@ -265,8 +276,9 @@ private slots:
     {
         Channel channel;
         channel.makePeriodic();
-        for (const int z : {0, 1, 2})
+        for (const int z : {0, 1, 2}) {
             channel.grid.vertexAt(2, 1, z)->setPoint(Vector(1.5, 1, z));
+        }
         QCOMPARE(prepare(channel.database(), periodic).refusal,
                  "model face 3 is periodic and counts as planar, but its mesh faces do not face "
                  "one way");
@@ -299,8 +311,9 @@ private slots:
                                         [](const Vector& place) { return place.y() > 1.0; });
         Channel::setSide(low, 1, 5);
         Channel::setSide(high, 2, 5);
-        for (const int z : {0, 1, 2})
+        for (const int z : {0, 1, 2}) {
             channel.grid.vertexAt(2, 2, z)->setPoint(Vector(2, 1, z));
+        }
         const QString refusal = prepare(channel.database(), periodic).refusal;
         QVERIFY2(refusal.contains(" on a periodic face has a weight that is no number; one "
                                   "transform, "),
@@ -312,8 +325,9 @@ private slots:
     {
         Channel channel;
         channel.makePeriodic();
-        for (MeshEntity* vertex : MeshChecks::sorted(channel.grid.mesh()->iterator(0)))
+        for (MeshEntity* vertex : MeshChecks::sorted(channel.grid.mesh()->iterator(0))) {
             static_cast<MeshVertex*>(vertex)->setPoint(1e11 * vertex->centroid());
+        }
         const QString refusal = prepare(channel.database(), periodic).refusal;
         QVERIFY2(refusal.contains("lies too far out for it; 1e+09 from the origin is the limit"),
                  qPrintable(refusal));
@@ -388,8 +402,9 @@ private slots:
         Ovra::GeoTool::Progress progress;
         progress.setQuiet(true);
         Ovra::GeoTool::Preparation preparation(*grid.database(), progress);
-        if (tolerance > 0.0)
+        if (tolerance > 0.0) {
             preparation.setExtrusionTolerance(tolerance);
+        }
         preparation.run(extruded);
         const QVariantList weights =
             grid.vertexAt(1, 1, 0)->attributes().value(AttributeType::ExtrudedWeights, {}).toList();
@@ -401,8 +416,9 @@ private slots:
     {
         GridMesh grid(plan({"12"}, {{1, "fluid"}, {2, "fluid"}}));
         setAttribute(grid.face(1, 2), AttributeType::ExtrudedFace, partAt(grid)->id());
-        for (MeshEntity* vertex : MeshChecks::verticesOn(grid.region(2)))
+        for (MeshEntity* vertex : MeshChecks::verticesOn(grid.region(2))) {
             static_cast<MeshVertex*>(vertex)->setPoint(vertex->centroid() + Vector(5e10, 0, 0));
+        }
         const QString refusal = prepare(*grid.database(), extruded).refusal;
         QVERIFY2(refusal.startsWith("vertices cannot be tied to model face 4: mesh vertex "),
                  qPrintable(refusal));
@@ -492,11 +508,13 @@ private:
             grid.mesh()->add(copy);
             meshFace->addAdjacency(copy);
             for (MeshEntity* entity : MeshChecks::neighbours(element, 0)) {
-                if (entity == old)
+                if (entity == old) {
                     element->replaceAdjacency(old, copy);
+                }
             }
-            for (MeshEntity* side : MeshChecks::sorted(grid.face(0, 2)->childIterator()))
+            for (MeshEntity* side : MeshChecks::sorted(grid.face(0, 2)->childIterator())) {
                 side->replaceAdjacency(old, copy);
+            }
         }
         grid.mesh()->add(meshFace);
         second->addChild(meshFace);

@@ -75,8 +75,9 @@ private slots:
         for (const char* seed : {"0", "1", "20131", ""}) {
             QCOMPARE(runTool({"prepare", path("case"), "-o", path("seed"), "--all"}, seed).exitCode,
                      0);
-            if (first.isEmpty())
+            if (first.isEmpty()) {
                 first = contents("seed");
+            }
             QCOMPARE(contents("seed"), first);
         }
     }

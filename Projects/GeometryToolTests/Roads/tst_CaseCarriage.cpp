@@ -19,8 +19,9 @@ private slots:
         auto* const first = imported().named(3, "block_1");
         auto* const second = imported().named(3, "block_2");
         int touching = 0;
-        for (int i = 0; i < first->adjacencyCount(2); ++i)
+        for (int i = 0; i < first->adjacencyCount(2); ++i) {
             touching += second->isAdjacentTo(first->adjacencyAt(2, i));
+        }
         QCOMPARE(touching, 1);
     }
 
@@ -37,11 +38,13 @@ private slots:
         for (const char* name : {"block_1", "block_2"}) {
             auto* const block = imported().named(3, name);
             elements += block->childCount();
-            for (int i = 0; i < block->adjacencyCount(2); ++i)
+            for (int i = 0; i < block->adjacencyCount(2); ++i) {
                 faces += block->adjacencyAt(2, i)->childCount();
+            }
         }
-        for (auto* face : prepared().having(2, AttributeType::FluidFace))
+        for (auto* face : prepared().having(2, AttributeType::FluidFace)) {
             faces += face->childCount();
+        }
         QCOMPARE(prepared().mesh()->count(3), imported().mesh()->count(3) + elements);
         QCOMPARE(prepared().mesh()->count(2), imported().mesh()->count(2) + faces);
         QCOMPARE(prepared().mesh()->count(1), imported().mesh()->count(1));
@@ -65,18 +68,20 @@ private slots:
     void splitsTheRailFromAllThatIsFluidNow()
     {
         QCOMPARE(prepared().splitFaults(8), QString()); // 6 towards the fluid, 2 under the blocks
-        for (const char* name : {"fluid", "block_1", "block_2"})
+        for (const char* name : {"fluid", "block_1", "block_2"}) {
             QCOMPARE(
                 PreparedCase::sharingFaults(prepared().named(3, "rail"), prepared().named(3, name)),
                 QString());
+        }
     }
 
     void leavesTheFluidWhole()
     {
         // What stands still hangs together: the old blocks share their vertices with the fluid.
         auto* const fluid = prepared().named(3, "fluid");
-        for (const char* name : {"block_1", "block_2"})
+        for (const char* name : {"block_1", "block_2"}) {
             QVERIFY(!PreparedCase::sharingFaults(fluid, prepared().named(3, name)).isEmpty());
+        }
     }
 
     void copiesSharedVerticesTwice()
@@ -84,8 +89,9 @@ private slots:
         std::map<int, int> copies;
         for (auto* vertex : prepared().meshEntities(0)) {
             const int original = PreparedCase::intOf(vertex, AttributeType::OriginalMotionVertex);
-            if (original != 0)
+            if (original != 0) {
                 ++copies[original];
+            }
         }
         const auto first = PreparedCase::meshVertices(prepared().named(3, "block_1"));
         const auto second = PreparedCase::meshVertices(prepared().named(3, "block_2"));

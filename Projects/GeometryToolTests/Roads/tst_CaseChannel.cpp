@@ -34,8 +34,9 @@ private slots:
     {
         int count = 0;
         for (auto* face : imported().meshEntities(2)) {
-            if (face->adjacencyCount(0) != 4)
+            if (face->adjacencyCount(0) != 4) {
                 continue;
+            }
             ++count;
             QCOMPARE(face->adjacencyCount(3), 1);
             QCOMPARE(face->adjacencyAt(3, 0)->adjacencyCount(0), 6);
@@ -91,10 +92,12 @@ private slots:
 
     void leavesTetrahedraAlone()
     {
-        for (auto* element : prepared().meshEntities(3))
+        for (auto* element : prepared().meshEntities(3)) {
             QCOMPARE(element->adjacencyCount(0), 4);
-        for (auto* face : prepared().meshEntities(2))
+        }
+        for (auto* face : prepared().meshEntities(2)) {
             QCOMPARE(face->adjacencyCount(0), 3);
+        }
     }
 
     void tiesTheSidesByTheTranslation()
@@ -132,8 +135,9 @@ private slots:
             auto* const stream = face->adjacencyAt(3, 0);
             qsizetype line = 0;
             while (line < lines.size() &&
-                   !lines.at(line).startsWith(number(face->id()) + ' ' + number(stream->id())))
+                   !lines.at(line).startsWith(number(face->id()) + ' ' + number(stream->id()))) {
                 ++line;
+            }
             line += 2 + (static_cast<qsizetype>(PreparedCase::meshVertices(face).size()) + 4) / 5;
             for (int i = 0; i < face->childCount(); ++i) {
                 const QList<QByteArray> fields = lines.value(line + i).trimmed().split(' ');

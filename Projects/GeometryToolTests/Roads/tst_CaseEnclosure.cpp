@@ -76,8 +76,9 @@ private slots:
         QTest::addColumn<QString>("material");
         QTest::newRow("air") << 3 << "air" << 1 << "fluid";
         QTest::newRow("board") << 3 << "board" << 5 << "solid";
-        for (const char* chip : {"chip_1", "chip_2", "chip_3", "chip_4", "heat_sink"})
+        for (const char* chip : {"chip_1", "chip_2", "chip_3", "chip_4", "heat_sink"}) {
             QTest::newRow(chip) << 3 << QString::fromLatin1(chip) << 1 << "solid";
+        }
         QTest::newRow("inlet") << 2 << "inlet" << 1 << QString();
         QTest::newRow("fan") << 2 << "fan_opening" << 1 << QString();
         QTest::newRow("walls") << 2 << "walls" << 5 << QString();
@@ -91,8 +92,9 @@ private slots:
         QFETCH(QString, material);
         int found = 0;
         for (auto* entity : imported().entities(dimension)) {
-            if (entity->name() != name)
+            if (entity->name() != name) {
                 continue;
+            }
             ++found;
             QCOMPARE(entity->attributes().value(AttributeType::MaterialType, QVariant()).toString(),
                      material);
@@ -104,8 +106,9 @@ private slots:
     void namesTheHotFaces()
     {
         for (auto* region : imported().entities(3)) {
-            if (region->name() != QLatin1String("chip_1"))
+            if (region->name() != QLatin1String("chip_1")) {
                 continue;
+            }
             const QVariantList faces =
                 region->attributes().value(AttributeType::HotFaces, QVariant()).toList();
             QCOMPARE(faces.size(), 1);
@@ -121,9 +124,10 @@ private slots:
     {
         const QString again = importedName() + QStringLiteral("-again");
         QCOMPARE(runTool(importArguments(again), QStringLiteral("4711")).exitCode, 0);
-        for (const char* suffix : {".geo_model", ".geo_mesh"})
+        for (const char* suffix : {".geo_model", ".geo_mesh"}) {
             QCOMPARE(contentOf(again + QLatin1String(suffix)),
                      contentOf(importedName() + QLatin1String(suffix)));
+        }
     }
 
     void splitsTheAirFromAllSolids()
@@ -131,16 +135,18 @@ private slots:
         std::size_t count = 0;
         for (auto* face : imported().entities(2)) {
             int air = 0;
-            for (int i = 0; i < face->adjacencyCount(3); ++i)
+            for (int i = 0; i < face->adjacencyCount(3); ++i) {
                 air += face->adjacencyAt(3, i)->name() == QLatin1String("air");
+            }
             count += air == 1 && face->adjacencyCount(3) == 2;
         }
         QVERIFY(count > 0);
         QCOMPARE(prepared().splitFaults(count), QString());
         auto* const air = prepared().named(3, "air");
         for (auto* region : prepared().entities(3)) {
-            if (region != air)
+            if (region != air) {
                 QCOMPARE(PreparedCase::sharingFaults(air, region), QString());
+            }
         }
     }
 };

@@ -19,8 +19,9 @@ public:
 protected:
     int expectedEulerCharacteristic(Ovra::Geo::ModelEntity* region) const override
     {
-        if (region->name() == QLatin1String("rotor"))
-            return 0;                                          // a ring
+        if (region->name() == QLatin1String("rotor")) {
+            return 0; // a ring
+        }
         return region->name() == QLatin1String("air") ? 4 : 2; // the walls, and the fan within
     }
 
@@ -28,8 +29,9 @@ private slots:
     void fillsTheDuct()
     {
         double sum = 0;
-        for (auto* region : imported().entities(3))
+        for (auto* region : imported().entities(3)) {
             sum += ImportedCase::volume(region);
+        }
         const double leds = 2 * 0.012 * 0.012 * 0.006;
         QVERIFY(qAbs(sum / (0.2 * 0.08 * 0.08 - leds) - 1) < 1e-9);
     }
@@ -51,8 +53,9 @@ private slots:
     {
         auto* const led = prepared().named(3, "led_1");
         int split = 0;
-        for (int i = 0; i < led->adjacencyCount(2); ++i)
+        for (int i = 0; i < led->adjacencyCount(2); ++i) {
             split += led->adjacencyAt(2, i)->attributes().contains(AttributeType::FluidFace);
+        }
         QCOMPARE(split, 1);
         auto* const top = prepared().named(2, "led_top");
         QVERIFY(top->attributes().contains(AttributeType::SolidFace));
@@ -65,8 +68,9 @@ private slots:
             auto* const led = prepared().named(3, name);
             QCOMPARE(led->childCount(), 0);
             QCOMPARE(led->adjacencyCount(2), 6);
-            for (int i = 0; i < 6; ++i)
+            for (int i = 0; i < 6; ++i) {
                 QVERIFY(led->adjacencyAt(2, i)->childCount() > 0);
+            }
         }
     }
 

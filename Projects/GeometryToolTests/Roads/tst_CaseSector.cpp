@@ -30,11 +30,13 @@ private slots:
 
     void hasSidesThatAreTurnedOutwards()
     {
-        for (const char* name : {"ring_first", "passage_first"})
+        for (const char* name : {"ring_first", "passage_first"}) {
             QVERIFY((imported().named(2, name)->meshNormal() - Vector(0, -1, 0)).length() < 1e-9);
+        }
         const Vector outward(-std::sin(angle), std::cos(angle), 0);
-        for (const char* name : {"ring_second", "passage_second"})
+        for (const char* name : {"ring_second", "passage_second"}) {
             QVERIFY((imported().named(2, name)->meshNormal() - outward).length() < 1e-9);
+        }
     }
 
     void splitsFluidFromSolid()
@@ -57,8 +59,9 @@ private slots:
     {
         int ties[3] = {0, 0, 0};
         for (auto* face : prepared().having(2, AttributeType::PeriodicPairId)) {
-            for (auto* vertex : PreparedCase::meshVertices(face))
+            for (auto* vertex : PreparedCase::meshVertices(face)) {
                 ++ties[PreparedCase::intOf(vertex, AttributeType::PeriodicEntityType)];
+            }
         }
         QCOMPARE(ties[1], 0);
         QVERIFY(ties[0] > 0); // corners at the least
@@ -83,8 +86,9 @@ private slots:
         QCOMPARE(matrix.size(), 9);
         const double expected[] = {
             std::cos(angle), -std::sin(angle), 0, std::sin(angle), std::cos(angle), 0, 0, 0, 1};
-        for (qsizetype i = 0; i < 9; ++i)
+        for (qsizetype i = 0; i < 9; ++i) {
             QVERIFY(qAbs(matrix.at(i).toDouble() - expected[i]) < 1e-9);
+        }
     }
 
 private:

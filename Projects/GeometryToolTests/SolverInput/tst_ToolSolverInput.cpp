@@ -101,8 +101,9 @@ private slots:
     void writesAllSectionsInTheDocumentedOrder()
     {
         QByteArray joined;
-        for (const QString& section : allSections)
+        for (const QString& section : allSections) {
             joined += written({"--sections", section});
+        }
         QCOMPARE(written({}), joined);
     }
 
@@ -123,16 +124,18 @@ private slots:
     void everyRunGivesTheSameBytes()
     {
         TinyCase many;
-        for (int i = 0; i < 500; ++i)
+        for (int i = 0; i < 500; ++i) {
             many.addVertex(Vector(i, 0, 0));
+        }
         QVERIFY(many.save(path("many")));
         QByteArray first;
         for (const char* seed : {"0", "1", "20131", ""}) {
             const QString output = path("many.txt");
             const ToolRun run = runTool({"solver-input", path("many"), "-o", output}, seed);
             QCOMPARE(run.exitCode, 0);
-            if (first.isEmpty())
+            if (first.isEmpty()) {
                 first = contentOf(output);
+            }
             QCOMPARE(contentOf(output), first);
         }
         QCOMPARE(first.count('\n') > 504, true);
@@ -175,8 +178,9 @@ private slots:
     void refusesBadScales_data()
     {
         QTest::addColumn<QString>("scale");
-        for (const char* scale : {"0", "-1", "nan", "inf", "mm"})
+        for (const char* scale : {"0", "-1", "nan", "inf", "mm"}) {
             QTest::newRow(scale) << scale;
+        }
     }
 
     void refusesBadScales()
@@ -317,8 +321,9 @@ private slots:
             "rotor face with two elements",
             [](TinyCase& c) {
                 makeRotor(c, 3);
-                for (MeshVertex* vertex : c.vertices)
+                for (MeshVertex* vertex : c.vertices) {
                     vertex->attributes().insert(T::StatorVertex, 1);
+                }
                 c.addElement(3, {1, 2, 3, 4}, c.region);
             },
             "mesh face 1 at (0.333333, 0.333333, 0) on the rotor or stator side model face 3 has 2 "
@@ -329,8 +334,9 @@ private slots:
                 auto* const stator = new ModelFace;
                 c.model()->add(stator);
                 makeRotor(c, stator->id());
-                for (MeshVertex* vertex : c.vertices)
+                for (MeshVertex* vertex : c.vertices) {
                     vertex->attributes().insert(T::StatorVertex, 1);
+                }
                 c.addVertex(Vector(1, 1, 0));
                 c.addElement(2, {1, 2, 5}, stator);
             },

@@ -13,8 +13,9 @@ QStringList quoted(const QString& text)
 {
     QStringList words;
     auto found = QRegularExpression(QStringLiteral("`([a-z0-9_]+)`")).globalMatch(text);
-    while (found.hasNext())
+    while (found.hasNext()) {
         words.append(found.next().captured(1));
+    }
     return words;
 }
 
@@ -37,8 +38,9 @@ private slots:
     {
         QStringList missing;
         for (const QString& tag : AttributeType::tags()) {
-            if (!words_.contains(tag))
+            if (!words_.contains(tag)) {
                 missing.append(tag);
+            }
         }
         QCOMPARE(missing, QStringList());
     }

@@ -43,8 +43,9 @@ MeshEntity* addElement(Database& database, int dimension, const std::vector<int>
                        ModelEntity* parent)
 {
     MeshEntity* const element = MeshEntity::create(dimension);
-    for (const int id : vertexIds)
+    for (const int id : vertexIds) {
         element->addAdjacency(database.mesh()->entity(0, id));
+    }
     database.mesh()->add(element);
     parent->addChild(element);
     return element;
@@ -76,8 +77,9 @@ void fillWithElement(Database& database, const ElementTopology& kind)
     addElement(database, kind.dimension, ids, region);
     for (const std::vector<int>& side : kind.sides) {
         std::vector<int> sideIds;
-        for (const int index : side)
+        for (const int index : side) {
             sideIds.push_back(ids[static_cast<std::size_t>(index)]);
+        }
         addElement(database, kind.dimension - 1, sideIds, face);
     }
 }
@@ -118,8 +120,9 @@ private slots:
         QTest::addColumn<int>("index");
         const auto& kinds = ElementTopology::all();
         for (std::size_t i = 0; i < kinds.size(); ++i) {
-            if (kinds[i].dimension > 1)
+            if (kinds[i].dimension > 1) {
                 QTest::newRow(kinds[i].name) << static_cast<int>(i);
+            }
         }
     }
 
@@ -218,8 +221,9 @@ private slots:
             two.mesh()->clearUpwardAdjacencies();
             two.mesh()->setUpwardAdjacencies();
         }
-        if (moves)
+        if (moves) {
             two.region->attributes().insert(T::MotionType, 1);
+        }
         expectNothing(two.database);
         const int faces = two.model()->count(2);
         Solver solver(&two.database);
@@ -286,8 +290,9 @@ private slots:
         const CaseFindings findings = verify(closed.database);
         QCOMPARE(linesOf(findings, FindingKind::DeadPointer), QStringList(line));
         QCOMPARE(findings.groups().size(), std::size_t(1));
-        if (fault == 2) // or the mesh would take leave of it
+        if (fault == 2) { // or the mesh would take leave of it
             closed.mesh()->entity(2, 5)->setParent(nullptr);
+        }
     }
 
     void findsLostChildren()
@@ -377,8 +382,9 @@ private:
         QStringList lines;
         const auto group = findings.groups().find(kind);
         if (group != findings.groups().end()) {
-            for (const Finding& finding : group->second.first)
+            for (const Finding& finding : group->second.first) {
                 lines += finding.line();
+            }
         }
         return lines;
     }
@@ -387,8 +393,9 @@ private:
     {
         const CaseFindings findings = verify(database);
         QStringList lines;
-        for (const auto& [kind, group] : findings.groups())
+        for (const auto& [kind, group] : findings.groups()) {
             lines += linesOf(findings, kind);
+        }
         QCOMPARE(lines, QStringList());
     }
 };

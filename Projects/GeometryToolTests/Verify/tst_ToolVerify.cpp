@@ -99,8 +99,9 @@ private slots:
         addRow(
             "vertex-count, region",
             [](ClosedCase& c) {
-                for (int i = 0; i < 3; ++i)
+                for (int i = 0; i < 3; ++i) {
                     c.addVertex(Vector(i, 1, 1));
+                }
                 c.addElement(3, {1, 2, 3, 4, 5, 6, 7}, c.region);
             },
             {"error vertex-count: mesh region 2 at (0.571429, 0.571429, 0.571429) has 7 vertices; "
@@ -199,8 +200,9 @@ private slots:
              "elements"});
         addRow("face-without-element",
                [](ClosedCase& c) {
-                   for (const Vector& p : {Vector(5, 0, 0), Vector(6, 0, 0), Vector(5, 1, 0)})
+                   for (const Vector& p : {Vector(5, 0, 0), Vector(6, 0, 0), Vector(5, 1, 0)}) {
                        c.addVertex(p);
+                   }
                    c.addElement(2, {5, 6, 7}, c.face);
                },
                {"error face-without-element: mesh face 5 at (5.33333, 0.333333, 0) is a side of no "
@@ -208,8 +210,9 @@ private slots:
         addRow("no-side",
                [](ClosedCase& c) {
                    for (const Vector& p : {Vector(5, 0, 0), Vector(6, 0, 0), Vector(6, 1, 0),
-                                           Vector(5, 1, 0), Vector(5, 0, 1)})
+                                           Vector(5, 1, 0), Vector(5, 0, 1)}) {
                        c.addVertex(p);
+                   }
                    c.addElement(3, {5, 6, 7, 8, 9}, c.region);
                    c.addElement(2, {5, 6, 7}, c.addFace());
                },
@@ -227,8 +230,9 @@ private slots:
                    ModelRegion* const far = c.addRegion();
                    c.link(c.face, far);
                    for (const Vector& p :
-                        {Vector(5, 0, 0), Vector(6, 0, 0), Vector(5, 1, 0), Vector(5, 0, 1)})
+                        {Vector(5, 0, 0), Vector(6, 0, 0), Vector(5, 1, 0), Vector(5, 0, 1)}) {
                        c.addVertex(p);
+                   }
                    c.addElement(3, {5, 6, 7, 8}, far);
                },
                {"warning missing-neighbour: mesh face 1 at (0.333333, 0.333333, 0) is a side of no "
@@ -316,18 +320,22 @@ private slots:
                             const char* named) {
             QTest::newRow(tag) << QString(tag) << QString(on) << value << QString(named);
         };
-        for (const char* tag : {"case_faces", "cold_faces", "hot_faces"})
+        for (const char* tag : {"case_faces", "cold_faces", "hot_faces"}) {
             row(tag, "region", QVariantList{3, 99}, "model face 99");
+        }
         row("original_shell_face", "region", 99, "model face 99");
         for (const char* tag :
              {"extruded_face", "fluid_face", "new_shell_face", "non_extruded_face", "periodic_face",
-              "rotor_face", "solid_face", "stator_face"})
+              "rotor_face", "solid_face", "stator_face"}) {
             row(tag, "face", 99, "model face 99");
-        for (const char* tag : {"fluid_region", "new_motion_region", "original_motion_region"})
+        }
+        for (const char* tag : {"fluid_region", "new_motion_region", "original_motion_region"}) {
             row(tag, "region", 98, "model region 98");
+        }
         for (const char* tag : {"new_motion_vertex", "original_motion_vertex", "rotor_vertex",
-                                "shell_vertex", "stator_vertex"})
+                                "shell_vertex", "stator_vertex"}) {
             row(tag, "vertex", 97, "mesh vertex 97");
+        }
     }
 
     void findsNamesOfNothing()
@@ -430,8 +438,9 @@ private slots:
         addRow("stray-link",
                [](ClosedCase& c) {
                    c.face->attributes().insert(T::ExtrudedFace, 4);
-                   for (const int id : {1, 2, 3})
+                   for (const int id : {1, 2, 3}) {
                        tie(c, id, 0, id, QVariantList{1.0});
+                   }
                    tie(c, 4, 2, 2, QVariantList{0.5, 0.25, 0.25});
                },
                {"error stray-link: mesh vertex 4 at (0, 0, 1) names in extruded_entity_id the mesh "
@@ -471,8 +480,9 @@ private slots:
                    old->attributes().insert(T::NewMotionRegion, 2);
                    c.region->attributes().insert(T::MotionType, 1);
                    c.region->attributes().insert(T::OriginalMotionRegion, 3);
-                   for (const int id : {1, 2, 3})
+                   for (const int id : {1, 2, 3}) {
                        c.vertex(id).insert(T::OriginalMotionVertex, id);
+                   }
                },
                {"error replica: model region 2 at (0.25, 0.25, 0.25) has 1 elements, but its "
                 "original, model region 3, only 0",
@@ -540,16 +550,19 @@ private slots:
         QFETCH(int, shown);
         QFETCH(QString, rest);
         ClosedCase closed;
-        for (int i = 0; i < 25; ++i)
+        for (int i = 0; i < 25; ++i) {
             closed.addVertex(Vector(i, 2, 2));
+        }
         QStringList expected;
-        for (int i = 0; i < shown; ++i)
+        for (int i = 0; i < shown; ++i) {
             expected += QStringLiteral("error unused-vertex: mesh vertex %1 at (%2, 2, 2) is used "
                                        "by no mesh edge, face or region")
                             .arg(i + 5)
                             .arg(i);
-        if (!rest.isEmpty())
+        }
+        if (!rest.isEmpty()) {
             expected += rest;
+        }
         expected += path("case") + " is unsound: 25 errors, 0 warnings";
         QCOMPARE(linesOf(verify(closed, options)), expected);
     }
@@ -607,8 +620,9 @@ private slots:
         const auto ids = [](const QList<int>& values) {
             QByteArray bytes;
             QDataStream stream(&bytes, QIODevice::WriteOnly);
-            for (const int value : values)
+            for (const int value : values) {
                 stream << value;
+            }
             return bytes;
         };
         const qsizetype element = mesh.lastIndexOf(ids({1, 2, 3, 4}));
@@ -624,8 +638,9 @@ private slots:
     void refusesBadLimits_data()
     {
         QTest::addColumn<QString>("limit");
-        for (const char* limit : {"-1", "many"})
+        for (const char* limit : {"-1", "many"}) {
             QTest::newRow(limit) << limit;
+        }
     }
 
     void refusesBadLimits()
@@ -639,8 +654,9 @@ private slots:
     void saysTheSameInJson()
     {
         ClosedCase closed;
-        for (int i = 0; i < 3; ++i)
+        for (int i = 0; i < 3; ++i) {
             closed.addVertex(Vector(i, 2, 2));
+        }
         closed.model()->attributes().insert(T::VisualScaleFactor, QStringLiteral("big"));
         const ToolRun run = verify(closed, {"--json", "--limit", "1"});
         QCOMPARE(run.exitCode, 7);
@@ -679,8 +695,9 @@ private slots:
     void saysTheSameUnderEverySeed()
     {
         ClosedCase closed;
-        for (int i = 0; i < 40; ++i)
+        for (int i = 0; i < 40; ++i) {
             closed.addVertex(Vector(i, 2, 2));
+        }
         addBelow(closed);
         QVERIFY(closed.save(path("case")));
         const ToolRun first = runTool({"verify", path("case")}, "1");
@@ -702,8 +719,9 @@ private:
         Database empty;
         QFile modelFile(path("case.geo_model"));
         QFile meshFile(path("case.geo_mesh"));
-        if (!modelFile.open(QIODevice::WriteOnly) || !meshFile.open(QIODevice::WriteOnly))
+        if (!modelFile.open(QIODevice::WriteOnly) || !meshFile.open(QIODevice::WriteOnly)) {
             return ToolRun();
+        }
         QDataStream modelStream(&modelFile);
         QDataStream meshStream(&meshFile);
         database.model()->write(modelStream);
@@ -743,8 +761,9 @@ private:
         const QString kind = lines.front().section(':', 0, 0) + ':';
         QStringList found;
         for (const QString& line : linesOf(run)) {
-            if (line.startsWith("error ") || line.startsWith(kind))
+            if (line.startsWith("error ") || line.startsWith(kind)) {
                 found += line;
+            }
         }
         QCOMPARE(found, lines);
         QCOMPARE(run.exitCode, kind.startsWith("error") ? 7 : 0);

@@ -34,27 +34,32 @@ QList<QByteArray> fieldsOf(QFile& file)
 bool findLine(QFile& file, const QByteArray& word)
 {
     while (!file.atEnd()) {
-        if (file.readLine().trimmed() == word)
+        if (file.readLine().trimmed() == word) {
             return true;
+        }
     }
     return false;
 }
 
 Count inGmshMesh(QFile& file)
 {
-    if (!findLine(file, "$MeshFormat"))
+    if (!findLine(file, "$MeshFormat")) {
         return std::nullopt;
+    }
     const QList<QByteArray> format = fieldsOf(file);
     const bool blocks = format.value(0).toDouble() >= 4;
     const bool binary = format.value(1) == "1";
-    if (!findLine(file, "$Elements"))
+    if (!findLine(file, "$Elements")) {
         return 0;
-    if (!blocks || !binary)
+    }
+    if (!blocks || !binary) {
         return numberAt(fieldsOf(file), blocks ? 1 : 0);
+    }
     const QByteArray header = file.read(16);
     quint64 count = 0;
-    if (header.size() == 16)
+    if (header.size() == 16) {
         std::memcpy(&count, header.constData() + 8, sizeof count);
+    }
     return static_cast<qint64>(count);
 }
 
@@ -66,10 +71,12 @@ Count inUniversal(QFile& file)
         for (QList<QByteArray> record = fieldsOf(file); record.size() == 6;
              record = fieldsOf(file)) {
             ++count;
-            if (beams.contains(record.at(1)))
+            if (beams.contains(record.at(1))) {
                 file.readLine();
-            for (qint64 nodes = record.at(5).toLongLong(); nodes > 0 && !file.atEnd(); nodes -= 8)
+            }
+            for (qint64 nodes = record.at(5).toLongLong(); nodes > 0 && !file.atEnd(); nodes -= 8) {
                 file.readLine();
+            }
         }
     }
     return count;
@@ -96,10 +103,12 @@ Count inMedit(QFile& file)
     qint64 count = 0;
     while (!file.atEnd()) {
         QList<QByteArray> fields = fieldsOf(file);
-        if (!kinds.contains(fields.first()))
+        if (!kinds.contains(fields.first())) {
             continue;
-        if (fields.size() == 1)
+        }
+        if (fields.size() == 1) {
             fields += fieldsOf(file);
+        }
         count += numberAt(fields, 1).value_or(0);
     }
     return count;
@@ -109,8 +118,9 @@ Count inVtk(QFile& file)
 {
     while (!file.atEnd()) {
         const QList<QByteArray> fields = fieldsOf(file);
-        if (fields.first() == "CELL_TYPES")
+        if (fields.first() == "CELL_TYPES") {
             return numberAt(fields, 1);
+        }
     }
     return std::nullopt;
 }
@@ -125,8 +135,9 @@ std::optional<qint64> DeclaredElements::in(const QString& path)
         {QStringLiteral("mesh"), inMedit},   {QStringLiteral("vtk"), inVtk}};
     const auto counter = counters.value(InputFileCheck::suffix(path), nullptr);
     QFile file(path);
-    if (counter == nullptr || !file.open(QIODevice::ReadOnly))
+    if (counter == nullptr || !file.open(QIODevice::ReadOnly)) {
         return std::nullopt;
+    }
     return counter(file);
 }
 

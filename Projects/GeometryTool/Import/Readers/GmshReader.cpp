@@ -33,8 +33,9 @@ bool isCadModel()
     for (const auto& [dimension, tag] : entities) {
         std::string type;
         gmsh::model::getType(dimension, tag, type);
-        if (dimension > 0 && type.rfind("Discrete", 0) != 0)
+        if (dimension > 0 && type.rfind("Discrete", 0) != 0) {
             return true;
+        }
     }
     return false;
 }
@@ -46,8 +47,9 @@ qint64 elementCount()
     std::vector<std::vector<std::size_t>> nodes;
     gmsh::model::mesh::getElements(types, elements, nodes);
     qint64 count = 0;
-    for (const auto& list : elements)
+    for (const auto& list : elements) {
         count += static_cast<qint64>(list.size());
+    }
     return count;
 }
 
@@ -72,8 +74,9 @@ int GmshReader::read(const ImportOptions& options)
     requireAllElements(options.input);
     fillIfSurface(options);
     const int dimension = targetDimension(options);
-    if (!hasElements(dimension))
+    if (!hasElements(dimension)) {
         generate(options, dimension);
+    }
     return dimension;
 }
 
@@ -84,11 +87,12 @@ void GmshReader::requireReader(const QString& path) const
                                                   {QStringLiteral("mmed"), QStringLiteral("Med")},
                                                   {QStringLiteral("rmed"), QStringLiteral("Med")}};
     const QString feature = Features.value(InputFileCheck::suffix(path));
-    if (!feature.isEmpty() && !GmshSession::hasFeature(feature))
+    if (!feature.isEmpty() && !GmshSession::hasFeature(feature)) {
         throw ToolError(ExitCode::Unsuitable,
                         QStringLiteral("%1: the installed Gmsh was built without support for %2 "
                                        "files; convert the file to .msh first")
                             .arg(path, feature.toUpper()));
+    }
 }
 
 void GmshReader::open(const QString& path)
@@ -100,37 +104,42 @@ void GmshReader::open(const QString& path)
         const bool loose = suffix == QLatin1String("iges") || suffix == QLatin1String("igs");
         gmsh::option::setNumber("Geometry.OCCSewFaces", loose ? 1 : 0);
         gmsh::option::setNumber("Geometry.OCCMakeSolids", loose ? 1 : 0);
-        if (suffix == QLatin1String("inp"))
+        if (suffix == QLatin1String("inp")) {
             AbaqusReader(path).read();
-        else
+        } else {
             gmsh::open(QFile::encodeName(path).toStdString());
+        }
     });
-    for (const QString& warning : session_.takeWarnings())
+    for (const QString& warning : session_.takeWarnings()) {
         progress_.warning(QStringLiteral("%1: Gmsh: %2").arg(path, warning));
-    if (gmsh::model::getDimension() < 1)
+    }
+    if (gmsh::model::getDimension() < 1) {
         throw ToolError(ExitCode::InputDamaged,
                         QStringLiteral("%1: Gmsh finds neither geometry nor mesh in it").arg(path));
+    }
 }
 
 void GmshReader::requireAllElements(const QString& path) const
 {
     const qint64 declared = DeclaredElements::in(path).value_or(0);
     const qint64 loaded = elementCount();
-    if (loaded < declared)
+    if (loaded < declared) {
         throw ToolError(ExitCode::Unsuitable,
                         QStringLiteral("%1: %2 of its %3 elements are of kinds that cannot be "
                                        "imported, polygons or springs for instance")
                             .arg(path)
                             .arg(declared - loaded)
                             .arg(declared));
+    }
 }
 
 int GmshReader::targetDimension(const ImportOptions& options) const
 {
     const int present = gmsh::model::getDimension();
     const int wanted = options.dimension == 0 ? qMax(2, present) : options.dimension;
-    if (present >= wanted)
+    if (present >= wanted) {
         return wanted;
+    }
     throw ToolError(ExitCode::Unsuitable,
                     wanted == 3
                         ? QStringLiteral("%1: holds no volumes; import it with --dimension 2")
@@ -140,12 +149,13 @@ int GmshReader::targetDimension(const ImportOptions& options) const
 
 void GmshReader::generate(const ImportOptions& options, int dimension)
 {
-    if (!isCadModel() && !isSurfaceFormat(options.input))
+    if (!isCadModel() && !isSurfaceFormat(options.input)) {
         throw ToolError(ExitCode::Unsuitable,
                         QStringLiteral("%1: holds no elements of dimension %2 and no geometry to "
                                        "mesh")
                             .arg(options.input)
                             .arg(dimension));
+    }
     if (options.meshSize > 0) {
         gmsh::option::setNumber("Mesh.MeshSizeMax", options.meshSize);
         gmsh::option::setNumber("Mesh.MeshSizeMin", 0);
@@ -155,11 +165,12 @@ void GmshReader::generate(const ImportOptions& options, int dimension)
     session_.run(
         QStringLiteral("%1: meshing fails").arg(options.input),
         [dimension] { gmsh::model::mesh::generate(dimension); }, false);
-    if (!hasElements(dimension))
+    if (!hasElements(dimension)) {
         throw ToolError(ExitCode::Unsuitable,
                         QStringLiteral("%1: Gmsh makes no elements of dimension %2 of it")
                             .arg(options.input)
                             .arg(dimension));
+    }
     session_.takeWarnings(); // about quality on the way, of which the result tells more
 }
 
@@ -168,16 +179,18 @@ void GmshReader::fillIfSurface(const ImportOptions& options)
     const bool surfaceOnly = gmsh::model::getDimension() == 2 && !isCadModel();
     const bool wanted =
         options.dimension == 3 || (options.dimension == 0 && isSurfaceFormat(options.input));
-    if (!surfaceOnly || !wanted)
+    if (!surfaceOnly || !wanted) {
         return;
+    }
     progress_.phase(QStringLiteral("looking for closed bodies"));
     SurfaceFilling filling;
     session_.run(options.input, [&filling] { filling.collect(); });
     if (!filling.openness().isEmpty()) {
         const QString text = QStringLiteral("%1: its surface encloses no volume: %2")
                                  .arg(options.input, filling.openness());
-        if (options.dimension == 3)
+        if (options.dimension == 3) {
             throw ToolError(ExitCode::Unsuitable, text);
+        }
         progress_.warning(text + QStringLiteral("; only the surface is imported"));
         return;
     }

@@ -64,8 +64,9 @@ GmshSession::~GmshSession()
 void GmshSession::run(const QString& what, const std::function<void()>& action, bool isInput)
 {
     const std::optional<QString> failure = failureOf(action);
-    if (!failure)
+    if (!failure) {
         return;
+    }
     const QString reason =
         failure->isEmpty() ? QStringLiteral("Gmsh fails without saying why") : *failure;
     throw ToolError(isInput ? ExitCode::InputDamaged : ExitCode::Unsuitable,
@@ -82,8 +83,9 @@ QStringList GmshSession::takeWarnings()
     QStringList warnings;
     for (const std::string& line : lines) {
         const QString text = cleaned(line);
-        if (text.startsWith(prefix))
+        if (text.startsWith(prefix)) {
             warnings.append(text.mid(prefix.size()));
+        }
     }
     warnings.removeDuplicates();
     return warnings;

@@ -47,50 +47,60 @@ void checkSections(QFile& file)
     while (!file.atEnd()) {
         const QByteArray line = file.readLine(longestLine).trimmed();
         const QByteArray lower = line.toLower(); // version 1 shouts
-        if (!line.startsWith('$') || lower.startsWith("$comment"))
+        if (!line.startsWith('$') || lower.startsWith("$comment")) {
             continue;
+        }
         found = true;
-        if (open.isEmpty() && !lower.startsWith("$end"))
+        if (open.isEmpty() && !lower.startsWith("$end")) {
             open = line.mid(1);
-        else if (lower == "$end" + open.toLower())
+        } else if (lower == "$end" + open.toLower()) {
             open.clear();
+        }
     }
-    if (!found)
+    if (!found) {
         damaged(file.fileName(), QStringLiteral("not a Gmsh mesh file: no section begins in it"));
-    if (!open.isEmpty())
+    }
+    if (!open.isEmpty()) {
         cutOff(file, QStringLiteral("section $%1 is not closed").arg(QString::fromLatin1(open)));
+    }
 }
 
 void checkStep(QFile& file)
 {
-    if (!tail(file, 400).contains("END-ISO-10303-21"))
+    if (!tail(file, 400).contains("END-ISO-10303-21")) {
         cutOff(file, QStringLiteral("there is no END-ISO-10303-21"));
+    }
 }
 
 void checkIges(QFile& file)
 {
     const QByteArray line = tail(file, 400).trimmed().split('\n').last();
     constexpr qsizetype sectionColumn = 72;
-    if (line.size() <= sectionColumn || line.at(sectionColumn) != 'T')
+    if (line.size() <= sectionColumn || line.at(sectionColumn) != 'T') {
         cutOff(file, QStringLiteral("there is no terminate section"));
+    }
 }
 
 void checkUniversal(QFile& file)
 {
     int delimiters = 0;
-    while (!file.atEnd())
+    while (!file.atEnd()) {
         delimiters += file.readLine().trimmed() == "-1" ? 1 : 0;
-    if (delimiters == 0)
+    }
+    if (delimiters == 0) {
         damaged(file.fileName(), QStringLiteral("not a universal file: no data set begins in it"));
-    if (delimiters % 2 != 0)
+    }
+    if (delimiters % 2 != 0) {
         cutOff(file, QStringLiteral("the last data set is not closed by -1"));
+    }
 }
 
 void checkNastran(QFile& file)
 {
     while (!file.atEnd()) {
-        if (file.readLine().trimmed().toUpper().startsWith("ENDDATA"))
+        if (file.readLine().trimmed().toUpper().startsWith("ENDDATA")) {
             return;
+        }
     }
     cutOff(file, QStringLiteral("there is no ENDDATA"));
 }
@@ -112,21 +122,24 @@ void checkMedit(QFile& file)
     for (qint64 number = 1; !file.atEnd(); ++number) {
         const QByteArray line = file.readLine().simplified();
         const bool isKeyword = !line.isEmpty() && line.at(0) >= 'A' && line.at(0) <= 'Z';
-        if (isKeyword)
+        if (isKeyword) {
             keyword = line.split(' ').first();
+        }
         ended = ended || keyword == "End";
         const bool tooLong =
             !isKeyword && numbersUnder(keyword) > 0 && line.count(' ') >= numbersUnder(keyword);
         const bool higherOrder = isKeyword && (keyword.endsWith("P2") || keyword.endsWith("Q2"));
-        if (tooLong || higherOrder)
+        if (tooLong || higherOrder) {
             damaged(
                 file.fileName(),
                 QStringLiteral("line %1: elements of second order, which Gmsh misreads in Medit "
                                "files; save the mesh in first order or as .msh")
                     .arg(number));
+        }
     }
-    if (!ended)
+    if (!ended) {
         cutOff(file, QStringLiteral("there is no End"));
+    }
 }
 
 /// \brief Each shape closes its list of parts with an asterisk; a reference to the last one ends the
@@ -138,20 +151,24 @@ void checkBrep(QFile& file)
     QByteArray last;
     while (!file.atEnd()) {
         const QByteArray line = file.readLine().simplified();
-        if (line.startsWith("TShapes "))
+        if (line.startsWith("TShapes ")) {
             wanted = line.mid(8).toLongLong();
-        else if (wanted >= 0)
+        } else if (wanted >= 0) {
             found += line.count('*');
+        }
         last = line.isEmpty() ? last : line;
     }
-    if (wanted < 0)
+    if (wanted < 0) {
         cutOff(file, QStringLiteral("there are no TShapes"));
-    if (found < wanted)
+    }
+    if (found < wanted) {
         cutOff(file, QStringLiteral("%1 of %2 TShapes are there").arg(found).arg(wanted));
+    }
     const QList<QByteArray> reference = last.split(' ');
     const bool isEnded = tail(file, 1).trimmed().isEmpty();
-    if (reference.size() != 2 || last.contains('*') || !isEnded)
+    if (reference.size() != 2 || last.contains('*') || !isEnded) {
         cutOff(file, QStringLiteral("there is no reference to the whole behind the TShapes"));
+    }
 }
 
 void checkStl(QFile& file)
@@ -161,14 +178,17 @@ void checkStl(QFile& file)
     constexpr qint64 triangleSize = 50;
     if (header.size() == headerSize) {
         const qint64 count = qFromLittleEndian<quint32>(header.constData() + 80);
-        if (file.size() == headerSize + triangleSize * count)
+        if (file.size() == headerSize + triangleSize * count) {
             return;
+        }
     }
-    if (!header.trimmed().startsWith("solid"))
+    if (!header.trimmed().startsWith("solid")) {
         cutOff(file,
                QStringLiteral("neither text nor as long as its count of triangles calls for"));
-    if (!lastLine(file).startsWith("endsolid"))
+    }
+    if (!lastLine(file).startsWith("endsolid")) {
         cutOff(file, QStringLiteral("there is no endsolid"));
+    }
 }
 
 qint64 numbersInLine(const QByteArray& line)
@@ -189,17 +209,19 @@ void checkVtkTables(QFile& file)
     qint64 missing = 0;
     while (!file.atEnd()) {
         const QByteArray line = file.readLine().simplified();
-        if (line.startsWith("CELL_DATA ") || line.startsWith("POINT_DATA "))
+        if (line.startsWith("CELL_DATA ") || line.startsWith("POINT_DATA ")) {
             wanted = line.mid(line.indexOf(' ')).toLongLong();
-        else if (line.startsWith("LOOKUP_TABLE "))
+        } else if (line.startsWith("LOOKUP_TABLE ")) {
             missing = wanted;
-        else
+        } else {
             missing -= numbersInLine(line);
+        }
     }
-    if (missing > 0)
+    if (missing > 0) {
         cutOff(file, QStringLiteral("%1 of %2 values of the last table are missing")
                          .arg(missing)
                          .arg(wanted));
+    }
 }
 
 /// \brief The types of the cells come behind points and cells, and so tell of these too.
@@ -211,20 +233,26 @@ void checkVtk(QFile& file)
     while (!file.atEnd() && wanted < 0) {
         const QByteArray line = file.readLine().simplified();
         binary = binary || line == "BINARY";
-        if (line.startsWith("CELL_TYPES "))
+        if (line.startsWith("CELL_TYPES ")) {
             wanted = line.mid(11).toLongLong();
+        }
     }
-    if (wanted < 0)
+    if (wanted < 0) {
         cutOff(file, QStringLiteral("there are no CELL_TYPES"));
+    }
     constexpr qint64 bytesOfType = 4;
-    if (binary)
+    if (binary) {
         found = (file.size() - file.pos()) / bytesOfType;
-    while (!binary && !file.atEnd() && found < wanted)
+    }
+    while (!binary && !file.atEnd() && found < wanted) {
         found += numbersInLine(file.readLine());
-    if (found < wanted)
+    }
+    if (found < wanted) {
         cutOff(file, QStringLiteral("%1 of %2 CELL_TYPES are there").arg(found).arg(wanted));
-    if (!binary)
+    }
+    if (!binary) {
         checkVtkTables(file);
+    }
 }
 
 /// \brief Whether something follows the first statement of a line, comments apart.
@@ -232,8 +260,9 @@ bool hasMoreStatements(const QByteArray& line)
 {
     const qsizetype end = line.indexOf(';');
     QByteArray rest = end < 0 ? QByteArray() : line.mid(end + 1);
-    for (const char* comment : {"//", "/*"})
+    for (const char* comment : {"//", "/*"}) {
         rest.truncate(rest.contains(comment) ? rest.indexOf(comment) : rest.size());
+    }
     return std::any_of(rest.begin(), rest.end(),
                        [](char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0; });
 }
@@ -243,17 +272,19 @@ void checkScript(QFile& file)
 {
     constexpr qint64 longestLine = 100000;
     const QByteArray last = tail(file, longestLine).split('\n').last();
-    if (hasMoreStatements(last))
+    if (hasMoreStatements(last)) {
         damaged(file.fileName(),
                 QStringLiteral("the last line has several statements and no line break at its end, "
                                "so that Gmsh would pass over all but the first; end it, or "
                                "complete the file if it is cut off"));
+    }
 }
 
 void checkLastLineEnded(QFile& file)
 {
-    if (!tail(file, 1).endsWith('\n'))
+    if (!tail(file, 1).endsWith('\n')) {
         cutOff(file, QStringLiteral("the last line is not ended"));
+    }
 }
 
 using Check = void (*)(QFile&);
@@ -284,13 +315,15 @@ QStringList knownSuffixes()
 void requireKnownSuffix(const QString& path)
 {
     const QString suffix = InputFileCheck::suffix(path);
-    if (suffix == QLatin1String("geo_model") || suffix == QLatin1String("geo_mesh"))
+    if (suffix == QLatin1String("geo_model") || suffix == QLatin1String("geo_mesh")) {
         throw ToolError(
             ExitCode::Usage,
             QStringLiteral("%1: this is a case already, not an input to import").arg(path));
-    if (!knownSuffixes().contains(suffix))
+    }
+    if (!knownSuffixes().contains(suffix)) {
         damaged(path, QStringLiteral("its suffix tells no known format; can be imported: .") +
                           knownSuffixes().join(QStringLiteral(", .")));
+    }
 }
 
 } // namespace
@@ -303,19 +336,23 @@ QString InputFileCheck::suffix(const QString& path)
 void InputFileCheck::check(const QString& path)
 {
     const QFileInfo info(path);
-    if (!info.exists())
+    if (!info.exists()) {
         throw ToolError(ExitCode::InputMissing, QStringLiteral("%1: no such file").arg(path));
+    }
     QFile file(path);
-    if (info.isDir() || !file.open(QIODevice::ReadOnly))
+    if (info.isDir() || !file.open(QIODevice::ReadOnly)) {
         throw ToolError(ExitCode::InputMissing,
                         QStringLiteral("%1: %2").arg(path, info.isDir()
                                                                ? QStringLiteral("is a directory")
                                                                : file.errorString()));
+    }
     requireKnownSuffix(path);
-    if (file.size() == 0)
+    if (file.size() == 0) {
         damaged(path, QStringLiteral("the file is empty"));
-    if (const Check check = checks().value(suffix(path), nullptr))
+    }
+    if (const Check check = checks().value(suffix(path), nullptr)) {
         check(file);
+    }
 }
 
 } // namespace Ovra::GeoTool

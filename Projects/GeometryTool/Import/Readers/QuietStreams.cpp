@@ -21,8 +21,9 @@ void flushAll()
 
 void restore(int saved, int stream)
 {
-    if (saved < 0)
+    if (saved < 0) {
         return;
+    }
     dup2(saved, stream);
     close(saved);
 }
@@ -33,14 +34,17 @@ QuietStreams::QuietStreams()
 {
     flushAll();
     const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
-    if (nowhere < 0)
+    if (nowhere < 0) {
         return;
+    }
     output_ = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 3);
     error_ = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3);
-    if (output_ >= 0)
+    if (output_ >= 0) {
         dup2(nowhere, STDOUT_FILENO);
-    if (error_ >= 0)
+    }
+    if (error_ >= 0) {
         dup2(nowhere, STDERR_FILENO);
+    }
     close(nowhere);
 }
 

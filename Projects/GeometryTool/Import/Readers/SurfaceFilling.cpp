@@ -23,8 +23,9 @@ edgeUses(const std::vector<std::array<std::size_t, 3>>& triangles)
 {
     std::map<std::pair<std::size_t, std::size_t>, int> uses;
     for (const auto& triangle : triangles) {
-        for (std::size_t i = 0; i < 3; ++i)
+        for (std::size_t i = 0; i < 3; ++i) {
             ++uses[std::minmax(triangle[i], triangle[(i + 1) % 3])];
+        }
     }
     return uses;
 }
@@ -35,8 +36,9 @@ void SurfaceFilling::collect()
 {
     readTriangles();
     checkClosed();
-    if (!openness_.isEmpty())
+    if (!openness_.isEmpty()) {
         return;
+    }
     partIntoPieces();
     nestPieces();
 }
@@ -54,14 +56,16 @@ void SurfaceFilling::readTriangles()
     }
     std::vector<int> types;
     gmsh::model::mesh::getElementTypes(types, 2);
-    if (types != std::vector<int>{TriangleType})
+    if (types != std::vector<int>{TriangleType}) {
         openness_ = QStringLiteral("it is not made of plain triangles");
+    }
     std::vector<std::size_t> elements;
     std::vector<std::size_t> nodes;
     gmsh::model::mesh::getElementsByType(TriangleType, elements, nodes);
-    for (std::size_t i = 0; i + 2 < nodes.size(); i += 3)
+    for (std::size_t i = 0; i + 2 < nodes.size(); i += 3) {
         triangles_.push_back(
             {positions.at(nodes[i]), positions.at(nodes[i + 1]), positions.at(nodes[i + 2])});
+    }
 }
 
 void SurfaceFilling::checkClosed()
@@ -72,10 +76,11 @@ void SurfaceFilling::checkClosed()
         open += uses < 2 ? 1 : 0;
         branching += uses > 2 ? 1 : 0;
     }
-    if (open > 0)
+    if (open > 0) {
         openness_ = QStringLiteral("%1 edges belong to one triangle only").arg(open);
-    else if (branching > 0)
+    } else if (branching > 0) {
         openness_ = QStringLiteral("%1 edges belong to more than two triangles").arg(branching);
+    }
 }
 
 void SurfaceFilling::partIntoPieces()
@@ -88,8 +93,9 @@ void SurfaceFilling::partIntoPieces()
     std::map<std::size_t, std::size_t> pieceOf;
     for (const Triangle& triangle : triangles_) {
         const auto [found, isNew] = pieceOf.emplace(sets.find(triangle[0]), pieces_.size());
-        if (isNew)
+        if (isNew) {
             pieces_.emplace_back();
+        }
         Piece& piece = pieces_[found->second];
         piece.triangles.push_back(triangle);
         piece.volume +=
@@ -103,13 +109,15 @@ void SurfaceFilling::nestPieces()
         const Vector point = points_[inner.triangles.front()[0]];
         for (std::size_t i = 0; i < pieces_.size(); ++i) {
             const Piece& outer = pieces_[i];
-            if (&outer == &inner || !contains(outer, point))
+            if (&outer == &inner || !contains(outer, point)) {
                 continue;
+            }
             ++inner.depth;
             if (inner.around < 0 ||
                 std::abs(outer.volume) <
-                    std::abs(pieces_[static_cast<std::size_t>(inner.around)].volume))
+                    std::abs(pieces_[static_cast<std::size_t>(inner.around)].volume)) {
                 inner.around = static_cast<int>(i);
+            }
         }
     }
 }
@@ -142,12 +150,14 @@ void SurfaceFilling::addVolumes() const
     }
     for (std::size_t i = 0; i < pieces_.size(); ++i) {
         const bool hollow = pieces_[i].depth % 2 == 1 && pieces_[i].volume < 0;
-        if (hollow)
+        if (hollow) {
             continue;
+        }
         std::vector<int> loops{static_cast<int>(i) + 1};
         for (std::size_t j = 0; j < pieces_.size(); ++j) {
-            if (pieces_[j].around == static_cast<int>(i))
+            if (pieces_[j].around == static_cast<int>(i)) {
                 loops.push_back(static_cast<int>(j) + 1);
+            }
         }
         gmsh::model::geo::addVolume(loops);
     }
@@ -159,8 +169,9 @@ void SurfaceFilling::addPiece(const Piece& piece, int tag) const
     gmsh::model::addDiscreteEntity(2, tag);
     std::vector<std::size_t> nodes;
     for (const Triangle& triangle : piece.triangles) {
-        for (const std::size_t position : triangle)
+        for (const std::size_t position : triangle) {
             nodes.push_back(position + 1);
+        }
     }
     std::vector<std::size_t> used = nodes;
     std::sort(used.begin(), used.end());
