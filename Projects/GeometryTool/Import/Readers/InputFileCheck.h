@@ -9,7 +9,7 @@ namespace Ovra::GeoTool
 ///
 /// Several of Gmsh's readers take what they can get of a file that was cut off, or make an empty
 /// model of one that is missing or of another kind. What shows that a file is whole is told by its
-/// suffix:
+/// suffix; the check of a format stands in a class of its own:
 ///
 /// | Suffix | Whole when |
 /// |---|---|

@@ -1,0 +1,30 @@
+#pragma once
+
+class QFile;
+
+namespace Ovra::GeoTool
+{
+
+/// \brief Whether a file holds what ends one of its format.
+///
+/// Each throws ToolError, InputDamaged, if the file, open and at its start, is not whole.
+class EndMarkCheck
+{
+public:
+    /// \brief Whether "END-ISO-10303-21" stands at the end.
+    static void step(QFile& file);
+
+    /// \brief Whether the last line is of section T.
+    static void iges(QFile& file);
+
+    /// \brief Whether the delimiters "    -1" come in pairs.
+    static void universal(QFile& file);
+
+    /// \brief Whether there is a line "ENDDATA".
+    static void nastran(QFile& file);
+
+    /// \brief Whether the last line is ended; the format has no mark of its end.
+    static void abaqus(QFile& file);
+};
+
+} // namespace Ovra::GeoTool

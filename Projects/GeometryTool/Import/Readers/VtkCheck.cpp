@@ -1,0 +1,80 @@
+#include "VtkCheck.h"
+
+#include "InputDamage.h"
+
+#include <QByteArray>
+#include <QFile>
+
+namespace Ovra::GeoTool
+{
+
+namespace
+{
+
+qint64 numbersInLine(const QByteArray& line)
+{
+    qint64 count = 0;
+    for (const QByteArray& word : line.simplified().split(' ')) {
+        bool isNumber = false;
+        word.toDouble(&isNumber);
+        count += isNumber ? 1 : 0;
+    }
+    return count;
+}
+
+/// \brief Each table of values on points or cells has as many as there are of these.
+void checkVtkTables(QFile& file)
+{
+    qint64 wanted = 0;
+    qint64 missing = 0;
+    while (!file.atEnd()) {
+        const QByteArray line = file.readLine().simplified();
+        if (line.startsWith("CELL_DATA ") || line.startsWith("POINT_DATA ")) {
+            wanted = line.mid(line.indexOf(' ')).toLongLong();
+        } else if (line.startsWith("LOOKUP_TABLE ")) {
+            missing = wanted;
+        } else {
+            missing -= numbersInLine(line);
+        }
+    }
+    if (missing > 0) {
+        InputDamage::cutOff(file, QStringLiteral("%1 of %2 values of the last table are missing")
+                                      .arg(missing)
+                                      .arg(wanted));
+    }
+}
+
+} // namespace
+
+void VtkCheck::check(QFile& file)
+{
+    bool binary = false;
+    qint64 wanted = -1;
+    qint64 found = 0;
+    while (!file.atEnd() && wanted < 0) {
+        const QByteArray line = file.readLine().simplified();
+        binary = binary || line == "BINARY";
+        if (line.startsWith("CELL_TYPES ")) {
+            wanted = line.mid(11).toLongLong();
+        }
+    }
+    if (wanted < 0) {
+        InputDamage::cutOff(file, QStringLiteral("there are no CELL_TYPES"));
+    }
+    constexpr qint64 bytesOfType = 4;
+    if (binary) {
+        found = (file.size() - file.pos()) / bytesOfType;
+    }
+    while (!binary && !file.atEnd() && found < wanted) {
+        found += numbersInLine(file.readLine());
+    }
+    if (found < wanted) {
+        InputDamage::cutOff(file,
+                            QStringLiteral("%1 of %2 CELL_TYPES are there").arg(found).arg(wanted));
+    }
+    if (!binary) {
+        checkVtkTables(file);
+    }
+}
+
+} // namespace Ovra::GeoTool

@@ -1,0 +1,19 @@
+#pragma once
+
+class QFile;
+
+namespace Ovra::GeoTool
+{
+
+/// \brief Whether a legacy VTK file has as many types of cells as announced, and whole tables behind
+/// them.
+///
+/// The types of the cells come behind points and cells, and so tell of these too.
+class VtkCheck
+{
+public:
+    /// \brief Throws ToolError, InputDamaged, if \p file, open and at its start, is not whole.
+    static void check(QFile& file);
+};
+
+} // namespace Ovra::GeoTool
