@@ -85,6 +85,18 @@ public:
         return written([section](const auto& writer, auto& stream) { (writer.*section)(stream); });
     }
 
+    /// What one writer writes as the section \p second, after the section \p first.
+    QString writtenAfter(void (Ovra::Geo::GbiWriter::*first)(QTextStream&) const,
+                         void (Ovra::Geo::GbiWriter::*second)(QTextStream&) const)
+    {
+        return written([first, second](const auto& writer, auto& stream) {
+            QString ignored;
+            QTextStream before(&ignored);
+            (writer.*first)(before);
+            (writer.*second)(stream);
+        });
+    }
+
     /// What has reached the device when a section returns, without a flush by the host.
     QString arrived(void (Ovra::Geo::GbiWriter::*section)(QTextStream&) const)
     {
@@ -102,6 +114,16 @@ public:
         });
     }
 };
+
+/// The ids from 1 to \p count.
+inline QList<int> upTo(int count)
+{
+    QList<int> ids;
+    for (int id = 1; id <= count; ++id) {
+        ids.append(id);
+    }
+    return ids;
+}
 
 /// The lines of a text, sorted, for sections whose order of records is open.
 inline QStringList sortedLines(const QString& text)

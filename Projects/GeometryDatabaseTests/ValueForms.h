@@ -1,14 +1,13 @@
 #pragma once
 
+#include "GermanLocale.h"
+
 #include <QDataStream>
 #include <QIODevice>
-#include <QLocale>
 #include <QMetaType>
 #include <QTest>
 #include <QTextStream>
 #include <QVariant>
-
-#include <clocale>
 
 // The forms that values take on streams and in variants, for the tests of the value classes.
 namespace ValueForms
@@ -61,24 +60,6 @@ inline QByteArray variantBytes(const char* typeName, const QByteArray& value)
 {
     return QByteArray::fromHex("0000007f 00") + countedString(typeName) + value;
 }
-
-// Numbers with a decimal comma everywhere that a locale can be set, for as long as this lives.
-class GermanLocale
-{
-public:
-    GermanLocale()
-    {
-        QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
-        std::setlocale(LC_ALL, "de_DE.UTF-8");
-    }
-    ~GermanLocale()
-    {
-        QLocale::setDefault(QLocale::c());
-        std::setlocale(LC_ALL, "C");
-    }
-    GermanLocale(const GermanLocale&) = delete;
-    GermanLocale& operator=(const GermanLocale&) = delete;
-};
 
 struct MetaTypeTraits
 {

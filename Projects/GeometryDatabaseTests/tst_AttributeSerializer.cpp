@@ -1,13 +1,13 @@
 #include "AttributeMap.h"
 #include "AttributeSerializer.h"
 #include "Box.h"
+#include "GermanLocale.h"
 #include "Matrix.h"
 #include "RefinementRegion.h"
 #include "StreamTesting.h"
 #include "Vector.h"
 #include "Version.h"
 
-#include <QLocale>
 #include <QTest>
 
 using namespace Ovra::Geo;
@@ -263,11 +263,8 @@ private slots:
         attributes.insert(AttributeType::PeriodicOrigin, Vector(1234.5, 0, 0));
         attributes.insert(AttributeType::PeriodicWeights, QVariantList{1234.5});
         const QString expected = printed(attributes);
-        const QLocale before;
-        QLocale::setDefault(QLocale(QLocale::German));
-        const QString german = printed(attributes);
-        QLocale::setDefault(before);
-        QCOMPARE(german, expected);
+        const GermanLocale german;
+        QCOMPARE(printed(attributes), expected);
         QCOMPARE(expected, block("material_id int 1234567\n"
                                  "periodic_origin Ovra::Geo::Vector (1234.5, 0, 0)\n"
                                  "periodic_weights QVariantList\n1234.5\n"

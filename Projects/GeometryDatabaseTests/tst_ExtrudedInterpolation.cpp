@@ -314,31 +314,22 @@ private slots:
         QTest::addColumn<PatchSpec>("second");
         QTest::addColumn<double>("tolerance");
         using Cells = PatchSpec::Cells;
-        const auto spec = [](int columns, int rows, Cells cells, double jitter, unsigned seed) {
-            PatchSpec result;
-            result.columns = columns;
-            result.rows = rows;
-            result.cells = cells;
-            result.jitter = jitter;
-            result.seed = seed;
-            return result;
-        };
         for (const double tolerance : {0.01, 1e-6}) {
             QTest::addRow("triangles, %g", tolerance)
-                << spec(12, 9, Cells::Rising, 0, 1) << spec(17, 14, Cells::Falling, 0, 2)
+                << PatchSpec{12, 9, Cells::Rising, 0, 1} << PatchSpec{17, 14, Cells::Falling, 0, 2}
                 << tolerance;
             QTest::addRow("jittered, %g", tolerance)
-                << spec(12, 9, Cells::Alternating, 0.25, 3) << spec(17, 14, Cells::Falling, 0.25, 4)
-                << tolerance;
+                << PatchSpec{12, 9, Cells::Alternating, 0.25, 3}
+                << PatchSpec{17, 14, Cells::Falling, 0.25, 4} << tolerance;
             QTest::addRow("quadrilaterals, %g", tolerance)
-                << spec(16, 16, Cells::Quads, 0.2, 5) << spec(11, 13, Cells::Rising, 0.2, 6)
-                << tolerance;
+                << PatchSpec{16, 16, Cells::Quads, 0.2, 5}
+                << PatchSpec{11, 13, Cells::Rising, 0.2, 6} << tolerance;
             QTest::addRow("coarse on fine, %g", tolerance)
-                << spec(2, 1, Cells::Rising, 0, 7) << spec(41, 37, Cells::Alternating, 0.2, 8)
-                << tolerance;
+                << PatchSpec{2, 1, Cells::Rising, 0, 7}
+                << PatchSpec{41, 37, Cells::Alternating, 0.2, 8} << tolerance;
             QTest::addRow("matching, %g", tolerance)
-                << spec(20, 20, Cells::Rising, 0.3, 9) << spec(20, 20, Cells::Falling, 0.3, 9)
-                << tolerance;
+                << PatchSpec{20, 20, Cells::Rising, 0.3, 9}
+                << PatchSpec{20, 20, Cells::Falling, 0.3, 9} << tolerance;
         }
     }
 

@@ -1,3 +1,4 @@
+#include "GermanLocale.h"
 #include "SolverInputCase.h"
 
 #include <QLocale>
@@ -7,15 +8,6 @@ using namespace Ovra::Geo;
 
 namespace
 {
-
-QList<int> upTo(int count)
-{
-    QList<int> ids;
-    for (int id = 1; id <= count; ++id) {
-        ids.append(id);
-    }
-    return ids;
-}
 
 // A stream with settings of the host's that a section must keep.
 struct HostStream
@@ -112,13 +104,10 @@ private slots:
 
     void theDefaultLocaleIsNot()
     {
-        const QLocale before;
-        QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+        const GermanLocale german;
         SolverInputCase c;
         c.node(12345, Vector(0.5, 0, 0));
-        const QString text = c.written(&GbiWriter::writeNodes, 1.0);
-        QLocale::setDefault(before);
-        QCOMPARE(text, QStringLiteral("12345 0.5 0 0\n-1\n"));
+        QCOMPARE(c.written(&GbiWriter::writeNodes, 1.0), QStringLiteral("12345 0.5 0 0\n-1\n"));
     }
 
     void numbersGoThroughTheIntegerSettings()

@@ -29,14 +29,8 @@ struct ExtrusionCase : SolverInputCase
 
     QString gatheredFaces()
     {
-        QString text;
-        QString ignored;
-        QTextStream stream(&text);
-        QTextStream first(&ignored);
-        const GbiWriter writer(&database);
-        writer.writeExtrusionNodalData(first);
-        writer.writeExtrusionFaceList(stream);
-        return text;
+        return writtenAfter(&GbiWriter::writeExtrusionNodalData,
+                            &GbiWriter::writeExtrusionFaceList);
     }
 };
 

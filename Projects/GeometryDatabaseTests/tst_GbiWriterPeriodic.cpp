@@ -34,14 +34,7 @@ struct PeriodicCase : SolverInputCase
 
     QString gatheredFaces()
     {
-        QString text;
-        QString ignored;
-        QTextStream stream(&text);
-        QTextStream first(&ignored);
-        const GbiWriter writer(&database);
-        writer.writePeriodicNodalData(first);
-        writer.writePeriodicFaceList(stream);
-        return text;
+        return writtenAfter(&GbiWriter::writePeriodicNodalData, &GbiWriter::writePeriodicFaceList);
     }
 };
 

@@ -7,15 +7,6 @@ using namespace Ovra::Geo;
 namespace
 {
 
-QList<int> upTo(int count)
-{
-    QList<int> ids;
-    for (int id = 1; id <= count; ++id) {
-        ids.append(id);
-    }
-    return ids;
-}
-
 struct ShellCase : SolverInputCase
 {
     ModelEntity* shell(int dimension, int id, const QVariant& isShell = true)

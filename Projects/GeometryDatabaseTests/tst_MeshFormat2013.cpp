@@ -1,7 +1,7 @@
+#include "GermanLocale.h"
 #include "MeshSerializer2013.h"
 #include "MeshStreamCase.h"
 
-#include <QLocale>
 #include <QTest>
 
 using namespace Ovra::Geo;
@@ -200,11 +200,8 @@ private slots:
         TestMesh mesh;
         mesh.addVertex({1234.5, 0, 0}, 1234567);
         const QString expected = printed(mesh);
-        const QLocale before;
-        QLocale::setDefault(QLocale(QLocale::German));
-        const QString german = printed(mesh);
-        QLocale::setDefault(before);
-        QCOMPARE(german, expected);
+        const GermanLocale german;
+        QCOMPARE(printed(mesh), expected);
         QVERIFY(expected.contains("1234567 -1 0\n(1234.5, 0, 0)\n"));
     }
 

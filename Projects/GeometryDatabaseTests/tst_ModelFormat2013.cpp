@@ -1,4 +1,5 @@
 #include "AttributeType.h"
+#include "GermanLocale.h"
 #include "Model.h"
 #include "ModelEdge.h"
 #include "ModelFace.h"
@@ -10,7 +11,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QLocale>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -278,11 +278,8 @@ private slots:
         Model model;
         addTo<ModelEdge>(model, 1234567)->setLength(1234.5);
         const QString expected = printed(model);
-        const QLocale before;
-        QLocale::setDefault(QLocale(QLocale::German));
-        const QString german = printed(model);
-        QLocale::setDefault(before);
-        QCOMPARE(german, expected);
+        const GermanLocale german;
+        QCOMPARE(printed(model), expected);
         QVERIFY(expected.contains("1234567 id\n"));
         QVERIFY(expected.contains("1234.5 length\n"));
     }

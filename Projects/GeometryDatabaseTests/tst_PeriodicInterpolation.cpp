@@ -130,27 +130,16 @@ const QList<std::pair<const char*, PatchSpec::Cells>> CellKinds{
     {"quadrilaterals", PatchSpec::Cells::Quads},
 };
 
-PatchSpec patch(int columns, int rows, PatchSpec::Cells cells, double jitter, unsigned seed)
-{
-    PatchSpec spec;
-    spec.columns = columns;
-    spec.rows = rows;
-    spec.cells = cells;
-    spec.jitter = jitter;
-    spec.seed = seed;
-    return spec;
-}
-
 /// Columns for two meshes that don't match, of every kind of cell.
 void addMeshRows(const char* name, const std::function<void(QTestData&)>& fill)
 {
     for (const auto& [kind, cells] : CellKinds) {
         fill(QTest::addRow("%s, %s", name, kind)
-             << patch(9, 7, cells, 0.0, 1) << patch(13, 12, PatchSpec::Cells::Falling, 0.0, 2)
-             << false);
+             << PatchSpec{9, 7, cells, 0.0, 1}
+             << PatchSpec{13, 12, PatchSpec::Cells::Falling, 0.0, 2} << false);
         fill(QTest::addRow("%s, %s, jittered", name, kind)
-             << patch(11, 17, cells, 0.25, 3) << patch(16, 12, PatchSpec::Cells::Rising, 0.25, 4)
-             << true);
+             << PatchSpec{11, 17, cells, 0.25, 3}
+             << PatchSpec{16, 12, PatchSpec::Cells::Rising, 0.25, 4} << true);
     }
 }
 
@@ -654,8 +643,9 @@ private slots:
         QTest::addColumn<PatchSpec>("second");
         QTest::addColumn<bool>("jittered");
         addMeshRows("translated", [](QTestData&) {});
-        QTest::newRow("large, jittered") << patch(40, 33, PatchSpec::Cells::Alternating, 0.2, 5)
-                                         << patch(37, 41, PatchSpec::Cells::Rising, 0.2, 6) << true;
+        QTest::newRow("large, jittered")
+            << PatchSpec{40, 33, PatchSpec::Cells::Alternating, 0.2, 5}
+            << PatchSpec{37, 41, PatchSpec::Cells::Rising, 0.2, 6} << true;
     }
 
     void translatedMeshes()
@@ -695,8 +685,8 @@ private slots:
         }
         addMeshRows("inward normals", [](QTestData& row) { row << 72.0 << true; });
         QTest::newRow("large, jittered")
-            << patch(40, 33, PatchSpec::Cells::Alternating, 0.2, 5)
-            << patch(37, 41, PatchSpec::Cells::Quads, 0.2, 6) << true << 40.0 << false;
+            << PatchSpec{40, 33, PatchSpec::Cells::Alternating, 0.2, 5}
+            << PatchSpec{37, 41, PatchSpec::Cells::Quads, 0.2, 6} << true << 40.0 << false;
     }
 
     void rotatedMeshes()
@@ -872,7 +862,7 @@ private:
         ModelEntity* first = surface.addFace();
         ModelEntity* second = surface.addFace();
         const auto place = [](double u, double v) { return Vector(12 * u, 12 * v, 0); };
-        PatchSpec spec = patch(12, 12, PatchSpec::Cells::Alternating, 0.0, 1);
+        PatchSpec spec{12, 12, PatchSpec::Cells::Alternating, 0.0, 1};
         addPatch(&surface, first, spec, place);
         spec.columns = spec.rows = 24;
         spec.flipped = true;
