@@ -159,6 +159,18 @@ void settleTrailingBytes(const Container& container, const FileFacts& facts, con
                          .arg(facts.size - facts.trailingBytes));
 }
 
+/// A process that is killed between the two renames of a case leaves a new model beside an old mesh.
+void requireOneCase(const CaseFiles& files)
+{
+    const QString mesh = OutputFiles::unfinished(files.modelPath(), files.meshPath());
+    if (!mesh.isEmpty()) {
+        throw damage(files.meshPath(),
+                     QStringLiteral("is older than %1: the run that wrote both was killed in "
+                                    "between; rename %2 to %3, or write the case again")
+                         .arg(files.modelPath(), mesh, files.meshPath()));
+    }
+}
+
 /// Reads a Model or a Mesh behind the checks that both kinds of file share.
 template <typename Container>
 FileFacts readInto(Container& container, InputFile& file, const QString& kind, int formatCount,
@@ -247,6 +259,7 @@ QString CaseFiles::meshPath() const
 
 void CaseFiles::load(Database& database, Progress& progress)
 {
+    requireOneCase(*this);
     InputFile modelFile(modelPath(), progress);
     InputFile meshFile(meshPath(), progress);
     modelFile.openOrThrow(); // both before the first is read, which may take long

@@ -1,15 +1,19 @@
 #include "OutputFiles.h"
 
+#include "PartFile.h"
+#include "TemporaryName.h"
 #include "ToolError.h"
 
 #include <QFileInfo>
-#include <QRandomGenerator>
 
 #include <cerrno>
 #include <cstring>
+#include <fcntl.h>
 #include <filesystem>
+#include <sys/file.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace Ovra::GeoTool
 {
@@ -33,15 +37,6 @@ QString targetOf(const QString& path)
 {
     const QFileInfo info(path);
     return info.exists() ? info.canonicalFilePath() : info.absoluteFilePath();
-}
-
-QString nameBeside(const QString& target, const char* suffix)
-{
-    const quint32 number = QRandomGenerator::system()->generate();
-    return QStringLiteral("%1.%2.%3")
-        .arg(target)
-        .arg(number, 8, 16, QLatin1Char('0'))
-        .arg(QLatin1String(suffix));
 }
 
 void requireReplaceable(const QString& path)
@@ -125,25 +120,32 @@ struct OutputFiles::Entry
     QString path; // as the user gave it, for messages
     QString target;
     QString backup;
+    std::unique_ptr<PartFile> part; // none for a device or a pipe
     CheckedFile file;
-    bool direct = false;
     bool inPlace = false;
 
-    void open();
-    void openBeside();
+    void open(const TemporaryName& names);
+    void openPart(const TemporaryName& names);
     void bringToDisk();
-    void keepOld();
+    void giveName();
+    void keepOld(const TemporaryName& names);
     void putInPlace();
-    bool takeBack();
+    bool takeBack(const TemporaryName& names);
     void dropBackup();
-    void discard();
+    void require(const std::error_code& error) const;
 };
 
-void OutputFiles::Entry::open()
+void OutputFiles::Entry::require(const std::error_code& error) const
 {
-    direct = isDeviceOrPipe(path);
-    if (!direct) {
-        openBeside();
+    if (error) {
+        throw outputError(path, QString::fromStdString(error.message()));
+    }
+}
+
+void OutputFiles::Entry::open(const TemporaryName& names)
+{
+    if (!isDeviceOrPipe(path)) {
+        openPart(names);
         return;
     }
     file.setFileName(path);
@@ -152,17 +154,20 @@ void OutputFiles::Entry::open()
     }
 }
 
-void OutputFiles::Entry::openBeside()
+void OutputFiles::Entry::openPart(const TemporaryName& names)
 {
     requireReplaceable(path);
     target = targetOf(path);
-    file.setFileName(nameBeside(target, "part"));
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
+    part = std::make_unique<PartFile>(names.part(target));
+    require(part->create(target));
+    Descriptor written = part->openForWriting();
+    if (!written.isOpen()) {
+        throw outputError(path, QString::fromLocal8Bit(std::strerror(errno)));
+    }
+    if (!file.open(written.number(), QIODevice::WriteOnly, QFileDevice::AutoCloseHandle)) {
         throw outputError(path, file.errorString());
     }
-    if (QFile::exists(target)) {
-        file.setPermissions(QFile::permissions(target));
-    }
+    written.release();
 }
 
 void OutputFiles::Entry::bringToDisk()
@@ -176,46 +181,55 @@ void OutputFiles::Entry::bringToDisk()
     }
 }
 
-/// Leaves the old file under its own name too, so that there is no moment without one.
-void OutputFiles::Entry::keepOld()
+void OutputFiles::Entry::giveName()
 {
-    if (direct || !QFile::exists(target)) {
+    if (part) {
+        require(part->giveName());
+    }
+}
+
+/// Leaves the old file under its own name too, so that there is no moment without one.
+void OutputFiles::Entry::keepOld(const TemporaryName& names)
+{
+    if (!part || !QFile::exists(target)) {
         return;
     }
-    backup = nameBeside(target, "old");
+    const QString name = names.old(target);
     std::error_code error;
-    std::filesystem::create_hard_link(toPath(target), toPath(backup), error);
+    std::filesystem::create_hard_link(toPath(target), toPath(name), error);
     if (error) { // a file system without links
-        std::filesystem::rename(toPath(target), toPath(backup), error);
+        std::filesystem::rename(toPath(target), toPath(name), error);
     }
-    if (error) {
-        backup.clear();
-        throw outputError(path, QString::fromStdString(error.message()));
-    }
+    require(error);
+    backup = name;
 }
 
 void OutputFiles::Entry::putInPlace()
 {
-    if (direct) {
-        return;
+    if (part) {
+        require(part->moveTo(target));
+        inPlace = true;
     }
-    std::error_code error;
-    std::filesystem::rename(toPath(file.fileName()), toPath(target), error);
-    if (error) {
-        throw outputError(path, QString::fromStdString(error.message()));
-    }
-    inPlace = true;
 }
 
-bool OutputFiles::Entry::takeBack()
+bool OutputFiles::Entry::takeBack(const TemporaryName& names)
 {
     std::error_code error;
-    if (!backup.isEmpty()) {
-        std::filesystem::rename(toPath(backup), toPath(target), error);
-    } else if (inPlace) {
-        std::filesystem::remove(toPath(target), error);
+    if (backup.isEmpty()) {
+        if (inPlace) {
+            std::filesystem::remove(toPath(target), error);
+        }
+        return !error;
     }
-    return !error;
+    std::filesystem::rename(toPath(backup), toPath(target), error);
+    if (!error) {
+        QFile::remove(backup); // where both were the same file, nothing has been renamed
+        return true;
+    }
+    if (QFile::rename(backup, names.kept(target))) {
+        backup = names.kept(target);
+    }
+    return false;
 }
 
 void OutputFiles::Entry::dropBackup()
@@ -225,22 +239,12 @@ void OutputFiles::Entry::dropBackup()
     }
 }
 
-/// QFile::remove() keeps a file that it cannot flush first.
-void OutputFiles::Entry::discard()
-{
-    file.close();
-    std::error_code error;
-    std::filesystem::remove(toPath(file.fileName()), error);
-}
-
 OutputFiles::OutputFiles() = default;
 
 OutputFiles::~OutputFiles()
 {
-    for (const std::unique_ptr<Entry>& entry : entries_) {
-        if (!entry->direct && !entry->inPlace) {
-            entry->discard();
-        }
+    while (!entries_.empty()) { // in this order, for TemporaryName::unfinished()
+        entries_.pop_back();
     }
 }
 
@@ -248,7 +252,7 @@ QFile& OutputFiles::add(const QString& path)
 {
     auto entry = std::make_unique<Entry>();
     entry->path = path;
-    entry->open();
+    entry->open(names_);
     entries_.push_back(std::move(entry));
     return entries_.back()->file;
 }
@@ -257,6 +261,11 @@ bool OutputFiles::isDeviceOrPipe(const QString& path)
 {
     const QFileInfo info(path);
     return info.exists() && !info.isFile() && !info.isDir();
+}
+
+QString OutputFiles::unfinished(const QString& first, const QString& second)
+{
+    return TemporaryName::unfinished(targetOf(first), targetOf(second));
 }
 
 bool OutputFiles::replaces(const QString& path, const QString& other)
@@ -270,18 +279,51 @@ void OutputFiles::commit()
     for (const std::unique_ptr<Entry>& entry : entries_) {
         entry->bringToDisk();
     }
+    const Descriptor lock = lockDirectory();
     try {
-        for (const std::unique_ptr<Entry>& entry : entries_) {
-            if (entry != entries_.back()) {
-                entry->keepOld();
-            }
-            entry->putInPlace();
-        }
+        replace();
     } catch (const ToolError& error) {
         throw ToolError(error.exitCode(), error.text() + takeBack());
     }
     for (const std::unique_ptr<Entry>& entry : entries_) {
         entry->dropBackup();
+    }
+    if (lock.isOpen()) {
+        removeLeftovers();
+    }
+}
+
+/// One run at a time: of two that replace the same pair, each could be the last at one half.
+Descriptor OutputFiles::lockDirectory() const
+{
+    if (entries_.empty() || !entries_.front()->part) {
+        return Descriptor();
+    }
+    const QString directory = QFileInfo(entries_.front()->target).path();
+    Descriptor opened(open(QFile::encodeName(directory).constData(), O_RDONLY | O_CLOEXEC));
+    return opened.isOpen() && flock(opened.number(), LOCK_EX) == 0 ? std::move(opened)
+                                                                   : Descriptor();
+}
+
+void OutputFiles::replace()
+{
+    for (const std::unique_ptr<Entry>& entry : entries_) {
+        entry->giveName();
+    }
+    for (const std::unique_ptr<Entry>& entry : entries_) {
+        if (entry != entries_.back()) {
+            entry->keepOld(names_);
+        }
+        entry->putInPlace();
+    }
+}
+
+void OutputFiles::removeLeftovers()
+{
+    for (auto entry = entries_.rbegin(); entry != entries_.rend(); ++entry) {
+        if ((*entry)->part) {
+            TemporaryName::removeLeftovers((*entry)->target);
+        }
     }
 }
 
@@ -289,7 +331,7 @@ QString OutputFiles::takeBack()
 {
     QString failures;
     for (const std::unique_ptr<Entry>& entry : entries_) {
-        if (!entry->takeBack()) {
+        if (!entry->takeBack(names_)) {
             failures +=
                 QStringLiteral("; the old %1 now stands as %2").arg(entry->path, entry->backup);
         }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "Descriptor.h"
+#include "TemporaryName.h"
+
 #include <QFile>
 #include <QString>
 
@@ -11,10 +14,12 @@ namespace Ovra::GeoTool
 
 /// \brief A set of output files that appear together and whole, or not at all.
 ///
-/// Each file is written beside its target under a temporary name. commit() brings all of them to
-/// disk, then renames them in the order in which they were added; if a rename fails, those done
-/// before are taken back. Without commit() the destructor removes the temporary files and leaves
-/// the targets as they were. A target that is a device or a pipe is written directly.
+/// Each file is written beside its target, without a name where the file system can do that, else
+/// under a temporary one. commit() brings all of them to disk, then renames them in the order in
+/// which they were added; if a rename fails, those done before are taken back. Without commit() the
+/// destructor removes the temporary files and leaves the targets as they were. What a killed process
+/// has left beside a target goes with the next commit() to that target. A target that is a device or
+/// a pipe is written directly.
 class OutputFiles
 {
 public:
@@ -35,6 +40,10 @@ public:
     /// \brief True if \p path leads to the existing file \p other, through whatever links.
     static bool replaces(const QString& path, const QString& other);
 
+    /// \brief The new file that a killed process could no longer give the name \p second after it
+    /// had replaced \p first, both being of one set in this order; empty if there is none.
+    static QString unfinished(const QString& first, const QString& second);
+
     /// \brief Flushes, checks and renames; throws ToolError OutputFailed with the targets
     /// untouched.
     void commit();
@@ -43,7 +52,12 @@ private:
     class CheckedFile;
     struct Entry;
 
+    Descriptor lockDirectory() const;
+    void replace();
     QString takeBack();
+    void removeLeftovers();
+
+    TemporaryName names_;
     std::vector<std::unique_ptr<Entry>> entries_;
 };
 

@@ -6,6 +6,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
 using namespace Ovra::GeoTool;
 
 class TestOutputFiles : public QObject
@@ -82,6 +85,77 @@ private slots:
         QCOMPARE(QFile::permissions(path("real")), permissions);
     }
 
+    void newFilesFollowTheUmask()
+    {
+        const mode_t before = umask(027);
+        OutputFiles files;
+        files.add(path("a")).write("new");
+        files.commit();
+        umask(before);
+        struct stat facts = {};
+        QCOMPARE(stat(qPrintable(path("a")), &facts), 0);
+        QCOMPARE(facts.st_mode & 07777, 0640U);
+    }
+
+    void leftoversGoWithTheNextCommit()
+    {
+        const TemporaryName killed;
+        const QStringList users = {"a.old", "a.part", "a.0123456789abcdef01234567.part",
+                                   QFileInfo(killed.kept(path("a"))).fileName()};
+        const QString another = killed.part(path("b"));
+        for (const QString& name : users) {
+            QVERIFY(writeContent(path(name), "a user's"));
+        }
+        for (const QString& left : {killed.part(path("a")), killed.old(path("a")), another}) {
+            QVERIFY(writeContent(left, "left over"));
+        }
+        write("a", "new");
+        QStringList expected = users + QStringList{"a", QFileInfo(another).fileName()};
+        expected.sort();
+        QCOMPARE(filesIn(directory_->path()), expected);
+        write("b", "new");
+        QVERIFY(!QFile::exists(another));
+    }
+
+    void whatAnotherRunWritesStays()
+    {
+        const QString part = TemporaryName().part(path("a"));
+        QVERIFY(writeContent(part, "half"));
+        {
+            const Descriptor other(open(qPrintable(part), O_RDONLY));
+            TemporaryName::hold(other);
+            write("a", "new");
+            QVERIFY(QFile::exists(part));
+        }
+        write("a", "newer");
+        QCOMPARE(filesIn(directory_->path()), QStringList({"a"}));
+    }
+
+    void knowsAnUnfinishedPair_data()
+    {
+        QTest::addColumn<QStringList>("left");
+        QTest::addColumn<bool>("unfinished");
+        QTest::newRow("nothing") << QStringList() << false;
+        QTest::newRow("before the first rename") << QStringList{"first", "second"} << false;
+        QTest::newRow("between the renames") << QStringList{"second"} << true;
+        QTest::newRow("first alone") << QStringList{"first"} << false;
+    }
+
+    void knowsAnUnfinishedPair()
+    {
+        QFETCH(QStringList, left);
+        QFETCH(bool, unfinished);
+        const TemporaryName killed;
+        for (const QString& name : left) {
+            QVERIFY(writeContent(killed.part(path(name)), "new"));
+        }
+        const QString expected = unfinished ? killed.part(path("second")) : QString();
+        QCOMPARE(OutputFiles::unfinished(path("first"), path("second")), expected);
+        const Descriptor alive(open(qPrintable(killed.part(path("second"))), O_RDONLY));
+        TemporaryName::hold(alive);
+        QCOMPARE(OutputFiles::unfinished(path("first"), path("second")), QString());
+    }
+
     void refusesWhatItCannotWrite_data()
     {
         QTest::addColumn<QString>("name");
@@ -121,6 +195,13 @@ private slots:
     }
 
 private:
+    void write(const QString& name, const QByteArray& content)
+    {
+        OutputFiles files;
+        files.add(path(name)).write(content);
+        files.commit();
+    }
+
     QString path(const QString& name) const { return directory_->filePath(name); }
 
     std::unique_ptr<QTemporaryDir> directory_;

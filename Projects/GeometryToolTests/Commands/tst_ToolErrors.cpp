@@ -389,7 +389,7 @@ private slots:
         QFETCH(QStringList, command);
         QFETCH(QStringList, files);
         TinyCase big;
-        for (int i = 0; i < 5000; ++i) {
+        for (int i = 0; i < 20000; ++i) {
             big.addVertex(Ovra::Geo::Vector(i, 0.123456789, 0));
         }
         QVERIFY(big.save(path("big")));
@@ -400,7 +400,8 @@ private slots:
         const QStringList before = filesIn(directory_->path()) + filesIn(path("dumps"));
         const ToolRun run =
             runTool({command[0], path("big"), command[1], path(command[2])}, {}, [] {
-                const rlimit limit = {20000, 20000};
+                // Above what a build that counts coverage writes when it ends.
+                const rlimit limit = {400000, 400000};
                 setrlimit(RLIMIT_FSIZE, &limit);
             });
         QCOMPARE(run.exitCode, 5);

@@ -23,7 +23,8 @@ public:
     {
         if (master_ >= 0 && grantpt(master_) == 0 && unlockpt(master_) == 0) {
             name_ = ptsname(master_);
-            slave_ = open(name_.constData(), O_RDWR | O_NOCTTY); // keeps the text when the tool is gone
+            slave_ =
+                open(name_.constData(), O_RDWR | O_NOCTTY); // keeps the text when the tool is gone
         }
         if (slave_ < 0) {
             failure_ = std::strerror(errno);
