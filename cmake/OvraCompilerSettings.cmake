@@ -28,5 +28,6 @@ endif()
 
 if(OVRA_COVERAGE)
     target_compile_options(OvraCompilerSettings INTERFACE --coverage)
+    target_compile_definitions(OvraCompilerSettings INTERFACE OVRA_COVERAGE)
     target_link_options(OvraCompilerSettings INTERFACE --coverage)
 endif()
