@@ -1,305 +1,420 @@
 #include "AbaqusReader.h"
 
+#include "AbaqusEntities.h"
+#include "AbaqusSetGraph.h"
 #include "ToolError.h"
 
-#include <QFile>
-#include <QSet>
+#include <QtMath>
 
 #include <algorithm>
-#include <gmsh.h>
-#include <map>
 
 namespace Ovra::GeoTool
 {
 
+using Geo::Vector;
+
 namespace
 {
 
-struct TypeFamily
+QString shown(const AbaqusLabel& name)
 {
-    const char* prefix;
-    int dimension;
-};
-
-// Longer prefixes stand first where one begins with another.
-const TypeFamily Families[] = {{"SFM3D", 2}, {"STRI", 2}, {"DC3D", 3}, {"AC3D", 3}, {"FC3D", 3},
-                               {"DC2D", 2},  {"AC2D", 2}, {"C3D", 3},  {"CPS", 2},  {"CPE", 2},
-                               {"CAX", 2},   {"M3D", 2},  {"R3D", 2},  {"T2D", 1},  {"T3D", 1},
-                               {"DS", 2},    {"B2", 1},   {"B3", 1},   {"S", 2}};
-
-int gmshTypeOf(int dimension, int nodeCount)
-{
-    static const QHash<std::pair<int, int>, int> types{
-        {{1, 2}, 1},  {{1, 3}, 8},   {{2, 3}, 2},   {{2, 4}, 3},   {{2, 6}, 9},
-        {{2, 8}, 16}, {{2, 9}, 10},  {{3, 4}, 4},   {{3, 5}, 7},   {{3, 6}, 6},
-        {{3, 8}, 5},  {{3, 10}, 11}, {{3, 13}, 19}, {{3, 15}, 18}, {{3, 20}, 17}};
-    return types.value({dimension, nodeCount}, 0);
+    return QLatin1Char('"') + QString::fromUtf8(name.text) + QLatin1Char('"');
 }
 
-int leadingNumber(const QByteArray& text)
+Vector fromCylinder(const Vector& point)
 {
-    qsizetype end = 0;
-    while (end < text.size() && text.at(end) >= '0' && text.at(end) <= '9') {
-        ++end;
-    }
-    return text.left(end).toInt();
+    const double angle = qDegreesToRadians(point.y());
+    return {point.x() * std::cos(angle), point.x() * std::sin(angle), point.z()};
 }
 
-int nodeCountOf(const QByteArray& prefix, int number)
+/// \brief Whether a field is meant as a number; all names begin with something else.
+bool isNumber(const QByteArray& field)
 {
-    if (prefix == "B2" || prefix == "B3") {
-        return number + 1; // names the order of the beam
-    }
-    return prefix == "STRI" && number == 65 ? 6 : number;
-}
-
-/// \brief Dimension and number of nodes of an element type such as "C3D8R"; 0, 0 if unknown.
-std::pair<int, int> kindOf(const QByteArray& type)
-{
-    for (const TypeFamily& family : Families) {
-        const QByteArray prefix(family.prefix);
-        if (!type.startsWith(prefix)) {
-            continue;
-        }
-        const int count = nodeCountOf(prefix, leadingNumber(type.mid(prefix.size())));
-        if (gmshTypeOf(family.dimension, count) != 0) {
-            return {family.dimension, count};
-        }
-    }
-    return {0, 0};
-}
-
-QList<QByteArray> split(const QByteArray& line)
-{
-    QList<QByteArray> fields = line.split(',');
-    for (QByteArray& field : fields) {
-        field = field.trimmed();
-    }
-    while (!fields.isEmpty() && fields.last().isEmpty()) {
-        fields.removeLast();
-    }
-    return fields;
+    bool ok = false;
+    field.toDouble(&ok);
+    return ok || field.isEmpty();
 }
 
 } // namespace
 
 AbaqusReader::AbaqusReader(const QString& path)
     : path_(path)
+    , lexer_(path)
+    , bodies_(1)
 {
 }
 
-void AbaqusReader::read()
+QStringList AbaqusReader::read()
 {
     parse();
     requireKnownTypes();
-    if (elements_.empty()) {
-        fail(QStringLiteral("the file ends without any *ELEMENT data"));
+    standPartsWithoutAssembly();
+    const bool isEmpty = std::all_of(bodies_.begin(), bodies_.end(),
+                                     [](const AbaqusPart& body) { return body.elements.empty(); });
+    if (isEmpty) {
+        lexer_.fail(QStringLiteral("the file ends without any *ELEMENT data"));
     }
     requireKnownNodes();
-    putEndsFirst();
-    enterSets();
-    makeEntities();
+    const AbaqusSetGraph nodeSets(bodies_, &AbaqusPart::nodeSets);
+    const AbaqusSetGraph elementSets(bodies_, &AbaqusPart::elementSets);
+    AbaqusEntities(bodies_, elementSets).make();
+    return partsLeftOut();
 }
 
 void AbaqusReader::parse()
 {
-    QFile file(path_);
-    if (!file.open(QIODevice::ReadOnly)) {
-        throw ToolError(ExitCode::InputMissing,
-                        QStringLiteral("%1: %2").arg(path_, file.errorString()));
-    }
-    while (!file.atEnd()) {
-        const QByteArray line = file.readLine().trimmed();
-        ++line_;
-        if (line.startsWith("**") || line.isEmpty()) {
-            continue;
+    for (;;) {
+        switch (lexer_.next()) {
+        case AbaqusLexer::Item::Keyword:
+            beginKeyword();
+            break;
+        case AbaqusLexer::Item::Data:
+            if (lexer_.keyword().name.isEmpty()) {
+                lexer_.fail(
+                    QStringLiteral("data ahead of the first keyword; not an Abaqus input file"));
+            }
+            if (const Action action = actionOn(lexer_.keyword().name)) {
+                (this->*action)();
+            }
+            break;
+        case AbaqusLexer::Item::End:
+            requireEnd();
+            return;
         }
-        if (line.startsWith('*')) {
-            beginKeyword(line);
-        } else {
-            takeData(line);
-        }
     }
-    requireWholeElement();
 }
 
-void AbaqusReader::beginKeyword(const QByteArray& line)
+void AbaqusReader::beginKeyword()
 {
     requireWholeElement();
-    QList<QByteArray> fields = split(line.mid(1));
-    keyword_ = fields.isEmpty() ? QByteArray() : fields.takeFirst().toUpper();
-    parameters_.clear();
-    for (const QByteArray& field : fields) {
-        const qsizetype equals = field.indexOf('=');
-        const QByteArray value = equals < 0 ? QByteArray() : field.mid(equals + 1).trimmed();
-        parameters_.insert(field.left(equals < 0 ? field.size() : equals).trimmed().toUpper(),
-                           value);
+    type_ = {};
+    const QByteArray& name = lexer_.keyword().name;
+    if (const Action action = actionAt(name)) {
+        (this->*action)();
+    } else if (name.endsWith("SECTION")) {
+        beginSection();
     }
-    if (keyword_ == "INCLUDE") {
-        fail(QStringLiteral("*INCLUDE is not followed; put the files together first"));
+}
+
+/// \brief What a keyword line asks for itself.
+AbaqusReader::Action AbaqusReader::actionAt(const QByteArray& keyword)
+{
+    static const QHash<QByteArray, Action> actions{
+        {"NODE", &AbaqusReader::beginNodes},        {"ELEMENT", &AbaqusReader::beginElements},
+        {"ELSET", &AbaqusReader::beginElementSet},  {"NSET", &AbaqusReader::beginNodeSet},
+        {"PART", &AbaqusReader::beginPart},         {"END PART", &AbaqusReader::endPart},
+        {"INSTANCE", &AbaqusReader::beginInstance}, {"END INSTANCE", &AbaqusReader::endInstance},
+        {"NGEN", &AbaqusReader::refuseKeyword},     {"NFILL", &AbaqusReader::refuseKeyword},
+        {"NCOPY", &AbaqusReader::refuseKeyword},    {"NMAP", &AbaqusReader::refuseKeyword},
+        {"ELGEN", &AbaqusReader::refuseKeyword},    {"ELCOPY", &AbaqusReader::refuseKeyword}};
+    return actions.value(keyword, nullptr);
+}
+
+/// \brief What the data lines under a keyword ask for.
+AbaqusReader::Action AbaqusReader::actionOn(const QByteArray& keyword)
+{
+    static const QHash<QByteArray, Action> actions{
+        {"NODE", &AbaqusReader::takeNode},          {"ELEMENT", &AbaqusReader::takeElement},
+        {"ELSET", &AbaqusReader::takeElementSet},   {"NSET", &AbaqusReader::takeNodeSet},
+        {"INSTANCE", &AbaqusReader::takePlacement}, {"SYSTEM", &AbaqusReader::refuseKeyword}};
+    return actions.value(keyword, nullptr);
+}
+
+void AbaqusReader::refuseKeyword()
+{
+    throw ToolError(ExitCode::Unsuitable,
+                    QStringLiteral("%1: *%2 is not carried out; let the program that made the file "
+                                   "write all nodes and elements one by one")
+                        .arg(lexer_.where(), QString::fromLatin1(lexer_.keyword().name)));
+}
+
+void AbaqusReader::beginNodes()
+{
+    const QByteArray system = lexer_.keyword().value("SYSTEM").toUpper();
+    if (!system.isEmpty() && system != "R" && system != "C") {
+        throw ToolError(ExitCode::Unsuitable,
+                        QStringLiteral("%1: coordinates of SYSTEM=%2 are not converted; known are "
+                                       "R and C")
+                            .arg(lexer_.where(), QString::fromLatin1(system)));
     }
-    if (keyword_ == "ELEMENT") {
-        beginElements();
-    }
-    if (keyword_ == "ELSET") {
-        beginSet();
+    if (lexer_.keyword().has("NSET")) {
+        part().nodeSets.named(requiredValue("NSET")).blocks.append({{}, lexer_.where(), {}, {}});
     }
 }
 
 void AbaqusReader::beginElements()
 {
-    const QByteArray type = parameters_.value("TYPE").toUpper();
-    if (type.isEmpty()) {
-        fail(QStringLiteral("*ELEMENT without TYPE"));
+    const QByteArray type = requiredValue("TYPE").toUpper();
+    type_ = AbaqusElementType::named(type);
+    if (lexer_.keyword().has("ELSET")) {
+        part()
+            .elementSets.named(requiredValue("ELSET"))
+            .blocks.append({{}, lexer_.where(), {}, {}});
     }
-    const auto [dimension, count] = kindOf(type);
-    nodesOfType_ = static_cast<std::size_t>(count);
-    pattern_ = Element();
-    pattern_.dimension = dimension;
-    pattern_.gmshType = gmshTypeOf(dimension, count);
-    const QByteArray set = parameters_.value("ELSET");
-    if (set.isEmpty()) {
+}
+
+void AbaqusReader::beginElementSet()
+{
+    beginSet(part().elementSets, "ELSET");
+}
+
+void AbaqusReader::beginNodeSet()
+{
+    beginSet(part().nodeSets, "NSET");
+}
+
+void AbaqusReader::beginSet(AbaqusSets& sets, const QByteArray& parameter)
+{
+    AbaqusSets::Set& set = sets.named(requiredValue(parameter));
+    set.isListed = true;
+    set.isInternal = lexer_.keyword().has("INTERNAL");
+    set.blocks.append({lexer_.keyword().value("INSTANCE"), lexer_.where(), {}, {}});
+}
+
+void AbaqusReader::beginPart()
+{
+    requireOutside();
+    const AbaqusLabel name = AbaqusLabel::of(requiredValue("NAME"));
+    if (partByKey_.contains(name.key)) {
+        lexer_.fail(QStringLiteral("the part %1 is there twice").arg(shown(name)));
+    }
+    partByKey_.insert(name.key, static_cast<int>(parts_.size()));
+    parts_.emplace_back();
+    parts_.back().name = name;
+    scope_ = Scope::Part;
+}
+
+void AbaqusReader::endPart()
+{
+    if (scope_ != Scope::Part) {
+        lexer_.fail(QStringLiteral("*END PART without *PART"));
+    }
+    scope_ = Scope::Model;
+}
+
+void AbaqusReader::beginInstance()
+{
+    requireOutside();
+    const AbaqusLabel name = AbaqusLabel::of(requiredValue("NAME"));
+    const AbaqusLabel of = AbaqusLabel::of(requiredValue("PART"));
+    if (!partByKey_.contains(of.key)) {
+        lexer_.fail(QStringLiteral("there is no part %1 ahead of its instance").arg(shown(of)));
+    }
+    for (const AbaqusPart& body : bodies_) {
+        if (body.name.key == name.key) {
+            lexer_.fail(QStringLiteral("the instance %1 is there twice").arg(shown(name)));
+        }
+    }
+    ++instancesOf_[of.key];
+    bodies_.push_back(parts_[static_cast<std::size_t>(partByKey_.value(of.key))]);
+    bodies_.back().name = name;
+    placement_ = {};
+    placementLines_ = 0;
+    scope_ = Scope::Instance;
+}
+
+void AbaqusReader::endInstance()
+{
+    if (scope_ != Scope::Instance) {
+        lexer_.fail(QStringLiteral("*END INSTANCE without *INSTANCE"));
+    }
+    part().place(placement_);
+    scope_ = Scope::Model;
+}
+
+void AbaqusReader::beginSection()
+{
+    const AbaqusKeyword& keyword = lexer_.keyword();
+    if (!keyword.has("ELSET") || !keyword.has("MATERIAL")) {
         return;
     }
-    pattern_.sets.append(set);
-    if (!elementSetNames_.contains(set)) {
-        elementSetNames_.append(set);
-    }
+    part().sections.append(
+        {{requiredValue("ELSET"), lexer_.where()}, AbaqusLabel::of(requiredValue("MATERIAL"))});
 }
 
-void AbaqusReader::beginSet()
+void AbaqusReader::takeNode()
 {
-    const QByteArray name = parameters_.value("ELSET");
-    if (name.isEmpty()) {
-        fail(QStringLiteral("*ELSET without a name"));
-    }
-    if (!setNames_.contains(name)) {
-        setNames_.append(name);
-    }
-}
-
-void AbaqusReader::takeData(const QByteArray& line)
-{
-    if (keyword_.isEmpty()) {
-        fail(QStringLiteral("data ahead of the first keyword; not an Abaqus input file"));
-    }
-    const QList<QByteArray> fields = split(line);
-    if (keyword_ == "NODE") {
-        takeNode(fields);
-    } else if (keyword_ == "ELEMENT") {
-        takeElement(fields);
-    } else if (keyword_ == "ELSET") {
-        takeSetMembers(fields);
-    }
-}
-
-void AbaqusReader::takeNode(const QList<QByteArray>& fields)
-{
+    const QList<QByteArray>& fields = lexer_.fields();
     if (fields.size() < 3) {
-        fail(QStringLiteral("a node needs a number and coordinates"));
+        lexer_.fail(QStringLiteral("a node needs a number and coordinates"));
     }
-    nodeNumbers_.push_back(number(fields.at(0)));
-    for (qsizetype i = 1; i <= 3; ++i) {
-        coordinates_.push_back(i < fields.size() ? real(fields.at(i)) : 0.0);
+    const int node = number(fields.at(0));
+    const bool isCylinder = lexer_.keyword().value("SYSTEM").toUpper() == "C";
+    const Vector point = vectorAt(1);
+    if (!part().addNode(node, isCylinder ? fromCylinder(point) : point)) {
+        lexer_.fail(QStringLiteral("node %1 is there twice, at different places").arg(node));
     }
-}
-
-void AbaqusReader::takeElement(const QList<QByteArray>& fields)
-{
-    if (nodesOfType_ == 0) {
-        ++unknownTypes_[parameters_.value("TYPE").toUpper()];
-        return;
-    }
-    qsizetype first = 0;
-    if (elements_.empty() || elements_.back().nodes.size() >= nodesOfType_ ||
-        elements_.back().gmshType != pattern_.gmshType) {
-        elements_.push_back(pattern_);
-        elements_.back().number = number(fields.value(0));
-        if (positions_.contains(elements_.back().number)) {
-            fail(QStringLiteral("element %1 is there twice").arg(elements_.back().number));
-        }
-        positions_.insert(elements_.back().number, elements_.size() - 1);
-        first = 1;
-    }
-    std::vector<std::size_t>& nodes = elements_.back().nodes;
-    for (qsizetype i = first; i < fields.size(); ++i) {
-        nodes.push_back(number(fields.at(i)));
-    }
-    if (nodes.size() > nodesOfType_) {
-        fail(QStringLiteral("element %1 has more than %2 nodes")
-                 .arg(elements_.back().number)
-                 .arg(nodesOfType_));
+    if (lexer_.keyword().has("NSET")) {
+        AbaqusSets::addNumber(part().nodeSets.named(lexer_.keyword().value("NSET")).blocks.last(),
+                              node);
     }
 }
 
-void AbaqusReader::takeSetMembers(const QList<QByteArray>& fields)
+void AbaqusReader::takeElement()
 {
-    QList<std::size_t>& members = setMembers_[parameters_.value("ELSET")];
-    if (parameters_.contains("GENERATE")) {
-        const std::size_t step = fields.size() > 2 ? number(fields.at(2)) : 1;
-        const std::size_t last = number(fields.value(1));
-        for (std::size_t n = number(fields.value(0)); n <= last; n += step) {
-            members.append(n);
-        }
+    if (type_.nodeCount == 0) {
+        ++unknownTypes_[lexer_.keyword().value("TYPE").toUpper()];
         return;
     }
-    for (const QByteArray& field : fields) {
-        if (setMembers_.contains(field)) {
-            members.append(QList<std::size_t>(setMembers_.value(field)));
+    const QList<QByteArray>& fields = lexer_.fields();
+    AbaqusPart& owner = part();
+    const bool isNew = owner.missingNodes() == 0;
+    if (isNew) {
+        const int element = number(fields.value(0));
+        if (!owner.addElement(element, type_)) {
+            lexer_.fail(QStringLiteral("element %1 is there twice").arg(element));
+        }
+        if (lexer_.keyword().has("ELSET")) {
+            AbaqusSets::addNumber(
+                owner.elementSets.named(lexer_.keyword().value("ELSET")).blocks.last(), element);
+        }
+    }
+    for (qsizetype i = isNew ? 1 : 0; i < fields.size(); ++i) {
+        owner.elementNodes.push_back(number(fields.at(i)));
+    }
+    if (owner.missingNodes() < 0) {
+        lexer_.fail(QStringLiteral("element %1 has more than %2 nodes")
+                        .arg(owner.elements.back().number)
+                        .arg(type_.nodeCount));
+    }
+}
+
+void AbaqusReader::takeElementSet()
+{
+    takeMembers(part().elementSets, "ELSET");
+}
+
+void AbaqusReader::takeNodeSet()
+{
+    if (!lexer_.keyword().has("ELSET")) { // else those of the elements of that set
+        takeMembers(part().nodeSets, "NSET");
+    }
+}
+
+void AbaqusReader::takeMembers(AbaqusSets& sets, const QByteArray& parameter)
+{
+    AbaqusSets::Block& block = sets.named(lexer_.keyword().value(parameter)).blocks.last();
+    if (lexer_.keyword().has("GENERATE") || lexer_.keyword().has("GEN")) {
+        block.ranges.push_back(generated());
+        return;
+    }
+    for (const QByteArray& field : lexer_.fields()) {
+        if (isNumber(field)) {
+            AbaqusSets::addNumber(block, number(field));
         } else {
-            members.append(number(field));
+            block.references.append({field, lexer_.where()});
         }
     }
 }
 
-/// \brief From the order of nodes along a line to ends first, as Gmsh has it.
-void AbaqusReader::putEndsFirst()
+AbaqusSets::Range AbaqusReader::generated() const
 {
-    constexpr int quadraticLine = 8;
-    for (Element& element : elements_) {
-        if (element.gmshType == quadraticLine) {
-            std::swap(element.nodes[1], element.nodes[2]);
-        }
+    const QList<QByteArray>& fields = lexer_.fields();
+    AbaqusSets::Range range;
+    range.first = number(fields.value(0));
+    range.last = fields.size() > 1 ? number(fields.at(1)) : range.first;
+    range.step = fields.size() > 2 ? number(fields.at(2)) : 1;
+    if (range.last < range.first) {
+        lexer_.fail(QStringLiteral("the last number, %1, is below the first, %2")
+                        .arg(range.last)
+                        .arg(range.first));
+    }
+    return range;
+}
+
+void AbaqusReader::takePlacement()
+{
+    const QList<QByteArray>& fields = lexer_.fields();
+    ++placementLines_;
+    if (placementLines_ == 1 && fields.size() <= 3) {
+        placement_.setTranslation(vectorAt(0));
+        return;
+    }
+    constexpr qsizetype axisAndAngle = 7;
+    if (placementLines_ != 2 || fields.size() != axisAndAngle) {
+        lexer_.fail(QStringLiteral("an instance has a line of 3 numbers that moves it, and behind "
+                                   "that one of 7 that turns it"));
+    }
+    if (vectorAt(0) == vectorAt(3)) {
+        lexer_.fail(QStringLiteral("the two points of the axis are the same"));
+    }
+    placement_.setRotation(vectorAt(0), vectorAt(3), real(fields.at(6)));
+}
+
+AbaqusPart& AbaqusReader::part()
+{
+    return scope_ == Scope::Part       ? parts_.back()
+           : scope_ == Scope::Instance ? bodies_.back()
+                                       : bodies_.front();
+}
+
+/// \brief Three coordinates of a data line; what is left out counts as 0.
+Vector AbaqusReader::vectorAt(qsizetype first) const
+{
+    const QList<QByteArray>& fields = lexer_.fields();
+    return {real(fields.value(first)), real(fields.value(first + 1)),
+            real(fields.value(first + 2))};
+}
+
+QByteArray AbaqusReader::requiredValue(const QByteArray& parameter) const
+{
+    const QByteArray value = lexer_.keyword().value(parameter);
+    if (value.isEmpty()) {
+        lexer_.fail(
+            QStringLiteral("*%1 without %2")
+                .arg(QString::fromLatin1(lexer_.keyword().name), QString::fromLatin1(parameter)));
+    }
+    return value;
+}
+
+void AbaqusReader::requireOutside() const
+{
+    if (scope_ != Scope::Model) {
+        lexer_.fail(QStringLiteral("*%1 within a part or an instance, which is not ended")
+                        .arg(QString::fromLatin1(lexer_.keyword().name)));
     }
 }
 
-void AbaqusReader::requireWholeElement() const
+void AbaqusReader::requireWholeElement()
 {
-    if (keyword_ == "ELEMENT" && nodesOfType_ > 0 && !elements_.empty() &&
-        elements_.back().nodes.size() < nodesOfType_) {
-        fail(QStringLiteral("element %1 has %2 nodes where its type has %3")
-                 .arg(elements_.back().number)
-                 .arg(elements_.back().nodes.size())
-                 .arg(nodesOfType_));
+    const int missing = part().missingNodes();
+    if (missing > 0) {
+        const AbaqusPart::Element& element = part().elements.back();
+        lexer_.fail(QStringLiteral("element %1 has %2 nodes where its type has %3")
+                        .arg(element.number)
+                        .arg(element.type.nodeCount - missing)
+                        .arg(element.type.nodeCount));
     }
 }
 
-std::size_t AbaqusReader::number(const QByteArray& field) const
+void AbaqusReader::requireEnd() const
+{
+    if (scope_ != Scope::Model) {
+        lexer_.fail(
+            QStringLiteral("the file is cut off: there is no *END %1")
+                .arg(scope_ == Scope::Part ? QStringLiteral("PART") : QStringLiteral("INSTANCE")));
+    }
+}
+
+int AbaqusReader::number(const QByteArray& field) const
 {
     bool ok = false;
-    const qulonglong value = field.toULongLong(&ok);
-    constexpr qulonglong highest = 2147483647;
-    if (!ok || value == 0 || value > highest) {
-        fail(QStringLiteral("'%1' is no number of a node or element")
-                 .arg(QString::fromLatin1(field)));
+    const int value = field.toInt(&ok);
+    if (!ok || value <= 0) {
+        lexer_.fail(
+            QStringLiteral("'%1' is no number of a node or element").arg(QString::fromUtf8(field)));
     }
-    return static_cast<std::size_t>(value);
+    return value;
 }
 
 double AbaqusReader::real(const QByteArray& field) const
 {
     bool ok = false;
     const double value = field.isEmpty() ? 0.0 : QByteArray(field).replace('D', 'E').toDouble(&ok);
-    if (!ok && !field.isEmpty()) {
-        fail(QStringLiteral("'%1' is no coordinate").arg(QString::fromLatin1(field)));
+    if (!field.isEmpty() && (!ok || !qIsFinite(value))) {
+        lexer_.fail(QStringLiteral("'%1' is no coordinate").arg(QString::fromUtf8(field)));
     }
     return value;
-}
-
-void AbaqusReader::fail(const QString& what) const
-{
-    throw ToolError(ExitCode::InputDamaged,
-                    QStringLiteral("%1: line %2: %3").arg(path_).arg(line_).arg(what));
 }
 
 void AbaqusReader::requireKnownTypes() const
@@ -307,7 +422,7 @@ void AbaqusReader::requireKnownTypes() const
     QStringList counts;
     for (auto it = unknownTypes_.cbegin(); it != unknownTypes_.cend(); ++it) {
         counts.append(
-            QStringLiteral("%1 of type %2").arg(it.value()).arg(QString::fromLatin1(it.key())));
+            QStringLiteral("%1 of type %2").arg(it.value()).arg(QString::fromUtf8(it.key())));
     }
     if (!counts.isEmpty()) {
         throw ToolError(ExitCode::Unsuitable,
@@ -318,97 +433,49 @@ void AbaqusReader::requireKnownTypes() const
 
 void AbaqusReader::requireKnownNodes() const
 {
-    const QSet<std::size_t> known(nodeNumbers_.cbegin(), nodeNumbers_.cend());
-    if (static_cast<std::size_t>(known.size()) != nodeNumbers_.size()) {
-        throw ToolError(ExitCode::InputDamaged,
-                        QStringLiteral("%1: node numbers occur twice; a file of several parts must "
-                                       "be numbered through")
-                            .arg(path_));
-    }
-    for (const Element& element : elements_) {
-        for (const std::size_t node : element.nodes) {
-            if (!known.contains(node)) {
-                throw ToolError(ExitCode::InputDamaged,
-                                QStringLiteral("%1: element %2 names node %3, which does not exist")
-                                    .arg(path_)
-                                    .arg(element.number)
-                                    .arg(node));
+    for (const AbaqusPart& body : bodies_) {
+        for (const AbaqusPart::Element& element : body.elements) {
+            for (int i = 0; i < element.type.nodeCount; ++i) {
+                const int node = body.elementNodes[element.firstNode + static_cast<std::size_t>(i)];
+                if (!body.hasNode(node)) {
+                    const QString place = body.name.text.isEmpty()
+                                              ? QString()
+                                              : QStringLiteral(" of ") + shown(body.name);
+                    throw ToolError(
+                        ExitCode::InputDamaged,
+                        QStringLiteral("%1: element %2%3 names node %4, which does not exist")
+                            .arg(path_)
+                            .arg(element.number)
+                            .arg(place)
+                            .arg(node));
+                }
             }
         }
     }
 }
 
-void AbaqusReader::enterSets()
+/// \brief Without an assembly, each part stands once where it is.
+void AbaqusReader::standPartsWithoutAssembly()
 {
-    for (const QByteArray& name : std::as_const(setNames_)) {
-        for (const std::size_t member : setMembers_.value(name)) {
-            const auto found = positions_.constFind(member);
-            if (found == positions_.constEnd()) {
-                continue; // sets may name elements that another analysis adds
-            }
-            QList<QByteArray>& sets = elements_[found.value()].sets;
-            if (!sets.contains(name)) {
-                sets.append(name);
-            }
-        }
+    if (bodies_.size() > 1) {
+        return;
+    }
+    for (const AbaqusPart& part : parts_) {
+        bodies_.push_back(part);
+        ++instancesOf_[part.name.key];
     }
 }
 
-void AbaqusReader::addElements(int entity, const std::vector<const Element*>& elements)
+QStringList AbaqusReader::partsLeftOut() const
 {
-    std::map<int, std::pair<std::vector<std::size_t>, std::vector<std::size_t>>> byType;
-    for (const Element* element : elements) {
-        auto& [numbers, nodes] = byType[element->gmshType];
-        numbers.push_back(element->number);
-        nodes.insert(nodes.end(), element->nodes.begin(), element->nodes.end());
-    }
-    for (const auto& [type, members] : byType) {
-        gmsh::model::mesh::addElementsByType(entity, type, members.first, members.second);
-    }
-}
-
-void AbaqusReader::makeEntities() const
-{
-    std::map<std::pair<int, QList<QByteArray>>, std::vector<const Element*>> parts;
-    std::vector<std::pair<int, QList<QByteArray>>> order;
-    for (const Element& element : elements_) {
-        auto& part = parts[{element.dimension, element.sets}];
-        if (part.empty()) {
-            order.emplace_back(element.dimension, element.sets);
-        }
-        part.push_back(&element);
-    }
-    Groups groups;
-    bool first = true;
-    for (const auto& key : order) {
-        const int tag = gmsh::model::addDiscreteEntity(key.first);
-        if (first) {
-            gmsh::model::mesh::addNodes(key.first, tag, nodeNumbers_, coordinates_);
-        }
-        first = false;
-        for (const QByteArray& set : key.second) {
-            groups[{key.first, set}].push_back(tag);
-        }
-        addElements(tag, parts[key]);
-    }
-    gmsh::model::mesh::reclassifyNodes();
-    makeGroups(groups);
-}
-
-void AbaqusReader::makeGroups(const Groups& groups) const
-{
-    for (int dimension = 1; dimension <= 3; ++dimension) {
-        QSet<QByteArray> done;
-        for (const QByteArray& set : setNames_ + elementSetNames_) {
-            const auto group = groups.find({dimension, set});
-            if (group == groups.end() || done.contains(set)) {
-                continue;
-            }
-            done.insert(set);
-            const int tag = gmsh::model::addPhysicalGroup(dimension, group->second);
-            gmsh::model::setPhysicalName(dimension, tag, set.toStdString());
+    QStringList remarks;
+    for (const AbaqusPart& part : parts_) {
+        if (!instancesOf_.contains(part.name.key) && !part.elements.empty()) {
+            remarks.append(QStringLiteral("the part %1 has no instance and is left out")
+                               .arg(shown(part.name)));
         }
     }
+    return remarks;
 }
 
 } // namespace Ovra::GeoTool

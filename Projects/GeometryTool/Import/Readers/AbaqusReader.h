@@ -1,14 +1,14 @@
 #pragma once
 
+#include "AbaqusLexer.h"
+#include "AbaqusPart.h"
+#include "AbaqusPlacement.h"
+
 #include <QByteArray>
-#include <QHash>
-#include <QList>
 #include <QMap>
 #include <QString>
+#include <QStringList>
 
-#include <cstddef>
-#include <map>
-#include <utility>
 #include <vector>
 
 namespace Ovra::GeoTool
@@ -16,69 +16,88 @@ namespace Ovra::GeoTool
 
 /// \brief Reads the mesh of an Abaqus input file into Gmsh's current model.
 ///
-/// Gmsh of this generation writes the format but does not read it. What is read: *NODE, *ELEMENT
-/// with TYPE and ELSET, *ELSET with or without GENERATE, by element numbers or names of other sets;
-/// any other keyword is passed over with its data. Every set becomes a physical group, the sets of
-/// *ELSET numbered ahead of those of *ELEMENT, and the elements of one dimension that are in the
-/// same sets become one discrete entity.
+/// Gmsh of this generation writes the format but does not read it. What is read:
+///
+/// | Keyword | Parameters |
+/// |---|---|
+/// | *NODE | NSET, SYSTEM=C, INPUT |
+/// | *ELEMENT | TYPE, ELSET, INPUT |
+/// | *ELSET, *NSET | GENERATE, INSTANCE, INTERNAL, INPUT |
+/// | *PART, *ASSEMBLY, *INSTANCE | NAME, PART; numbers and names count within each |
+/// | *INCLUDE | INPUT |
+/// | *SOLID SECTION and others | ELSET, MATERIAL |
+///
+/// Keywords that make or move nodes and elements by rule, such as *NGEN, are refused; all others
+/// are passed over with their data. Node sets are read and checked, and not taken over.
 class AbaqusReader
 {
 public:
     explicit AbaqusReader(const QString& path);
 
-    /// \brief Makes nodes, entities, elements and groups in Gmsh.
+    /// \brief Makes nodes, entities, elements and groups in Gmsh; see AbaqusEntities.
+    /// \return what the user should know of the file, a sentence each
     ///
-    /// Throws ToolError: InputDamaged with the line that is wrong, Unsuitable with the number of
-    /// elements of each type that has no counterpart.
-    void read();
+    /// Throws ToolError: InputDamaged with the line that is wrong, Unsuitable with the keyword or
+    /// the number of elements of each type that has no counterpart, InputMissing for a file that is
+    /// included.
+    QStringList read();
 
 private:
-    struct Element
-    {
-        std::size_t number = 0;
-        int gmshType = 0;
-        int dimension = 0;
-        QList<QByteArray> sets;
-        std::vector<std::size_t> nodes;
-    };
-
-    /// Tags of the entities of a set, by dimension and name.
-    using Groups = std::map<std::pair<int, QByteArray>, std::vector<int>>;
+    using Action = void (AbaqusReader::*)();
 
     void parse();
-    void beginKeyword(const QByteArray& line);
+    void beginKeyword();
+    static Action actionAt(const QByteArray& keyword);
+    static Action actionOn(const QByteArray& keyword);
+    void refuseKeyword();
+    void beginNodes();
     void beginElements();
-    void beginSet();
-    void takeData(const QByteArray& line);
-    void takeNode(const QList<QByteArray>& fields);
-    void takeElement(const QList<QByteArray>& fields);
-    void takeSetMembers(const QList<QByteArray>& fields);
-    void putEndsFirst();
-    void requireWholeElement() const;
-    std::size_t number(const QByteArray& field) const;
+    void beginElementSet();
+    void beginNodeSet();
+    void beginSet(AbaqusSets& sets, const QByteArray& parameter);
+    void beginPart();
+    void endPart();
+    void beginInstance();
+    void endInstance();
+    void beginSection();
+    void takeNode();
+    void takeElement();
+    void takeElementSet();
+    void takeNodeSet();
+    void takeMembers(AbaqusSets& sets, const QByteArray& parameter);
+    void takePlacement();
+    AbaqusSets::Range generated() const;
+    AbaqusPart& part();
+    Geo::Vector vectorAt(qsizetype first) const;
+    QByteArray requiredValue(const QByteArray& parameter) const;
+    void requireOutside() const;
+    void requireWholeElement();
+    void requireEnd() const;
+    int number(const QByteArray& field) const;
     double real(const QByteArray& field) const;
-    [[noreturn]] void fail(const QString& what) const;
     void requireKnownTypes() const;
     void requireKnownNodes() const;
-    void enterSets();
-    void makeEntities() const;
-    static void addElements(int entity, const std::vector<const Element*>& elements);
-    void makeGroups(const Groups& groups) const;
+    void standPartsWithoutAssembly();
+    QStringList partsLeftOut() const;
+
+    enum class Scope
+    {
+        Model,
+        Part,
+        Instance
+    };
 
     QString path_;
-    int line_ = 0;
-    QByteArray keyword_;
-    QHash<QByteArray, QByteArray> parameters_;
-    std::size_t nodesOfType_ = 0; ///< of the present *ELEMENT; 0 for a type without counterpart
-    Element pattern_;             ///< what the elements of the present *ELEMENT share
+    AbaqusLexer lexer_;
+    Scope scope_ = Scope::Model;
+    AbaqusElementType type_; ///< of the present *ELEMENT
+    AbaqusPlacement placement_;
+    int placementLines_ = 0;
     QMap<QByteArray, int> unknownTypes_;
-    std::vector<std::size_t> nodeNumbers_;
-    std::vector<double> coordinates_;
-    std::vector<Element> elements_;
-    QHash<std::size_t, std::size_t> positions_; ///< in elements_, by element number
-    QList<QByteArray> setNames_;                ///< of *ELSET, in order of appearance
-    QHash<QByteArray, QList<std::size_t>> setMembers_;
-    QList<QByteArray> elementSetNames_; ///< of *ELEMENT, in order of appearance
+    std::vector<AbaqusPart> parts_;
+    std::vector<AbaqusPart> bodies_; ///< what is outside of parts, then the instances
+    QHash<QByteArray, int> partByKey_;
+    QHash<QByteArray, int> instancesOf_; ///< number by key of the part
 };
 
 } // namespace Ovra::GeoTool

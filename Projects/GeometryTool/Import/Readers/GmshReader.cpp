@@ -98,18 +98,22 @@ void GmshReader::requireReader(const QString& path) const
 void GmshReader::open(const QString& path)
 {
     progress_.phase(QStringLiteral("reading %1").arg(path));
-    session_.run(path, [&path] {
+    QStringList remarks;
+    session_.run(path, [&path, &remarks] {
         // Loose faces of a neutral format are sewn up, so that they bound solids.
         const QString suffix = InputFileCheck::suffix(path);
         const bool loose = suffix == QLatin1String("iges") || suffix == QLatin1String("igs");
         gmsh::option::setNumber("Geometry.OCCSewFaces", loose ? 1 : 0);
         gmsh::option::setNumber("Geometry.OCCMakeSolids", loose ? 1 : 0);
         if (suffix == QLatin1String("inp")) {
-            AbaqusReader(path).read();
+            remarks = AbaqusReader(path).read();
         } else {
             gmsh::open(QFile::encodeName(path).toStdString());
         }
     });
+    for (const QString& remark : remarks) {
+        progress_.warning(QStringLiteral("%1: %2").arg(path, remark));
+    }
     for (const QString& warning : session_.takeWarnings()) {
         progress_.warning(QStringLiteral("%1: Gmsh: %2").arg(path, warning));
     }
