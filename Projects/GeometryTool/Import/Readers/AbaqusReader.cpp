@@ -387,8 +387,9 @@ void AbaqusReader::requireWholeElement()
     }
 }
 
-void AbaqusReader::requireEnd() const
+void AbaqusReader::requireEnd()
 {
+    requireWholeElement();
     if (scope_ != Scope::Model) {
         lexer_.fail(
             QStringLiteral("the file is cut off: there is no *END %1")

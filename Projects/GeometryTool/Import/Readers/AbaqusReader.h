@@ -72,7 +72,7 @@ private:
     QByteArray requiredValue(const QByteArray& parameter) const;
     void requireOutside() const;
     void requireWholeElement();
-    void requireEnd() const;
+    void requireEnd();
     int number(const QByteArray& field) const;
     double real(const QByteArray& field) const;
     void requireKnownTypes() const;
