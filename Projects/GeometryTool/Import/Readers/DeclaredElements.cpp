@@ -96,24 +96,6 @@ Count inNastran(QFile& file)
     return count;
 }
 
-Count inMedit(QFile& file)
-{
-    static const QSet<QByteArray> kinds{"Edges",  "Triangles", "Quadrilaterals", "Tetrahedra",
-                                        "Prisms", "Pyramids",  "Hexahedra"};
-    qint64 count = 0;
-    while (!file.atEnd()) {
-        QList<QByteArray> fields = fieldsOf(file);
-        if (!kinds.contains(fields.first())) {
-            continue;
-        }
-        if (fields.size() == 1) {
-            fields += fieldsOf(file);
-        }
-        count += numberAt(fields, 1).value_or(0);
-    }
-    return count;
-}
-
 Count inVtk(QFile& file)
 {
     while (!file.atEnd()) {
@@ -129,10 +111,11 @@ Count inVtk(QFile& file)
 
 std::optional<qint64> DeclaredElements::in(const QString& path)
 {
-    static const QHash<QString, Count (*)(QFile&)> counters{
-        {QStringLiteral("msh"), inGmshMesh}, {QStringLiteral("unv"), inUniversal},
-        {QStringLiteral("bdf"), inNastran},  {QStringLiteral("nas"), inNastran},
-        {QStringLiteral("mesh"), inMedit},   {QStringLiteral("vtk"), inVtk}};
+    static const QHash<QString, Count (*)(QFile&)> counters{{QStringLiteral("msh"), inGmshMesh},
+                                                            {QStringLiteral("unv"), inUniversal},
+                                                            {QStringLiteral("bdf"), inNastran},
+                                                            {QStringLiteral("nas"), inNastran},
+                                                            {QStringLiteral("vtk"), inVtk}};
     const auto counter = counters.value(InputFileCheck::suffix(path), nullptr);
     QFile file(path);
     if (counter == nullptr || !file.open(QIODevice::ReadOnly)) {

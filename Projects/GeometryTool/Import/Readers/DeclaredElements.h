@@ -14,7 +14,7 @@ namespace Ovra::GeoTool
 class DeclaredElements
 {
 public:
-    /// \brief The number for a Gmsh mesh, universal, Nastran, Medit or legacy VTK file by its
+    /// \brief The number for a Gmsh mesh, universal, Nastran or legacy VTK file by its
     /// suffix; nothing for other files and for those in which it cannot be found.
     static std::optional<qint64> in(const QString& path);
 };

@@ -1,9 +1,11 @@
 #include "GmshReader.h"
 
 #include "AbaqusReader.h"
+#include "BrepReader.h"
 #include "DeclaredElements.h"
 #include "GmshSession.h"
 #include "InputFileCheck.h"
+#include "MeditReader.h"
 #include "Progress.h"
 #include "SurfaceFilling.h"
 #include "ToolError.h"
@@ -51,6 +53,37 @@ qint64 elementCount()
         count += static_cast<qint64>(list.size());
     }
     return count;
+}
+
+QStringList readByGmsh(const QString& path)
+{
+    gmsh::open(QFile::encodeName(path).toStdString());
+    return {};
+}
+
+template <typename Reader>
+QStringList readBy(const QString& path)
+{
+    return Reader(path).read();
+}
+
+QStringList readBrep(const QString& path)
+{
+    BrepReader(path).read();
+    return {};
+}
+
+/// \brief Loads a file into Gmsh; what is odd about it.
+using Read = QStringList (*)(const QString& path);
+
+/// \brief What is not left to Gmsh, by suffix.
+const QHash<QString, Read>& ownReaders()
+{
+    static const QHash<QString, Read> readers{{QStringLiteral("inp"), readBy<AbaqusReader>},
+                                              {QStringLiteral("brep"), readBrep},
+                                              {QStringLiteral("brp"), readBrep},
+                                              {QStringLiteral("mesh"), readBy<MeditReader>}};
+    return readers;
 }
 
 bool isSurfaceFormat(const QString& path)
@@ -105,13 +138,9 @@ void GmshReader::open(const QString& path)
         const bool loose = suffix == QLatin1String("iges") || suffix == QLatin1String("igs");
         gmsh::option::setNumber("Geometry.OCCSewFaces", loose ? 1 : 0);
         gmsh::option::setNumber("Geometry.OCCMakeSolids", loose ? 1 : 0);
-        if (suffix == QLatin1String("inp")) {
-            remarks = AbaqusReader(path).read();
-        } else {
-            gmsh::open(QFile::encodeName(path).toStdString());
-        }
+        remarks = ownReaders().value(suffix, readByGmsh)(path);
     });
-    for (const QString& remark : remarks) {
+    for (const QString& remark : std::as_const(remarks)) {
         progress_.warning(QStringLiteral("%1: %2").arg(path, remark));
     }
     for (const QString& warning : session_.takeWarnings()) {

@@ -1,10 +1,8 @@
 #include "InputFileCheck.h"
 
-#include "BrepCheck.h"
 #include "EndMarkCheck.h"
 #include "GmshMeshCheck.h"
 #include "InputDamage.h"
-#include "MeditCheck.h"
 #include "ScriptCheck.h"
 #include "StlCheck.h"
 #include "ToolError.h"
@@ -32,22 +30,21 @@ const QHash<QString, Check>& checks()
                                              {QStringLiteral("stp"), EndMarkCheck::step},
                                              {QStringLiteral("iges"), EndMarkCheck::iges},
                                              {QStringLiteral("igs"), EndMarkCheck::iges},
-                                             {QStringLiteral("brep"), BrepCheck::check},
                                              {QStringLiteral("unv"), EndMarkCheck::universal},
                                              {QStringLiteral("bdf"), EndMarkCheck::nastran},
                                              {QStringLiteral("nas"), EndMarkCheck::nastran},
                                              {QStringLiteral("stl"), StlCheck::check},
-                                             {QStringLiteral("mesh"), MeditCheck::check},
                                              {QStringLiteral("vtk"), VtkCheck::check},
                                              {QStringLiteral("inp"), EndMarkCheck::abaqus}};
     return table;
 }
 
-/// \brief All that is known, with what Gmsh takes by their suffix and nothing is checked of.
+/// \brief All that is known, with what nothing is checked of ahead of reading.
 QStringList knownSuffixes()
 {
-    QStringList suffixes = checks().keys() + QStringList{"cgns", "med",  "mmed", "off", "p3d",
-                                                         "ply",  "rmed", "vrml", "wrl"};
+    QStringList suffixes =
+        checks().keys() + QStringList{"brep", "brp", "cgns", "med",  "mesh", "mmed",
+                                      "off",  "p3d", "ply",  "rmed", "vrml", "wrl"};
     suffixes.sort();
     return suffixes;
 }
@@ -59,6 +56,13 @@ void requireKnownSuffix(const QString& path)
         throw ToolError(
             ExitCode::Usage,
             QStringLiteral("%1: this is a case already, not an input to import").arg(path));
+    }
+    if (suffix == QLatin1String("meshb")) {
+        throw ToolError(
+            ExitCode::Unsuitable,
+            QStringLiteral("%1: binary Medit files cannot be imported; save the mesh as "
+                           "text, with the suffix .mesh")
+                .arg(path));
     }
     if (!knownSuffixes().contains(suffix)) {
         InputDamage::damaged(

@@ -16,13 +16,13 @@ namespace Ovra::GeoTool
 /// | msh | every section "$Name" is closed by "$EndName" |
 /// | step, stp | the last line is "END-ISO-10303-21;" |
 /// | iges, igs | the last line is of section T |
-/// | brep | all shapes are there, and a reference to the whole behind them |
 /// | unv | the delimiters "    -1" come in pairs |
 /// | bdf, nas | there is a line "ENDDATA" |
 /// | stl | text: "endsolid" at the end; binary: the size that the count of triangles calls for |
-/// | mesh | there is the keyword "End" |
 /// | vtk | there are as many types of cells as announced |
 /// | inp | the last line is ended |
+///
+/// Of brep and mesh files their readers judge, see BrepReader and MeditReader.
 class InputFileCheck
 {
 public:
