@@ -175,8 +175,12 @@ void GmshExtraction::addEntities(int dimension)
     gmsh::vectorpair entities;
     gmsh::model::getEntities(entities, dimension);
     std::sort(entities.begin(), entities.end());
+    // A file that gives no number is given 0 by Gmsh; what is so rebuilt is above all others.
+    if (!entities.empty() && entities.front().second == 0) {
+        std::rotate(entities.begin(), entities.begin() + 1, entities.end());
+    }
     for (const auto& [d, tag] : entities) {
-        if (tag <= 0) {
+        if (tag < 0) {
             throw ToolError(ExitCode::Unsuitable,
                             QStringLiteral("%1: entity %2 of dimension %3 has no positive number")
                                 .arg(input_)
@@ -184,7 +188,8 @@ void GmshExtraction::addEntities(int dimension)
                                 .arg(d));
         }
         ImportedEntity entity;
-        entity.id = tag;
+        const auto& before = mesh_.entitiesOf(d);
+        entity.id = tag > 0 ? tag : (before.empty() ? 0 : before.back().id) + 1;
         entity.gmshTag = tag;
         entity.fromCad = !isDiscrete(d, tag);
         std::string label;

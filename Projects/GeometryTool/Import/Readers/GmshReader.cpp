@@ -6,14 +6,18 @@
 #include "GmshSession.h"
 #include "InputFileCheck.h"
 #include "MeditReader.h"
+#include "MshElementTags.h"
 #include "Progress.h"
 #include "SurfaceFilling.h"
 #include "ToolError.h"
 
+#include <QDir>
 #include <QFile>
 #include <QHash>
+#include <QTemporaryFile>
 
 #include <gmsh.h>
+#include <optional>
 
 namespace Ovra::GeoTool
 {
@@ -67,6 +71,22 @@ QStringList readBy(const QString& path)
     return Reader(path).read();
 }
 
+QStringList readGmshMesh(const QString& path)
+{
+    QFile file(path);
+    const std::optional<QByteArray> completed =
+        file.open(QIODevice::ReadOnly) ? MshElementTags::completed(file) : std::nullopt;
+    if (!completed) {
+        return readByGmsh(path);
+    }
+    QTemporaryFile copy(QDir::tempPath() + QStringLiteral("/XXXXXX.msh"));
+    if (!copy.open() || copy.write(*completed) != completed->size() || !copy.flush()) {
+        throw ToolError(ExitCode::OutputFailed,
+                        QStringLiteral("%1: %2").arg(copy.fileName(), copy.errorString()));
+    }
+    return readByGmsh(copy.fileName());
+}
+
 QStringList readBrep(const QString& path)
 {
     BrepReader(path).read();
@@ -82,7 +102,8 @@ const QHash<QString, Read>& ownReaders()
     static const QHash<QString, Read> readers{{QStringLiteral("inp"), readBy<AbaqusReader>},
                                               {QStringLiteral("brep"), readBrep},
                                               {QStringLiteral("brp"), readBrep},
-                                              {QStringLiteral("mesh"), readBy<MeditReader>}};
+                                              {QStringLiteral("mesh"), readBy<MeditReader>},
+                                              {QStringLiteral("msh"), readGmshMesh}};
     return readers;
 }
 
