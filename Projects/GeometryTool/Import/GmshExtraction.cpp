@@ -1,6 +1,7 @@
 #include "GmshExtraction.h"
 
 #include "ElementShape.h"
+#include "InputFileCheck.h"
 #include "Progress.h"
 #include "SideTable.h"
 #include "ToolError.h"
@@ -80,6 +81,11 @@ double turnInPlane(const ImportedMesh& mesh, const ImportedElement& face)
                (mesh.point(face, i + 1) - mesh.point(face, 0));
     }
     return sum.z();
+}
+
+bool isVtk(const QString& input)
+{
+    return InputFileCheck::suffix(input) == QLatin1String("vtk");
 }
 
 bool isInXyPlane(const ImportedMesh& mesh)
@@ -378,17 +384,25 @@ void GmshExtraction::removeDuplicates(int dimension)
 void GmshExtraction::turnVolumes()
 {
     long long turned = 0;
+    long long turnedWedges = 0;
+    long long wedges = 0;
     long long flat = 0;
+    constexpr int nodesOfWedge = 6;
     for (ImportedElement& element : mesh_.elementsOf(3)) {
         const double volume = ElementShape::volume(mesh_, element);
+        const bool isWedge = element.nodeCount == nodesOfWedge;
+        wedges += isWedge ? 1 : 0;
         flat += volume == 0.0 ? 1 : 0;
         if (volume >= 0) {
             continue;
         }
         ElementShape::flip(element, 3);
+        turnedWedges += isWedge ? 1 : 0;
         ++turned;
     }
-    warn(turned,
+    // Both senses of a wedge are met in VTK files, but one file keeps to one.
+    const bool isOrder = isVtk(input_) && turnedWedges == wedges;
+    warn(isOrder ? turned - turnedWedges : turned,
          QStringLiteral("%1 elements with a negative volume are turned the right way round"));
     warn(flat, QStringLiteral("%1 elements have no volume"));
 }
@@ -414,12 +428,23 @@ void GmshExtraction::turnOuterSides()
     }
 }
 
+/// \brief Whether a node stands on a point of the geometry, to which nothing need be attached: a
+/// centre of an arc, for instance.
+bool GmshExtraction::isOnPoint(const ImportedNode& node) const
+{
+    return node.dimension == 0 && mesh_.entity(0, node.entity).fromCad;
+}
+
 void GmshExtraction::dropUnusedNodes()
 {
+    std::vector<bool> expected = between_;
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        expected[i] = expected[i] || isOnPoint(mesh_.nodes[i]);
+    }
     const std::vector<bool> unused = mesh_.removeUnusedNodes();
     long long count = 0;
     for (std::size_t i = 0; i < unused.size(); ++i) {
-        count += unused[i] && !between_[i] ? 1 : 0;
+        count += unused[i] && !expected[i] ? 1 : 0;
     }
     warn(count, QStringLiteral("%1 nodes that belong to no element are left out"));
 }

@@ -40,6 +40,7 @@ private:
     void turnVolumes();
     void turnPlanarFaces();
     void turnOuterSides();
+    bool isOnPoint(const ImportedNode& node) const;
     void dropUnusedNodes();
     void warn(long long count, const QString& text);
 

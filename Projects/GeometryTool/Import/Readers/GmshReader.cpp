@@ -10,12 +10,16 @@
 #include "Progress.h"
 #include "SurfaceFilling.h"
 #include "ToolError.h"
+#include "UnknownNode.h"
 
 #include <QDir>
 #include <QFile>
 #include <QHash>
+#include <QRegularExpression>
 #include <QTemporaryFile>
 
+#include <algorithm>
+#include <array>
 #include <gmsh.h>
 #include <optional>
 
@@ -107,6 +111,23 @@ const QHash<QString, Read>& ownReaders()
     return readers;
 }
 
+/// \brief What to do about a volume that is too thin for the size of the elements; empty otherwise.
+QString adviceOn(const QString& failure)
+{
+    static const QRegularExpression empty(QStringLiteral("No elements in volume (\\d+)"));
+    const QRegularExpressionMatch match = empty.match(failure);
+    if (!match.hasMatch()) {
+        return QString();
+    }
+    std::array<double, 6> box{};
+    gmsh::model::getBoundingBox(3, match.captured(1).toInt(), box[0], box[1], box[2], box[3],
+                                box[4], box[5]);
+    const double thinnest = std::min({box[3] - box[0], box[4] - box[1], box[5] - box[2]});
+    return QStringLiteral("; it is at most %1 thick, try --mesh-size %2 or smaller")
+        .arg(thinnest, 0, 'g', 3)
+        .arg(thinnest / 2, 0, 'g', 2);
+}
+
 bool isSurfaceFormat(const QString& path)
 {
     return InputFileCheck::suffix(path) == QLatin1String("stl");
@@ -153,14 +174,18 @@ void GmshReader::open(const QString& path)
 {
     progress_.phase(QStringLiteral("reading %1").arg(path));
     QStringList remarks;
-    session_.run(path, [&path, &remarks] {
-        // Loose faces of a neutral format are sewn up, so that they bound solids.
-        const QString suffix = InputFileCheck::suffix(path);
-        const bool loose = suffix == QLatin1String("iges") || suffix == QLatin1String("igs");
-        gmsh::option::setNumber("Geometry.OCCSewFaces", loose ? 1 : 0);
-        gmsh::option::setNumber("Geometry.OCCMakeSolids", loose ? 1 : 0);
-        remarks = ownReaders().value(suffix, readByGmsh)(path);
-    });
+    try {
+        session_.run(path, [&path, &remarks] {
+            // Loose faces of a neutral format are sewn up, so that they bound solids.
+            const QString suffix = InputFileCheck::suffix(path);
+            const bool loose = suffix == QLatin1String("iges") || suffix == QLatin1String("igs");
+            gmsh::option::setNumber("Geometry.OCCSewFaces", loose ? 1 : 0);
+            gmsh::option::setNumber("Geometry.OCCMakeSolids", loose ? 1 : 0);
+            remarks = ownReaders().value(suffix, readByGmsh)(path);
+        });
+    } catch (const ToolError& error) {
+        throw ToolError(error.exitCode(), UnknownNode::explained(error.text(), path));
+    }
     for (const QString& remark : std::as_const(remarks)) {
         progress_.warning(QStringLiteral("%1: %2").arg(path, remark));
     }
@@ -216,9 +241,13 @@ void GmshReader::generate(const ImportOptions& options, int dimension)
     }
     // In one call, as Gmsh's own users have it: meshing in steps gives another mesh.
     progress_.phase(QStringLiteral("meshing %1").arg(options.input));
-    session_.run(
-        QStringLiteral("%1: meshing fails").arg(options.input),
-        [dimension] { gmsh::model::mesh::generate(dimension); }, false);
+    try {
+        session_.run(
+            QStringLiteral("%1: meshing fails").arg(options.input),
+            [dimension] { gmsh::model::mesh::generate(dimension); }, false);
+    } catch (const ToolError& error) {
+        throw ToolError(error.exitCode(), error.text() + adviceOn(error.text()));
+    }
     if (!hasElements(dimension)) {
         throw ToolError(ExitCode::Unsuitable,
                         QStringLiteral("%1: Gmsh makes no elements of dimension %2 of it")
