@@ -1,5 +1,6 @@
 #include "CaseFiles.h"
 
+#include "Counted.h"
 #include "InputFile.h"
 #include "Mesh.h"
 #include "MeshEntity.h"
@@ -56,14 +57,13 @@ ToolError damage(const QString& path, const QString& what)
 template <typename Container>
 QString whereabouts(const Container& container, const QString& kind)
 {
-    static const std::array<const char*, 4> names = {"vertices", "edges", "faces", "regions"};
+    static const std::array<const char*, 4> names = {"vertex", "edge", "face", "region"};
     QStringList parts;
     for (int dimension = 0; dimension < 4; ++dimension) {
         const int count = container.count(dimension);
         if (count > 0) {
-            parts += QStringLiteral("%1 %2 %3")
-                         .arg(count)
-                         .arg(kind, QLatin1String(names[static_cast<std::size_t>(dimension)]));
+            parts += counted(count, kind + QLatin1Char(' ') +
+                                        QLatin1String(names[static_cast<std::size_t>(dimension)]));
         }
     }
     if (parts.isEmpty()) {
@@ -148,15 +148,13 @@ void settleTrailingBytes(const Container& container, const FileFacts& facts, con
     }
     if (isEmpty(container)) {
         throw damage(facts.path,
-                     QStringLiteral("holds no %1 entities but %2 more bytes; is it a %1 file?")
-                         .arg(kind)
-                         .arg(facts.trailingBytes));
+                     QStringLiteral("holds no %1 entities but %2; is it a %1 file?")
+                         .arg(kind, counted(facts.trailingBytes, QStringLiteral("more byte"))));
     }
-    progress.warning(QStringLiteral("%1 goes on for %2 bytes behind the end of the %3, at byte %4")
-                         .arg(facts.path)
-                         .arg(facts.trailingBytes)
-                         .arg(kind)
-                         .arg(facts.size - facts.trailingBytes));
+    progress.warning(
+        QStringLiteral("%1 goes on for %2 behind the end of the %3, at byte %4")
+            .arg(facts.path, counted(facts.trailingBytes, QStringLiteral("byte")), kind)
+            .arg(facts.size - facts.trailingBytes));
 }
 
 /// A process that is killed between the two renames of a case leaves a new model beside an old mesh.
@@ -216,14 +214,14 @@ void settleUnkeptParents(const Database& database, Progress& progress, bool drop
     if (count == 0) {
         return;
     }
-    const QString text =
-        QStringLiteral("%1 mesh entities stand on a model entity of another dimension, "
-                       "which mesh formats 2014 and 2014a cannot hold; ")
-            .arg(count);
+    const QString text = QStringLiteral("%1 on a model entity of another dimension, "
+                                        "which mesh formats 2014 and 2014a cannot hold; ")
+                             .arg(counted(count, QStringLiteral("mesh entity stands"),
+                                          QStringLiteral("mesh entities stand")));
     if (!dropParents) {
         throw ToolError(ExitCode::Unsuitable, text + QStringLiteral("format 2013 can"));
     }
-    progress.warning(text + QStringLiteral("they are written without a parent"));
+    progress.warning(text + QStringLiteral("written without a parent"));
     dropUnkeptParents(database);
 }
 

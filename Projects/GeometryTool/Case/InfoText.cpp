@@ -1,6 +1,7 @@
 #include "InfoText.h"
 
 #include "CaseSummary.h"
+#include "Counted.h"
 
 #include <QStringList>
 
@@ -48,10 +49,9 @@ QString row(const QStringList& cells)
 
 QString fileText(const FileFacts& facts, const QString& formatName)
 {
-    QString text = QStringLiteral("%1, %2 bytes, format %3, version %4")
-                       .arg(facts.path)
-                       .arg(facts.size)
-                       .arg(formatName, facts.version.toString());
+    QString text = QStringLiteral("%1, %2, format %3, version %4")
+                       .arg(facts.path, counted(facts.size, QStringLiteral("byte")), formatName,
+                            facts.version.toString());
     if (facts.oldHeader) {
         text += QStringLiteral(", old header");
     }
@@ -78,7 +78,7 @@ QString headText(const CaseSummary& summary)
            line("Space", summary.is3d ? QStringLiteral("three-dimensional")
                                       : QStringLiteral("planar, the model has no regions")) +
            line("Coordinate system", QString::number(summary.coordinateSystem)) +
-           line("Refinement", QStringLiteral("%1 regions").arg(summary.refinementRegionCount)) +
+           line("Refinement", counted(summary.refinementRegionCount, QStringLiteral("region"))) +
            line("Model box", boxText(summary.modelBox)) +
            line("Mesh box", boxText(summary.meshBox));
 }

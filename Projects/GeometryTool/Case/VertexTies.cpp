@@ -1,6 +1,7 @@
 #include "VertexTies.h"
 
 #include "AttributeMap.h"
+#include "Counted.h"
 #include "IdOrder.h"
 #include "Mesh.h"
 #include "MeshEntity.h"
@@ -101,9 +102,9 @@ QString VertexTies::weightFault(MeshEntity& vertex, const MeshEntity& entity) co
 {
     const QVariantList weights = vertex.attributes().value(weights_, {}).toList();
     if (weights.size() != weightCount(entity)) {
-        return QStringLiteral("has %1 weights for %2 vertices")
-            .arg(weights.size())
-            .arg(weightCount(entity));
+        return QStringLiteral("has %1 for %2")
+            .arg(counted(weights.size(), QStringLiteral("weight")),
+                 counted(weightCount(entity), QStringLiteral("vertex")));
     }
     return faultOf(weights);
 }

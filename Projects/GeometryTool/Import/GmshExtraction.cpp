@@ -1,5 +1,6 @@
 #include "GmshExtraction.h"
 
+#include "Counted.h"
 #include "ElementShape.h"
 #include "InputFileCheck.h"
 #include "Progress.h"
@@ -154,7 +155,8 @@ ImportedMesh GmshExtraction::extract(int dimension)
         addElements(d);
         removeDuplicates(d);
     }
-    warn(higherOrder_, QStringLiteral("%1 elements of higher order become linear"));
+    warn(higherOrder_, QStringLiteral("element of higher order becomes linear"),
+         QStringLiteral("elements of higher order become linear"));
     for (int d = 0; d <= dimension; ++d) {
         classifyNodes(d);
     }
@@ -169,10 +171,10 @@ ImportedMesh GmshExtraction::extract(int dimension)
     return std::move(mesh_);
 }
 
-void GmshExtraction::warn(long long count, const QString& text)
+void GmshExtraction::warn(long long count, const QString& singular, const QString& plural)
 {
     if (count > 0) {
-        progress_.warning(QStringLiteral("%1: %2").arg(input_, text.arg(count)));
+        progress_.warning(QStringLiteral("%1: %2").arg(input_, counted(count, singular, plural)));
     }
 }
 
@@ -377,8 +379,9 @@ void GmshExtraction::removeDuplicates(int dimension)
                                      [&](const ImportedElement&) { return repeated[next++]; });
     const auto removed = elements.end() - kept;
     elements.erase(kept, elements.end());
-    warn(removed, QStringLiteral("%1 elements of dimension ") + QString::number(dimension) +
-                      QStringLiteral(" are there twice and taken once"));
+    warn(removed,
+         QStringLiteral("element of dimension %1 is there twice and taken once").arg(dimension),
+         QStringLiteral("elements of dimension %1 are there twice and taken once").arg(dimension));
 }
 
 void GmshExtraction::turnVolumes()
@@ -403,8 +406,9 @@ void GmshExtraction::turnVolumes()
     // Both senses of a wedge are met in VTK files, but one file keeps to one.
     const bool isOrder = isVtk(input_) && turnedWedges == wedges;
     warn(isOrder ? turned - turnedWedges : turned,
-         QStringLiteral("%1 elements with a negative volume are turned the right way round"));
-    warn(flat, QStringLiteral("%1 elements have no volume"));
+         QStringLiteral("element with a negative volume is turned the right way round"),
+         QStringLiteral("elements with a negative volume are turned the right way round"));
+    warn(flat, QStringLiteral("element has no volume"), QStringLiteral("elements have no volume"));
 }
 
 void GmshExtraction::turnPlanarFaces()
@@ -446,7 +450,8 @@ void GmshExtraction::dropUnusedNodes()
     for (std::size_t i = 0; i < unused.size(); ++i) {
         count += unused[i] && !expected[i] ? 1 : 0;
     }
-    warn(count, QStringLiteral("%1 nodes that belong to no element are left out"));
+    warn(count, QStringLiteral("node that belongs to no element is left out"),
+         QStringLiteral("nodes that belong to no element are left out"));
 }
 
 } // namespace Ovra::GeoTool

@@ -42,7 +42,7 @@ private:
     void turnOuterSides();
     bool isOnPoint(const ImportedNode& node) const;
     void dropUnusedNodes();
-    void warn(long long count, const QString& text);
+    void warn(long long count, const QString& singular, const QString& plural);
 
     QString input_;
     Progress& progress_;

@@ -2,6 +2,7 @@
 
 #include "AttributeCheck.h"
 #include "CoincidentFaces.h"
+#include "Counted.h"
 #include "EntityName.h"
 #include "IdOrder.h"
 #include "Model.h"
@@ -62,12 +63,16 @@ void ImportRemarks::warnOfLooseBodies(const QString& input) const
     const ModelEntity& first = *pairs.front().first;
     const ModelEntity& second = *pairs.front().second;
     const int bodies = first.dimension() + 1;
+    const QString what =
+        QStringLiteral("of %1 of different %2 ").arg(pluralOf(first.dimension()), pluralOf(bodies));
     progress_.warning(
-        QStringLiteral("%1: %2 pairs of %3 of different %4 coincide but are not joined, for "
-                       "instance %3 %5 of %4 %6: the %4 will not be coupled; join them with "
-                       "Coherence (BooleanFragments), see Import.md")
-            .arg(input, QString::number(pairs.size()), pluralOf(first.dimension()),
-                 pluralOf(bodies), both(first, second),
+        QStringLiteral("%1: %2, for instance %3 %4 of %5 %6: the %5 will not be coupled; join "
+                       "them with Coherence (BooleanFragments), see Import.md")
+            .arg(input,
+                 counted(static_cast<qint64>(pairs.size()),
+                         QStringLiteral("pair ") + what + "coincides but is not joined",
+                         QStringLiteral("pairs ") + what + "coincide but are not joined"),
+                 pluralOf(first.dimension()), both(first, second), pluralOf(bodies),
                  both(*first.adjacencyAt(bodies, 0), *second.adjacencyAt(bodies, 0))));
 }
 

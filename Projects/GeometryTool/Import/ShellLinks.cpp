@@ -1,6 +1,7 @@
 #include "ShellLinks.h"
 
 #include "AttributeType.h"
+#include "Counted.h"
 #include "MeshEntity.h"
 #include "ModelEntity.h"
 #include "NearTree.h"
@@ -61,10 +62,10 @@ bool ShellLinks::pair()
     const QSet<MeshEntity*> original = Utility::getMeshVerticesOnModelEntity(originalFace_);
     const QSet<MeshEntity*> twin = Utility::getMeshVerticesOnModelEntity(newFace_);
     if (original.isEmpty() || original.size() != twin.size()) {
-        mismatch_ = QStringLiteral("the mesh of face %1 has %2 vertices, that of face %3 has %4; "
+        mismatch_ = QStringLiteral("the mesh of face %1 has %2, that of face %3 has %4; "
                                    "one must be a copy of the other")
                         .arg(originalFace_->id())
-                        .arg(original.size())
+                        .arg(counted(original.size(), QStringLiteral("vertex")))
                         .arg(newFace_->id())
                         .arg(twin.size());
         return false;

@@ -1,5 +1,6 @@
 #include "TopologyCompletion.h"
 
+#include "Counted.h"
 #include "ToolError.h"
 #include "UnionFind.h"
 
@@ -72,12 +73,13 @@ void TopologyCompletion::requireTwoSided(std::span<const SideTable::Side> run) c
             nodes.append(QString::number(mesh_.nodes[static_cast<std::size_t>(node)].gmshTag));
         }
     }
-    throw ToolError(ExitCode::InputDamaged,
-                    QStringLiteral("%1: %2 volume elements share the face of nodes %3; elements "
-                                   "overlap")
-                        .arg(input_)
-                        .arg(run.size())
-                        .arg(nodes.join(QLatin1Char(' '))));
+    throw ToolError(
+        ExitCode::InputDamaged,
+        QStringLiteral("%1: %2 the face of nodes %3; elements overlap")
+            .arg(input_,
+                 counted(static_cast<qint64>(run.size()), QStringLiteral("volume element shares"),
+                         QStringLiteral("volume elements share")),
+                 nodes.join(QLatin1Char(' '))));
 }
 
 void TopologyCompletion::completeFaces()

@@ -1,5 +1,6 @@
 #include "ExtrudedInterpolation.h"
 
+#include "Counted.h"
 #include "EntityName.h"
 #include "EntityNames.h"
 #include "IntAttribute.h"
@@ -91,8 +92,7 @@ QString ExtrudedInterpolation::run(Solver& solver)
     requireTies();
     return QStringLiteral("%1, %2 tied")
         .arg(counted(faceCount, QStringLiteral("extruded face")),
-             counted(verticesOnPairs().size(), QStringLiteral("vertex"),
-                     QStringLiteral("vertices")));
+             counted(verticesOnPairs().size(), QStringLiteral("vertex")));
 }
 
 void ExtrudedInterpolation::requireSearchable() const
@@ -127,7 +127,7 @@ void ExtrudedInterpolation::requireTies() const
         progress_.warning(
             QStringLiteral(
                 "%1 of extruded faces lie more than half an edge beside the partner face")
-                .arg(counted(beside, QStringLiteral("vertex"), QStringLiteral("vertices"))));
+                .arg(counted(beside, QStringLiteral("vertex"))));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "FaceDoubling.h"
 
+#include "Counted.h"
 #include "DoublingAftercare.h"
 #include "EntityNames.h"
 #include "IdOrder.h"
@@ -45,8 +46,7 @@ QString FaceDoubling::doubleFaces(const AttributeType& link, const std::function
         .arg(
             counted(added.size(), QStringLiteral("model face")), which,
             counted(mesh().count(faceDimension()) - meshFaceCount, QStringLiteral("new mesh face")),
-            counted(mesh().count(0) - vertexCount, QStringLiteral("new vertex"),
-                    QStringLiteral("new vertices")));
+            counted(mesh().count(0) - vertexCount, QStringLiteral("new vertex")));
 }
 
 void FaceDoubling::requireApart(const Sides& sides, const QString& rule) const

@@ -1,5 +1,6 @@
 #include "FluidSolidSplit.h"
 
+#include "Counted.h"
 #include "EntityNames.h"
 #include "IdOrder.h"
 #include "Mesh.h"
@@ -31,10 +32,9 @@ void FluidSolidSplit::requireFace(ModelEntity& face) const
         return;
     }
     if (regions.size() > 2) {
-        refuse(QStringLiteral("%1 lies between %2 regions, fluid and other; only a face between "
-                              "two can be split")
-                   .arg(nameOf(face))
-                   .arg(regions.size()));
+        refuse(QStringLiteral("%1 lies between %2, fluid and other; only a face between two can be "
+                              "split")
+                   .arg(nameOf(face), counted(regions.size(), QStringLiteral("region"))));
     }
     for (const ModelEntity* region : regions) {
         requireSingleLinks(*region);

@@ -1,5 +1,6 @@
 #include "MeshRenumbering.h"
 
+#include "Counted.h"
 #include "IdOrder.h"
 #include "Mesh.h"
 #include "MeshEntity.h"
@@ -45,17 +46,14 @@ QString MeshRenumbering::run(Solver&)
 
 QString MeshRenumbering::renumber(int dimension)
 {
-    using Words = std::array<const char*, 2>;
-    static const std::array<Words, 4> words = {
-        Words{"vertex", "vertices"}, {"edge", "edges"}, {"face", "faces"}, {"region", "regions"}};
+    static const std::array<const char*, 4> nouns = {"vertex", "edge", "face", "region"};
     const qint64 displaced = displacedCount(mesh(), dimension);
     mesh().renumber(dimension);
     if (displaced == 0) {
         return QString();
     }
-    const Words& names = words[static_cast<std::size_t>(dimension)];
-    return QStringLiteral("%1 given new ids")
-        .arg(counted(displaced, QLatin1String(names[0]), QLatin1String(names[1])));
+    const QString noun = QLatin1String(nouns[static_cast<std::size_t>(dimension)]);
+    return QStringLiteral("%1 given new ids").arg(counted(displaced, noun));
 }
 
 } // namespace Ovra::GeoTool

@@ -1,5 +1,6 @@
 #include "MovingReplication.h"
 
+#include "Counted.h"
 #include "EntityNames.h"
 #include "IntAttribute.h"
 #include "Mesh.h"
@@ -92,8 +93,7 @@ QString MovingReplication::run(Solver& solver)
         .arg(counted(regionCount, QStringLiteral("moving region")),
              counted(mesh().count(regionDimension()) - elements, QStringLiteral("new element")),
              counted(mesh().count(faceDimension()) - meshFaces, QStringLiteral("new mesh face")),
-             counted(mesh().count(0) - vertices, QStringLiteral("new vertex"),
-                     QStringLiteral("new vertices")));
+             counted(mesh().count(0) - vertices, QStringLiteral("new vertex")));
 }
 
 } // namespace Ovra::GeoTool

@@ -1,5 +1,6 @@
 #include "PeriodicInterpolation.h"
 
+#include "Counted.h"
 #include "EntityName.h"
 #include "EntityNames.h"
 #include "IdOrder.h"
@@ -220,7 +221,7 @@ QString PeriodicInterpolation::run(Solver& solver)
     requireTies(all, transform);
     return QStringLiteral("%1, %2 tied by %3")
         .arg(counted(all.size(), QStringLiteral("periodic pair")),
-             counted(verticesOn(all).size(), QStringLiteral("vertex"), QStringLiteral("vertices")),
+             counted(verticesOn(all).size(), QStringLiteral("vertex")),
              transform.translation.isZero() ? QStringLiteral("a rotation")
                                             : QStringLiteral("a translation"));
 }

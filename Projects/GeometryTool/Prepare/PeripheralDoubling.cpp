@@ -1,5 +1,6 @@
 #include "PeripheralDoubling.h"
 
+#include "Counted.h"
 #include "EntityNames.h"
 #include "IdOrder.h"
 #include "MeshEntity.h"
@@ -82,9 +83,9 @@ void PeripheralDoubling::requireTwoSides(const ModelEntity& device, const ModelE
 {
     const QList<ModelEntity*> regions = regionsAt(face);
     if (regions.size() != 2) {
-        refuse(QStringLiteral("%1 of %2 lies between %3 regions, not two")
-                   .arg(nameOf(face), withMaterial(device))
-                   .arg(regions.size()));
+        refuse(QStringLiteral("%1 of %2 lies between %3, not two")
+                   .arg(nameOf(face), withMaterial(device),
+                        counted(regions.size(), QStringLiteral("region"))));
     }
     for (const ModelEntity* region : regions) {
         if (region != &device && isOfMaterial(*region, rotatingDevice)) {

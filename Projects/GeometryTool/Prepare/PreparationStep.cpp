@@ -117,12 +117,4 @@ QString PreparationStep::withMaterial(const ModelEntity& region)
                                             : QStringLiteral(" (material_type \"%1\")").arg(type));
 }
 
-QString PreparationStep::counted(qint64 count, const QString& singular, const QString& plural)
-{
-    const QString& name = count == 1         ? singular
-                          : plural.isEmpty() ? singular + QLatin1Char('s')
-                                             : plural;
-    return QStringLiteral("%1 %2").arg(count).arg(name);
-}
-
 } // namespace Ovra::GeoTool

@@ -80,9 +80,6 @@ protected:
     /// \brief "model region 4 (material_type \"solid\")" or "model region 4 (no material_type)".
     static QString withMaterial(const Geo::ModelEntity& region);
 
-    /// \brief "1 model face", "2 model faces".
-    static QString counted(qint64 count, const QString& singular, const QString& plural = {});
-
 private:
     Geo::Database& database_;
 };

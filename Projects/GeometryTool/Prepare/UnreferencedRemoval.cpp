@@ -1,5 +1,6 @@
 #include "UnreferencedRemoval.h"
 
+#include "Counted.h"
 #include "EntityNames.h"
 #include "IdOrder.h"
 #include "Mesh.h"
@@ -124,7 +125,7 @@ QString UnreferencedRemoval::run(Solver& solver)
         return QString();
     }
     return QStringLiteral("%1, %2 and %3 removed")
-        .arg(counted(before[0] - after[0], QStringLiteral("vertex"), QStringLiteral("vertices")),
+        .arg(counted(before[0] - after[0], QStringLiteral("vertex")),
              counted(before[1] - after[1], QStringLiteral("edge")),
              counted(before[2] - after[2], QStringLiteral("face")));
 }

@@ -1,5 +1,6 @@
 #include "WedgeDecomposition.h"
 
+#include "Counted.h"
 #include "ElementTopology.h"
 #include "EntityNames.h"
 #include "IdOrder.h"
@@ -174,11 +175,11 @@ QString WedgeDecomposition::run(Solver& solver)
         cut(quadrilateral);
     }
     refreshUpwardLists();
-    return QStringLiteral("%1 cut into %2 tetrahedra, %3 into %4 triangles")
-        .arg(counted(wedgeCount, QStringLiteral("wedge")))
-        .arg(3 * wedgeCount)
-        .arg(counted(quadrilaterals.size(), QStringLiteral("quadrilateral mesh face")))
-        .arg(2 * quadrilaterals.size());
+    return QStringLiteral("%1 cut into %2, %3 into %4")
+        .arg(counted(wedgeCount, QStringLiteral("wedge")),
+             counted(3 * wedgeCount, QStringLiteral("tetrahedron"), QStringLiteral("tetrahedra")),
+             counted(quadrilaterals.size(), QStringLiteral("quadrilateral mesh face")),
+             counted(2 * quadrilaterals.size(), QStringLiteral("triangle")));
 }
 
 void WedgeDecomposition::cut(MeshEntity* quadrilateral) const

@@ -1,6 +1,7 @@
 #include "ElementCheck.h"
 
 #include "CaseView.h"
+#include "Counted.h"
 #include "ElementTopology.h"
 #include "FindingSink.h"
 #include "Mesh.h"
@@ -154,9 +155,9 @@ void ElementCheck::checkVertexCount(const MeshEntity& entity, FindingSink& sink)
 {
     if (!topologyOf(entity)) {
         sink.add(FindingKind::VertexCount, entity, [&entity] {
-            return QStringLiteral("has %1 vertices; %2")
-                .arg(entity.adjacencyCount(0))
-                .arg(vertexCountsOf(entity.dimension()));
+            return QStringLiteral("has %1; %2")
+                .arg(counted(entity.adjacencyCount(0), QStringLiteral("vertex")),
+                     vertexCountsOf(entity.dimension()));
         });
     }
 }

@@ -2,6 +2,7 @@
 
 #include "AttributeMap.h"
 #include "CaseView.h"
+#include "Counted.h"
 #include "EntityNames.h"
 #include "FindingSink.h"
 #include "Mesh.h"
@@ -103,12 +104,9 @@ bool LinkCheck::checkWeightCount(MeshEntity& vertex, const MeshEntity& target)
         return true;
     }
     sink_.add(FindingKind::BadWeights, vertex, [&] {
-        return QStringLiteral("has %1 values in %2 for the %3 vertices of %4; at most %5 of them "
-                              "may be positive")
-            .arg(weights.size())
-            .arg(ties_.weightsType().toString())
-            .arg(wanted)
-            .arg(nameOf(target))
+        return QStringLiteral("has %1 in %2 for the %3 of %4; at most %5 of them may be positive")
+            .arg(counted(weights.size(), QStringLiteral("value")), ties_.weightsType().toString(),
+                 counted(wanted, QStringLiteral("vertex")), nameOf(target))
             .arg(largestStencil);
     });
     return false;
@@ -124,10 +122,10 @@ void LinkCheck::checkWeights(MeshEntity& vertex, const MeshEntity& target)
         for (const QVariant& weight : vertex.attributes().value(ties_.weightsType(), {}).toList()) {
             texts += QString::number(weight.toDouble(), 'g', 6);
         }
-        return QStringLiteral("has the %1 (%2) for %3; %4 are expected, none negative, with the "
-                              "sum 1")
-            .arg(ties_.weightsType().toString(), texts.join(QStringLiteral(", ")), nameOf(target))
-            .arg(VertexTies::weightCount(target));
+        return QStringLiteral("has the %1 (%2) for %3; %4 expected, none negative, with the sum 1")
+            .arg(ties_.weightsType().toString(), texts.join(QStringLiteral(", ")), nameOf(target),
+                 counted(VertexTies::weightCount(target), QStringLiteral("is"),
+                         QStringLiteral("are")));
     });
 }
 

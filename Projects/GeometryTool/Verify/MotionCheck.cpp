@@ -3,6 +3,7 @@
 #include "AttributeMap.h"
 #include "AttributeType.h"
 #include "CaseView.h"
+#include "Counted.h"
 #include "EntityNames.h"
 #include "FindingSink.h"
 #include "MeshEntity.h"
@@ -67,9 +68,8 @@ void MotionCheck::checkReplica(const ModelEntity& region)
     const ModelEntity* const original = view_.model().entity(view_.elementDimension(), id);
     if (original && original->childCount() < region.childCount()) {
         sink_.add(FindingKind::Replica, region, [&] {
-            return QStringLiteral("has %1 elements, but its original, %2, only %3")
-                .arg(region.childCount())
-                .arg(nameOf(*original))
+            return QStringLiteral("has %1, but its original, %2, only %3")
+                .arg(counted(region.childCount(), QStringLiteral("element")), nameOf(*original))
                 .arg(original->childCount());
         });
     }
@@ -125,9 +125,8 @@ void MotionCheck::checkOneElementEach(const ModelEntity& face)
         const int count = child->adjacencyCount(view_.elementDimension());
         if (count != 1) {
             sink_.add(FindingKind::RotorSide, *child, [&face, count] {
-                return QStringLiteral("on the rotor or stator side %1 has %2 elements, not one")
-                    .arg(nameOf(face))
-                    .arg(count);
+                return QStringLiteral("on the rotor or stator side %1 has %2, not one")
+                    .arg(nameOf(face), counted(count, QStringLiteral("element")));
             });
         }
     }

@@ -1,6 +1,7 @@
 #include "PairCheck.h"
 
 #include "CaseView.h"
+#include "Counted.h"
 #include "EntityNames.h"
 #include "FindingSink.h"
 #include "IntAttribute.h"
@@ -41,10 +42,10 @@ std::map<int, Sides> sidesByPair(const CaseView& view)
 
 QString incompleteText(int pair, const Sides& sides)
 {
-    return QStringLiteral("belongs to the periodic pair %1, which has %2 faces with the "
+    return QStringLiteral("belongs to the periodic pair %1, which has %2 with the "
                           "periodic_side_id 1 and %3 with another; one of each is expected")
         .arg(pair)
-        .arg(sides.first.size())
+        .arg(counted(static_cast<qint64>(sides.first.size()), QStringLiteral("face")))
         .arg(sides.second.size());
 }
 

@@ -1,6 +1,7 @@
 #include "PointerCheck.h"
 
 #include "CaseView.h"
+#include "Counted.h"
 #include "FindingSink.h"
 #include "MeshEntity.h"
 #include "ModelEntity.h"
@@ -140,10 +141,11 @@ void Run::checkChildCounts()
         for (const ModelEntity* entity : view_.modelEntities(dimension)) {
             if (counts[entity] != entity->childCount()) {
                 report(FindingKind::LostChild, *entity, [=, count = counts[entity]] {
-                    return QStringLiteral("has %1 children in its table, where %2 mesh entities "
-                                          "of its dimension stand on it")
-                        .arg(entity->childCount())
-                        .arg(count);
+                    return QStringLiteral("has %1 in its table, where %2 on it")
+                        .arg(counted(entity->childCount(), QStringLiteral("child"),
+                                     QStringLiteral("children")),
+                             counted(count, QStringLiteral("mesh entity of its dimension stands"),
+                                     QStringLiteral("mesh entities of its dimension stand")));
                 });
             }
         }

@@ -1,6 +1,7 @@
 #include "SideCheck.h"
 
 #include "CaseView.h"
+#include "Counted.h"
 #include "ElementCheck.h"
 #include "FindingSink.h"
 #include "MeshEntity.h"
@@ -91,7 +92,8 @@ void SideCheck::checkElementCount(const MeshEntity& face, FindingSink& sink)
     const int count = face.adjacencyCount(face.dimension() + 1);
     if (count > 2) {
         sink.add(FindingKind::TooManyElements, face, [count] {
-            return QStringLiteral("lies between %1 elements; a face has two sides").arg(count);
+            return QStringLiteral("lies between %1; a face has two sides")
+                .arg(counted(count, QStringLiteral("element")));
         });
     }
 }

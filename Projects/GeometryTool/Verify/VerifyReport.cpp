@@ -1,5 +1,6 @@
 #include "VerifyReport.h"
 
+#include "Counted.h"
 #include "Database.h"
 #include "Mesh.h"
 #include "Model.h"
@@ -15,12 +16,6 @@ using namespace Ovra::Geo;
 
 namespace
 {
-
-QString counted(qint64 count, const QString& noun)
-{
-    const QString plural = count == 1 ? QString() : QStringLiteral("s");
-    return QStringLiteral("%1 %2%3").arg(count).arg(noun, plural);
-}
 
 QString groupText(FindingKind kind, const CaseFindings::Group& group)
 {

@@ -153,7 +153,7 @@ private slots:
         QCOMPARE(run.exitCode, 0);
         QCOMPARE(run.errors,
                  QByteArray("ovrageo: warning: 2 mesh entities stand on a model entity of another "
-                            "dimension, which mesh formats 2014 and 2014a cannot hold; they are "
+                            "dimension, which mesh formats 2014 and 2014a cannot hold; "
                             "written without a parent\n"));
         Database database;
         load(database, "out");

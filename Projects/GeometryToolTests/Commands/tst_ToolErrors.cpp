@@ -160,7 +160,7 @@ private slots:
         QVERIFY(writeContent(path("tiny.geo_mesh"), mesh_.chopped(1)));
         const ToolRun run = runTool({"info", path("tiny")});
         QCOMPARE(run.errors, QStringLiteral("ovrageo: error: %1 is truncated: it ends at byte %2, "
-                                            "after 4 mesh vertices, 1 mesh faces, 1 mesh regions\n")
+                                            "after 4 mesh vertices, 1 mesh face, 1 mesh region\n")
                                  .arg(path("tiny.geo_mesh"))
                                  .arg(mesh_.size() - 1)
                                  .toUtf8());

@@ -21,7 +21,7 @@ private slots:
             QTest::newRow(name) << QByteArray(shapes) << QByteArray(words);
         };
         row("two boxes", "Box(1) = {0, 0, 0, 1, 1, 1};\nBox(2) = {1, 0, 0, 1, 1, 1};\n",
-            "1 pairs of faces of different regions coincide but are not joined, for instance faces "
+            "1 pair of faces of different regions coincides but is not joined, for instance faces "
             "2 and 7 of regions 1 and 2: the regions will not be coupled; join them with Coherence "
             "(BooleanFragments), see Import.md\n");
         row("names",
@@ -35,14 +35,14 @@ private slots:
             "4 pairs of faces");
         row("small and far away",
             "Box(1) = {5, 5, 5, 1e-3, 1e-3, 1e-3};\nBox(2) = {5.001, 5, 5, 1e-3, 1e-3, 1e-3};\n",
-            "1 pairs of faces");
+            "1 pair of faces");
         row("cylinder in a hole",
             "Box(1) = {-1, -1, 0, 2, 2, 1};\nCylinder(2) = {0, 0, 0, 0, 0, 1, 0.5};\n"
             "BooleanDifference(3) = {Volume{1}; Delete;} {Volume{2}; Delete;};\n"
             "Cylinder(4) = {0, 0, 0, 0, 0, 1, 0.5};\n",
-            "1 pairs of faces");
+            "1 pair of faces");
         row("planar", "Rectangle(1) = {0, 0, 0, 1, 1};\nRectangle(2) = {1, 0, 0, 1, 1};\n",
-            "1 pairs of edges of different faces coincide but are not joined, for instance edges 2 "
+            "1 pair of edges of different faces coincides but is not joined, for instance edges 2 "
             "and 8 of faces 1 and 2: the faces will not be coupled");
     }
 
@@ -106,7 +106,7 @@ private slots:
         }
         const ToolRun run = import("apart.msh");
         QCOMPARE(run.exitCode, 0);
-        QVERIFY2(run.errors.contains("1 pairs of faces"), run.errors.constData());
+        QVERIFY2(run.errors.contains("1 pair of faces"), run.errors.constData());
     }
 
     void joinsAnAssemblyWithTheScriptOfTheManual()
@@ -119,7 +119,7 @@ private slots:
             gmsh::model::occ::synchronize();
             GmshFixture::write(path("board.step"));
         }
-        QVERIFY(import("board.step").errors.contains("1 pairs of faces"));
+        QVERIFY(import("board.step").errors.contains("1 pair of faces"));
         QVERIFY(writeContent(path("board.geo"), scriptOfTheManual()));
         const ToolRun run = import("board.geo");
         QVERIFY2(run.exitCode == 0, run.errors.constData());

@@ -333,7 +333,7 @@ private slots:
                              "2 4 2 2 1 1 2 3 4\n$EndElements\n"));
         const ToolRun run = import("twice.msh");
         QCOMPARE(run.exitCode, 0);
-        QVERIFY(run.errors.contains("1 elements of dimension 3 are there twice and taken once"));
+        QVERIFY(run.errors.contains("1 element of dimension 3 is there twice and taken once"));
         ImportedCase imported(path("case"));
         QCOMPARE(imported.mesh()->count(3), 1);
         QCOMPARE(imported.faults(), QString());

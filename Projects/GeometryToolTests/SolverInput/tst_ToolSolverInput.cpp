@@ -269,7 +269,7 @@ private slots:
                 c.vertices[0]->attributes().insert(T::PeriodicEntityType, 2);
                 c.vertices[0]->attributes().insert(T::PeriodicWeights, QVariantList{1.0});
             },
-            "mesh vertex 1 at (0, 0, 0) has 1 values in periodic_weights for the 3 vertices of "
+            "mesh vertex 1 at (0, 0, 0) has 1 value in periodic_weights for the 3 vertices of "
             "mesh face 1; at most 4 of them may be positive");
         row(
             "too many weights",
@@ -307,7 +307,7 @@ private slots:
                 c.model()->add(original);
                 makeReplica(c, original->id());
             },
-            "model region 2 at (0.25, 0.25, 0.25) has 1 elements, but its original, model region "
+            "model region 2 at (0.25, 0.25, 0.25) has 1 element, but its original, model region "
             "3, only 0");
         row(
             "stator face missing", [](TinyCase& c) { makeRotor(c, 93); },

@@ -302,7 +302,7 @@ private slots:
         closed.bottom->setParent(closed.walls);
         QCOMPARE(linesOf(verify(closed.database), FindingKind::LostChild),
                  QStringList({"model face 3 has the child 1, which stands elsewhere",
-                              "model face 3 has 1 children in its table, where 0 mesh entities of "
+                              "model face 3 has 1 child in its table, where 0 mesh entities of "
                               "its dimension stand on it",
                               "model face 4 has 3 children in its table, where 4 mesh entities of "
                               "its dimension stand on it"}));

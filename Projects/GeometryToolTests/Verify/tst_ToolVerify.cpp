@@ -445,10 +445,9 @@ private slots:
                },
                {"error stray-link: mesh vertex 4 at (0, 0, 1) names in extruded_entity_id the mesh "
                 "face 2, which does not lie on model face 3"});
-        addRow(
-            "bad-weights, too few", [](ClosedCase& c) { tie(c, 2, 2, 1, QVariantList{1.0}); },
-            {"error bad-weights: mesh vertex 2 at (1, 0, 0) has 1 values in extruded_weights for "
-             "the 3 vertices of mesh face 1; at most 4 of them may be positive"});
+        addRow("bad-weights, too few", [](ClosedCase& c) { tie(c, 2, 2, 1, QVariantList{1.0}); },
+               {"error bad-weights: mesh vertex 2 at (1, 0, 0) has 1 value in extruded_weights for "
+                "the 3 vertices of mesh face 1; at most 4 of them may be positive"});
         addRow(
             "bad-weights, sum",
             [](ClosedCase& c) {
@@ -484,7 +483,7 @@ private slots:
                        c.vertex(id).insert(T::OriginalMotionVertex, id);
                    }
                },
-               {"error replica: model region 2 at (0.25, 0.25, 0.25) has 1 elements, but its "
+               {"error replica: model region 2 at (0.25, 0.25, 0.25) has 1 element, but its "
                 "original, model region 3, only 0",
                 "error replica: mesh vertex 4 at (0, 0, 1) stands on the replica model region 2 "
                 "without an original_motion_vertex"});

@@ -2,6 +2,7 @@
 
 #include "AbaqusEntities.h"
 #include "AbaqusSetGraph.h"
+#include "Counted.h"
 #include "ToolError.h"
 
 #include <QtMath>
@@ -273,9 +274,9 @@ void AbaqusReader::takeElement()
         owner.elementNodes.push_back(number(fields.at(i)));
     }
     if (owner.missingNodes() < 0) {
-        lexer_.fail(QStringLiteral("element %1 has more than %2 nodes")
+        lexer_.fail(QStringLiteral("element %1 has more than %2")
                         .arg(owner.elements.back().number)
-                        .arg(type_.nodeCount));
+                        .arg(counted(type_.nodeCount, QStringLiteral("node"))));
     }
 }
 

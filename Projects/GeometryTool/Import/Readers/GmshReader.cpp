@@ -2,6 +2,7 @@
 
 #include "AbaqusReader.h"
 #include "BrepReader.h"
+#include "Counted.h"
 #include "DeclaredElements.h"
 #include "GmshSession.h"
 #include "InputFileCheck.h"
@@ -204,11 +205,11 @@ void GmshReader::requireAllElements(const QString& path) const
     const qint64 loaded = elementCount();
     if (loaded < declared) {
         throw ToolError(ExitCode::Unsuitable,
-                        QStringLiteral("%1: %2 of its %3 elements are of kinds that cannot be "
-                                       "imported, polygons or springs for instance")
-                            .arg(path)
-                            .arg(declared - loaded)
-                            .arg(declared));
+                        QStringLiteral("%1: of its %2, %3 that cannot be imported, polygons or "
+                                       "springs for instance")
+                            .arg(path, counted(declared, QStringLiteral("element")),
+                                 counted(declared - loaded, QStringLiteral("is of a kind"),
+                                         QStringLiteral("are of kinds"))));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "SurfaceFilling.h"
 
+#include "Counted.h"
 #include "UnionFind.h"
 
 #include <algorithm>
@@ -77,9 +78,11 @@ void SurfaceFilling::checkClosed()
         branching += uses > 2 ? 1 : 0;
     }
     if (open > 0) {
-        openness_ = QStringLiteral("%1 edges belong to one triangle only").arg(open);
+        openness_ = counted(open, QStringLiteral("edge belongs to one triangle only"),
+                            QStringLiteral("edges belong to one triangle only"));
     } else if (branching > 0) {
-        openness_ = QStringLiteral("%1 edges belong to more than two triangles").arg(branching);
+        openness_ = counted(branching, QStringLiteral("edge belongs to more than two triangles"),
+                            QStringLiteral("edges belong to more than two triangles"));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "VtkCheck.h"
 
+#include "Counted.h"
 #include "InputDamage.h"
 
 #include <QByteArray>
@@ -38,9 +39,11 @@ void checkVtkTables(QFile& file)
         }
     }
     if (missing > 0) {
-        InputDamage::cutOff(file, QStringLiteral("%1 of %2 values of the last table are missing")
-                                      .arg(missing)
-                                      .arg(wanted));
+        InputDamage::cutOff(
+            file,
+            counted(missing,
+                    QStringLiteral("of %1 values of the last table is missing").arg(wanted),
+                    QStringLiteral("of %1 values of the last table are missing").arg(wanted)));
     }
 }
 
@@ -69,8 +72,8 @@ void VtkCheck::check(QFile& file)
         found += numbersInLine(file.readLine());
     }
     if (found < wanted) {
-        InputDamage::cutOff(file,
-                            QStringLiteral("%1 of %2 CELL_TYPES are there").arg(found).arg(wanted));
+        InputDamage::cutOff(
+            file, QStringLiteral("there are only %1 of %2 CELL_TYPES").arg(found).arg(wanted));
     }
     if (!binary) {
         checkVtkTables(file);
