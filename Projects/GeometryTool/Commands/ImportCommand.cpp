@@ -3,11 +3,14 @@
 #include "AttributesFile.h"
 #include "CaseFiles.h"
 #include "Database.h"
+#include "FixedAddresses.h"
 #include "GmshImporter.h"
 #include "IsolatedRun.h"
 #include "OutputCheck.h"
 #include "Progress.h"
+#include "StandardOutput.h"
 #include "ToolError.h"
+#include "UnitText.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -30,6 +33,7 @@ struct Arguments
     std::string output;
     std::string attributes;
     std::optional<double> meshSize;
+    std::optional<double> scale;
     int dimension = 0;
 };
 
@@ -39,6 +43,7 @@ ImportOptions optionsOf(const Arguments& arguments)
     options.input = QString::fromStdString(arguments.input);
     options.meshSize = arguments.meshSize.value_or(options.meshSize);
     options.dimension = arguments.dimension;
+    options.scale = arguments.scale.value_or(options.scale);
     return options;
 }
 
@@ -53,11 +58,11 @@ void requireOutputDirectory(const QString& output)
     }
 }
 
-void requireMeshSize(const Arguments& arguments)
+void requirePositive(const std::optional<double>& value, const char* option)
 {
-    const double size = arguments.meshSize.value_or(1.0);
-    if (!std::isfinite(size) || size <= 0.0) {
-        throw ToolError(ExitCode::Usage, QStringLiteral("--mesh-size must be a positive number"));
+    if (value && (!std::isfinite(*value) || *value <= 0.0)) {
+        throw ToolError(ExitCode::Usage,
+                        QStringLiteral("%1 must be a positive number").arg(QLatin1String(option)));
     }
 }
 
@@ -70,9 +75,20 @@ void requireOutput(const Arguments& arguments)
     OutputCheck::requireCase(CaseFiles(QString::fromStdString(arguments.output)), inputs);
 }
 
+/// \brief The model file has no place for a unit; whoever imports is told once.
+void tellOfUnit(const Arguments& arguments)
+{
+    const QString text =
+        UnitText::ofCase(QString::fromStdString(arguments.input), arguments.scale.value_or(1.0));
+    if (!text.isEmpty()) {
+        printToStandardOutput((text + QLatin1Char('\n')).toUtf8());
+    }
+}
+
 void import(const Arguments& arguments, Progress& progress)
 {
-    requireMeshSize(arguments);
+    requirePositive(arguments.meshSize, "--mesh-size");
+    requirePositive(arguments.scale, "--scale");
     requireOutput(arguments);
     requireOutputDirectory(QString::fromStdString(arguments.output));
     std::optional<AttributesFile> attributes;
@@ -85,6 +101,7 @@ void import(const Arguments& arguments, Progress& progress)
         .import(database, attributes ? &*attributes : nullptr);
     CaseFiles(QString::fromStdString(arguments.output)).save(database, progress);
     progress.finish();
+    tellOfUnit(arguments);
 }
 
 } // namespace
@@ -113,6 +130,12 @@ void addImportCommand(CLI::App& app, Progress& progress)
                      "Largest element edge when meshing, in the unit of the input")
         ->type_name("H");
     command
+        ->add_option(
+            "--scale", arguments->scale,
+            "Multiplies all coordinates in the end, boxes, lengths, areas and volumes with "
+            "them; 0.001 makes metres of millimetres")
+        ->type_name("S");
+    command
         ->add_option("--dimension", arguments->dimension,
                      "Import volumes (3) or surfaces only (2); default: what the input has")
         ->check(CLI::IsMember({2, 3}));
@@ -120,6 +143,7 @@ void addImportCommand(CLI::App& app, Progress& progress)
                     "enclosure.json --mesh-size 0.01");
     command->callback([arguments, &progress] {
         const QString input = QString::fromStdString(arguments->input);
+        FixedAddresses::ensure();
         progress.phase(QStringLiteral("importing %1").arg(input));
         IsolatedRun::run(
             QStringLiteral("%1: Gmsh broke down over it; the file is damaged or too much for it")

@@ -4,7 +4,11 @@
 #include "CaseSummary.h"
 #include "InfoJson.h"
 #include "InfoText.h"
+#include "LengthUnit.h"
 #include "StandardOutput.h"
+#include "UnitText.h"
+
+#include <QFileInfo>
 
 #include <CLI/CLI.hpp>
 #include <memory>
@@ -22,8 +26,25 @@ struct Options
     bool json = false;
 };
 
+/// \brief A drawing that is yet to be imported.
+bool isInput(const QString& name)
+{
+    return LengthUnit::isStatedBy(name) && QFileInfo::exists(name);
+}
+
+void tellOfInput(const Options& options)
+{
+    const QString path = QString::fromStdString(options.name);
+    printToStandardOutput(options.json ? UnitText::json(path)
+                                       : (UnitText::ofCase(path, 1) + QLatin1Char('\n')).toUtf8());
+}
+
 void run(const Options& options, Progress& progress)
 {
+    if (isInput(QString::fromStdString(options.name))) {
+        tellOfInput(options);
+        return;
+    }
     CaseFiles files(QString::fromStdString(options.name));
     CaseDatabase database;
     files.load(database, progress);
@@ -37,7 +58,10 @@ void addInfoCommand(CLI::App& app, Progress& progress)
 {
     CLI::App* const command = app.add_subcommand("info", "Say what is in a case");
     const auto options = std::make_shared<Options>();
-    command->add_option("NAME", options->name, "The case, with or without a suffix")->required();
+    command
+        ->add_option("NAME", options->name,
+                     "The case, with or without a suffix; or a STEP or IGES file, to see its unit")
+        ->required();
     command->add_flag("--json", options->json, "Print JSON for scripts");
     command->footer("Example:\n  ovrageo info wing --json");
     command->callback([options, &progress] { run(*options, progress); });

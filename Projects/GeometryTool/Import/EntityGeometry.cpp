@@ -1,6 +1,8 @@
 #include "EntityGeometry.h"
 
 #include "ElementShape.h"
+#include "Flatness.h"
+#include "ShapeGrid.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,8 +15,6 @@ using Geo::Vector;
 
 namespace
 {
-
-constexpr double flatness = 1e-8; ///< distance from the plane or line by the size of the entity
 
 struct Piece
 {
@@ -75,58 +75,6 @@ Piece regionPiece(const ImportedMesh& mesh, const ImportedElement& region)
     return piece;
 }
 
-double sizeOf(const std::vector<Vector>& points)
-{
-    Geo::Box box;
-    for (const Vector& point : points) {
-        box += point;
-    }
-    return points.empty() ? 0.0 : box.extent().length();
-}
-
-const Vector& farthestFrom(const Vector& from, const std::vector<Vector>& points)
-{
-    return *std::max_element(points.begin(), points.end(),
-                             [&from](const Vector& a, const Vector& b) {
-                                 return (a - from).length() < (b - from).length();
-                             });
-}
-
-bool isStraight(const std::vector<Vector>& points)
-{
-    if (points.empty()) {
-        return false;
-    }
-    const Vector origin = points.front();
-    Vector along = farthestFrom(origin, points) - origin;
-    along.normalize();
-    const double limit = flatness * sizeOf(points);
-    return std::all_of(points.begin(), points.end(), [&](const Vector& point) {
-        return ((point - origin) ^ along).length() <= limit;
-    });
-}
-
-bool isFlat(const std::vector<Vector>& points)
-{
-    if (points.empty()) {
-        return false;
-    }
-    const Vector origin = points.front();
-    const Vector along = farthestFrom(origin, points) - origin;
-    Vector normal;
-    for (const Vector& point : points) {
-        const Vector candidate = along ^ (point - origin);
-        if (candidate.length() > normal.length()) {
-            normal = candidate;
-        }
-    }
-    normal.normalize();
-    const double limit = flatness * sizeOf(points);
-    return std::all_of(points.begin(), points.end(), [&](const Vector& point) {
-        return std::abs((point - origin) * normal) <= limit;
-    });
-}
-
 /// \brief What the OpenCASCADE kernel knows; nothing for entities that it has not made.
 void askOpenCascade(int dimension, int tag, ImportedGeometry& geometry)
 {
@@ -139,8 +87,10 @@ void askOpenCascade(int dimension, int tag, ImportedGeometry& geometry)
         gmsh::model::occ::getCenterOfMass(dimension, tag, c[0], c[1], c[2]);
         gmsh::model::occ::getBoundingBox(dimension, tag, low[0], low[1], low[2], high[0], high[1],
                                          high[2]);
-        geometry.measure = mass;
-        geometry.centroid = Vector(c[0], c[1], c[2]);
+        if (std::isfinite(mass) && mass > 0) { // a solid inside out has a negative volume
+            geometry.measure = mass;
+            geometry.centroid = Vector(c[0], c[1], c[2]);
+        }
         geometry.box += Geo::Box(Vector(low[0], low[1], low[2]), Vector(high[0], high[1], high[2]));
     } catch (...) {
         return; // another kernel's entity: what the mesh says stays
@@ -165,33 +115,6 @@ bool knownFlat(int dimension, int tag)
     std::string type;
     gmsh::model::getType(dimension, tag, type);
     return dimension == 1 ? type == "Line" : type == "Plane" || type == "Plane surface";
-}
-
-/// \brief Points of a kernel's shape on a grid over its parameters.
-std::vector<Vector> gridPoints(int dimension, int tag)
-{
-    constexpr int steps = 4;
-    std::vector<double> low;
-    std::vector<double> high;
-    gmsh::model::getParametrizationBounds(dimension, tag, low, high);
-    std::vector<double> parameters;
-    for (int i = 0; i <= steps; ++i) {
-        const double u = low.at(0) + (high.at(0) - low.at(0)) * i / steps;
-        if (dimension == 1) {
-            parameters.push_back(u);
-        }
-        for (int j = 0; dimension == 2 && j <= steps; ++j) {
-            parameters.insert(parameters.end(),
-                              {u, low.at(1) + (high.at(1) - low.at(1)) * j / steps});
-        }
-    }
-    std::vector<double> c;
-    gmsh::model::getValue(dimension, tag, parameters, c);
-    std::vector<Vector> points;
-    for (std::size_t i = 0; i + 2 < c.size(); i += 3) {
-        points.emplace_back(c[i], c[i + 1], c[i + 2]);
-    }
-    return points;
 }
 
 } // namespace
@@ -271,22 +194,14 @@ void EntityGeometry::decidePlanarity(int dimension)
         ImportedEntity& entity = entities[i];
         std::vector<Vector> points = points_[i];
         if (entity.fromCad && !knownFlat(dimension, entity.gmshTag)) {
-            const std::vector<Vector> shape = samples(dimension, entity);
+            const std::vector<Vector> shape = shapeGrid(dimension, entity.gmshTag);
             points.insert(points.end(), shape.begin(), shape.end());
         }
         entity.geometry.planar = entity.fromCad && knownFlat(dimension, entity.gmshTag);
         if (!entity.geometry.planar) {
-            entity.geometry.planar = dimension == 1 ? isStraight(points) : isFlat(points);
+            entity.geometry.planar =
+                dimension == 1 ? Flatness::isStraight(points) : Flatness::isFlat(points);
         }
-    }
-}
-
-std::vector<Vector> EntityGeometry::samples(int dimension, const ImportedEntity& entity) const
-{
-    try {
-        return gridPoints(dimension, entity.gmshTag);
-    } catch (...) {
-        return {}; // a degenerate shape has no parameters
     }
 }
 

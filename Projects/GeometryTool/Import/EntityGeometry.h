@@ -27,7 +27,6 @@ private:
     void addPiece(int dimension, const ImportedElement& element);
     void askKernel(int dimension);
     void decidePlanarity(int dimension);
-    std::vector<Geo::Vector> samples(int dimension, const ImportedEntity& entity) const;
 
     ImportedMesh& mesh_;
     /// What lies on each entity of the dimension in hand: nodes of its elements.

@@ -4,16 +4,33 @@
 #include "Database.h"
 #include "EntityGeometry.h"
 #include "EntitySplitting.h"
+#include "Flatness.h"
 #include "GmshExtraction.h"
 #include "GmshSession.h"
 #include "ImportRemarks.h"
+#include "ImportScaling.h"
 #include "MeshTransfer.h"
 #include "Progress.h"
+#include "ToolError.h"
 #include "TopologyCompletion.h"
 #include "TopologyLinks.h"
 
 namespace Ovra::GeoTool
 {
+
+namespace
+{
+
+bool isSurfaceInSpace(const ImportedMesh& mesh)
+{
+    std::vector<Geo::Vector> points;
+    for (const ImportedNode& node : mesh.nodes) {
+        points.push_back(node.point);
+    }
+    return mesh.elementDimension == 2 && !Flatness::isFlat(points);
+}
+
+} // namespace
 
 GmshImporter::GmshImporter(const ImportOptions& options, Progress& progress)
     : options_(options)
@@ -24,7 +41,8 @@ GmshImporter::GmshImporter(const ImportOptions& options, Progress& progress)
 void GmshImporter::import(Geo::Database& database, const AttributesFile* attributes)
 {
     GmshSession session;
-    const int dimension = GmshReader(session, progress_).read(options_);
+    GmshReader reader(session, progress_);
+    const int dimension = reader.read(options_);
     ImportedMesh mesh = GmshExtraction(options_.input, progress_).extract(dimension);
     progress_.phase(QStringLiteral("building the topology"));
     TopologyLinks::close(mesh);
@@ -35,6 +53,11 @@ void GmshImporter::import(Geo::Database& database, const AttributesFile* attribu
     TopologyLinks::addTouching(mesh);
     TopologyLinks::discardEmpty(mesh);
     session.run(options_.input, [&mesh] { EntityGeometry(mesh).compute(); });
+    const bool isSurface = isSurfaceInSpace(mesh);
+    if (isSurface && options_.dimension == 0 && !reader.isOpennessTold()) {
+        warnOfSurfacesInSpace();
+    }
+    scale(mesh);
     if (attributes != nullptr) {
         attributes->leaveWithoutMesh(mesh);
     }
@@ -45,7 +68,27 @@ void GmshImporter::import(Geo::Database& database, const AttributesFile* attribu
         attributes->apply(mesh, *database.model());
         remarks.warnOfMaterials(attributes->path());
     }
-    remarks.warnOfLooseBodies(options_.input);
+    if (!isSurface) { // joined edges would make no volume of it
+        remarks.warnOfLooseBodies(options_.input);
+    }
+}
+
+void GmshImporter::warnOfSurfacesInSpace() const
+{
+    progress_.warning(QStringLiteral("%1: holds no volumes and becomes a planar case, although its "
+                                     "faces do not lie in a plane; --dimension 3 fills what they "
+                                     "enclose where the input is a mesh")
+                          .arg(options_.input));
+}
+
+void GmshImporter::scale(ImportedMesh& mesh) const
+{
+    if (options_.scale != 1.0 && !ImportScaling::apply(mesh, options_.scale)) {
+        throw ToolError(ExitCode::Unsuitable,
+                        QStringLiteral("%1: --scale %2 makes its coordinates or measures too large")
+                            .arg(options_.input)
+                            .arg(options_.scale));
+    }
 }
 
 } // namespace Ovra::GeoTool

@@ -14,6 +14,7 @@ namespace Ovra::GeoTool
 
 class AttributesFile;
 class Progress;
+struct ImportedMesh;
 
 /// \brief Imports a file that Gmsh opens: from the file to a database with model, mesh and
 /// attributes.
@@ -26,6 +27,9 @@ public:
     void import(Geo::Database& database, const AttributesFile* attributes);
 
 private:
+    void warnOfSurfacesInSpace() const;
+    void scale(ImportedMesh& mesh) const;
+
     ImportOptions options_;
     Progress& progress_;
 };

@@ -10,6 +10,7 @@
 #include "Model.h"
 #include "ModelEntity.h"
 #include "Solver.h"
+#include "StoredTransform.h"
 #include "TieSearch.h"
 #include "Utility.h"
 #include "VertexTies.h"
@@ -43,21 +44,6 @@ int pairIdOf(const ModelEntity* face)
 bool isFirstSide(const ModelEntity* face)
 {
     return intOf(face->attributes(), AttributeType::PeriodicSideId) == 1;
-}
-
-PeriodicTransform transformOf(Model& model)
-{
-    const auto vector = [&model](const AttributeType& type) {
-        return model.attributes().value(type, {}).value<Vector>();
-    };
-    PeriodicTransform transform;
-    transform.origin = vector(AttributeType::PeriodicOrigin);
-    transform.xAxis = vector(AttributeType::PeriodicXAxis);
-    transform.yAxis = vector(AttributeType::PeriodicYAxis);
-    transform.zAxis = vector(AttributeType::PeriodicZAxis);
-    transform.translation = vector(AttributeType::PeriodicTranslation);
-    transform.matrix = model.attributes().value(AttributeType::PeriodicMatrix, {}).value<Matrix>();
-    return transform;
 }
 
 bool arePlanar(const std::pair<ModelEntity*, ModelEntity*>& pair)
@@ -187,7 +173,7 @@ PeriodicTransform PeriodicInterpolation::rehearse(Solver& solver, const Pairs& p
     for (MeshEntity* vertex : vertices) {
         vertex->attributes().remove(mark);
     }
-    return transformOf(model());
+    return storedTransform(model());
 }
 
 void PeriodicInterpolation::requireUsable(const Pairs& pairs,

@@ -2,6 +2,7 @@
 
 #include "GbiWriter.h"
 #include "Progress.h"
+#include "ScaleCheck.h"
 #include "SolverInputCheck.h"
 #include "ToolError.h"
 
@@ -114,6 +115,9 @@ void SolverInput::write(Database& database, QTextStream& stream, Progress& progr
 {
     progress.phase(QStringLiteral("checking the case"));
     SolverInputCheck(database).require(sections_);
+    if (sections_.contains(QStringLiteral("periodic"))) {
+        ScaleCheck(database).require(scale_, progress);
+    }
     const GbiWriter writer(&database);
     int done = 0;
     for (const Section& section : sections()) {

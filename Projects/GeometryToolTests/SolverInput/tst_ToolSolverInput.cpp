@@ -1,3 +1,4 @@
+#include "Matrix.h"
 #include "TinyCase.h"
 #include "ToolRun.h"
 
@@ -376,6 +377,60 @@ private slots:
         const QStringList run{"solver-input", path("rotor"), "-o", path("rotor.txt"), "--sections"};
         QCOMPARE(runTool(run + QStringList("nodes,elements,periodic")).exitCode, 0);
         QCOMPARE(runTool(run + QStringList("nodes,rotating")).exitCode, 6);
+    }
+
+    void scalesPeriodicCases_data()
+    {
+        QTest::addColumn<Vector>("origin");
+        QTest::addColumn<Vector>("translation");
+        QTest::addColumn<QString>("scale");
+        QTest::addColumn<QString>("sections");
+        QTest::addColumn<QByteArray>("errors");
+        const Vector none;
+        const Vector beside(3, 0, 0);
+        const QByteArray refusal =
+            "ovrageo: error: the case is not fit for --scale: its periodic faces turn about an "
+            "axis through (3, 0, 0), which misses the origin and is not scaled; import the case "
+            "with --scale 2 instead\n";
+        const QByteArray warning =
+            "ovrageo: warning: the periodic translation is multiplied by the visual_scale_factor "
+            "1, coordinates by 2; import the case with --scale 2 instead, or set that attribute\n";
+        QTest::newRow("axis beside the origin") << beside << none << "2"
+                                                << "periodic" << refusal;
+        QTest::newRow("not scaled") << beside << none << "1"
+                                    << "periodic" << QByteArray();
+        QTest::newRow("another section") << beside << none << "2"
+                                         << "nodes" << QByteArray();
+        QTest::newRow("axis through the origin") << Vector(0, 0, 3) << none << "2"
+                                                 << "periodic" << QByteArray();
+        QTest::newRow("translation") << none << beside << "2"
+                                     << "periodic" << warning;
+    }
+
+    void scalesPeriodicCases()
+    {
+        QFETCH(Vector, origin);
+        QFETCH(Vector, translation);
+        QFETCH(QString, scale);
+        QFETCH(QString, sections);
+        Matrix quarterTurn;
+        quarterTurn.setRow(0, Vector(0, -1, 0));
+        quarterTurn.setRow(1, Vector(1, 0, 0));
+        quarterTurn.setRow(2, Vector(0, 0, 1));
+        TinyCase tiny;
+        makePeriodic(tiny);
+        AttributeMap& model = tiny.model()->attributes();
+        model.insert(AttributeType::PeriodicOrigin, QVariant::fromValue(origin));
+        model.insert(AttributeType::PeriodicTranslation, QVariant::fromValue(translation));
+        model.insert(AttributeType::PeriodicXAxis, QVariant::fromValue(Vector(1, 0, 0)));
+        model.insert(AttributeType::PeriodicYAxis, QVariant::fromValue(Vector(0, 1, 0)));
+        model.insert(AttributeType::PeriodicZAxis, QVariant::fromValue(Vector(0, 0, 1)));
+        model.insert(AttributeType::PeriodicMatrix, QVariant::fromValue(quarterTurn));
+        QVERIFY(tiny.save(path("turning")));
+        const ToolRun run = runTool({"solver-input", path("turning"), "-o", path("turning.txt"),
+                                     "--scale", scale, "--sections", sections});
+        QTEST(run.errors, "errors");
+        QCOMPARE(run.exitCode, run.errors.contains("error") ? 6 : 0);
     }
 
 private:

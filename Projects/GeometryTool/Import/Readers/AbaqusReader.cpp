@@ -381,9 +381,9 @@ void AbaqusReader::requireWholeElement()
     const int missing = part().missingNodes();
     if (missing > 0) {
         const AbaqusPart::Element& element = part().elements.back();
-        lexer_.fail(QStringLiteral("element %1 has %2 nodes where its type has %3")
+        lexer_.fail(QStringLiteral("element %1 has %2 where its type has %3")
                         .arg(element.number)
-                        .arg(element.type.nodeCount - missing)
+                        .arg(counted(element.type.nodeCount - missing, QStringLiteral("node")))
                         .arg(element.type.nodeCount));
     }
 }

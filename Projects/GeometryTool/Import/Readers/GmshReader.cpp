@@ -9,6 +9,7 @@
 #include "MeditReader.h"
 #include "MshElementTags.h"
 #include "Progress.h"
+#include "SolidMaking.h"
 #include "SurfaceFilling.h"
 #include "ToolError.h"
 #include "UnknownNode.h"
@@ -129,6 +130,27 @@ QString adviceOn(const QString& failure)
         .arg(thinnest / 2, 0, 'g', 2);
 }
 
+const char* const threadOptions[] = {"General.NumThreads", "Mesh.MaxNumThreads1D",
+                                     "Mesh.MaxNumThreads2D", "Mesh.MaxNumThreads3D"};
+
+bool asksForThreads()
+{
+    return std::any_of(std::begin(threadOptions), std::end(threadOptions), [](const char* option) {
+        double threads = 0;
+        gmsh::option::getNumber(option, threads);
+        const bool isForAll = option == threadOptions[0]; // of it, 0 stands for all there are
+        return threads > 1 || (isForAll && threads < 1);
+    });
+}
+
+/// \brief Several threads number nodes as they happen to finish.
+void useOneThread()
+{
+    for (const char* option : threadOptions) {
+        gmsh::option::setNumber(option, 1);
+    }
+}
+
 bool isSurfaceFormat(const QString& path)
 {
     return InputFileCheck::suffix(path) == QLatin1String("stl");
@@ -147,7 +169,9 @@ int GmshReader::read(const ImportOptions& options)
     InputFileCheck::check(options.input);
     requireReader(options.input);
     open(options.input);
+    tellOfThreads(options.input);
     requireAllElements(options.input);
+    makeSolids(options);
     fillIfSurface(options);
     const int dimension = targetDimension(options);
     if (!hasElements(dimension)) {
@@ -177,12 +201,7 @@ void GmshReader::open(const QString& path)
     QStringList remarks;
     try {
         session_.run(path, [&path, &remarks] {
-            // Loose faces of a neutral format are sewn up, so that they bound solids.
-            const QString suffix = InputFileCheck::suffix(path);
-            const bool loose = suffix == QLatin1String("iges") || suffix == QLatin1String("igs");
-            gmsh::option::setNumber("Geometry.OCCSewFaces", loose ? 1 : 0);
-            gmsh::option::setNumber("Geometry.OCCMakeSolids", loose ? 1 : 0);
-            remarks = ownReaders().value(suffix, readByGmsh)(path);
+            remarks = ownReaders().value(InputFileCheck::suffix(path), readByGmsh)(path);
         });
     } catch (const ToolError& error) {
         throw ToolError(error.exitCode(), UnknownNode::explained(error.text(), path));
@@ -197,6 +216,23 @@ void GmshReader::open(const QString& path)
         throw ToolError(ExitCode::InputDamaged,
                         QStringLiteral("%1: Gmsh finds neither geometry nor mesh in it").arg(path));
     }
+}
+
+void GmshReader::tellOfThreads(const QString& path) const
+{
+    if (asksForThreads() && hasElements(qMax(1, gmsh::model::getDimension()))) {
+        progress_.warning(QStringLiteral("%1: meshes itself with several threads, so that every "
+                                         "import may give another mesh; leave out its Mesh "
+                                         "command, or the threads")
+                              .arg(path));
+    }
+}
+
+void GmshReader::makeSolids(const ImportOptions& options)
+{
+    SolidMaking making(session_, progress_, options);
+    making.run();
+    isOpennessTold_ = making.isOpennessTold();
 }
 
 void GmshReader::requireAllElements(const QString& path) const
@@ -240,6 +276,7 @@ void GmshReader::generate(const ImportOptions& options, int dimension)
         gmsh::option::setNumber("Mesh.MeshSizeMax", options.meshSize);
         gmsh::option::setNumber("Mesh.MeshSizeMin", 0);
     }
+    useOneThread();
     // In one call, as Gmsh's own users have it: meshing in steps gives another mesh.
     progress_.phase(QStringLiteral("meshing %1").arg(options.input));
     try {
@@ -276,6 +313,7 @@ void GmshReader::fillIfSurface(const ImportOptions& options)
             throw ToolError(ExitCode::Unsuitable, text);
         }
         progress_.warning(text + QStringLiteral("; only the surface is imported"));
+        isOpennessTold_ = true;
         return;
     }
     session_.run(options.input, [&filling] { filling.addVolumes(); });

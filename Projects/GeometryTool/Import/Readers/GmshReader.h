@@ -14,6 +14,7 @@ struct ImportOptions
     QString input;
     double meshSize = 0; ///< largest length of an element's edge; 0 leaves it to the input
     int dimension = 0;   ///< 3 or 2; 0 takes what the input holds
+    double scale = 1;    ///< all coordinates are multiplied by it, behind everything else
 };
 
 /// \brief Loads a file into Gmsh and sees to it that there is a mesh.
@@ -28,6 +29,9 @@ public:
     /// triangulated surface (STL) the inside of each closed body is filled. Throws ToolError.
     int read(const ImportOptions& options);
 
+    /// \brief Whether it has been told that faces enclose no volume.
+    bool isOpennessTold() const { return isOpennessTold_; }
+
 private:
     void requireReader(const QString& path) const;
     void open(const QString& path);
@@ -35,9 +39,12 @@ private:
     int targetDimension(const ImportOptions& options) const;
     void generate(const ImportOptions& options, int dimension);
     void fillIfSurface(const ImportOptions& options);
+    void makeSolids(const ImportOptions& options);
+    void tellOfThreads(const QString& path) const;
 
     GmshSession& session_;
     Progress& progress_;
+    bool isOpennessTold_ = false;
 };
 
 } // namespace Ovra::GeoTool

@@ -51,6 +51,9 @@ GmshSession::GmshSession()
             constexpr bool readUserSettings = false;
             gmsh::initialize(0, nullptr, readUserSettings);
             gmsh::option::setNumber("General.Terminal", 0);
+            // Other lines tell times: their lengths would change where things lie in memory.
+            constexpr int errorsAndWarnings = 2;
+            gmsh::option::setNumber("General.Verbosity", errorsAndWarnings);
             gmsh::logger::start();
         },
         false);

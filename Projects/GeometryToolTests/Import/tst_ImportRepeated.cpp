@@ -1,0 +1,132 @@
+#include "GmshFixture.h"
+#include "ToolRun.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <sys/personality.h>
+#include <utility>
+
+/// The same import gives the same bytes, whatever the script asks of Gmsh.
+class TestImportRepeated : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void givesTheSameBytes_data()
+    {
+        QTest::addColumn<QByteArray>("script");
+        QTest::addColumn<bool>("byAddresses"); // Gmsh works in an order of addresses
+        const QByteArray bodies =
+            "SetFactory(\"OpenCASCADE\");\nBox(1) = {0, 0, 0, 1, 1, 1};\n"
+            "Sphere(2) = {1, 0.5, 0.5, 0.4};\nBooleanFragments{Volume{1, 2}; Delete;}{}\n"
+            "Mesh.MeshSizeMax = 0.25;\n";
+        QTest::newRow("plain") << bodies << false;
+        QTest::newRow("threads") << bodies + "General.NumThreads = 4;\n" << false;
+        QTest::newRow("all threads") << bodies + "General.NumThreads = 0;\n" << false;
+        QTest::newRow("threads of each dimension")
+            << bodies + "Mesh.MaxNumThreads1D = 4;\nMesh.MaxNumThreads2D = 4;\n"
+                        "Mesh.MaxNumThreads3D = 4;\n"
+            << false;
+        QTest::newRow("HXT") << bodies + "Mesh.Algorithm3D = 10;\n" << true;
+        QTest::newRow("HXT, threads")
+            << bodies + "General.NumThreads = 4;\nMesh.Algorithm3D = 10;\n"
+            << true;
+        QTest::newRow("random numbers")
+            << bodies + "Mesh.RandomSeed = 7;\nMesh.RandomFactor = 1e-4;\n"
+            << false;
+        QTest::newRow("boundary layer")
+            << QByteArray("SetFactory(\"OpenCASCADE\");\nRectangle(1) = {0, 0, 0, 4, 2};\n"
+                          "Disk(2) = {1, 1, 0, 0.3};\nBooleanDifference{Surface{1}; Delete;}"
+                          "{Surface{2}; Delete;}\nField[1] = BoundaryLayer;\n"
+                          "Field[1].EdgesList = {5};\nField[1].hwall_n = 0.02;\n"
+                          "Field[1].ratio = 1.2;\nField[1].thickness = 0.15;\n"
+                          "Field[1].Quads = 1;\nBoundaryLayer Field = 1;\n"
+                          "Mesh.MeshSizeMax = 0.3;\n")
+            << true;
+        QTest::newRow("periodic")
+            << QByteArray("SetFactory(\"OpenCASCADE\");\nBox(1) = {0, 0, 0, 1, 1, 1};\n"
+                          "Mesh.MeshSizeMax = 0.3;\n"
+                          "Periodic Surface{2} = {1} Translate{1, 0, 0};\n")
+            << false;
+        QTest::newRow("extruded")
+            << QByteArray("SetFactory(\"OpenCASCADE\");\nRectangle(1) = {0, 0, 0, 1, 1};\n"
+                          "Mesh.MeshSizeMax = 0.2;\n"
+                          "Extrude{0, 0, 1}{Surface{1}; Layers{5}; Recombine;}\n")
+            << false;
+    }
+
+    void givesTheSameBytes()
+    {
+        QFETCH(QByteArray, script);
+        QFETCH(bool, byAddresses);
+        if (byAddresses && !canFixAddresses()) {
+            QSKIP("the system does not let a program fix its addresses");
+        }
+        QVERIFY(writeContent(path("in.geo"), script));
+        checkRepeated("in.geo");
+    }
+
+    void givesTheSameFilling()
+    {
+        {
+            const GmshFixture gmsh;
+            gmsh::model::occ::addBox(0, 0, 0, 1, 1, 1);
+            gmsh::model::occ::synchronize();
+            gmsh::option::setNumber("Mesh.MeshSizeMax", 0.3);
+            gmsh::model::mesh::generate(2);
+            GmshFixture::write(path("skin.stl"));
+        }
+        checkRepeated("skin.stl");
+    }
+
+    void tellsOfAScriptThatMeshesItself()
+    {
+        QVERIFY(writeContent(path("self.geo"), "SetFactory(\"OpenCASCADE\");\n"
+                                               "Box(1) = {0, 0, 0, 1, 1, 1};\n"
+                                               "General.NumThreads = 2;\nMesh 3;\n"));
+        const ToolRun run = runTool({"import", path("self.geo"), "-o", path("case")});
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(QString::fromUtf8(run.errors),
+                 QStringLiteral("ovrageo: warning: %1: meshes itself with several threads, so that "
+                                "every import may give another mesh; leave out its Mesh command, "
+                                "or the threads\n")
+                     .arg(path("self.geo")));
+    }
+
+private:
+    QString path(const QString& name) const { return directory_.filePath(name); }
+
+    static bool canFixAddresses()
+    {
+        constexpr unsigned long query = 0xffffffff;
+        const int before = personality(query);
+        const bool can = before != -1 &&
+                         personality(static_cast<unsigned long>(before) | ADDR_NO_RANDOMIZE) != -1;
+        if (can) {
+            personality(static_cast<unsigned long>(before)); // the tool shall see to it itself
+        }
+        return can;
+    }
+
+    void checkRepeated(const QString& file)
+    {
+        QByteArray model;
+        QByteArray mesh;
+        for (const char* seed : {"", "1", "2", "77", "4711"}) {
+            const ToolRun run =
+                runTool({"import", path(file), "-o", path("case")}, QString::fromLatin1(seed));
+            QCOMPARE(run.exitCode, 0);
+            const bool isFirst = mesh.isEmpty();
+            const QByteArray lastModel = std::exchange(model, contentOf(path("case.geo_model")));
+            const QByteArray lastMesh = std::exchange(mesh, contentOf(path("case.geo_mesh")));
+            QVERIFY(!mesh.isEmpty());
+            QVERIFY(isFirst || (model == lastModel && mesh == lastMesh));
+        }
+    }
+
+    QTemporaryDir directory_;
+};
+
+QTEST_APPLESS_MAIN(TestImportRepeated)
+#include "tst_ImportRepeated.moc"
