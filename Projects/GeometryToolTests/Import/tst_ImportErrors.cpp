@@ -195,7 +195,7 @@ private slots:
                              "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n4\n1 0 0 0\n2 1 0 0\n"
                              "3 0 1 0\n4 0 0 1\n$EndNodes\n$Elements\n3\n1 4 2 0 1 1 2 3 4\n"
                              "2 34 2 0 2 4 1 2 3 4\n3 35 2 0 2 4 2 3 4 1\n$EndElements\n"));
-        checkRefused(import(path("unknown.msh")), 6, "2 of its 3 elements are of kinds");
+        checkRefused(import(path("unknown.msh")), 6, "of its 3 elements, 2 are of kinds");
     }
 
     void countsElementsThatGmshPassesOver_data()

@@ -274,7 +274,7 @@ private slots:
         QTest::newRow("one") << one + above << QByteArray();
         QTest::newRow("the other") << other + otherAbove << QByteArray();
         QTest::newRow("both") << other + above
-                              << QByteArray("1 elements with a negative volume are turned");
+                              << QByteArray("1 element with a negative volume is turned");
     }
 
     void readsBothOrdersOfVtkWedges()
