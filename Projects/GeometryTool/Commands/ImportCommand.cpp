@@ -35,6 +35,8 @@ struct Arguments
     std::optional<double> meshSize;
     std::optional<double> scale;
     int dimension = 0;
+    bool join = false;
+    std::optional<double> joinTolerance;
 };
 
 ImportOptions optionsOf(const Arguments& arguments)
@@ -44,6 +46,8 @@ ImportOptions optionsOf(const Arguments& arguments)
     options.meshSize = arguments.meshSize.value_or(options.meshSize);
     options.dimension = arguments.dimension;
     options.scale = arguments.scale.value_or(options.scale);
+    options.join = arguments.join;
+    options.joinTolerance = arguments.joinTolerance;
     return options;
 }
 
@@ -89,6 +93,7 @@ void import(const Arguments& arguments, Progress& progress)
 {
     requirePositive(arguments.meshSize, "--mesh-size");
     requirePositive(arguments.scale, "--scale");
+    requirePositive(arguments.joinTolerance, "--join-tolerance");
     requireOutput(arguments);
     requireOutputDirectory(QString::fromStdString(arguments.output));
     std::optional<AttributesFile> attributes;
@@ -139,6 +144,13 @@ void addImportCommand(CLI::App& app, Progress& progress)
         ->add_option("--dimension", arguments->dimension,
                      "Import volumes (3) or surfaces only (2); default: what the input has")
         ->check(CLI::IsMember({2, 3}));
+    command->add_flag("--join", arguments->join,
+                      "Cut bodies that touch along one another, so that they share faces");
+    command
+        ->add_option("--join-tolerance", arguments->joinTolerance,
+                     "Gaps and overlaps that count as contact, in the unit of the input; default: "
+                     "1e-5 of the size of the whole")
+        ->type_name("T");
     command->footer("Example:\n  ovrageo import enclosure.geo -o enclosure --attributes "
                     "enclosure.json --mesh-size 0.01");
     command->callback([arguments, &progress] {

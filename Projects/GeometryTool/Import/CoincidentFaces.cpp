@@ -79,12 +79,13 @@ bool coincide(const Candidate& a, const Candidate& b)
     return a.face->adjacencyAt(bodies, 0) != b.face->adjacencyAt(bodies, 0) &&
            (a.centroid - b.centroid).length() <= limit &&
            std::abs(a.measure - b.measure) <= limit && a.box.matches(b.box, boxCloseness) &&
-           !names(*a.face, *b.face) && !names(*b.face, *a.face);
+           !CoincidentFaces::areTied(*a.face, *b.face);
 }
 
-Pair ordered(const ModelEntity* a, const ModelEntity* b)
+Pair ordered(const Candidate& a, const Candidate& b)
 {
-    return a->id() < b->id() ? Pair{a, b} : Pair{b, a};
+    const double size = a.face->dimension() == 2 ? a.measure * a.measure : a.measure;
+    return a.face->id() < b.face->id() ? Pair{a.face, b.face, size} : Pair{b.face, a.face, size};
 }
 
 } // namespace
@@ -97,7 +98,7 @@ std::vector<Pair> CoincidentFaces::in(const Model& model)
         const double reach = a->key + 2 * closeness * a->size;
         for (auto b = a + 1; b != candidates.end() && b->key <= reach; ++b) {
             if (coincide(*a, *b)) {
-                pairs.push_back(ordered(a->face, b->face));
+                pairs.push_back(ordered(*a, *b));
             }
         }
     }
@@ -106,6 +107,11 @@ std::vector<Pair> CoincidentFaces::in(const Model& model)
                                               : a.second->id() < b.second->id();
     });
     return pairs;
+}
+
+bool CoincidentFaces::areTied(const ModelEntity& face, const ModelEntity& other)
+{
+    return names(face, other) || names(other, face);
 }
 
 } // namespace Ovra::GeoTool

@@ -1,6 +1,8 @@
 #include "GmshImporter.h"
 
 #include "AttributesFile.h"
+#include "CadContacts.h"
+#include "CadModel.h"
 #include "Database.h"
 #include "EntityGeometry.h"
 #include "EntitySplitting.h"
@@ -14,6 +16,8 @@
 #include "ToolError.h"
 #include "TopologyCompletion.h"
 #include "TopologyLinks.h"
+
+#include <cmath>
 
 namespace Ovra::GeoTool
 {
@@ -69,7 +73,7 @@ void GmshImporter::import(Geo::Database& database, const AttributesFile* attribu
         remarks.warnOfMaterials(attributes->path());
     }
     if (!isSurface) { // joined edges would make no volume of it
-        remarks.warnOfLooseBodies(options_.input);
+        warnOfLooseBodies(session, remarks, dimension);
     }
 }
 
@@ -89,6 +93,25 @@ void GmshImporter::scale(ImportedMesh& mesh) const
                             .arg(options_.input)
                             .arg(options_.scale));
     }
+}
+
+void GmshImporter::warnOfLooseBodies(GmshSession& session, const ImportRemarks& remarks,
+                                     int dimension) const
+{
+    if (dimension != CadModel::bodyDimension() || !CadModel::isOfKernel()) {
+        remarks.warnOfLooseBodies(options_.input, nullptr);
+        return;
+    }
+    progress_.phase(QStringLiteral("looking for bodies that touch"));
+    std::vector<CadContacts::Contact> contacts;
+    session.run(options_.input, [&] {
+        const double tolerance = options_.joinTolerance.value_or(CadModel::contactTolerance());
+        contacts = CadContacts(tolerance).find();
+    });
+    for (CadContacts::Contact& contact : contacts) {
+        contact.size *= std::pow(options_.scale, dimension - 1);
+    }
+    remarks.warnOfLooseBodies(options_.input, &contacts);
 }
 
 } // namespace Ovra::GeoTool

@@ -13,6 +13,8 @@ namespace Ovra::GeoTool
 {
 
 class AttributesFile;
+class GmshSession;
+class ImportRemarks;
 class Progress;
 struct ImportedMesh;
 
@@ -29,6 +31,8 @@ public:
 private:
     void warnOfSurfacesInSpace() const;
     void scale(ImportedMesh& mesh) const;
+
+    void warnOfLooseBodies(GmshSession& session, const ImportRemarks& remarks, int dimension) const;
 
     ImportOptions options_;
     Progress& progress_;

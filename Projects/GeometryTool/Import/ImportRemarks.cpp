@@ -1,7 +1,6 @@
 #include "ImportRemarks.h"
 
 #include "AttributeCheck.h"
-#include "CoincidentFaces.h"
 #include "Counted.h"
 #include "EntityName.h"
 #include "IdOrder.h"
@@ -12,8 +11,10 @@
 #include <QSet>
 #include <QVariant>
 
+#include <algorithm>
 #include <array>
-#include <vector>
+#include <map>
+#include <utility>
 
 namespace Ovra::GeoTool
 {
@@ -32,6 +33,53 @@ QString idAndName(const ModelEntity& entity)
 QString both(const ModelEntity& a, const ModelEntity& b)
 {
     return QStringLiteral("%1 and %2").arg(idAndName(a), idAndName(b));
+}
+
+/// \brief Two bodies that touch.
+struct Contact
+{
+    const ModelEntity* first;
+    const ModelEntity* second;
+    double size;
+};
+
+/// \brief The faces put together by the bodies that they bound, ascending by id.
+std::vector<Contact> byBodies(const std::vector<CoincidentFaces::Pair>& pairs)
+{
+    std::map<std::pair<int, int>, Contact> contacts;
+    for (const CoincidentFaces::Pair& pair : pairs) {
+        const int bodies = pair.first->dimension() + 1;
+        const ModelEntity* a = pair.first->adjacencyAt(bodies, 0);
+        const ModelEntity* b = pair.second->adjacencyAt(bodies, 0);
+        const auto [low, high] = std::minmax(
+            a, b, [](const auto* left, const auto* right) { return left->id() < right->id(); });
+        contacts.try_emplace({low->id(), high->id()}, Contact{low, high, 0}).first->second.size +=
+            pair.size;
+    }
+    std::vector<Contact> list;
+    for (const auto& entry : contacts) {
+        list.push_back(entry.second);
+    }
+    return list;
+}
+
+/// \brief "1 (board) and 2 (chip) over an area of 9, ..."; the first ten, and how many more.
+QString listed(const std::vector<Contact>& contacts)
+{
+    constexpr std::size_t shown = 10;
+    QStringList texts;
+    for (std::size_t i = 0; i < std::min(shown, contacts.size()); ++i) {
+        const Contact& contact = contacts[i];
+        texts.append(QStringLiteral("%1 over %2 of %3")
+                         .arg(both(*contact.first, *contact.second),
+                              contact.first->dimension() == 3 ? QStringLiteral("an area")
+                                                              : QStringLiteral("a length"),
+                              QString::number(contact.size, 'g', 6)));
+    }
+    if (contacts.size() > shown) {
+        texts.append(QStringLiteral("and %1 more").arg(contacts.size() - shown));
+    }
+    return texts.join(QStringLiteral(", "));
 }
 
 /// \brief "faces", "regions".
@@ -54,26 +102,43 @@ ImportRemarks::ImportRemarks(const Model& model, Progress& progress)
 {
 }
 
-void ImportRemarks::warnOfLooseBodies(const QString& input) const
+std::vector<CoincidentFaces::Pair>
+ImportRemarks::loosePairs(const std::vector<CadContacts::Contact>& contacts) const
 {
-    const std::vector<CoincidentFaces::Pair> pairs = CoincidentFaces::in(model_);
-    if (pairs.empty()) {
+    const int dimension = model_.faceDimension();
+    std::vector<CoincidentFaces::Pair> pairs;
+    for (const CadContacts::Contact& contact : contacts) {
+        const ModelEntity* face = model_.entity(dimension, contact.face);
+        const ModelEntity* other = model_.entity(dimension, contact.other);
+        const bool known = face != nullptr && other != nullptr;
+        if (known && !CoincidentFaces::areTied(*face, *other)) {
+            pairs.push_back({face, other, contact.size});
+        }
+    }
+    return pairs;
+}
+
+void ImportRemarks::warnOfLooseBodies(const QString& input,
+                                      const std::vector<CadContacts::Contact>* contacts) const
+{
+    const std::vector<Contact> found =
+        byBodies(contacts == nullptr ? CoincidentFaces::in(model_) : loosePairs(*contacts));
+    if (found.empty()) {
         return;
     }
-    const ModelEntity& first = *pairs.front().first;
-    const ModelEntity& second = *pairs.front().second;
-    const int bodies = first.dimension() + 1;
-    const QString what =
-        QStringLiteral("of %1 of different %2 ").arg(pluralOf(first.dimension()), pluralOf(bodies));
+    const int bodies = found.front().first->dimension();
+    const QString advice =
+        contacts == nullptr
+            ? QStringLiteral("join them in the program that the file comes from, or in a script")
+            : QStringLiteral("--join cuts them along one another");
     progress_.warning(
-        QStringLiteral("%1: %2, for instance %3 %4 of %5 %6: the %5 will not be coupled; join "
-                       "them with Coherence (BooleanFragments), see Import.md")
+        QStringLiteral("%1: %2 without being joined: %3; nothing passes between them; %4, see "
+                       "Import.md")
             .arg(input,
-                 counted(static_cast<qint64>(pairs.size()),
-                         QStringLiteral("pair ") + what + "coincides but is not joined",
-                         QStringLiteral("pairs ") + what + "coincide but are not joined"),
-                 pluralOf(first.dimension()), both(first, second), pluralOf(bodies),
-                 both(*first.adjacencyAt(bodies, 0), *second.adjacencyAt(bodies, 0))));
+                 counted(static_cast<qint64>(found.size()),
+                         QStringLiteral("pair of %1 touches").arg(pluralOf(bodies)),
+                         QStringLiteral("pairs of %1 touch").arg(pluralOf(bodies))),
+                 listed(found), advice));
 }
 
 void ImportRemarks::warnOfMaterials(const QString& attributes) const

@@ -1,6 +1,11 @@
 #pragma once
 
+#include "CadContacts.h"
+#include "CoincidentFaces.h"
+
 #include <QString>
+
+#include <vector>
 
 namespace Ovra::Geo
 {
@@ -19,8 +24,10 @@ class ImportRemarks
 public:
     ImportRemarks(const Geo::Model& model, Progress& progress);
 
-    /// \brief Bodies that touch without being joined.
-    void warnOfLooseBodies(const QString& input) const;
+    /// \brief Bodies that touch without being joined, but for faces that are tied.
+    /// \param contacts as the geometry kernel finds them; null where there is no kernel to ask
+    void warnOfLooseBodies(const QString& input,
+                           const std::vector<CadContacts::Contact>* contacts) const;
 
     /// \brief Values of material_type that the library does not know, each told once, and regions
     /// none of which has any.
@@ -28,6 +35,9 @@ public:
     void warnOfMaterials(const QString& attributes) const;
 
 private:
+    std::vector<CoincidentFaces::Pair>
+    loosePairs(const std::vector<CadContacts::Contact>& contacts) const;
+
     const Geo::Model& model_;
     Progress& progress_;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QFile>
 #include <QList>
 #include <QString>
 
@@ -55,6 +56,31 @@ public:
         gmsh::option::setNumber("Mesh.MshFileVersion", mshVersion);
         gmsh::option::setNumber("Mesh.Binary", binary ? 1 : 0);
         gmsh::write(path.toStdString());
+    }
+
+    /// \brief Writes the current model as a STEP assembly whose parts have names, as CAD programs
+    /// do and Gmsh does not.
+    static void writeStep(const QString& path, const QByteArray& assembly,
+                          const QList<QByteArray>& parts)
+    {
+        write(path);
+        QFile file(path);
+        if (!file.open(QIODevice::ReadOnly)) {
+            return;
+        }
+        QByteArray text = file.readAll();
+        file.close();
+        const QByteArray prefix = "'Open CASCADE STEP translator ";
+        const qsizetype begin = text.indexOf("PRODUCT(" + prefix) + 8;
+        const QByteArray given = text.mid(begin, text.indexOf('\'', begin + 1) - begin);
+        for (qsizetype i = 0; i < parts.size(); ++i) {
+            const QByteArray number = '.' + QByteArray::number(static_cast<int>(i) + 1) + '\'';
+            text.replace(given + number, '\'' + parts[i] + '\'');
+        }
+        text.replace(given + '\'', '\'' + assembly + '\'');
+        if (file.open(QIODevice::WriteOnly)) {
+            file.write(text);
+        }
     }
 
     /// \brief Number of mesh elements of a dimension in Gmsh's current model.

@@ -1,6 +1,7 @@
 #include "GmshReader.h"
 
 #include "AbaqusReader.h"
+#include "BodyArrangement.h"
 #include "BrepReader.h"
 #include "Counted.h"
 #include "DeclaredElements.h"
@@ -174,6 +175,7 @@ int GmshReader::read(const ImportOptions& options)
     makeSolids(options);
     fillIfSurface(options);
     const int dimension = targetDimension(options);
+    BodyArrangement(session_, progress_).arrange(options, hasElements(dimension));
     if (!hasElements(dimension)) {
         generate(options, dimension);
     }

@@ -1,0 +1,126 @@
+#include "CadModel.h"
+
+#include <algorithm>
+#include <array>
+#include <gmsh.h>
+
+namespace Ovra::GeoTool
+{
+
+using Geo::Box;
+using Geo::Vector;
+
+namespace
+{
+
+QStringList groupNames(int dimension, int tag)
+{
+    std::vector<int> groups;
+    gmsh::model::getPhysicalGroupsForEntity(dimension, tag, groups);
+    for (int& group : groups) {
+        group = std::abs(group); // the sign tells the sense of the entity in the group
+    }
+    std::sort(groups.begin(), groups.end());
+    QStringList names;
+    for (const int group : groups) {
+        std::string name;
+        gmsh::model::getPhysicalName(dimension, group, name);
+        if (!name.empty()) {
+            names.append(QString::fromStdString(name));
+        }
+    }
+    return names;
+}
+
+} // namespace
+
+bool CadModel::isOfKernel()
+{
+    gmsh::vectorpair known;
+    gmsh::model::occ::getEntities(known, bodyDimension());
+    std::vector<int> tags;
+    for (const auto& entity : known) {
+        tags.push_back(entity.second);
+    }
+    std::sort(tags.begin(), tags.end());
+    return !tags.empty() && tags == entities(bodyDimension());
+}
+
+int CadModel::bodyDimension()
+{
+    return gmsh::model::getDimension();
+}
+
+std::vector<int> CadModel::entities(int dimension)
+{
+    gmsh::vectorpair all;
+    gmsh::model::getEntities(all, dimension);
+    std::vector<int> tags;
+    for (const auto& entity : all) {
+        tags.push_back(entity.second);
+    }
+    std::sort(tags.begin(), tags.end());
+    return tags;
+}
+
+double CadModel::measure(int dimension, int tag)
+{
+    double mass = 0;
+    gmsh::model::occ::getMass(dimension, tag, mass);
+    return mass;
+}
+
+Box CadModel::box(int dimension, int tag)
+{
+    std::array<double, 6> c{};
+    gmsh::model::occ::getBoundingBox(dimension, tag, c[0], c[1], c[2], c[3], c[4], c[5]);
+    return {Vector(c[0], c[1], c[2]), Vector(c[3], c[4], c[5])};
+}
+
+Box CadModel::box()
+{
+    Box all;
+    for (const int tag : entities(bodyDimension())) {
+        all += box(bodyDimension(), tag);
+    }
+    return all;
+}
+
+double CadModel::contactTolerance()
+{
+    constexpr double share = 1e-5;
+    constexpr double scar = 1e-7;
+    const double diagonal = box().extent().length();
+    double tolerance = share * diagonal;
+    for (const int edge : entities(1)) {
+        const double length = measure(1, edge);
+        if (length > scar * diagonal) {
+            tolerance = std::min(tolerance, 0.1 * length);
+        }
+    }
+    return tolerance;
+}
+
+QString CadModel::described(int dimension, int tag)
+{
+    static const std::array<const char*, 4> kinds = {"vertex", "edge", "face", "region"};
+    const QStringList groups = groupNames(dimension, tag);
+    const QString name = groups.isEmpty() ? label(dimension, tag) : groups.first();
+    const QString id = QStringLiteral("%1 %2").arg(
+        QLatin1String(kinds[static_cast<std::size_t>(dimension)]), QString::number(tag));
+    return name.isEmpty() ? id : QStringLiteral("%1 (%2)").arg(id, name);
+}
+
+QString CadModel::label(int dimension, int tag)
+{
+    std::string name;
+    gmsh::model::getEntityName(dimension, tag, name);
+    return QString::fromStdString(name).simplified();
+}
+
+QStringList CadModel::namesOf(int dimension, int tag)
+{
+    return groupNames(dimension, tag) << label(dimension, tag).section(QLatin1Char('/'), -1, -1);
+}
+
+} // namespace Ovra::GeoTool

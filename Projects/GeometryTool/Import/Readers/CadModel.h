@@ -1,0 +1,54 @@
+#pragma once
+
+#include "Box.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+namespace Ovra::GeoTool
+{
+
+/// \brief Gmsh's current model as its OpenCASCADE kernel knows it: facts about the bodies, which are
+/// the entities of the highest dimension.
+class CadModel
+{
+public:
+    /// \brief Whether the kernel knows all bodies, and there are any.
+    static bool isOfKernel();
+
+    /// \brief 3, or 2 for a planar model.
+    static int bodyDimension();
+
+    /// \brief Numbers of all entities of a dimension, ascending.
+    static std::vector<int> entities(int dimension);
+
+    /// \brief Length, area or volume of an entity.
+    static double measure(int dimension, int tag);
+
+    /// \brief Box of an entity, which the kernel bounds loosely where it is curved.
+    static Geo::Box box(int dimension, int tag);
+
+    /// \brief Box of all bodies.
+    static Geo::Box box();
+
+    /// \brief Gaps and overlaps up to this length count as contact: 1e-5 of the diagonal of the box
+    /// of all bodies, or a tenth of the shortest edge if that is less.
+    ///
+    /// Edges below 1e-7 of the diagonal are taken for scars of the export and not looked at.
+    static double contactTolerance();
+
+    /// \brief "region 2 (chip)", "face 7"; the name is that of the first physical group, or else the
+    /// entity's own.
+    static QString described(int dimension, int tag);
+
+    /// \brief The entity's own name, as the input gives it.
+    static QString label(int dimension, int tag);
+
+    /// \brief The names of its physical groups, by ascending number, and the last component of its
+    /// own.
+    static QStringList namesOf(int dimension, int tag);
+};
+
+} // namespace Ovra::GeoTool
