@@ -120,13 +120,8 @@ void BodyJoining::cut()
     for (const Original& original : originals_) {
         entities.push_back(original.entity);
     }
-    // Numbers that are kept leave faces of which nothing but their number changes without a trace.
-    gmsh::option::setNumber("Geometry.OCCBooleanPreserveNumbering", 0);
-    gmsh::option::setNumber("Geometry.ToleranceBoolean", tolerance_);
-    gmsh::vectorpair pieces;
-    std::vector<gmsh::vectorpair> origins;
-    gmsh::model::occ::fragment(entities, {}, pieces, origins);
-    gmsh::model::occ::synchronize();
+    const std::vector<gmsh::vectorpair> origins =
+        CadModel::fragment(entities, {}, tolerance_).origins;
     for (std::size_t i = 0; i < originals_.size() && i < origins.size(); ++i) {
         for (const Entity& piece : origins[i]) {
             if (piece.first == originals_[i].entity.first) {
@@ -135,6 +130,12 @@ void BodyJoining::cut()
             }
         }
     }
+    for (const Entity& entity : entities) {
+        if (owners_.count(entity) == 0) {
+            CadModel::remove({entity});
+        }
+    }
+    gmsh::model::occ::synchronize();
 }
 
 void BodyJoining::checkBodies()

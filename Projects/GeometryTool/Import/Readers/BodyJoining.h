@@ -17,7 +17,8 @@ namespace Ovra::GeoTool
 /// Names and physical groups go over to the pieces, those of faces, edges and vertices included. A
 /// piece that two entities had in common has the groups of both, and the name of the one with the
 /// lower number. Where bodies overlap, the piece belongs to the smaller one, or else to the one with
-/// the lower number. Needs CadModel::isOfKernel(). All entities are numbered anew.
+/// the lower number. Needs CadModel::isOfKernel(). What
+/// is not cut keeps its number.
 class BodyJoining
 {
 public:

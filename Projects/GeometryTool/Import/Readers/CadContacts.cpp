@@ -45,11 +45,14 @@ std::array<double, 3> commonWidths(const Box& a, const Box& b)
     return widths;
 }
 
-double sizeOf(int dimension, const gmsh::vectorpair& pieces)
+/// \brief Size of the pieces that two faces have both been cut into.
+double commonSize(const CadModel::Entities& first, const CadModel::Entities& second)
 {
     double size = 0;
-    for (const auto& [d, tag] : pieces) {
-        size += d == dimension ? CadModel::measure(d, tag) : 0;
+    for (const auto& piece : first) {
+        if (std::find(second.begin(), second.end(), piece) != second.end()) {
+            size += CadModel::measure(piece.first, piece.second);
+        }
     }
     return size;
 }
@@ -180,19 +183,17 @@ std::vector<CadContacts::Contact> CadContacts::common(int tag, const std::vector
     }
     gmsh::model::occ::copy({{dimension_, tag}}, object);
     gmsh::model::occ::copy(wanted, tools);
-    gmsh::option::setNumber("Geometry.OCCBooleanPreserveNumbering", 0);
-    gmsh::option::setNumber("Geometry.ToleranceBoolean", tolerance_);
-    gmsh::vectorpair pieces;
-    std::vector<gmsh::vectorpair> origins;
-    gmsh::model::occ::intersect(object, tools, pieces, origins);
+    const CadModel::Fragments fragments = CadModel::fragment(object, tools, tolerance_);
     std::vector<Contact> contacts;
-    for (std::size_t i = 0; i < others.size() && i + 1 < origins.size(); ++i) {
-        const double size = sizeOf(dimension_, origins[i + 1]);
+    for (std::size_t i = 0; i < others.size(); ++i) {
+        const double size = commonSize(fragments.origins.front(), fragments.origins.at(i + 1));
         if (size > std::pow(negligible * tolerance_, dimension_)) {
             contacts.push_back({tag, others[i], size});
         }
     }
-    gmsh::model::occ::remove(pieces, true);
+    for (const CadModel::Entities& copies : {fragments.pieces, object, tools}) {
+        CadModel::remove(copies);
+    }
     return contacts;
 }
 

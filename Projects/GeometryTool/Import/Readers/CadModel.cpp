@@ -118,6 +118,30 @@ QString CadModel::label(int dimension, int tag)
     return QString::fromStdString(name).simplified();
 }
 
+CadModel::Fragments CadModel::fragment(const Entities& objects, const Entities& tools,
+                                       double tolerance)
+{
+    // Gmsh tells the pieces of what it does not cut by the number that this has had. That number is
+    // good for as long as nothing is removed; later it may be another entity's.
+    constexpr bool removeInputs = false;
+    gmsh::option::setNumber("Geometry.ToleranceBoolean", tolerance);
+    Fragments fragments;
+    gmsh::model::occ::fragment(objects, tools, fragments.pieces, fragments.origins, -1,
+                               removeInputs, removeInputs);
+    return fragments;
+}
+
+void CadModel::remove(const Entities& entities)
+{
+    for (const auto& entity : entities) {
+        try {
+            gmsh::model::occ::remove({entity}, true);
+        } catch (...) {
+            continue; // it went with one that it bounded
+        }
+    }
+}
+
 QStringList CadModel::namesOf(int dimension, int tag)
 {
     return groupNames(dimension, tag) << label(dimension, tag).section(QLatin1Char('/'), -1, -1);

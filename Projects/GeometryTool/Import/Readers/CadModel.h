@@ -5,6 +5,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <utility>
 #include <vector>
 
 namespace Ovra::GeoTool
@@ -49,6 +50,22 @@ public:
     /// \brief The names of its physical groups, by ascending number, and the last component of its
     /// own.
     static QStringList namesOf(int dimension, int tag);
+
+    using Entities = std::vector<std::pair<int, int>>; ///< dimensions and numbers
+
+    struct Fragments
+    {
+        Entities pieces;               ///< that are new
+        std::vector<Entities> origins; ///< the pieces of each object, then of each tool
+    };
+
+    /// \brief Cuts entities along one another; what is not cut is its own piece. Nothing is removed,
+    /// and the model does not show the pieces until it is synchronized.
+    static Fragments fragment(const Entities& objects, const Entities& tools, double tolerance);
+
+    /// \brief Removes entities from the kernel, and all that bounds nothing else then; those that are
+    /// gone already are passed over.
+    static void remove(const Entities& entities);
 };
 
 } // namespace Ovra::GeoTool
