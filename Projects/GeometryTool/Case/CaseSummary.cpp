@@ -7,6 +7,8 @@
 #include "ModelEntity.h"
 #include "Progress.h"
 
+#include <QSet>
+
 #include <algorithm>
 #include <tuple>
 
@@ -80,6 +82,7 @@ CaseSummary::CaseSummary(const CaseFiles& files, const Database& database, Progr
     countModel(database);
     countMesh(database, progress);
     countMaterials(database);
+    listNames(database);
     progress.phase(QStringLiteral("judging the elements"));
     for (int dimension = 1; dimension < 4; ++dimension) {
         if (database.mesh()->count(dimension) > 0) {
@@ -154,6 +157,26 @@ void CaseSummary::countMaterials(const Database& database)
     std::sort(materials.begin(), materials.end(), [](const auto& a, const auto& b) {
         return std::tie(a.type, a.hasId, a.id) < std::tie(b.type, b.hasId, b.id);
     });
+}
+
+void CaseSummary::listNames(const Database& database)
+{
+    const int bodies = database.model()->faceDimension() + 1;
+    for (const int dimension : {bodies, bodies - 1}) {
+        QMap<QString, std::vector<int>> ids;
+        auto entities = database.model()->orderedIterator(dimension);
+        while (entities.hasNext()) {
+            const ModelEntity* const entity = entities.next();
+            for (const QString& each : QSet<QString>{entity->name(), entity->tag()}) {
+                if (!each.isEmpty()) {
+                    ids[each].push_back(entity->id());
+                }
+            }
+        }
+        for (auto each = ids.begin(); each != ids.end(); ++each) {
+            names.push_back({dimension, each.key(), each.value()});
+        }
+    }
 }
 
 QString meshFormatName(int format)

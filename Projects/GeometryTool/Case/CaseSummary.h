@@ -35,6 +35,14 @@ struct MaterialSummary
     int elementCount = 0;
 };
 
+/// \brief Model entities of one name.
+struct NameSummary
+{
+    int dimension = 0;
+    QString name;
+    std::vector<int> ids; ///< ascending
+};
+
 /// \brief On how many entities an attribute stands.
 struct AttributeSummary
 {
@@ -65,7 +73,9 @@ struct CaseSummary
         {}; ///< mesh entities on a model entity of another dimension
     std::array<std::map<QString, int>, 4> kinds; ///< plural of an element kind, or "unknown"
     std::vector<MaterialSummary> materials;      ///< by type, then id
-    QMap<QString, AttributeSummary> attributes;  ///< by tag; tags that nobody knows as "(unknown)"
+    std::vector<NameSummary> names; ///< of regions and faces (faces and edges in a planar case), by
+                                    ///< name; an entity stands under its name and under its tag
+    QMap<QString, AttributeSummary> attributes; ///< by tag; tags that nobody knows as "(unknown)"
     std::vector<std::pair<int, MeshQuality>>
         quality; ///< of each dimension from 1 that has elements
 
@@ -74,6 +84,7 @@ private:
     void countMesh(const Geo::Database& database, Progress& progress);
     void countMeshEntity(Geo::MeshEntity& entity);
     void countMaterials(const Geo::Database& database);
+    void listNames(const Geo::Database& database);
 };
 
 /// \brief The name of a mesh format from its number: "2013", "2014" or "2014a".

@@ -108,6 +108,19 @@ QJsonObject attributesJson(const CaseSummary& summary)
     return object;
 }
 
+QJsonArray namesJson(const CaseSummary& summary)
+{
+    QJsonArray array;
+    for (const NameSummary& name : summary.names) {
+        QJsonArray ids;
+        for (const int id : name.ids) {
+            ids.append(id);
+        }
+        array.append(QJsonObject{{"dimension", name.dimension}, {"name", name.name}, {"ids", ids}});
+    }
+    return array;
+}
+
 QJsonValue extremesJson(const Extremes& extremes)
 {
     if (extremes.isEmpty()) {
@@ -158,6 +171,7 @@ QByteArray infoJson(const CaseSummary& summary)
         {"meshBox", boxJson(summary.meshBox)},
         {"dimensions", dimensionsJson(summary)},
         {"materials", materialsJson(summary)},
+        {"names", namesJson(summary)},
         {"attributes", attributesJson(summary)},
         {"quality", qualityJson(summary)}};
     return QJsonDocument(object).toJson(QJsonDocument::Indented);

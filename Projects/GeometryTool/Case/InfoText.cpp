@@ -125,6 +125,32 @@ QString materialsText(const CaseSummary& summary)
     return text;
 }
 
+QString nameText(const NameSummary& name)
+{
+    static const std::array<const char*, 4> singular = {"vertex", "edge", "face", "region"};
+    const auto dimension = static_cast<std::size_t>(name.dimension);
+    QStringList ids;
+    for (std::size_t i = 0; i < std::min(name.ids.size(), shownIdCount); ++i) {
+        ids += QString::number(name.ids[i]);
+    }
+    if (name.ids.size() > shownIdCount) {
+        ids += QStringLiteral("...");
+    }
+    return QStringLiteral("  %1: %2 %3\n")
+        .arg(name.name,
+             QLatin1String(name.ids.size() == 1 ? singular[dimension] : dimensionNames[dimension]),
+             ids.join(QStringLiteral(", ")));
+}
+
+QString namesText(const CaseSummary& summary)
+{
+    QString text = summary.names.empty() ? QString() : heading(QStringLiteral("Names"));
+    for (const NameSummary& name : summary.names) {
+        text += nameText(name);
+    }
+    return text;
+}
+
 QString attributeText(const QString& tag, const AttributeSummary& attribute)
 {
     const auto counts = [](const char* owner, int own, const std::array<int, 4>& entities) {
@@ -202,7 +228,7 @@ QString qualityText(int dimension, const MeshQuality& quality)
 QByteArray infoText(const CaseSummary& summary)
 {
     QString text = headText(summary) + countsText(summary) + kindsText(summary) +
-                   materialsText(summary) + attributesText(summary);
+                   materialsText(summary) + namesText(summary) + attributesText(summary);
     for (const auto& [dimension, quality] : summary.quality) {
         text += qualityText(dimension, quality);
     }

@@ -4,6 +4,7 @@
 #include "ImportedMesh.h"
 #include "Model.h"
 #include "ModelEntity.h"
+#include "NamePattern.h"
 #include "RepeatedKey.h"
 #include "ShellLinks.h"
 #include "ToolError.h"
@@ -12,6 +13,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QMap>
+
+#include <algorithm>
 
 namespace Ovra::GeoTool
 {
@@ -83,17 +86,25 @@ void AttributesFile::read()
     for (auto it = top.begin(); it != top.end(); ++it) {
         if (it.key() == QLatin1String("model")) {
             model_ = readEntries(it.key(), object(it.value(), it.key()));
+        } else if (it.key() == QLatin1String("names")) {
+            targets_ += readTargets(Section::Names, it.key(), it.value());
         } else if (it.key() == QLatin1String("groups")) {
-            groups_ = readTargets(it.key(), it.value());
+            targets_ += readTargets(Section::Groups, it.key(), it.value());
         } else if (it.key() == QLatin1String("entities")) {
-            entities_ = readTargets(it.key(), it.value());
+            targets_ += readTargets(Section::Entities, it.key(), it.value());
         } else if (it.key() == QLatin1String("shells")) {
             shells_ = readShells(it.key(), it.value());
         } else {
-            fail(it.key(),
-                 QStringLiteral("unknown section; there are model, groups, entities and shells"));
+            fail(it.key(), QStringLiteral("unknown section; there are model, names, groups, "
+                                          "entities and shells"));
         }
     }
+    std::stable_sort(targets_.begin(), targets_.end(), [](const Target& a, const Target& b) {
+        if (a.section != b.section || a.section != Section::Names) {
+            return a.section < b.section;
+        }
+        return NamePattern(a.key).isVaguerThan(NamePattern(b.key));
+    });
 }
 
 QJsonObject AttributesFile::parsed(const QByteArray& text) const
@@ -125,18 +136,18 @@ QJsonObject AttributesFile::object(const QJsonValue& value, const QString& place
     return value.toObject();
 }
 
-QList<AttributesFile::Target> AttributesFile::readTargets(const QString& section,
+QList<AttributesFile::Target> AttributesFile::readTargets(Section section, const QString& key,
                                                           const QJsonValue& value) const
 {
     QList<Target> targets;
-    const QJsonObject all = object(value, section);
+    const QJsonObject all = object(value, key);
     for (auto it = all.begin(); it != all.end(); ++it) {
-        const QString place = section + QLatin1Char('/') + it.key();
+        const QString place = key + QLatin1Char('/') + it.key();
         QJsonObject entries = object(it.value(), place);
         Target target;
         target.place = place;
         target.key = it.key();
-        target.isGroup = section == QLatin1String("groups");
+        target.section = section;
         target.meshed = readMeshed(place, entries.take(MeshKey));
         target.entries = readEntries(place, entries);
         targets.append(target);
@@ -227,20 +238,18 @@ void AttributesFile::requireKind(const QString& place, const QJsonValue& json, V
 void AttributesFile::leaveWithoutMesh(ImportedMesh& mesh) const
 {
     QMap<int, bool> meshed;
-    for (const QList<Target>* targets : {&groups_, &entities_}) {
-        for (const Target& target : *targets) {
-            if (!target.meshed) {
-                continue;
+    for (const Target& target : targets_) {
+        if (!target.meshed) {
+            continue;
+        }
+        for (const Reference& reference : targetsOf(target, mesh)) {
+            if (reference.dimension != mesh.elementDimension) {
+                fail(target.place + QLatin1Char('/') + MeshKey,
+                     QStringLiteral("only entities of dimension %1 have a mesh of their own to be "
+                                    "left out")
+                         .arg(mesh.elementDimension));
             }
-            for (const Reference& reference : targetsOf(target, mesh)) {
-                if (reference.dimension != mesh.elementDimension) {
-                    fail(target.place + QLatin1Char('/') + MeshKey,
-                         QStringLiteral("only entities of dimension %1 have a mesh of their own to "
-                                        "be left out")
-                             .arg(mesh.elementDimension));
-                }
-                meshed[reference.id] = *target.meshed;
-            }
+            meshed[reference.id] = *target.meshed;
         }
     }
     for (auto it = meshed.cbegin(); it != meshed.cend(); ++it) {
@@ -260,13 +269,11 @@ void AttributesFile::apply(const ImportedMesh& mesh, Model& model) const
     for (const Shell& shell : shells_) {
         applyShell(shell, mesh, model);
     }
-    for (const QList<Target>* targets : {&groups_, &entities_}) {
-        for (const Target& target : *targets) {
-            for (const Reference& reference : targetsOf(target, mesh)) {
-                ModelEntity* entity = model.entity(reference.dimension, reference.id);
-                for (const Entry& entry : target.entries) {
-                    entity->attributes().insert(entry.type, resolved(entry, mesh));
-                }
+    for (const Target& target : targets_) {
+        for (const Reference& reference : targetsOf(target, mesh)) {
+            ModelEntity* entity = model.entity(reference.dimension, reference.id);
+            for (const Entry& entry : target.entries) {
+                entity->attributes().insert(entry.type, resolved(entry, mesh));
             }
         }
     }
@@ -291,10 +298,36 @@ void AttributesFile::applyShell(const Shell& shell, const ImportedMesh& mesh, Mo
 QList<AttributesFile::Reference> AttributesFile::targetsOf(const Target& target,
                                                            const ImportedMesh& mesh) const
 {
-    if (target.isGroup) {
+    switch (target.section) {
+    case Section::Names:
+        return namedEntities(target, mesh);
+    case Section::Groups:
         return groupMembers(target, mesh);
+    case Section::Entities:
+        break;
     }
     return {entityOf(target, mesh)};
+}
+
+QList<AttributesFile::Reference> AttributesFile::namedEntities(const Target& target,
+                                                               const ImportedMesh& mesh) const
+{
+    QList<Reference> found;
+    for (int d = mesh.elementDimension; d >= 0 && found.isEmpty(); --d) {
+        const QString prefix = keyFor(d, QString());
+        QList<int> ids = NamePattern(target.key).in(mesh, d);
+        if (ids.isEmpty() && target.key.startsWith(prefix)) {
+            ids = NamePattern(target.key.mid(prefix.size())).in(mesh, d);
+        }
+        for (const int id : ids) {
+            found.append({d, id});
+        }
+    }
+    if (found.isEmpty()) {
+        fail(target.place, QStringLiteral("no entity has this name; %1")
+                               .arg(NamePattern(target.key).alternatives(mesh)));
+    }
+    return found;
 }
 
 QList<AttributesFile::Reference> AttributesFile::groupMembers(const Target& target,
@@ -376,9 +409,13 @@ QList<int> AttributesFile::named(const QJsonValue& json, const QString& place, i
         requireEntity(place, {dimension, json.toInt()}, mesh);
         return {json.toInt()};
     }
-    const QList<int> ids = membersOf(mesh, dimension, json.toString());
+    QList<int> ids = membersOf(mesh, dimension, json.toString());
     if (ids.isEmpty()) {
-        fail(place, QStringLiteral("no physical group of dimension %1 has the name \"%2\"")
+        ids = NamePattern(json.toString()).in(mesh, dimension);
+    }
+    if (ids.isEmpty()) {
+        fail(place, QStringLiteral("no physical group and no entity of dimension %1 has the name "
+                                   "\"%2\"")
                         .arg(dimension)
                         .arg(json.toString()));
     }
@@ -390,7 +427,7 @@ int AttributesFile::single(const QJsonValue& json, const QString& place, int dim
 {
     const QList<int> ids = named(json, place, dimension, mesh);
     if (ids.size() != 1) {
-        fail(place, QStringLiteral("the group has %1 %2, but one is expected")
+        fail(place, QStringLiteral("the name stands for %1 %2, but one is expected")
                         .arg(ids.size())
                         .arg(dimension == mesh.elementDimension ? QStringLiteral("regions")
                                                                 : QStringLiteral("faces")));

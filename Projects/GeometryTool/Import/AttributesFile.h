@@ -47,6 +47,13 @@ public:
     void apply(const ImportedMesh& mesh, Geo::Model& model) const;
 
 private:
+    enum class Section
+    {
+        Names,
+        Groups,
+        Entities
+    };
+
     struct Entry
     {
         QString place; ///< in the file, "groups/air/material_id" for instance
@@ -59,7 +66,7 @@ private:
     {
         QString place;
         QString key;
-        bool isGroup = true;
+        Section section;
         std::optional<bool> meshed; ///< what the file says, if anything
         QList<Entry> entries;
     };
@@ -85,7 +92,7 @@ private:
     QJsonObject parsed(const QByteArray& text) const;
     QJsonObject object(const QJsonValue& value, const QString& place) const;
 
-    QList<Target> readTargets(const QString& section, const QJsonValue& value) const;
+    QList<Target> readTargets(Section section, const QString& key, const QJsonValue& value) const;
     QList<Entry> readEntries(const QString& place, const QJsonObject& object) const;
     std::optional<bool> readMeshed(const QString& place, const QJsonValue& value) const;
     QList<Shell> readShells(const QString& section, const QJsonValue& value) const;
@@ -95,6 +102,7 @@ private:
     void applyShell(const Shell& shell, const ImportedMesh& mesh, Geo::Model& model) const;
     QList<Reference> targetsOf(const Target& target, const ImportedMesh& mesh) const;
     QList<Reference> groupMembers(const Target& target, const ImportedMesh& mesh) const;
+    QList<Reference> namedEntities(const Target& target, const ImportedMesh& mesh) const;
     Reference entityOf(const Target& target, const ImportedMesh& mesh) const;
     QVariant resolved(const Entry& entry, const ImportedMesh& mesh) const;
     QList<int> named(const QJsonValue& json, const QString& place, int dimension,
@@ -104,8 +112,7 @@ private:
 
     QString path_;
     QList<Entry> model_;
-    QList<Target> groups_;
-    QList<Target> entities_;
+    QList<Target> targets_; ///< the later ones have the last word
     QList<Shell> shells_;
 };
 

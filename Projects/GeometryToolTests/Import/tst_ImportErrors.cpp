@@ -376,9 +376,9 @@ private slots:
         row("unmatched face", "{\"entities\": {\"3:1\": {\"hot_faces\": [2, 99]}}}",
             "there is no entity of dimension 2 with id 99");
         row("unmatched face name", "{\"entities\": {\"3:1\": {\"hot_faces\": [\"right\"]}}}",
-            "no physical group of dimension 2 has the name \"right\"");
+            "no physical group and no entity of dimension 2 has the name \"right\"");
         row("several faces for one", "{\"entities\": {\"2:4\": {\"extruded_face\": \"left\"}}}",
-            "the group has 2 faces, but one is expected");
+            "the name stands for 2 faces, but one is expected");
         row("twice the same tag",
             "{\"groups\": {\"right\": {\"material_id\": 1,\n \"material_id\" : 2}}}",
             "line 2, byte 41: \"material_id\" is there twice in one object");

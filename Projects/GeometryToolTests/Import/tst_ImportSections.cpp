@@ -103,13 +103,15 @@ private slots:
             << QByteArray("shells/0/region: there is no entity of dimension 3 with id 3");
         QTest::newRow("shells: no such group")
             << shell(R"("x0")", R"("x0")", R"("x1")")
-            << QByteArray("shells/0/region: no physical group of dimension 3 has the name \"x0\"");
+            << QByteArray("shells/0/region: no physical group and no entity of dimension 3 has the "
+                          "name \"x0\"");
         QTest::newRow("shells: several faces")
             << shell(R"("left")", R"("x0")", R"("around")")
-            << QByteArray("shells/0/new_face: the group has 4 faces, but one is expected");
+            << QByteArray("shells/0/new_face: the name stands for 4 faces, but one is expected");
         QTest::newRow("unknown section")
             << QByteArray(R"({"shell": []})")
-            << QByteArray("shell: unknown section; there are model, groups, entities and shells");
+            << QByteArray(
+                   "shell: unknown section; there are model, names, groups, entities and shells");
     }
 
     void refuses()
