@@ -20,6 +20,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace Ovra::GeoTool
 {
@@ -37,7 +38,21 @@ struct Arguments
     int dimension = 0;
     bool join = false;
     std::optional<double> joinTolerance;
+    std::optional<double> air;
+    std::vector<double> airBox;
 };
+
+std::optional<AirExtent> airOf(const Arguments& arguments)
+{
+    if (arguments.air) {
+        return AirExtent{*arguments.air, {}};
+    }
+    const std::vector<double>& c = arguments.airBox;
+    if (c.empty()) {
+        return std::nullopt;
+    }
+    return AirExtent{0, {Geo::Vector(c[0], c[1], c[2]), Geo::Vector(c[3], c[4], c[5])}};
+}
 
 ImportOptions optionsOf(const Arguments& arguments)
 {
@@ -48,6 +63,7 @@ ImportOptions optionsOf(const Arguments& arguments)
     options.scale = arguments.scale.value_or(options.scale);
     options.join = arguments.join;
     options.joinTolerance = arguments.joinTolerance;
+    options.air = airOf(arguments);
     return options;
 }
 
@@ -67,6 +83,21 @@ void requirePositive(const std::optional<double>& value, const char* option)
     if (value && (!std::isfinite(*value) || *value <= 0.0)) {
         throw ToolError(ExitCode::Usage,
                         QStringLiteral("%1 must be a positive number").arg(QLatin1String(option)));
+    }
+}
+
+void requireAir(const Arguments& arguments)
+{
+    if (arguments.air && !(std::isfinite(*arguments.air) && *arguments.air > 1)) {
+        throw ToolError(ExitCode::Usage, QStringLiteral("--air must be a number above 1"));
+    }
+    const std::vector<double>& c = arguments.airBox;
+    for (std::size_t i = 0; i + 3 < c.size(); ++i) {
+        if (!(std::isfinite(c[i]) && std::isfinite(c[i + 3]) && c[i] < c[i + 3])) {
+            throw ToolError(ExitCode::Usage,
+                            QStringLiteral("--air-box must be X0,Y0,Z0,X1,Y1,Z1 with X0 below X1, "
+                                           "Y0 below Y1 and Z0 below Z1"));
+        }
     }
 }
 
@@ -94,6 +125,7 @@ void import(const Arguments& arguments, Progress& progress)
     requirePositive(arguments.meshSize, "--mesh-size");
     requirePositive(arguments.scale, "--scale");
     requirePositive(arguments.joinTolerance, "--join-tolerance");
+    requireAir(arguments);
     requireOutput(arguments);
     requireOutputDirectory(QString::fromStdString(arguments.output));
     std::optional<AttributesFile> attributes;
@@ -151,6 +183,18 @@ void addImportCommand(CLI::App& app, Progress& progress)
                      "Gaps and overlaps that count as contact, in the unit of the input; default: "
                      "1e-5 of the size of the whole")
         ->type_name("T");
+    CLI::Option* air =
+        command
+            ->add_option("--air", arguments->air,
+                         "Put the parts into a box of air: their own box, FACTOR times as large")
+            ->type_name("FACTOR");
+    command
+        ->add_option("--air-box", arguments->airBox,
+                     "Put the parts into a box of air from one corner to the other")
+        ->type_name("X0,Y0,Z0,X1,Y1,Z1")
+        ->delimiter(',')
+        ->expected(6)
+        ->excludes(air);
     command->footer("Example:\n  ovrageo import enclosure.geo -o enclosure --attributes "
                     "enclosure.json --mesh-size 0.01");
     command->callback([arguments, &progress] {

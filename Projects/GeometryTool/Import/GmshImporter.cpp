@@ -12,6 +12,8 @@
 #include "ImportRemarks.h"
 #include "ImportScaling.h"
 #include "MeshTransfer.h"
+#include "Model.h"
+#include "ModelEntity.h"
 #include "Progress.h"
 #include "ToolError.h"
 #include "TopologyCompletion.h"
@@ -32,6 +34,17 @@ bool isSurfaceInSpace(const ImportedMesh& mesh)
         points.push_back(node.point);
     }
     return mesh.elementDimension == 2 && !Flatness::isFlat(points);
+}
+
+void makeAirFluid(const ImportedMesh& mesh, Geo::Model& model)
+{
+    for (const ImportedEntity& region : mesh.entitiesOf(3)) {
+        if (region.groups.contains(AirBox::name())) {
+            model.entity(3, region.id)
+                ->attributes()
+                .insert(Geo::AttributeType::MaterialType, QStringLiteral("fluid"));
+        }
+    }
 }
 
 } // namespace
@@ -67,6 +80,9 @@ void GmshImporter::import(Geo::Database& database, const AttributesFile* attribu
     }
     progress_.phase(QStringLiteral("building model and mesh"));
     MeshTransfer(mesh, database).transfer();
+    if (options_.air) {
+        makeAirFluid(mesh, *database.model());
+    }
     const ImportRemarks remarks(*database.model(), progress_);
     if (attributes != nullptr) {
         attributes->apply(mesh, *database.model());
