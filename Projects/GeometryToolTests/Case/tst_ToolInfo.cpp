@@ -213,6 +213,10 @@ Materials
   type                      id     regions    elements
   fluid                      7           1           1
 
+Names
+  box: region 2
+  inlet: face 3
+
 Attributes
   material_id                   on 1 model regions
   material_type                 on 1 model regions
