@@ -222,7 +222,7 @@ private slots:
         QVERIFY(text.contains(before));
         text.replace(before, more + before);
         QVERIFY(writeContent(path("more.") + suffix, text));
-        checkRefused(import(path("more.") + suffix), 6, ": 2 of its");
+        checkRefused(import(path("more.") + suffix), 6, "elements, 2 are of kinds");
     }
 
     void namesTheVtkCellThatHasNoKind()
