@@ -269,6 +269,7 @@ void AttributesFile::apply(const ImportedMesh& mesh, Model& model) const
     for (const Shell& shell : shells_) {
         applyShell(shell, mesh, model);
     }
+    ShellLinks::closeOtherFaces(model);
     for (const Target& target : targets_) {
         for (const Reference& reference : targetsOf(target, mesh)) {
             ModelEntity* entity = model.entity(reference.dimension, reference.id);

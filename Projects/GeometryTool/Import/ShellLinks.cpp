@@ -2,7 +2,10 @@
 
 #include "AttributeType.h"
 #include "Counted.h"
+#include "IdOrder.h"
+#include "IntAttribute.h"
 #include "MeshEntity.h"
+#include "Model.h"
 #include "ModelEntity.h"
 #include "NearTree.h"
 #include "Utility.h"
@@ -46,6 +49,44 @@ void plant(NearTree& tree, const QList<MeshEntity*>& vertices)
             tree.insert(node);
         }
     }
+}
+
+bool isShell(const ModelEntity& region)
+{
+    return region.attributes().value(AttributeType::IsShell, {}).toBool();
+}
+
+bool hasMeshBeyondShell(const ModelEntity& face)
+{
+    for (auto regions = face.adjacencyIterator(face.dimension() + 1); regions.hasNext();) {
+        const ModelEntity* const region = regions.next();
+        if (!isShell(*region) && region->childCount() > 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool hasLinkedVertex(const ModelEntity& face)
+{
+    const QSet<MeshEntity*> vertices = Utility::getMeshVerticesOnModelEntity(&face);
+    return std::any_of(vertices.begin(), vertices.end(), [](MeshEntity* vertex) {
+        return vertex->attributes().contains(AttributeType::ShellVertex);
+    });
+}
+
+/// The faces of sheets with something to see on the other side.
+QSet<const ModelEntity*> facesWithView(const Model& model)
+{
+    QSet<const ModelEntity*> faces;
+    for (const ModelEntity* face : inIdOrder(model.iterator(model.faceDimension()))) {
+        const int twinId = intOf(face->attributes(), AttributeType::NewShellFace);
+        const ModelEntity* const twin = model.entity(face->dimension(), twinId);
+        if (twin && hasMeshBeyondShell(*face) && hasMeshBeyondShell(*twin)) {
+            faces << face << twin;
+        }
+    }
+    return faces;
 }
 
 } // namespace
@@ -106,6 +147,16 @@ void ShellLinks::apply() const
     for (const auto& [vertex, twin] : pairs_) {
         vertex->attributes().insert(AttributeType::ShellVertex, twin->id());
         twin->attributes().insert(AttributeType::ShellVertex, vertex->id());
+    }
+}
+
+void ShellLinks::closeOtherFaces(const Model& model)
+{
+    const QSet<const ModelEntity*> open = facesWithView(model);
+    for (ModelEntity* face : inIdOrder(model.iterator(model.faceDimension()))) {
+        if (!open.contains(face) && hasLinkedVertex(*face)) {
+            face->attributes().insert(AttributeType::IsShell, true);
+        }
     }
 }
 

@@ -8,6 +8,7 @@
 namespace Ovra::Geo
 {
 class MeshEntity;
+class Model;
 class ModelEntity;
 } // namespace Ovra::Geo
 
@@ -36,6 +37,15 @@ public:
     /// \brief Sets `is_shell` and `original_shell_face` on the region, `new_shell_face` on the
     /// original face, and `shell_vertex` on both vertices of each pair.
     void apply() const;
+
+    /// \brief Sets `is_shell` on all faces from which the solver input must not look across a shell,
+    ///        once every shell of \p model has been applied.
+    ///
+    /// It looks from each mesh face with linked vertices and fewer than two elements. Right are the
+    /// two faces of a sheet that lies between two regions with a mesh, since such a face passes to
+    /// the region beyond when it is doubled; anything else, such as the narrow sides of a sheet or a
+    /// wall that it meets, would find its own element again, or a wrong one.
+    static void closeOtherFaces(const Geo::Model& model);
 
 private:
     using Vertices = QList<Geo::MeshEntity*>;

@@ -6,6 +6,10 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
+#include <utility>
+#include <vector>
+
 using Ovra::Geo::AttributeType;
 using Ovra::Geo::Vector;
 
@@ -69,6 +73,54 @@ private slots:
             linked += vertex->attributes().contains(AttributeType::ShellVertex);
         }
         QCOMPARE(linked, 2 * static_cast<int>(PreparedCase::meshVertices(original).size()));
+    }
+
+    void noElementIsAcrossAShellFromItself_data()
+    {
+        QTest::addColumn<QByteArray>("script");
+        QTest::addColumn<QByteArray>("attributes");
+        QTest::addColumn<int>("across"); // lines that rightly name an element across the shell
+        const QByteArray layer = "; Layers{1}; Recombine; };\n";
+        QTest::newRow("between solids")
+            << "Rectangle(1) = {0, 0, 0, 1, 1};\nlow[] = Extrude {0, 0, 0.5} { Surface{1}" + layer +
+                   "mid[] = Extrude {0, 0, 0.1} { Surface{low[0]}" + layer +
+                   "top[] = Extrude {0, 0, 0.5} { Surface{mid[0]}" + layer +
+                   "Physical Volume(\"sheet\") = {mid[1]};\n"
+                   "Physical Surface(\"below\") = {low[0]};\n"
+                   "Physical Surface(\"above\") = {mid[0]};\n"
+            << shell(R"("sheet")", R"("below")", R"("above")") << 0;
+        QTest::newRow("on the outside")
+            << "Rectangle(1) = {0, 0, 0, 1, 1};\nlow[] = Extrude {0, 0, 0.5} { Surface{1}" + layer +
+                   "mid[] = Extrude {0, 0, 0.1} { Surface{low[0]}" + layer +
+                   "Physical Volume(\"sheet\") = {mid[1]};\n"
+                   "Physical Surface(\"below\") = {low[0]};\n"
+                   "Physical Surface(\"above\") = {mid[0]};\n"
+            << shell(R"("sheet")", R"("below")", R"("above")") << 0;
+        QTest::newRow("within a layer of a solid")
+            << "Rectangle(1) = {0, 0, 0, 1, 1};\nRectangle(2) = {1, 0, 0, 1, 1};\nCoherence;\n"
+               "left[] = Extrude {0, 0, 0.1} { Surface{1}" +
+                   layer + "right[] = Extrude {0, 0, 0.1} { Surface{2}" + layer +
+                   "Coherence;\nPhysical Volume(\"sheet\") = {left[1]};\n"
+                   "Physical Surface(\"below\") = {1};\n"
+                   "Physical Surface(\"above\") = {left[0]};\n"
+            << shell(R"("sheet")", R"("below")", R"("above")") << 0;
+    }
+
+    void noElementIsAcrossAShellFromItself()
+    {
+        QFETCH(QByteArray, script);
+        QFETCH(QByteArray, attributes);
+        QVERIFY(writeContent(path("sheet.geo"),
+                             "SetFactory(\"OpenCASCADE\");\nMesh.MeshSizeMax = 0.5;\n" + script));
+        QCOMPARE(import(attributes, "sheet", "sheet.geo").exitCode, 0);
+        const ToolRun run = runTool({"solver-input", path("sheet"), "-o", path("surfaces"),
+                                     "--sections", "surface-connectivity"});
+        QCOMPARE(run.exitCode, 0);
+        const auto lines = farLines(contentOf(path("surfaces")));
+        QTEST(static_cast<int>(lines.size()), "across");
+        for (const auto& [near, far] : lines) {
+            QVERIFY2(near != far, QByteArray::number(near).constData());
+        }
     }
 
     void refuses_data()
@@ -193,6 +245,27 @@ private:
     {
         return R"({"shells": [{"region": )" + region + R"(, "original_face": )" + original +
                R"(, "new_face": )" + twin + "}]}";
+    }
+
+    /// The lines of a surface section that name an element across a shell: this one and that one.
+    static std::vector<std::pair<int, int>> farLines(const QByteArray& section)
+    {
+        std::vector<std::pair<int, int>> result;
+        const QList<QByteArray> lines = section.split('\n');
+        for (qsizetype line = 0; line < lines.size() && lines.at(line) != "-1";) {
+            const QList<QByteArray> head = lines.at(line).split(' ');
+            line += 2 + (head.at(3).toInt() + 4) / 5;
+            for (int i = 0; i < head.at(2).toInt(); ++i, ++line) {
+                const QList<QByteArray> fields = lines.at(line).trimmed().split(' ');
+                const auto far =
+                    std::find_if(fields.begin(), fields.end(),
+                                 [](const QByteArray& field) { return field.startsWith('-'); });
+                if (far != fields.end()) {
+                    result.emplace_back(fields.first().toInt(), -far->toInt());
+                }
+            }
+        }
+        return result;
     }
 
     static int within(PreparedCase& each, const char* region)
