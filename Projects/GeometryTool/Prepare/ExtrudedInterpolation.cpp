@@ -28,6 +28,12 @@ namespace
 /// partner face.
 constexpr double allowedMiss = 0.5;
 
+/// The weights of a quadrilateral may be a quarter each: from there on none may be left.
+constexpr double safeTolerance = 0.25;
+
+const QString smallerTolerance =
+    QStringLiteral("; an --extrusion-tolerance below 0.25 does not drop all weights");
+
 } // namespace
 
 ExtrudedInterpolation::ExtrudedInterpolation(Database& database, Progress& progress)
@@ -89,7 +95,7 @@ QString ExtrudedInterpolation::run(Solver& solver)
     }
     requireSearchable();
     solver.interpolateExtrudedFaces();
-    requireTies();
+    requireTies(solver.extrusionTolerance());
     return QStringLiteral("%1, %2 tied")
         .arg(counted(faceCount, QStringLiteral("extruded face")),
              counted(verticesOnPairs().size(), QStringLiteral("vertex")));
@@ -107,15 +113,16 @@ void ExtrudedInterpolation::requireSearchable() const
     }
 }
 
-void ExtrudedInterpolation::requireTies() const
+void ExtrudedInterpolation::requireTies(double tolerance) const
 {
     const VertexTies ties = VertexTies::extruded();
     qint64 beside = 0;
     for (MeshEntity* vertex : verticesOnPairs()) {
         const QString fault = ties.fault(mesh(), *vertex);
         if (!fault.isEmpty()) {
-            refuse(QStringLiteral("%1 at %2 on an extruded face %3")
-                       .arg(nameOf(*vertex), placeText(vertex->centroid()), fault));
+            refuse(QStringLiteral("%1 at %2 on an extruded face %3%4")
+                       .arg(nameOf(*vertex), placeText(vertex->centroid()), fault,
+                            tolerance < safeTolerance ? QString() : smallerTolerance));
         }
         const MeshEntity& partner = ties.entityOf(mesh(), *vertex);
         const double miss = (ties.placeOf(mesh(), *vertex) - vertex->centroid()).length();

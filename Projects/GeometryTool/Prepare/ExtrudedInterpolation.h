@@ -22,7 +22,7 @@ private:
     Geo::ModelEntity* partnerOf(const Geo::ModelEntity& face) const;
     QList<Geo::MeshEntity*> verticesOnPairs() const;
     void requireSearchable() const;
-    void requireTies() const;
+    void requireTies(double tolerance) const;
 
     Progress& progress_;
 };

@@ -137,6 +137,12 @@ Preparation::Preparation(Database& database, Progress& progress)
 
 Preparation::~Preparation() = default;
 
+void Preparation::setExtrusionTolerance(double tolerance)
+{
+    constexpr double leastTolerance = 1e-12;
+    extrusionTolerance_ = std::max(tolerance, leastTolerance);
+}
+
 QStringList Preparation::run(const QStringList& names)
 {
     releaseTies(names);

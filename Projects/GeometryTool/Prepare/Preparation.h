@@ -40,7 +40,10 @@ public:
     Preparation& operator=(const Preparation&) = delete;
 
     /// \brief Tolerance of the weights on extruded faces, see Solver::setExtrusionTolerance().
-    void setExtrusionTolerance(double tolerance) { extrusionTolerance_ = tolerance; }
+    ///
+    /// Less than 1e-12 counts as that: without any tolerance the library has no weights for a vertex
+    /// that lies exactly on a side of the partner's mesh faces.
+    void setExtrusionTolerance(double tolerance);
 
     /// \brief Runs the operations of these names, in its own order, and returns a line for each.
     ///

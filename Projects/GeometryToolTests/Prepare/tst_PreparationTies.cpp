@@ -4,6 +4,7 @@
 
 #include <QTest>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 
@@ -72,6 +73,21 @@ struct Channel
     ModelFace* low = nullptr;
     ModelFace* high = nullptr;
 };
+
+/// How tying the extruded faces with a tolerance is refused; empty if it is not.
+QString refusalWith(GridMesh& grid, double tolerance)
+{
+    Ovra::GeoTool::Progress progress;
+    progress.setQuiet(true);
+    Ovra::GeoTool::Preparation preparation(*grid.database(), progress);
+    preparation.setExtrusionTolerance(tolerance);
+    try {
+        preparation.run(extruded);
+    } catch (const Ovra::GeoTool::ToolError& error) {
+        return error.text();
+    }
+    return QString();
+}
 
 void turnRound(const QList<MeshEntity*>& meshFaces)
 {
@@ -410,6 +426,45 @@ private slots:
             grid.vertexAt(1, 1, 0)->attributes().value(AttributeType::ExtrudedWeights, {}).toList();
         QCOMPARE(weights.size(), 4);
         QTEST(4 - static_cast<int>(weights.count(QVariant(0.0))), "kept");
+    }
+
+    void aVertexOnASideIsTiedWithoutTolerance_data()
+    {
+        QTest::addColumn<double>("tolerance");
+        QTest::newRow("none") << 0.0;
+        QTest::newRow("less than a number holds") << 5e-324;
+        QTest::newRow("the least") << 1e-12;
+    }
+
+    void aVertexOnASideIsTiedWithoutTolerance()
+    {
+        QFETCH(double, tolerance);
+        GridMesh grid(plan({"12"}, {{1, "fluid"}, {2, "fluid"}}));
+        ModelEntity* const second = partAt(grid);
+        setAttribute(grid.face(1, 2), AttributeType::ExtrudedFace, second->id());
+        for (MeshEntity* vertex : MeshChecks::verticesOn(second)) {
+            const Vector fromMiddle = vertex->centroid() - Vector(1, 0.5, 0.5);
+            static_cast<MeshVertex*>(vertex)->setPoint(Vector(1, 0.5, 0.5) + 2 * fromMiddle);
+        }
+        grid.vertexAt(1, 1, 0)->setPoint(Vector(1, 0.75, -0.5));
+        QCOMPARE(refusalWith(grid, tolerance), QString());
+        QVariantList weights =
+            grid.vertexAt(1, 1, 0)->attributes().value(AttributeType::ExtrudedWeights, {}).toList();
+        std::sort(weights.begin(), weights.end(),
+                  [](const QVariant& a, const QVariant& b) { return a.toDouble() < b.toDouble(); });
+        QCOMPARE(weights, (QVariantList{0.0, 0.0, 0.375, 0.625}));
+    }
+
+    // A vertex in the middle of a square has four weights of a quarter.
+    void aToleranceThatDropsAllWeightsIsRefused()
+    {
+        GridMesh grid(plan({"12"}, {{1, "fluid"}, {2, "fluid"}}));
+        setAttribute(grid.face(1, 2), AttributeType::ExtrudedFace, partAt(grid)->id());
+        grid.vertexAt(1, 1, 0)->setPoint(Vector(1, 0.5, 0.5));
+        const QString refusal = refusalWith(grid, 1.0);
+        QVERIFY2(refusal.endsWith(" on an extruded face has a weight that is no number; an "
+                                  "--extrusion-tolerance below 0.25 does not drop all weights"),
+                 qPrintable(refusal));
     }
 
     void partnersThatAreTooFarOutAreRefused()
