@@ -8,6 +8,7 @@
 #include "MeshEntity.h"
 #include "Model.h"
 #include "ModelEntity.h"
+#include "Preparation.h"
 #include "Solver.h"
 #include "WedgeAttributes.h"
 
@@ -58,6 +59,13 @@ void turnInsideOut(MeshEntity* tetrahedron)
     tetrahedron->addAdjacency(third);
 }
 
+QString otherOperations()
+{
+    QStringList names = Preparation::operationNames();
+    names.removeAll(QStringLiteral("decompose-wedges"));
+    return QStringLiteral("--") + names.join(QStringLiteral(" --"));
+}
+
 bool isDoubled(const ModelEntity& face)
 {
     const auto links = {AttributeType::SolidFace, AttributeType::FluidFace,
@@ -106,10 +114,13 @@ void WedgeDecomposition::requireConformity(const MeshEntity& element) const
         const auto wedge = std::find_if(sharers.begin(), sharers.end(), isWedge);
         if (wedge != sharers.end()) {
             refuse(
-                QStringLiteral("%1, a wedge, shares a quadrilateral with %2, a %3, which is "
-                               "not cut; the mesh would no longer conform")
+                QStringLiteral(
+                    "%1, a wedge, shares a quadrilateral with %2, a %3, which is "
+                    "not cut; the mesh would no longer conform. To keep the wedges, name "
+                    "the operations instead of --all or --decompose-wedges: %4")
                     .arg(nameOf(**wedge), nameOf(element),
-                         QLatin1String(ElementTopology::find(3, element.adjacencyCount(0))->name)));
+                         QLatin1String(ElementTopology::find(3, element.adjacencyCount(0))->name),
+                         otherOperations()));
         }
     }
 }

@@ -17,6 +17,11 @@ namespace
 
 constexpr auto Wedge = GridSpec::Shape::Wedge;
 
+const QString goingRound = QStringLiteral(
+    "To keep the wedges, name the operations instead of --all or --decompose-wedges: "
+    "--replicate-moving --split-fluid-solid --peripheral --remove-unreferenced --renumber "
+    "--periodic --extruded");
+
 using Change = std::function<void(GridMesh&)>;
 
 Change attribute(int regionId, const AttributeType& type, const QVariant& value)
@@ -109,7 +114,8 @@ private slots:
         test.mesh().setUpwardAdjacencies();
         QCOMPARE(prepare(test.database, {"decompose-wedges"}).refusal,
                  "mesh region 2, a wedge, shares a quadrilateral with mesh region 1, a "
-                 "hexahedron, which is not cut; the mesh would no longer conform");
+                 "hexahedron, which is not cut; the mesh would no longer conform. " +
+                     goingRound);
         QCOMPARE(test.mesh().count(3), 2);
     }
 
@@ -133,7 +139,8 @@ private slots:
         test.mesh().setUpwardAdjacencies();
         QCOMPARE(prepare(test.database, {"decompose-wedges"}).refusal,
                  "mesh region 1, a wedge, shares a quadrilateral with mesh region 2, a pyramid, "
-                 "which is not cut; the mesh would no longer conform");
+                 "which is not cut; the mesh would no longer conform. " +
+                     goingRound);
         QCOMPARE(test.mesh().count(3), 2);
     }
 
