@@ -30,8 +30,8 @@ bool namesFile(const QString& path)
 bool isDevice(const QString& path)
 {
     const QString directory = QFileInfo(path).absolutePath();
-    return OutputFiles::isDeviceOrPipe(path) || directory == QLatin1String("/dev") ||
-           directory == QLatin1String("/dev/fd");
+    return OutputFiles::isStandardOutput(path) || OutputFiles::isDeviceOrPipe(path) ||
+           directory == QLatin1String("/dev") || directory == QLatin1String("/dev/fd");
 }
 
 void requireCaseName(const CaseFiles& output)

@@ -125,6 +125,7 @@ struct OutputFiles::Entry
     bool inPlace = false;
 
     void open(const TemporaryName& names);
+    void openDirectly();
     void openPart(const TemporaryName& names);
     void bringToDisk();
     void giveName();
@@ -144,12 +145,20 @@ void OutputFiles::Entry::require(const std::error_code& error) const
 
 void OutputFiles::Entry::open(const TemporaryName& names)
 {
-    if (!isDeviceOrPipe(path)) {
+    if (isStandardOutput(path) || isDeviceOrPipe(path)) {
+        openDirectly();
+    } else {
         openPart(names);
-        return;
     }
+}
+
+void OutputFiles::Entry::openDirectly()
+{
+    const bool standard = isStandardOutput(path);
+    path = standard ? QStringLiteral("standard output") : path;
     file.setFileName(path);
-    if (!file.open(QIODevice::WriteOnly)) {
+    if (!(standard ? file.open(STDOUT_FILENO, QIODevice::WriteOnly)
+                   : file.open(QIODevice::WriteOnly))) {
         throw outputError(path, file.errorString());
     }
 }
@@ -255,6 +264,11 @@ QFile& OutputFiles::add(const QString& path)
     entry->open(names_);
     entries_.push_back(std::move(entry));
     return entries_.back()->file;
+}
+
+bool OutputFiles::isStandardOutput(const QString& path)
+{
+    return path == QLatin1String("-");
 }
 
 bool OutputFiles::isDeviceOrPipe(const QString& path)

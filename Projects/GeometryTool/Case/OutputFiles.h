@@ -18,8 +18,8 @@ namespace Ovra::GeoTool
 /// under a temporary one. commit() brings all of them to disk, then renames them in the order in
 /// which they were added; if a rename fails, those done before are taken back. Without commit() the
 /// destructor removes the temporary files and leaves the targets as they were. What a killed process
-/// has left beside a target goes with the next commit() to that target. A target that is a device or
-/// a pipe is written directly.
+/// has left beside a target goes with the next commit() to that target. A target that is a device, a
+/// pipe or standard output is written directly.
 class OutputFiles
 {
 public:
@@ -33,6 +33,9 @@ public:
     /// Throws ToolError OutputFailed if it cannot be created, in a directory that is missing for
     /// instance.
     QFile& add(const QString& path);
+
+    /// \brief True for "-", which add() takes for standard output; "./-" is a file of that name.
+    static bool isStandardOutput(const QString& path);
 
     /// \brief True for an existing file that is neither a regular one nor a directory.
     static bool isDeviceOrPipe(const QString& path);

@@ -57,7 +57,9 @@ void run(const Options& options, Progress& progress)
     const SolverInput input = configured(options); // wrong arguments are told before a long load
     CaseFiles source(QString::fromStdString(options.name));
     const QString output = QString::fromStdString(options.output);
-    OutputCheck::requireFile(output, source.paths());
+    if (!OutputFiles::isStandardOutput(output)) {
+        OutputCheck::requireFile(output, source.paths());
+    }
     CaseDatabase database;
     source.load(database, progress);
     OutputFiles files;
@@ -71,7 +73,7 @@ void addOptions(CLI::App& command, Options& options)
 {
     const std::string names = SolverInput::sectionNames().join(QStringLiteral(", ")).toStdString();
     command.add_option("NAME", options.name, "The case, with or without a suffix")->required();
-    command.add_option("-o,--output", options.output, "The file to write")
+    command.add_option("-o,--output", options.output, "The file to write; - for standard output")
         ->type_name("FILE")
         ->required();
     command.add_option("--scale", options.scale, "Multiplies all coordinates; 1 if not given")

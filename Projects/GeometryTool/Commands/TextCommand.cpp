@@ -45,10 +45,21 @@ void dump(Container& container, const QString& path, OutputFiles& files, Progres
     stream.flush();
 }
 
-void run(const Options& options, Progress& progress)
+void writeToStandardOutput(CaseFiles& source, Progress& progress)
 {
-    CaseFiles source(QString::fromStdString(options.name));
-    const QString directory = QString::fromStdString(options.directory);
+    CaseDatabase database;
+    source.load(database, progress);
+    progress.phase(QStringLiteral("writing to standard output"));
+    OutputFiles files;
+    QTextStream stream(&files.add(QStringLiteral("-")));
+    database.model()->write(stream);
+    database.mesh()->write(stream);
+    stream.flush();
+    files.commit();
+}
+
+void writeFiles(CaseFiles& source, const QString& directory, Progress& progress)
+{
     const auto pathOf = [&directory](const QString& file) {
         return QStringLiteral("%1/%2.txt").arg(directory, QFileInfo(file).fileName());
     };
@@ -62,6 +73,17 @@ void run(const Options& options, Progress& progress)
     dump(*database.model(), modelText, files, progress);
     dump(*database.mesh(), meshText, files, progress);
     files.commit();
+}
+
+void run(const Options& options, Progress& progress)
+{
+    CaseFiles source(QString::fromStdString(options.name));
+    const QString directory = QString::fromStdString(options.directory);
+    if (OutputFiles::isStandardOutput(directory)) {
+        writeToStandardOutput(source, progress);
+    } else {
+        writeFiles(source, directory, progress);
+    }
     progress.finish();
 }
 
@@ -74,7 +96,8 @@ void addTextCommand(CLI::App& app, Progress& progress)
     command->add_option("NAME", options->name, "The case, with or without a suffix")->required();
     command
         ->add_option("-o,--output", options->directory,
-                     "Directory for NAME.geo_model.txt and NAME.geo_mesh.txt; made if missing")
+                     "Directory for NAME.geo_model.txt and NAME.geo_mesh.txt, made if missing; "
+                     "- for both on standard output, the model first")
         ->type_name("DIR")
         ->required();
     command->footer("Example:\n  ovrageo text wing -o dumps");

@@ -77,6 +77,7 @@ int main(int argc, char** argv)
 {
     QHashSeed::setDeterministicGlobalSeed(); // the same case gives the same bytes in every run
     std::signal(SIGXFSZ, SIG_IGN);           // a file too large shall be an error of write()
+    std::signal(SIGPIPE, SIG_IGN);           // and so shall a pipe that nobody reads
     Progress progress;
     routeQtMessages(progress);
     CLI::App app("Imports, examines, converts and prepares cases of the geometry database");

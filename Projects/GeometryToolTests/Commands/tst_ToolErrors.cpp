@@ -69,7 +69,7 @@ private slots:
                 QTest::addRow("%s to '%s'", command, output)
                     << words + QStringList{output} + rest << "names no";
             }
-            for (const char* output : {"/dev/stdout", "/dev/null", "/dev/fd/1", "/dev/new"}) {
+            for (const char* output : {"/dev/stdout", "/dev/null", "/dev/fd/1", "/dev/new", "-"}) {
                 QTest::addRow("%s to %s", command, output)
                     << words + QStringList{output} + rest << "a case is two files";
             }

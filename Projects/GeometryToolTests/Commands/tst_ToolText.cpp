@@ -138,6 +138,28 @@ private slots:
         QCOMPARE(contentOf(path("again/tiny.geo_model.txt")), modelText);
     }
 
+    // The model first, as a case is read.
+    void dumpsBothToStandardOutput()
+    {
+        const QStringList before = filesIn(QDir::currentPath());
+        for (const QStringList& quiet : {QStringList(), QStringList("-q")}) {
+            const ToolRun run = runTool(QStringList{"text", path("tiny"), "-o", "-"} + quiet);
+            QCOMPARE(run.errors, QByteArray());
+            QCOMPARE(run.exitCode, 0);
+            QCOMPARE(run.output, modelText + withBlanks(meshText));
+        }
+        QCOMPARE(filesIn(QDir::currentPath()), before);
+    }
+
+    void saysThatNobodyReads()
+    {
+        const ToolRun run =
+            runTool({"text", path("tiny"), "-o", "-"}, QString(), closeReaderOfOutput);
+        QCOMPARE(run.errors,
+                 QByteArray("ovrageo: error: cannot write standard output: Broken pipe\n"));
+        QCOMPARE(run.exitCode, 5);
+    }
+
 private:
     QString path(const QString& name) const { return directory_.filePath(name); }
 

@@ -108,6 +108,42 @@ private slots:
         QCOMPARE(written({}), joined);
     }
 
+    void writesToStandardOutput()
+    {
+        const QStringList before = filesIn(QDir::currentPath());
+        const ToolRun run = runTool({"solver-input", path("tiny"), "-o", "-"});
+        QCOMPARE(run.errors, QByteArray());
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(run.output, written({}));
+        QCOMPARE(filesIn(QDir::currentPath()), before);
+    }
+
+    void writesAFileWithTheNameOfStandardOutput()
+    {
+        const QString file = path("-");
+        QCOMPARE(runTool({"solver-input", path("tiny"), "-o", file}).exitCode, 0);
+        QCOMPARE(contentOf(file), written({}));
+        QVERIFY(QFile::remove(file));
+    }
+
+    void saysThatNobodyReads_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::newRow("solver-input") << QStringList{"solver-input", path("tiny"), "-o", "-"};
+        QTest::newRow("device") << QStringList{"solver-input", path("tiny"), "-o", "/dev/stdout",
+                                               "-q"};
+        QTest::newRow("info") << QStringList{"info", path("tiny")};
+    }
+
+    void saysThatNobodyReads()
+    {
+        QFETCH(QStringList, arguments);
+        const ToolRun run = runTool(arguments, QString(), closeReaderOfOutput);
+        QVERIFY2(isOneErrorLine(run.errors) && run.errors.endsWith(": Broken pipe\n"),
+                 run.errors.constData());
+        QCOMPARE(run.exitCode, 5);
+    }
+
     void theOrderOfTheArgumentDoesNotCount()
     {
         QCOMPARE(written({"--sections", "rotating,elements"}),
