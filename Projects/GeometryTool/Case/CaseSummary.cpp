@@ -6,6 +6,7 @@
 #include "Model.h"
 #include "ModelEntity.h"
 #include "Progress.h"
+#include "Twins.h"
 
 #include <QSet>
 
@@ -83,6 +84,7 @@ CaseSummary::CaseSummary(const CaseFiles& files, const Database& database, Progr
     countMesh(database, progress);
     countMaterials(database);
     listNames(database);
+    listTwins(*database.model());
     progress.phase(QStringLiteral("judging the elements"));
     for (int dimension = 1; dimension < 4; ++dimension) {
         if (database.mesh()->count(dimension) > 0) {
@@ -176,6 +178,14 @@ void CaseSummary::listNames(const Database& database)
         for (auto each = ids.begin(); each != ids.end(); ++each) {
             names.push_back({dimension, each.key(), each.value()});
         }
+    }
+}
+
+void CaseSummary::listTwins(const Model& ofCase)
+{
+    for (const Twin& twin : twinsOf(ofCase)) {
+        twins.push_back({twin.relation, twin.copy->dimension(), twin.original->id(),
+                         twin.original->name(), twin.copy->id(), twin.copy->name()});
     }
 }
 

@@ -52,6 +52,17 @@ struct AttributeSummary
     std::array<int, 4> meshEntities = {};
 };
 
+/// \brief A pair of twins as twinsOf() finds them, by number and name.
+struct TwinSummary
+{
+    QString relation;
+    int dimension = 0;
+    int originalId = 0;
+    QString originalName;
+    int copyId = 0;
+    QString copyName;
+};
+
 /// \brief What a colleague would ask of a case, gathered once; InfoCommand prints it in two forms.
 struct CaseSummary
 {
@@ -75,6 +86,7 @@ struct CaseSummary
     std::vector<MaterialSummary> materials;      ///< by type, then id
     std::vector<NameSummary> names; ///< of regions and faces (faces and edges in a planar case), by
                                     ///< name; an entity stands under its name and under its tag
+    std::vector<TwinSummary> twins;
     QMap<QString, AttributeSummary> attributes; ///< by tag; tags that nobody knows as "(unknown)"
     std::vector<std::pair<int, MeshQuality>>
         quality; ///< of each dimension from 1 that has elements
@@ -85,6 +97,7 @@ private:
     void countMeshEntity(Geo::MeshEntity& entity);
     void countMaterials(const Geo::Database& database);
     void listNames(const Geo::Database& database);
+    void listTwins(const Geo::Model& ofCase);
 };
 
 /// \brief The name of a mesh format from its number: "2013", "2014" or "2014a".

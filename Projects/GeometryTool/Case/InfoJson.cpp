@@ -87,6 +87,20 @@ QJsonArray materialsJson(const CaseSummary& summary)
     return array;
 }
 
+QJsonArray twinsJson(const CaseSummary& summary)
+{
+    QJsonArray array;
+    for (const TwinSummary& twin : summary.twins) {
+        array.append(QJsonObject{{"relation", twin.relation},
+                                 {"dimension", twin.dimension},
+                                 {"id", twin.copyId},
+                                 {"name", twin.copyName},
+                                 {"originalId", twin.originalId},
+                                 {"originalName", twin.originalName}});
+    }
+    return array;
+}
+
 QJsonArray countsJson(const std::array<int, 4>& counts)
 {
     QJsonArray array;
@@ -172,6 +186,7 @@ QByteArray infoJson(const CaseSummary& summary)
         {"dimensions", dimensionsJson(summary)},
         {"materials", materialsJson(summary)},
         {"names", namesJson(summary)},
+        {"twins", twinsJson(summary)},
         {"attributes", attributesJson(summary)},
         {"quality", qualityJson(summary)}};
     return QJsonDocument(object).toJson(QJsonDocument::Indented);

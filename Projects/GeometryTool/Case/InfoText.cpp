@@ -16,6 +16,7 @@ namespace
 constexpr int labelWidth = 18;
 
 const std::array<const char*, 4> dimensionNames = {"vertices", "edges", "faces", "regions"};
+const std::array<const char*, 4> singularNames = {"vertex", "edge", "face", "region"};
 const std::array<const char*, 4> measureNames = {"", "Length", "Area", "Volume"};
 
 QString dimensionName(std::size_t dimension)
@@ -127,7 +128,6 @@ QString materialsText(const CaseSummary& summary)
 
 QString nameText(const NameSummary& name)
 {
-    static const std::array<const char*, 4> singular = {"vertex", "edge", "face", "region"};
     const auto dimension = static_cast<std::size_t>(name.dimension);
     QStringList ids;
     for (std::size_t i = 0; i < std::min(name.ids.size(), shownIdCount); ++i) {
@@ -138,7 +138,8 @@ QString nameText(const NameSummary& name)
     }
     return QStringLiteral("  %1: %2 %3\n")
         .arg(name.name,
-             QLatin1String(name.ids.size() == 1 ? singular[dimension] : dimensionNames[dimension]),
+             QLatin1String(name.ids.size() == 1 ? singularNames[dimension]
+                                                : dimensionNames[dimension]),
              ids.join(QStringLiteral(", ")));
 }
 
@@ -147,6 +148,31 @@ QString namesText(const CaseSummary& summary)
     QString text = summary.names.empty() ? QString() : heading(QStringLiteral("Names"));
     for (const NameSummary& name : summary.names) {
         text += nameText(name);
+    }
+    return text;
+}
+
+QString twinText(const TwinSummary& twin)
+{
+    const auto entityText = [&twin](int id, const QString& name) {
+        const QString entity =
+            QStringLiteral("%1 %2")
+                .arg(QLatin1String(singularNames[static_cast<std::size_t>(twin.dimension)]))
+                .arg(id);
+        return name.isEmpty() ? entity : entity + QStringLiteral(" \"%1\"").arg(name);
+    };
+    return line(QStringLiteral("  ") + twin.relation,
+                QStringLiteral("%1 of %2")
+                    .arg(entityText(twin.copyId, twin.copyName),
+                         entityText(twin.originalId, twin.originalName)));
+}
+
+/// Only a case that has been prepared, or has a shell, has any.
+QString twinsText(const CaseSummary& summary)
+{
+    QString text = summary.twins.empty() ? QString() : heading("Twins");
+    for (const TwinSummary& twin : summary.twins) {
+        text += twinText(twin);
     }
     return text;
 }
@@ -228,7 +254,8 @@ QString qualityText(int dimension, const MeshQuality& quality)
 QByteArray infoText(const CaseSummary& summary)
 {
     QString text = headText(summary) + countsText(summary) + kindsText(summary) +
-                   materialsText(summary) + namesText(summary) + attributesText(summary);
+                   materialsText(summary) + namesText(summary) + twinsText(summary) +
+                   attributesText(summary);
     for (const auto& [dimension, quality] : summary.quality) {
         text += qualityText(dimension, quality);
     }

@@ -1,5 +1,6 @@
 #include "FaceDoubling.h"
 
+#include "CopyDescription.h"
 #include "Counted.h"
 #include "DoublingAftercare.h"
 #include "EntityNames.h"
@@ -9,15 +10,19 @@
 #include "MeshEntity.h"
 #include "Model.h"
 #include "ModelEntity.h"
+#include "Utility.h"
 #include "VertexCopies.h"
+
+#include <QMap>
 
 namespace Ovra::GeoTool
 {
 
 using namespace Ovra::Geo;
 
-QString FaceDoubling::doubleFaces(const AttributeType& link, const std::function<void()>& operation,
-                                  const QString& which, const QString& fault)
+QString FaceDoubling::doubleFaces(const AttributeType& link, const QString& side,
+                                  const std::function<void()>& operation, const QString& which,
+                                  const QString& fault)
 {
     const QList<ModelEntity*> before = facesWith(link);
     const int vertexCount = mesh().count(0);
@@ -33,6 +38,7 @@ QString FaceDoubling::doubleFaces(const AttributeType& link, const std::function
     VertexCopies copies;
     QList<ModelEntity*> added = facesWith(link);
     added.removeIf([&before](ModelEntity* face) { return before.contains(face); });
+    describe(added, link, side);
     for (ModelEntity* face : added) {
         const int oldId = intOf(face->attributes(), link);
         copies.add(*model().entity(faceDimension(), oldId), *face);
@@ -77,6 +83,21 @@ void FaceDoubling::requireApart(const Sides& sides, const QString& rule) const
 }
 
 void FaceDoubling::settle(ModelEntity&) const {}
+
+void FaceDoubling::describe(const QList<ModelEntity*>& added, const AttributeType& link,
+                            const QString& side) const
+{
+    QMap<int, ModelEntity*> byOriginal;
+    for (ModelEntity* face : added) {
+        byOriginal.insert(intOf(face->attributes(), link), face);
+    }
+    CopyDescription description(model(), faceDimension());
+    for (auto each = byOriginal.begin(); each != byOriginal.end(); ++each) {
+        ModelEntity& original = *model().entity(faceDimension(), each.key());
+        description.describe(original, **each, side);
+        Utility::copyAttribute(&original, *each, AttributeType::IsShell);
+    }
+}
 
 QList<ModelEntity*> FaceDoubling::facesWith(const AttributeType& link) const
 {

@@ -20,10 +20,12 @@ protected:
     ///        and takes along what it leaves behind.
     ///
     /// Throws ToolError Unsuitable if mesh faces have come apart from their elements.
+    /// \param side which side the new faces are: the suffix of their names
     /// \param which which faces they are, for the report
     /// \param fault what must be the reason when they have
-    QString doubleFaces(const Geo::AttributeType& link, const std::function<void()>& operation,
-                        const QString& which, const QString& fault);
+    QString doubleFaces(const Geo::AttributeType& link, const QString& side,
+                        const std::function<void()>& operation, const QString& which,
+                        const QString& fault);
 
     /// \brief Regions by the side that they are on; those that are missing are on none.
     using Sides = QHash<const Geo::ModelEntity*, int>;
@@ -37,6 +39,11 @@ protected:
 private:
     /// \brief What \p face, which is new, needs besides.
     virtual void settle(Geo::ModelEntity& face) const;
+
+    /// \brief What the library leaves undone on \p added, by the ids of the originals, which they
+    ///        name in \p link: names and measures, and whether they look across shells.
+    void describe(const QList<Geo::ModelEntity*>& added, const Geo::AttributeType& link,
+                  const QString& side) const;
 
     QList<Geo::ModelEntity*> facesWith(const Geo::AttributeType& link) const;
 };

@@ -86,7 +86,8 @@ QString FluidSolidSplit::run(Solver& solver)
 {
     require();
     const QString done = doubleFaces(
-        AttributeType::FluidFace, [&solver] { solver.splitFluidSolidFaces(); },
+        AttributeType::FluidFace, QStringLiteral("solid"),
+        [&solver] { solver.splitFluidSolidFaces(); },
         QStringLiteral("between fluid and something else"),
         QStringLiteral("a region that is neither fluid nor \"solid\" touches fluid and solid"));
     Sides sides;

@@ -1,5 +1,6 @@
 #include "MovingReplication.h"
 
+#include "CopyDescription.h"
 #include "Counted.h"
 #include "EntityNames.h"
 #include "IntAttribute.h"
@@ -80,8 +81,8 @@ void MovingReplication::requireStillFluid(ModelEntity& region) const
 QString MovingReplication::run(Solver& solver)
 {
     requireAtStart();
-    const qsizetype regionCount = movingRegions().size();
-    if (regionCount == 0) {
+    const QList<ModelEntity*> regions = movingRegions();
+    if (regions.isEmpty()) {
         return QString();
     }
     const int elements = mesh().count(regionDimension());
@@ -89,11 +90,29 @@ QString MovingReplication::run(Solver& solver)
     const int vertices = mesh().count(0);
     solver.replicateMovingRegions();
     refreshUpwardLists();
+    describeReplicas(regions);
     return QStringLiteral("%1 replicated, with %2, %3 and %4")
-        .arg(counted(regionCount, QStringLiteral("moving region")),
+        .arg(counted(regions.size(), QStringLiteral("moving region")),
              counted(mesh().count(regionDimension()) - elements, QStringLiteral("new element")),
              counted(mesh().count(faceDimension()) - meshFaces, QStringLiteral("new mesh face")),
              counted(mesh().count(0) - vertices, QStringLiteral("new vertex")));
+}
+
+/// Nothing links the faces of a replica to those of its original but their position.
+void MovingReplication::describeReplicas(const QList<ModelEntity*>& originals) const
+{
+    const QString suffix = QStringLiteral("replica");
+    CopyDescription ofRegions(model(), regionDimension());
+    CopyDescription ofFaces(model(), faceDimension());
+    for (const ModelEntity* original : originals) {
+        ModelEntity* const replica = model().entity(
+            regionDimension(), intOf(original->attributes(), AttributeType::NewMotionRegion));
+        ofRegions.describe(*original, *replica, suffix);
+        for (int i = 0; i < original->adjacencyCount(faceDimension()); ++i) {
+            ofFaces.describe(*original->adjacencyAt(faceDimension(), i),
+                             *replica->adjacencyAt(faceDimension(), i), suffix);
+        }
+    }
 }
 
 } // namespace Ovra::GeoTool

@@ -18,6 +18,7 @@ private:
     QList<Geo::ModelEntity*> movingRegions() const;
     void requireUnsplit(const Geo::ModelEntity& region) const;
     void requireStillFluid(Geo::ModelEntity& region) const;
+    void describeReplicas(const QList<Geo::ModelEntity*>& originals) const;
 };
 
 } // namespace Ovra::GeoTool

@@ -147,8 +147,8 @@ QString PeripheralDoubling::run(Solver& solver)
         require(*device);
     }
     const QString done = doubleFaces(
-        AttributeType::RotorFace, [&solver] { solver.addPeripheralFaces(); },
-        QStringLiteral("of rotating devices"),
+        AttributeType::RotorFace, QStringLiteral("stator"),
+        [&solver] { solver.addPeripheralFaces(); }, QStringLiteral("of rotating devices"),
         QStringLiteral("something other than fluid touches the rim of a rotating device"));
     requireApart(sides(), QStringLiteral("a rotating device must touch fluid along whole faces"));
     return done;

@@ -182,6 +182,35 @@ private slots:
         QVERIFY(runTool({"info", path("empty")}).output.contains("Mesh box          none\n"));
     }
 
+    void tellsWhichFaceIsWhoseTwin()
+    {
+        TinyCase tiny;
+        addTwins(tiny);
+        const auto twin = [](const char* relation, int dimension, int id, const char* name,
+                             int originalId, const char* originalName) {
+            return QJsonObject{
+                {"relation", relation}, {"dimension", dimension},   {"id", id},
+                {"name", name},         {"originalId", originalId}, {"originalName", originalName}};
+        };
+        const QJsonArray expected = {twin("solid side", 2, 4, "inlet:solid", 3, "inlet"),
+                                     twin("stator side", 2, 4, "inlet:solid", 3, "inlet"),
+                                     twin("replica", 3, 3, "", 2, "box"),
+                                     twin("replica", 2, 4, "inlet:solid", 3, "inlet"),
+                                     twin("shell twin", 2, 3, "inlet", 4, "inlet:solid")};
+        QCOMPARE(infoOf(tiny)["twins"].toArray(), expected);
+        QVERIFY(runTool({"info", path("case")})
+                    .output.contains("\nTwins\n"
+                                     "  solid side      face 4 \"inlet:solid\" of face 3 "
+                                     "\"inlet\"\n"
+                                     "  stator side     face 4 \"inlet:solid\" of face 3 "
+                                     "\"inlet\"\n"
+                                     "  replica         region 3 of region 2 \"box\"\n"
+                                     "  replica         face 4 \"inlet:solid\" of face 3 "
+                                     "\"inlet\"\n"
+                                     "  shell twin      face 3 \"inlet\" of face 4 "
+                                     "\"inlet:solid\"\n\nAttributes\n"));
+    }
+
     void theTextSaysTheSame()
     {
         TinyCase tiny;
@@ -247,6 +276,30 @@ Quality of mesh regions
 
 private:
     QString path(const QString& name) const { return directory_->filePath(name); }
+
+    /// The face 4 and the region 3 are twins of the only others in every way that there is.
+    static void addTwins(TinyCase& tiny)
+    {
+        auto* const face = new ModelFace;
+        face->setName(QStringLiteral("inlet:solid"));
+        auto* const replica = new ModelRegion;
+        tiny.model()->add(face);
+        tiny.model()->add(replica);
+        replica->addAdjacency(face);
+        face->addAdjacency(replica);
+        const auto link = [](ModelEntity* from, const AttributeType& there, ModelEntity* to,
+                             const AttributeType& back) {
+            from->attributes().insert(there, to->id());
+            to->attributes().insert(back, from->id());
+        };
+        link(tiny.face, AttributeType::SolidFace, face, AttributeType::FluidFace);
+        link(tiny.face, AttributeType::StatorFace, face, AttributeType::RotorFace);
+        link(tiny.region, AttributeType::NewMotionRegion, replica,
+             AttributeType::OriginalMotionRegion);
+        face->attributes().insert(AttributeType::NewShellFace, tiny.face->id());
+        face->attributes().insert(AttributeType::SolidFace, 99);          // is not there
+        face->attributes().insert(AttributeType::StatorFace, face->id()); // is not answered
+    }
 
     QJsonObject infoOf(TinyCase& tiny)
     {

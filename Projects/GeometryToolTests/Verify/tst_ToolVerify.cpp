@@ -484,7 +484,8 @@ private slots:
                    }
                },
                {"error replica: model region 2 at (0.25, 0.25, 0.25) has 1 element, but its "
-                "original, model region 3, only 0",
+                "original, model region 3, only 0; model region 2 is the replica of model region "
+                "3",
                 "error replica: mesh vertex 4 at (0, 0, 1) stands on the replica model region 2 "
                 "without an original_motion_vertex"});
         const QStringList lone = {
@@ -504,6 +505,25 @@ private slots:
     }
 
     void findsMotion() { checkRow(); }
+
+    void saysWhoseTwinAFaceIs()
+    {
+        ClosedCase closed;
+        closed.face->attributes().insert(T::SolidFace, 4);
+        closed.walls->attributes().insert(T::FluidFace, 3);
+        for (ModelEntity* face :
+             {static_cast<ModelEntity*>(closed.face), static_cast<ModelEntity*>(closed.walls)}) {
+            face->attributes().insert(T::NonExtrudedFace, 9);
+        }
+        const QStringList errors = errorsOf(verify(closed));
+        QCOMPARE(errors.size(), 2);
+        QVERIFY2(errors.at(0).endsWith(" names in non_extruded_face the model face 9, which does "
+                                       "not exist; its solid side is model face 4"),
+                 qPrintable(errors.at(0)));
+        QVERIFY2(errors.at(1).endsWith(" names in non_extruded_face the model face 9, which does "
+                                       "not exist; model face 4 is the solid side of model face 3"),
+                 qPrintable(errors.at(1)));
+    }
 
     void passesOverSuppressedRotors()
     {
