@@ -30,7 +30,7 @@ class Model;
 ///   is changed only where a section says so below.
 /// - Ids are those of the entities, without renumbering (Mesh::renumber() makes them dense); 0
 ///   means that there is no such entity. Local face numbers are those of
-///   Utility::getLocalFaceIndex().
+///   Utility::getLocalFaceIndex(); Utility has the node order of the elements as drawings.
 /// - A section with a count in front ends by that count, any other by a terminator line.
 /// - Records in hash order are a set to the solver: their order may differ from run to run.
 ///
@@ -138,7 +138,11 @@ public:
     /// `shell_vertex`) the line ends instead with the negative id of the one element that holds the
     /// partners of all the vertices, the ids of the partners, and a blank; unless there is no such
     /// single element. A mesh face without any element is written with the partners and that one
-    /// element, not negated, in its stead.
+    /// element, not negated, in its stead. Where the face ought not to look across, as on the narrow
+    /// sides of a sheet, set its `is_shell`: it would find its own element.
+    ///
+    /// The two sides of a split are linked by nothing that is written: they are surfaces with nodes
+    /// in the same places. A host that wants more says so in the names.
     /// \param stream where to write; its precision is 15 meanwhile. Connectivity lines do not
     ///               follow its locale and number flags
     /// \param scale  multiplies the centroids, not the normals
@@ -171,6 +175,10 @@ public:
     /// \name Periodic boundaries
     /// Made from the attributes that Solver::interpolatePeriodicFaces() leaves. Side A are the
     /// faces with `periodic_side_id` 1, side B all others that have a `periodic_pair_id`.
+    ///
+    /// Each side's nodes are tied to the other's, so that imposing both lists of stencils is
+    /// circular; a node on the axis of a rotation is tied to itself. Weights at a precision of 6 do
+    /// not quite sum to 1.
     /// @{
 
     /// \brief Writes the element faces of side A, then those of side B, each as a count and lines
@@ -213,7 +221,8 @@ public:
 
     /// @}
     /// \name Extrusion
-    /// Made from the attributes that Solver::interpolateExtrudedFaces() leaves.
+    /// Made from the attributes that Solver::interpolateExtrudedFaces() leaves. The nodes of both
+    /// faces of a pair stand in one list, each tied to the other face: imposing all is circular.
     /// @{
 
     /// \brief Writes the element faces on extruded faces and their partners: a count, then lines
@@ -250,6 +259,10 @@ public:
     /// \brief Writes the number of replica regions and, if there are any, the material of each, and
     ///        the counted maps of elements and of nodes, as lines "id in the old region, id in the
     ///        replica" in ascending order.
+    ///
+    /// The map of elements pairs the children of the two regions by their position in a walk, and
+    /// is no correspondence of places; that of nodes is one. A node of two moving regions has a
+    /// copy in each but one entry, that of the region walked last.
     void writeMovingRegionData(QTextStream& stream) const;
 
     /// \brief Writes the number of rotating regions and the total numbers of their rotor and stator

@@ -52,6 +52,10 @@ public:
     double extrusionTolerance() const;
 
     /// \brief Sets the tolerance of the interpolation weights of extruded faces.
+    ///
+    /// A vertex exactly on a side of a mesh face gets weights that are no numbers without any
+    /// tolerance; 1e-12 will do. From a quarter on all weights of a quadrilateral may be dropped,
+    /// from a third on those of a triangle, which leaves no numbers either.
     /// \param tolerance taken as it is, without a test
     void setExtrusionTolerance(double tolerance);
 
@@ -62,7 +66,8 @@ public:
     /// on the other side, and all of those towards an unmeshed device, get a twin of the same
     /// vertex order. Elements and mesh faces of meshed "solid" regions take copies of the vertices;
     /// those of any other region that is not fluid keep the old ones. Mesh edges are not touched.
-    /// The copies of vertices have no parent and no attributes.
+    /// The copies of vertices have no parent and no attributes. The new faces have neither name nor
+    /// geometry, and nothing but equal places tells which vertex is the copy of which.
     ///
     /// A face is split if it has exactly two regions, one of them fluid and one not, each of them
     /// meshed or an unmeshed device. Of a device's lists `hot_faces`, `cold_faces` and
@@ -81,7 +86,9 @@ public:
     /// material and motion. The old region loses its motion and takes the material of the adjacent
     /// "fluid" region. `new_motion_region` and `original_motion_region` link the regions,
     /// `new_motion_vertex` and `original_motion_vertex` the vertices; a vertex of two moving
-    /// regions has two copies and names the first one made. Mesh edges are not copied.
+    /// regions has two copies and names the first one made. Mesh edges are not copied. Nothing links
+    /// a face to its copy but the position in the lists of the two regions, or an element to its
+    /// own but its vertices; copies have neither name nor geometry.
     ///
     /// Logs "Replicate region %1" with the id of each region that is replicated.
     ///
