@@ -465,7 +465,7 @@ private slots:
         addRow(
             "bad-weights, of a vertex", [](ClosedCase& c) { tie(c, 2, 0, 1, QVariantList{}); },
             {"error bad-weights: mesh vertex 2 at (1, 0, 0) has the extruded_weights () for mesh "
-             "vertex 1; 1 are expected, none negative, with the sum 1"});
+             "vertex 1; 1 is expected, none negative, with the sum 1"});
     }
 
     void findsPairs() { checkRow(); }
