@@ -3,13 +3,36 @@
 #include "InputDamage.h"
 
 #include <QFile>
+#include <QList>
+
+#include <algorithm>
 
 namespace Ovra::GeoTool
 {
 
+namespace
+{
+
+/// \brief Gmsh runs a file that begins with anything else as a script, whatever its suffix.
+void requireMeshAtStart(QFile& file)
+{
+    static const QList<QByteArray> beginnings{"$MeshFormat", "$NOD", "$Comments"};
+    const QByteArray start = file.peek(20);
+    const bool isMesh =
+        std::any_of(beginnings.begin(), beginnings.end(),
+                    [&start](const QByteArray& beginning) { return start.startsWith(beginning); });
+    if (!isMesh) {
+        InputDamage::damaged(file.fileName(),
+                             QStringLiteral("not a Gmsh mesh file: it does not begin with "
+                                            "$MeshFormat, $Comments or $NOD"));
+    }
+}
+
+} // namespace
+
 void GmshMeshCheck::check(QFile& file)
 {
-    bool found = false;
+    requireMeshAtStart(file);
     QByteArray open;
     constexpr qint64 longestLine = 200;
     while (!file.atEnd()) {
@@ -18,16 +41,11 @@ void GmshMeshCheck::check(QFile& file)
         if (!line.startsWith('$') || lower.startsWith("$comment")) {
             continue;
         }
-        found = true;
         if (open.isEmpty() && !lower.startsWith("$end")) {
             open = line.mid(1);
         } else if (lower == "$end" + open.toLower()) {
             open.clear();
         }
-    }
-    if (!found) {
-        InputDamage::damaged(file.fileName(),
-                             QStringLiteral("not a Gmsh mesh file: no section begins in it"));
     }
     if (!open.isEmpty()) {
         InputDamage::cutOff(

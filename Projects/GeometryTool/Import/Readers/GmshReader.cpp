@@ -7,10 +7,13 @@
 #include "DeclaredElements.h"
 #include "GmshSession.h"
 #include "InputFileCheck.h"
+#include "KnownSuffix.h"
 #include "MeditReader.h"
 #include "MshElementTags.h"
+#include "OffReader.h"
 #include "Progress.h"
 #include "SolidMaking.h"
+#include "StlReader.h"
 #include "SurfaceFilling.h"
 #include "ToolError.h"
 #include "UnknownNode.h"
@@ -31,6 +34,8 @@ namespace Ovra::GeoTool
 
 namespace
 {
+
+const QStringList TriangleFormats{QStringLiteral("stl"), QStringLiteral("off")};
 
 bool hasElements(int dimension)
 {
@@ -68,7 +73,7 @@ qint64 elementCount()
 
 QStringList readByGmsh(const QString& path)
 {
-    gmsh::open(QFile::encodeName(path).toStdString());
+    gmsh::open(KnownSuffix(path).encodedPath());
     return {};
 }
 
@@ -110,7 +115,9 @@ const QHash<QString, Read>& ownReaders()
                                               {QStringLiteral("brep"), readBrep},
                                               {QStringLiteral("brp"), readBrep},
                                               {QStringLiteral("mesh"), readBy<MeditReader>},
-                                              {QStringLiteral("msh"), readGmshMesh}};
+                                              {QStringLiteral("msh"), readGmshMesh},
+                                              {QStringLiteral("stl"), readBy<StlReader>},
+                                              {QStringLiteral("off"), readBy<OffReader>}};
     return readers;
 }
 
@@ -154,7 +161,7 @@ void useOneThread()
 
 bool isSurfaceFormat(const QString& path)
 {
-    return InputFileCheck::suffix(path) == QLatin1String("stl");
+    return TriangleFormats.contains(InputFileCheck::suffix(path));
 }
 
 } // namespace
@@ -306,7 +313,7 @@ void GmshReader::fillIfSurface(const ImportOptions& options)
         return;
     }
     progress_.phase(QStringLiteral("looking for closed bodies"));
-    SurfaceFilling filling;
+    SurfaceFilling filling(isSurfaceFormat(options.input));
     session_.run(options.input, [&filling] { filling.collect(); });
     if (!filling.openness().isEmpty()) {
         const QString text = QStringLiteral("%1: its surface encloses no volume: %2")

@@ -39,16 +39,6 @@ const QHash<QString, Check>& checks()
     return table;
 }
 
-/// \brief All that is known, with what nothing is checked of ahead of reading.
-QStringList knownSuffixes()
-{
-    QStringList suffixes =
-        checks().keys() + QStringList{"brep", "brp", "cgns", "med",  "mesh", "mmed",
-                                      "off",  "p3d", "ply",  "rmed", "vrml", "wrl"};
-    suffixes.sort();
-    return suffixes;
-}
-
 void requireKnownSuffix(const QString& path)
 {
     const QString suffix = InputFileCheck::suffix(path);
@@ -64,10 +54,11 @@ void requireKnownSuffix(const QString& path)
                            "text, with the suffix .mesh")
                 .arg(path));
     }
-    if (!knownSuffixes().contains(suffix)) {
+    const QStringList known = InputFileCheck::knownSuffixes();
+    if (!known.contains(suffix)) {
         InputDamage::damaged(
             path, QStringLiteral("its suffix tells no known format; can be imported: .") +
-                      knownSuffixes().join(QStringLiteral(", .")));
+                      known.join(QStringLiteral(", .")));
     }
 }
 
@@ -76,6 +67,20 @@ void requireKnownSuffix(const QString& path)
 QString InputFileCheck::suffix(const QString& path)
 {
     return QFileInfo(path).suffix().toLower();
+}
+
+QStringList InputFileCheck::knownSuffixes()
+{
+    QStringList suffixes =
+        checks().keys() + QStringList{"brep", "brp", "cgns", "med",  "mesh", "mmed",
+                                      "off",  "p3d", "ply",  "rmed", "vrml", "wrl"};
+    suffixes.sort();
+    return suffixes;
+}
+
+bool InputFileCheck::isScript(const QString& path)
+{
+    return checks().value(suffix(path), nullptr) == ScriptCheck::check;
 }
 
 void InputFileCheck::check(const QString& path)

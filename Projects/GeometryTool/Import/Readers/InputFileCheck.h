@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace Ovra::GeoTool
 {
@@ -33,6 +34,12 @@ public:
 
     /// \brief The suffix of \p path in lower case, "msh" for instance.
     static QString suffix(const QString& path);
+
+    /// \brief All suffixes that can be imported, sorted; of some nothing is checked here.
+    static QStringList knownSuffixes();
+
+    /// \brief Whether \p path is a Gmsh script by its suffix; no other file may run anything.
+    static bool isScript(const QString& path);
 };
 
 } // namespace Ovra::GeoTool

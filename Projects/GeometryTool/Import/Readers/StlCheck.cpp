@@ -10,22 +10,28 @@
 namespace Ovra::GeoTool
 {
 
-void StlCheck::check(QFile& file)
+bool StlCheck::isBinary(QFile& file)
 {
-    const QByteArray header = file.read(84);
     constexpr qint64 headerSize = 84;
     constexpr qint64 triangleSize = 50;
-    if (header.size() == headerSize) {
-        const qint64 count = qFromLittleEndian<quint32>(header.constData() + 80);
-        if (file.size() == headerSize + triangleSize * count) {
-            return;
-        }
+    file.seek(headerSize - 4);
+    const QByteArray count = file.read(4);
+    file.seek(0);
+    return count.size() == 4 &&
+           file.size() == headerSize + triangleSize * qFromLittleEndian<quint32>(count.constData());
+}
+
+void StlCheck::check(QFile& file)
+{
+    if (isBinary(file)) {
+        return;
     }
-    if (!header.trimmed().startsWith("solid")) {
+    if (!file.read(200).trimmed().toLower().startsWith("solid")) {
         InputDamage::cutOff(
             file, QStringLiteral("neither text nor as long as its count of triangles calls for"));
     }
-    if (!FileTail::lastLine(file).startsWith("endsolid")) {
+    const QByteArray last = FileTail::lastLine(file).simplified().toLower();
+    if (!last.startsWith("endsolid") && !last.startsWith("end solid")) {
         InputDamage::cutOff(file, QStringLiteral("there is no endsolid"));
     }
 }

@@ -10,6 +10,10 @@ namespace Ovra::GeoTool
 class StlCheck
 {
 public:
+    /// \brief Whether \p file, open, is as long as the count of triangles of a binary file calls for;
+    /// its header may begin with "solid" all the same. Leaves the file at its start.
+    static bool isBinary(QFile& file);
+
     /// \brief Throws ToolError, InputDamaged, if \p file, open and at its start, is not whole.
     static void check(QFile& file);
 };

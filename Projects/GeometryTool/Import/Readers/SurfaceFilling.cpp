@@ -7,7 +7,7 @@
 #include <cmath>
 #include <gmsh.h>
 #include <map>
-#include <unordered_map>
+#include <set>
 
 namespace Ovra::GeoTool
 {
@@ -19,22 +19,28 @@ namespace
 
 constexpr int TriangleType = 2;
 
-std::map<std::pair<std::size_t, std::size_t>, int>
-edgeUses(const std::vector<std::array<std::size_t, 3>>& triangles)
+/// \brief Name of the first physical group of a surface; empty if there is none.
+std::string nameOf(int surface)
 {
-    std::map<std::pair<std::size_t, std::size_t>, int> uses;
-    for (const auto& triangle : triangles) {
-        for (std::size_t i = 0; i < 3; ++i) {
-            ++uses[std::minmax(triangle[i], triangle[(i + 1) % 3])];
-        }
+    std::vector<int> groups;
+    gmsh::model::getPhysicalGroupsForEntity(2, surface, groups);
+    std::string name;
+    if (!groups.empty()) {
+        gmsh::model::getPhysicalName(2, *std::min_element(groups.begin(), groups.end()), name);
     }
-    return uses;
+    return name;
 }
 
 } // namespace
 
+SurfaceFilling::SurfaceFilling(bool namesBodies)
+    : namesBodies_(namesBodies)
+{
+}
+
 void SurfaceFilling::collect()
 {
+    readPoints();
     readTriangles();
     checkClosed();
     if (!openness_.isEmpty()) {
@@ -44,38 +50,62 @@ void SurfaceFilling::collect()
     nestPieces();
 }
 
-void SurfaceFilling::readTriangles()
+void SurfaceFilling::readPoints()
 {
     std::vector<std::size_t> tags;
     std::vector<double> coordinates;
     std::vector<double> parameters;
     gmsh::model::mesh::getNodes(tags, coordinates, parameters);
-    std::unordered_map<std::size_t, std::size_t> positions;
     for (std::size_t i = 0; i < tags.size(); ++i) {
-        positions.emplace(tags[i], i);
+        positions_.emplace(tags[i], i);
         points_.emplace_back(coordinates[3 * i], coordinates[3 * i + 1], coordinates[3 * i + 2]);
     }
+}
+
+void SurfaceFilling::readTriangles()
+{
     std::vector<int> types;
     gmsh::model::mesh::getElementTypes(types, 2);
     if (types != std::vector<int>{TriangleType}) {
         openness_ = QStringLiteral("it is not made of plain triangles");
+        return;
     }
+    gmsh::vectorpair surfaces;
+    gmsh::model::getEntities(surfaces, 2);
+    for (const auto& [dimension, surface] : surfaces) {
+        readPatch(surface);
+    }
+}
+
+void SurfaceFilling::readPatch(int surface)
+{
     std::vector<std::size_t> elements;
     std::vector<std::size_t> nodes;
-    gmsh::model::mesh::getElementsByType(TriangleType, elements, nodes);
+    gmsh::model::mesh::getElementsByType(TriangleType, elements, nodes, surface);
     for (std::size_t i = 0; i + 2 < nodes.size(); i += 3) {
         triangles_.push_back(
-            {positions.at(nodes[i]), positions.at(nodes[i + 1]), positions.at(nodes[i + 2])});
+            {{positions_.at(nodes[i]), positions_.at(nodes[i + 1]), positions_.at(nodes[i + 2])},
+             names_.size()});
     }
+    names_.push_back(nameOf(surface));
 }
 
 void SurfaceFilling::checkClosed()
 {
+    std::map<std::pair<std::size_t, std::size_t>, int> uses;
+    for (const auto& [corners, patch] : triangles_) {
+        for (std::size_t i = 0; i < 3; ++i) {
+            ++uses[std::minmax(corners[i], corners[(i + 1) % 3])];
+        }
+    }
     int open = 0;
     int branching = 0;
-    for (const auto& [edge, uses] : edgeUses(triangles_)) {
-        open += uses < 2 ? 1 : 0;
-        branching += uses > 2 ? 1 : 0;
+    for (const auto& [edge, count] : uses) {
+        open += count < 2 ? 1 : 0;
+        branching += count > 2 ? 1 : 0;
+    }
+    if (!openness_.isEmpty()) {
+        return;
     }
     if (open > 0) {
         openness_ = counted(open, QStringLiteral("edge belongs to one triangle only"),
@@ -89,30 +119,29 @@ void SurfaceFilling::checkClosed()
 void SurfaceFilling::partIntoPieces()
 {
     UnionFind sets(points_.size());
-    for (const Triangle& triangle : triangles_) {
-        sets.join(triangle[0], triangle[1]);
-        sets.join(triangle[0], triangle[2]);
+    for (const auto& [corners, patch] : triangles_) {
+        sets.join(corners[0], corners[1]);
+        sets.join(corners[0], corners[2]);
     }
     std::map<std::size_t, std::size_t> pieceOf;
     for (const Triangle& triangle : triangles_) {
-        const auto [found, isNew] = pieceOf.emplace(sets.find(triangle[0]), pieces_.size());
+        const auto& corners = triangle.corners;
+        const auto [found, isNew] = pieceOf.emplace(sets.find(corners[0]), pieces_.size());
         if (isNew) {
             pieces_.emplace_back();
         }
         Piece& piece = pieces_[found->second];
         piece.triangles.push_back(triangle);
-        piece.volume +=
-            ((points_[triangle[0]] ^ points_[triangle[1]]) * points_[triangle[2]]) / 6.0;
+        piece.volume += ((points_[corners[0]] ^ points_[corners[1]]) * points_[corners[2]]) / 6.0;
     }
 }
 
 void SurfaceFilling::nestPieces()
 {
     for (Piece& inner : pieces_) {
-        const Vector point = points_[inner.triangles.front()[0]];
         for (std::size_t i = 0; i < pieces_.size(); ++i) {
             const Piece& outer = pieces_[i];
-            if (&outer == &inner || !contains(outer, point)) {
+            if (&outer == &inner || !isInside(inner, outer)) {
                 continue;
             }
             ++inner.depth;
@@ -125,35 +154,50 @@ void SurfaceFilling::nestPieces()
     }
 }
 
-// The solid angle of the piece at the point: 4 pi inside, 0 outside (Van Oosterom and Strackee,
-// The solid angle of a plane triangle, 1983).
-bool SurfaceFilling::contains(const Piece& piece, const Vector& point) const
+// Bodies that touch have points on one another's surface; these tell nothing.
+bool SurfaceFilling::isInside(const Piece& inner, const Piece& outer) const
+{
+    constexpr std::size_t mostTries = 1000;
+    constexpr double fourPi = 12.566370614359172;
+    constexpr double margin = 0.01;
+    for (std::size_t i = 0; i < std::min(inner.triangles.size(), mostTries); ++i) {
+        const auto& corners = inner.triangles[i].corners;
+        const Vector centre =
+            (points_[corners[0]] + points_[corners[1]] + points_[corners[2]]) / 3.0;
+        const double share = std::abs(solidAngle(outer, centre)) / fourPi;
+        if (share < margin || share > 1.0 - margin) {
+            return share > margin;
+        }
+    }
+    return false;
+}
+
+// 4 pi inside, 0 outside (Van Oosterom and Strackee, The solid angle of a plane triangle, 1983).
+double SurfaceFilling::solidAngle(const Piece& piece, const Vector& point) const
 {
     double angle = 0;
-    for (const Triangle& triangle : piece.triangles) {
-        const Vector a = points_[triangle[0]] - point;
-        const Vector b = points_[triangle[1]] - point;
-        const Vector c = points_[triangle[2]] - point;
+    for (const auto& [corners, patch] : piece.triangles) {
+        const Vector a = points_[corners[0]] - point;
+        const Vector b = points_[corners[1]] - point;
+        const Vector c = points_[corners[2]] - point;
         const double la = a.length();
         const double lb = b.length();
         const double lc = c.length();
         angle += 2.0 *
                  std::atan2((a ^ b) * c, la * lb * lc + (a * b) * lc + (b * c) * la + (c * a) * lb);
     }
-    constexpr double twoPi = 6.283185307179586;
-    return std::abs(angle) > twoPi;
+    return angle;
 }
 
 void SurfaceFilling::addVolumes() const
 {
     gmsh::clear();
+    Groups groups;
     for (std::size_t i = 0; i < pieces_.size(); ++i) {
-        addPiece(pieces_[i], static_cast<int>(i) + 1);
-        gmsh::model::geo::addSurfaceLoop({static_cast<int>(i) + 1}, static_cast<int>(i) + 1);
+        gmsh::model::geo::addSurfaceLoop(addSurfaces(pieces_[i], groups), static_cast<int>(i) + 1);
     }
     for (std::size_t i = 0; i < pieces_.size(); ++i) {
-        const bool hollow = pieces_[i].depth % 2 == 1 && pieces_[i].volume < 0;
-        if (hollow) {
+        if (pieces_[i].isHollow()) {
             continue;
         }
         std::vector<int> loops{static_cast<int>(i) + 1};
@@ -162,30 +206,69 @@ void SurfaceFilling::addVolumes() const
                 loops.push_back(static_cast<int>(j) + 1);
             }
         }
-        gmsh::model::geo::addVolume(loops);
-    }
-    gmsh::model::geo::synchronize();
-}
-
-void SurfaceFilling::addPiece(const Piece& piece, int tag) const
-{
-    gmsh::model::addDiscreteEntity(2, tag);
-    std::vector<std::size_t> nodes;
-    for (const Triangle& triangle : piece.triangles) {
-        for (const std::size_t position : triangle) {
-            nodes.push_back(position + 1);
+        const int volume = gmsh::model::geo::addVolume(loops);
+        if (givesItsNameToTheVolume(pieces_[i])) {
+            groups[{3, names_[pieces_[i].triangles.front().patch]}].push_back(volume);
         }
     }
-    std::vector<std::size_t> used = nodes;
-    std::sort(used.begin(), used.end());
-    used.erase(std::unique(used.begin(), used.end()), used.end());
+    gmsh::model::geo::synchronize();
+    for (const auto& [key, tags] : groups) {
+        if (!key.second.empty()) {
+            const int group = gmsh::model::addPhysicalGroup(key.first, tags);
+            gmsh::model::setPhysicalName(key.first, group, key.second);
+        }
+    }
+}
+
+bool SurfaceFilling::givesItsNameToTheVolume(const Piece& piece) const
+{
+    const std::size_t patch = piece.triangles.front().patch;
+    return namesBodies_ && !piece.isHollow() &&
+           std::all_of(piece.triangles.begin(), piece.triangles.end(),
+                       [patch](const Triangle& triangle) { return triangle.patch == patch; });
+}
+
+/// \brief Makes a surface for each patch of a piece; their tags.
+std::vector<int> SurfaceFilling::addSurfaces(const Piece& piece, Groups& groups) const
+{
+    std::map<std::size_t, std::vector<std::size_t>> corners; // by patch
+    for (const Triangle& triangle : piece.triangles) {
+        corners[triangle.patch].insert(corners[triangle.patch].end(), triangle.corners.begin(),
+                                       triangle.corners.end());
+    }
+    const bool isNamed = !givesItsNameToTheVolume(piece);
+    std::vector<int> surfaces;
+    std::set<std::size_t> known;
+    for (const auto& [patch, positions] : corners) {
+        const int surface = gmsh::model::addDiscreteEntity(2);
+        surfaces.push_back(surface);
+        std::vector<std::size_t> added;
+        std::vector<std::size_t> nodes;
+        for (const std::size_t position : positions) {
+            nodes.push_back(position + 1);
+            if (known.insert(position).second) {
+                added.push_back(position);
+            }
+        }
+        addNodes(surface, added);
+        gmsh::model::mesh::addElementsByType(surface, TriangleType, {}, nodes);
+        if (isNamed) {
+            groups[{2, names_[patch]}].push_back(surface);
+        }
+    }
+    return surfaces;
+}
+
+void SurfaceFilling::addNodes(int surface, const std::vector<std::size_t>& positions) const
+{
+    std::vector<std::size_t> tags;
     std::vector<double> coordinates;
-    for (const std::size_t node : used) {
-        const Vector& point = points_[node - 1];
+    for (const std::size_t position : positions) {
+        tags.push_back(position + 1);
+        const Vector& point = points_[position];
         coordinates.insert(coordinates.end(), {point.x(), point.y(), point.z()});
     }
-    gmsh::model::mesh::addNodes(2, tag, used, coordinates);
-    gmsh::model::mesh::addElementsByType(tag, TriangleType, {}, nodes);
+    gmsh::model::mesh::addNodes(2, surface, tags, coordinates);
 }
 
 } // namespace Ovra::GeoTool

@@ -6,6 +6,10 @@
 
 #include <array>
 #include <cstddef>
+#include <map>
+#include <string>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace Ovra::GeoTool
@@ -15,40 +19,62 @@ namespace Ovra::GeoTool
 ///
 /// A body is a connected, closed piece of the surface. A piece inside another one bounds the outer
 /// volume from within; its own inside is a volume too, unless its triangles are turned inwards,
-/// which makes it a hollow. The triangles stay the boundary of the mesh as they are.
+/// which makes it a hollow. The triangles stay the boundary of the mesh as they are, in a surface for
+/// each piece and each surface that they come from.
 class SurfaceFilling
 {
 public:
+    /// \param namesBodies whether the name of a surface that bounds a volume alone is meant for the
+    /// volume, as in STL files; other names stay on the surfaces
+    explicit SurfaceFilling(bool namesBodies);
+
     /// \brief Reads the surface from Gmsh and parts it into pieces.
     void collect();
 
     /// \brief Why nothing can be filled, in words; empty when all pieces are closed.
     QString openness() const { return openness_; }
 
-    /// \brief Replaces Gmsh's model by one with a surface for each piece and the volumes between
-    /// them; needs openness() to be empty.
+    /// \brief Replaces Gmsh's model by one with the surfaces of the pieces, the volumes between
+    /// them, and a physical group for each name; needs openness() to be empty.
     void addVolumes() const;
 
 private:
-    using Triangle = std::array<std::size_t, 3>;
+    struct Triangle
+    {
+        std::array<std::size_t, 3> corners{}; ///< positions in points_
+        std::size_t patch = 0;                ///< position in names_
+    };
 
     struct Piece
     {
-        std::vector<Triangle> triangles; ///< positions in points_
-        double volume = 0;               ///< negative when turned inwards
-        int around = -1;                 ///< the smallest piece that this one lies in
+        std::vector<Triangle> triangles;
+        double volume = 0; ///< negative when turned inwards
+        int around = -1;   ///< the smallest piece that this one lies in
         int depth = 0;
+
+        bool isHollow() const { return depth % 2 == 1 && volume < 0; }
     };
 
+    /// Tags of entities by dimension and name.
+    using Groups = std::map<std::pair<int, std::string>, std::vector<int>>;
+
+    void readPoints();
     void readTriangles();
+    void readPatch(int surface);
     void checkClosed();
     void partIntoPieces();
     void nestPieces();
-    bool contains(const Piece& piece, const Geo::Vector& point) const;
-    void addPiece(const Piece& piece, int tag) const;
+    bool isInside(const Piece& inner, const Piece& outer) const;
+    double solidAngle(const Piece& piece, const Geo::Vector& point) const;
+    std::vector<int> addSurfaces(const Piece& piece, Groups& groups) const;
+    void addNodes(int surface, const std::vector<std::size_t>& positions) const;
+    bool givesItsNameToTheVolume(const Piece& piece) const;
 
+    bool namesBodies_;
+    std::unordered_map<std::size_t, std::size_t> positions_; ///< in points_, by tag of the node
     std::vector<Geo::Vector> points_;
     std::vector<Triangle> triangles_;
+    std::vector<std::string> names_; ///< of the surfaces that were read
     std::vector<Piece> pieces_;
     QString openness_;
 };

@@ -1,0 +1,154 @@
+#include "OffReader.h"
+
+#include "InputDamage.h"
+#include "ToolError.h"
+
+#include <QtNumeric>
+
+#include <algorithm>
+
+namespace Ovra::GeoTool
+{
+
+using Geo::Vector;
+
+OffReader::OffReader(const QString& path)
+    : file_(path)
+{
+}
+
+QStringList OffReader::read()
+{
+    if (!file_.open(QIODevice::ReadOnly)) {
+        throw ToolError(ExitCode::InputMissing,
+                        QStringLiteral("%1: %2").arg(file_.fileName(), file_.errorString()));
+    }
+    readHeader();
+    for (qint64 i = 0; i < vertexCount_; ++i) {
+        requireLine(QStringLiteral("vertices"), i, vertexCount_);
+        readVertex();
+    }
+    surface_.addPatch(QString());
+    for (qint64 i = 0; i < faceCount_; ++i) {
+        requireLine(QStringLiteral("faces"), i, faceCount_);
+        readFace();
+    }
+    return surface_.makeEntities();
+}
+
+void OffReader::readHeader()
+{
+    static const QList<QByteArray> headers{"OFF",   "NOFF",   "COFF",   "CNOFF",
+                                           "STOFF", "STNOFF", "STCOFF", "STCNOFF"};
+    if (!nextLine() || !headers.contains(fields_.takeFirst().toUpper())) {
+        fail(QStringLiteral("not an object file: it must begin with OFF, or with OFF behind N, C "
+                            "or ST"));
+    }
+    if (!fields_.isEmpty() && fields_.first().toUpper() == "BINARY") {
+        fail(QStringLiteral("binary object files are not read; save it as text"));
+    }
+    if (fields_.isEmpty()) {
+        requireLine(QStringLiteral("counts"), 0, 1);
+    }
+    vertexCount_ = count(0);
+    faceCount_ = count(1);
+    if (faceCount_ == 0) {
+        fail(QStringLiteral("holds no faces"));
+    }
+}
+
+void OffReader::readVertex()
+{
+    double numbers[3] = {0, 0, 0};
+    bool areNumbers = fields_.size() >= 3;
+    for (int i = 0; i < 3 && areNumbers; ++i) {
+        numbers[i] = fields_.at(i).toDouble(&areNumbers);
+        areNumbers = areNumbers && qIsFinite(numbers[i]);
+    }
+    if (!areNumbers) {
+        fail(QStringLiteral("a vertex needs three coordinates"));
+    }
+    vertices_.emplace_back(numbers[0], numbers[1], numbers[2]);
+}
+
+void OffReader::readFace()
+{
+    const qint64 size = count(0);
+    if (size < 3 || size >= fields_.size()) {
+        fail(QStringLiteral("a face needs the number of its corners, at least 3, and as many "
+                            "positions"));
+    }
+    std::vector<Vector> corners;
+    for (qint64 i = 1; i <= size; ++i) {
+        const qint64 position = count(i);
+        if (position >= vertexCount_) {
+            fail(QStringLiteral("there is no vertex %1; they are counted from 0 to %2")
+                     .arg(position)
+                     .arg(vertexCount_ - 1));
+        }
+        corners.push_back(vertices_[static_cast<std::size_t>(position)]);
+    }
+    if (!isConvex(corners)) {
+        fail(QStringLiteral("the face is not convex; cut it into triangles"));
+    }
+    for (std::size_t i = 1; i + 1 < corners.size(); ++i) {
+        if (!surface_.addTriangle({corners[0], corners[i], corners[i + 1]})) {
+            fail(QStringLiteral("the face has a coordinate that is no number"));
+        }
+    }
+}
+
+/// \brief Steps to the next line that holds something.
+bool OffReader::nextLine()
+{
+    while (!file_.atEnd()) {
+        ++line_;
+        QByteArray line = file_.readLine();
+        line.truncate(line.contains('#') ? line.indexOf('#') : line.size());
+        line = line.simplified();
+        if (!line.isEmpty()) {
+            fields_ = line.split(' ');
+            return true;
+        }
+    }
+    return false;
+}
+
+void OffReader::requireLine(const QString& what, qint64 found, qint64 wanted)
+{
+    if (!nextLine()) {
+        InputDamage::cutOff(
+            file_, QStringLiteral("%1 of %2 %3 are there").arg(found).arg(wanted).arg(what));
+    }
+}
+
+qint64 OffReader::count(qsizetype field) const
+{
+    bool isNumber = false;
+    const qint64 number = fields_.value(field).toLongLong(&isNumber);
+    if (!isNumber || number < 0) {
+        fail(QStringLiteral("\"%1\" is no number of vertices, faces or corners")
+                 .arg(QString::fromUtf8(fields_.value(field).left(40))));
+    }
+    return number;
+}
+
+/// \brief Whether the triangles that share the first corner all turn the same way.
+bool OffReader::isConvex(const std::vector<Vector>& corners)
+{
+    Vector normal;
+    std::vector<Vector> parts;
+    for (std::size_t i = 1; i + 1 < corners.size(); ++i) {
+        parts.push_back((corners[i] - corners[0]) ^ (corners[i + 1] - corners[0]));
+        normal += parts.back();
+    }
+    return std::all_of(parts.begin(), parts.end(),
+                       [&normal](const Vector& part) { return part * normal >= 0.0; });
+}
+
+void OffReader::fail(const QString& what) const
+{
+    InputDamage::damaged(file_.fileName(), QStringLiteral("line %1: %2").arg(line_).arg(what));
+}
+
+} // namespace Ovra::GeoTool
