@@ -11,12 +11,15 @@
 #include "MeditReader.h"
 #include "MshElementTags.h"
 #include "OffReader.h"
+#include "PlyReader.h"
 #include "Progress.h"
 #include "SolidMaking.h"
 #include "StlReader.h"
 #include "SurfaceFilling.h"
 #include "ToolError.h"
 #include "UnknownNode.h"
+#include "VrmlReader.h"
+#include "VtkSurfaceReader.h"
 
 #include <QDir>
 #include <QFile>
@@ -35,7 +38,9 @@ namespace Ovra::GeoTool
 namespace
 {
 
-const QStringList TriangleFormats{QStringLiteral("stl"), QStringLiteral("off")};
+const QStringList TriangleFormats{QStringLiteral("stl"), QStringLiteral("off"),
+                                  QStringLiteral("ply"), QStringLiteral("vrml"),
+                                  QStringLiteral("wrl")};
 
 bool hasElements(int dimension)
 {
@@ -105,6 +110,17 @@ QStringList readBrep(const QString& path)
     return {};
 }
 
+bool isVtkSurface(const QString& path)
+{
+    return InputFileCheck::suffix(path) == QLatin1String("vtk") &&
+           VtkSurfaceReader::dataset(path) == "POLYDATA";
+}
+
+QStringList readVtk(const QString& path)
+{
+    return isVtkSurface(path) ? VtkSurfaceReader(path).read() : readByGmsh(path);
+}
+
 /// \brief Loads a file into Gmsh; what is odd about it.
 using Read = QStringList (*)(const QString& path);
 
@@ -117,7 +133,11 @@ const QHash<QString, Read>& ownReaders()
                                               {QStringLiteral("mesh"), readBy<MeditReader>},
                                               {QStringLiteral("msh"), readGmshMesh},
                                               {QStringLiteral("stl"), readBy<StlReader>},
-                                              {QStringLiteral("off"), readBy<OffReader>}};
+                                              {QStringLiteral("off"), readBy<OffReader>},
+                                              {QStringLiteral("ply"), readBy<PlyReader>},
+                                              {QStringLiteral("vrml"), readBy<VrmlReader>},
+                                              {QStringLiteral("wrl"), readBy<VrmlReader>},
+                                              {QStringLiteral("vtk"), readVtk}};
     return readers;
 }
 
@@ -161,7 +181,7 @@ void useOneThread()
 
 bool isSurfaceFormat(const QString& path)
 {
-    return TriangleFormats.contains(InputFileCheck::suffix(path));
+    return TriangleFormats.contains(InputFileCheck::suffix(path)) || isVtkSurface(path);
 }
 
 } // namespace

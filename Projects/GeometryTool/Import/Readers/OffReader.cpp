@@ -5,12 +5,8 @@
 
 #include <QtNumeric>
 
-#include <algorithm>
-
 namespace Ovra::GeoTool
 {
-
-using Geo::Vector;
 
 OffReader::OffReader(const QString& path)
     : file_(path)
@@ -28,7 +24,6 @@ QStringList OffReader::read()
         requireLine(QStringLiteral("vertices"), i, vertexCount_);
         readVertex();
     }
-    surface_.addPatch(QString());
     for (qint64 i = 0; i < faceCount_; ++i) {
         requireLine(QStringLiteral("faces"), i, faceCount_);
         readFace();
@@ -68,7 +63,7 @@ void OffReader::readVertex()
     if (!areNumbers) {
         fail(QStringLiteral("a vertex needs three coordinates"));
     }
-    vertices_.emplace_back(numbers[0], numbers[1], numbers[2]);
+    surface_.addVertex({numbers[0], numbers[1], numbers[2]});
 }
 
 void OffReader::readFace()
@@ -78,23 +73,13 @@ void OffReader::readFace()
         fail(QStringLiteral("a face needs the number of its corners, at least 3, and as many "
                             "positions"));
     }
-    std::vector<Vector> corners;
+    std::vector<qint64> corners;
     for (qint64 i = 1; i <= size; ++i) {
-        const qint64 position = count(i);
-        if (position >= vertexCount_) {
-            fail(QStringLiteral("there is no vertex %1; they are counted from 0 to %2")
-                     .arg(position)
-                     .arg(vertexCount_ - 1));
-        }
-        corners.push_back(vertices_[static_cast<std::size_t>(position)]);
+        corners.push_back(count(i));
     }
-    if (!isConvex(corners)) {
-        fail(QStringLiteral("the face is not convex; cut it into triangles"));
-    }
-    for (std::size_t i = 1; i + 1 < corners.size(); ++i) {
-        if (!surface_.addTriangle({corners[0], corners[i], corners[i + 1]})) {
-            fail(QStringLiteral("the face has a coordinate that is no number"));
-        }
+    const QString fault = surface_.addFace(corners);
+    if (!fault.isEmpty()) {
+        fail(fault);
     }
 }
 
@@ -131,19 +116,6 @@ qint64 OffReader::count(qsizetype field) const
                  .arg(QString::fromUtf8(fields_.value(field).left(40))));
     }
     return number;
-}
-
-/// \brief Whether the triangles that share the first corner all turn the same way.
-bool OffReader::isConvex(const std::vector<Vector>& corners)
-{
-    Vector normal;
-    std::vector<Vector> parts;
-    for (std::size_t i = 1; i + 1 < corners.size(); ++i) {
-        parts.push_back((corners[i] - corners[0]) ^ (corners[i + 1] - corners[0]));
-        normal += parts.back();
-    }
-    return std::all_of(parts.begin(), parts.end(),
-                       [&normal](const Vector& part) { return part * normal >= 0.0; });
 }
 
 void OffReader::fail(const QString& what) const

@@ -1,14 +1,12 @@
 #pragma once
 
-#include "TriangleSurface.h"
+#include "PolygonSurface.h"
 
 #include <QByteArray>
 #include <QFile>
 #include <QList>
 #include <QString>
 #include <QStringList>
-
-#include <vector>
 
 namespace Ovra::GeoTool
 {
@@ -29,7 +27,7 @@ class OffReader
 public:
     explicit OffReader(const QString& path);
 
-    /// \brief Makes nodes, one surface and its triangles in Gmsh; see TriangleSurface.
+    /// \brief Makes nodes, one surface and its triangles in Gmsh; see PolygonSurface.
     /// \return what the user should know of the file, a sentence each
     ///
     /// Throws ToolError InputDamaged with the line that is wrong: unknown headers, fewer lines than
@@ -43,16 +41,14 @@ private:
     bool nextLine();
     void requireLine(const QString& what, qint64 found, qint64 wanted);
     qint64 count(qsizetype field) const;
-    static bool isConvex(const std::vector<Geo::Vector>& corners);
     [[noreturn]] void fail(const QString& what) const;
 
     QFile file_;
-    TriangleSurface surface_;
+    PolygonSurface surface_;
     int line_ = 0;
     QList<QByteArray> fields_;
     qint64 vertexCount_ = 0;
     qint64 faceCount_ = 0;
-    std::vector<Geo::Vector> vertices_;
 };
 
 } // namespace Ovra::GeoTool

@@ -88,6 +88,12 @@ bool TriangleSurface::addTriangle(const std::array<Vector, 3>& corners)
     return true;
 }
 
+void TriangleSurface::append(const TriangleSurface& other)
+{
+    patches_.insert(patches_.end(), other.patches_.begin(), other.patches_.end());
+    box_ += other.box_;
+}
+
 QStringList TriangleSurface::makeEntities() const
 {
     constexpr double relativeTolerance = 1e-8;

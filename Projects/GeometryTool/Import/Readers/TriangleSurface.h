@@ -28,6 +28,9 @@ public:
     /// \return false, and adds nothing, if a coordinate is not finite or beyond 1e100
     bool addTriangle(const std::array<Geo::Vector, 3>& corners);
 
+    /// \brief Adds the patches of \p other behind those here.
+    void append(const TriangleSurface& other);
+
     /// \brief Makes nodes and triangles in Gmsh's current model, with a discrete surface for each
     /// patch and a physical group for each name.
     ///

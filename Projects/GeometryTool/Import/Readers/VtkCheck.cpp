@@ -2,6 +2,8 @@
 
 #include "Counted.h"
 #include "InputDamage.h"
+#include "ToolError.h"
+#include "VtkSurfaceReader.h"
 
 #include <QByteArray>
 #include <QFile>
@@ -51,6 +53,16 @@ void checkVtkTables(QFile& file)
 
 void VtkCheck::check(QFile& file)
 {
+    const QByteArray dataset = VtkSurfaceReader::dataset(file.fileName());
+    if (dataset == "POLYDATA") {
+        return; // its reader sees to that
+    }
+    if (!dataset.isEmpty() && dataset != "UNSTRUCTURED_GRID") {
+        throw ToolError(ExitCode::Unsuitable,
+                        QStringLiteral("%1: DATASET %2 is not read; UNSTRUCTURED_GRID and POLYDATA "
+                                       "are")
+                            .arg(file.fileName(), QString::fromUtf8(dataset.left(40))));
+    }
     bool binary = false;
     qint64 wanted = -1;
     qint64 found = 0;

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "PolygonSurface.h"
+
+#include <QByteArray>
+#include <QFile>
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+namespace Ovra::GeoTool
+{
+
+/// \brief Reads the POLYGONS of a legacy VTK file of DATASET POLYDATA into Gmsh's current model.
+///
+/// Text and binary of versions below 5. Vertices, lines and values are passed over.
+class VtkSurfaceReader
+{
+public:
+    explicit VtkSurfaceReader(const QString& path);
+
+    /// \brief What the line DATASET of a legacy file names, "POLYDATA" for instance; empty if none
+    /// does.
+    static QByteArray dataset(const QString& path);
+
+    /// \brief Makes nodes, one surface and its triangles in Gmsh; see PolygonSurface.
+    /// \return what the user should know of the file, a sentence each
+    ///
+    /// Throws ToolError: InputDamaged for what is not whole, Unsuitable for what is not read.
+    QStringList read();
+
+private:
+    void readHeader();
+    QList<QByteArray> findSection();
+    void readPoints(const QList<QByteArray>& words);
+    void readPolygons(const QList<QByteArray>& words);
+    void passOver(const QList<QByteArray>& words);
+    double number(const QByteArray& type, const QString& owner);
+    double binaryNumber(const QByteArray& type, const QString& owner);
+    QByteArray word(const QString& owner);
+    static qint64 countIn(const QList<QByteArray>& words, qsizetype index);
+
+    QFile file_;
+    bool isBinary_ = false;
+    QList<QByteArray> words_; ///< of the present line of a section
+    qsizetype nextWord_ = 0;
+    PolygonSurface surface_;
+};
+
+} // namespace Ovra::GeoTool
