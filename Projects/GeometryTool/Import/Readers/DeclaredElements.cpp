@@ -6,7 +6,6 @@
 #include <QFile>
 #include <QHash>
 #include <QList>
-#include <QSet>
 
 #include <cstring>
 
@@ -63,39 +62,6 @@ Count inGmshMesh(QFile& file)
     return static_cast<qint64>(count);
 }
 
-Count inUniversal(QFile& file)
-{
-    static const QSet<QByteArray> beams{"11", "21", "22", "23", "24"};
-    qint64 count = 0;
-    while (findLine(file, "2412")) {
-        for (QList<QByteArray> record = fieldsOf(file); record.size() == 6;
-             record = fieldsOf(file)) {
-            ++count;
-            if (beams.contains(record.at(1))) {
-                file.readLine();
-            }
-            for (qint64 nodes = record.at(5).toLongLong(); nodes > 0 && !file.atEnd(); nodes -= 8) {
-                file.readLine();
-            }
-        }
-    }
-    return count;
-}
-
-Count inNastran(QFile& file)
-{
-    qint64 count = 0;
-    while (!file.atEnd()) {
-        const QByteArray card = file.readLine().left(8).toUpper().split(',').first().trimmed();
-        const bool other = card.startsWith("CORD") || card.startsWith("CONM") ||
-                           card.startsWith("CMASS") || card == "CEND";
-        const bool element =
-            card.size() > 3 && card.at(0) == 'C' && !card.contains(' ') && !card.contains('=');
-        count += element && !other ? 1 : 0;
-    }
-    return count;
-}
-
 Count inVtk(QFile& file)
 {
     while (!file.atEnd()) {
@@ -112,9 +78,6 @@ Count inVtk(QFile& file)
 std::optional<qint64> DeclaredElements::in(const QString& path)
 {
     static const QHash<QString, Count (*)(QFile&)> counters{{QStringLiteral("msh"), inGmshMesh},
-                                                            {QStringLiteral("unv"), inUniversal},
-                                                            {QStringLiteral("bdf"), inNastran},
-                                                            {QStringLiteral("nas"), inNastran},
                                                             {QStringLiteral("vtk"), inVtk}};
     const auto counter = counters.value(InputFileCheck::suffix(path), nullptr);
     QFile file(path);

@@ -1,13 +1,18 @@
 #include "DiscreteMesh.h"
 
 #include <gmsh.h>
-#include <numeric>
 
 namespace Ovra::GeoTool
 {
 
 void DiscreteMesh::addNode(const std::array<double, 3>& point)
 {
+    addNode(nodeCount() + 1, point);
+}
+
+void DiscreteMesh::addNode(std::size_t number, const std::array<double, 3>& point)
+{
+    numbers_.push_back(number);
     coordinates_.insert(coordinates_.end(), point.begin(), point.end());
 }
 
@@ -30,9 +35,7 @@ int DiscreteMesh::tagOf(int dimension, int reference) const
 
 void DiscreteMesh::loadNodes(int dimension, int tag) const
 {
-    std::vector<std::size_t> tags(nodeCount());
-    std::iota(tags.begin(), tags.end(), std::size_t{1});
-    gmsh::model::mesh::addNodes(dimension, tag, tags, coordinates_);
+    gmsh::model::mesh::addNodes(dimension, tag, numbers_, coordinates_);
 }
 
 void DiscreteMesh::load() const
@@ -50,6 +53,12 @@ void DiscreteMesh::load() const
         }
     }
     gmsh::model::mesh::reclassifyNodes();
+}
+
+void DiscreteMesh::loadGroup(int dimension, const std::vector<int>& references, const QString& name)
+{
+    const int group = gmsh::model::addPhysicalGroup(dimension, references);
+    gmsh::model::setPhysicalName(dimension, group, name.toStdString());
 }
 
 } // namespace Ovra::GeoTool

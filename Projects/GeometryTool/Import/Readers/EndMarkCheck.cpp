@@ -39,16 +39,6 @@ void EndMarkCheck::universal(QFile& file)
     }
 }
 
-void EndMarkCheck::nastran(QFile& file)
-{
-    while (!file.atEnd()) {
-        if (file.readLine().trimmed().toUpper().startsWith("ENDDATA")) {
-            return;
-        }
-    }
-    InputDamage::cutOff(file, QStringLiteral("there is no ENDDATA"));
-}
-
 void EndMarkCheck::abaqus(QFile& file)
 {
     if (!FileTail::bytes(file, 1).endsWith('\n')) {

@@ -20,9 +20,6 @@ public:
     /// \brief Whether the delimiters "    -1" come in pairs.
     static void universal(QFile& file);
 
-    /// \brief Whether there is a line "ENDDATA".
-    static void nastran(QFile& file);
-
     /// \brief Whether the last line is ended; the format has no mark of its end.
     static void abaqus(QFile& file);
 };

@@ -10,6 +10,7 @@
 #include "KnownSuffix.h"
 #include "MeditReader.h"
 #include "MshElementTags.h"
+#include "NastranReader.h"
 #include "OffReader.h"
 #include "PlyReader.h"
 #include "Progress.h"
@@ -17,6 +18,7 @@
 #include "StlReader.h"
 #include "SurfaceFilling.h"
 #include "ToolError.h"
+#include "UniversalReader.h"
 #include "UnknownNode.h"
 #include "VrmlReader.h"
 #include "VtkSurfaceReader.h"
@@ -137,7 +139,10 @@ const QHash<QString, Read>& ownReaders()
                                               {QStringLiteral("ply"), readBy<PlyReader>},
                                               {QStringLiteral("vrml"), readBy<VrmlReader>},
                                               {QStringLiteral("wrl"), readBy<VrmlReader>},
-                                              {QStringLiteral("vtk"), readVtk}};
+                                              {QStringLiteral("vtk"), readVtk},
+                                              {QStringLiteral("unv"), readBy<UniversalReader>},
+                                              {QStringLiteral("bdf"), readBy<NastranReader>},
+                                              {QStringLiteral("nas"), readBy<NastranReader>}};
     return readers;
 }
 

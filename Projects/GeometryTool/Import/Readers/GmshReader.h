@@ -33,7 +33,7 @@ public:
     /// \brief Loads and, where there is no mesh, meshes; the dimension of the elements, 2 or 3.
     ///
     /// Afterwards Gmsh's current model holds the geometry and the mesh, of whatever order. Of a
-    /// triangulated surface (STL, OFF) the inside of each closed body is filled. Throws ToolError.
+    /// surface of polygons (STL and others) the inside of each closed body is filled. Throws ToolError.
     int read(const ImportOptions& options);
 
     /// \brief Whether it has been told that faces enclose no volume.

@@ -31,8 +31,6 @@ const QHash<QString, Check>& checks()
                                              {QStringLiteral("iges"), EndMarkCheck::iges},
                                              {QStringLiteral("igs"), EndMarkCheck::iges},
                                              {QStringLiteral("unv"), EndMarkCheck::universal},
-                                             {QStringLiteral("bdf"), EndMarkCheck::nastran},
-                                             {QStringLiteral("nas"), EndMarkCheck::nastran},
                                              {QStringLiteral("stl"), StlCheck::check},
                                              {QStringLiteral("vtk"), VtkCheck::check},
                                              {QStringLiteral("inp"), EndMarkCheck::abaqus}};
@@ -72,8 +70,8 @@ QString InputFileCheck::suffix(const QString& path)
 QStringList InputFileCheck::knownSuffixes()
 {
     QStringList suffixes =
-        checks().keys() + QStringList{"brep", "brp", "cgns", "med",  "mesh", "mmed",
-                                      "off",  "p3d", "ply",  "rmed", "vrml", "wrl"};
+        checks().keys() + QStringList{"bdf", "brep", "brp", "cgns", "med",  "mesh", "mmed",
+                                      "nas", "off",  "p3d", "ply",  "rmed", "vrml", "wrl"};
     suffixes.sort();
     return suffixes;
 }

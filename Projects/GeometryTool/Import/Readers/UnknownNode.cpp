@@ -16,18 +16,16 @@ namespace
 /// \brief The keyword with which the elements begin, in the formats that Gmsh reads.
 QByteArray sectionBegunBy(const QByteArray& line)
 {
-    static const std::array<const char*, 4> keywords = {"$Elements", "$ELM", "CELLS", "2412"};
+    static const std::array<const char*, 3> keywords = {"$Elements", "$ELM", "CELLS"};
     const QByteArray first = line.split(' ').first();
     const bool known = std::find(keywords.begin(), keywords.end(), first) != keywords.end();
     return known ? first : QByteArray();
 }
 
-/// \brief Whether a line of elements names a node; what stands first is the element's own number,
-/// but in \p anywhere too.
-bool names(const QByteArray& line, const QByteArray& node, bool anywhere)
+/// \brief Whether a line of elements names a node; what stands first is the element's own number.
+bool names(const QByteArray& line, const QByteArray& node)
 {
-    const QList<QByteArray> fields = line.split(' ');
-    return fields.indexOf(node, anywhere ? 0 : 1) >= 0;
+    return line.split(' ').indexOf(node, 1) >= 0;
 }
 
 QString placeOf(const QByteArray& node, const QString& path)
@@ -38,14 +36,11 @@ QString placeOf(const QByteArray& node, const QString& path)
         return QString();
     }
     for (int number = 1; !file.atEnd(); ++number) {
-        const QByteArray line = file.readLine().replace(',', ' ').simplified();
-        const bool card = line.startsWith('C') && !line.startsWith("CELL"); // Nastran: CHEXA
+        const QByteArray line = file.readLine().simplified();
         const QByteArray begun = sectionBegunBy(line);
         section = begun.isEmpty() ? section : begun;
-        if (begun.isEmpty() && (card || !section.isEmpty()) &&
-            names(line, node, section == "2412")) {
-            const QByteArray where = card ? line.split(' ').first() : section;
-            return QStringLiteral("line %1, %2: ").arg(number).arg(QString::fromLatin1(where));
+        if (begun.isEmpty() && !section.isEmpty() && names(line, node)) {
+            return QStringLiteral("line %1, %2: ").arg(number).arg(QString::fromLatin1(section));
         }
     }
     return QString();
