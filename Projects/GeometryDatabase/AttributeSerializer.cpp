@@ -70,11 +70,8 @@ void writeEntry(const QString& tag, const QVariant& value, QTextStream& stream)
 
 void AttributeSerializer::read(AttributeMap& attributes, QDataStream& stream)
 {
-    const qint32 count = readCount(stream);
-    if (!isOk(stream)) {
-        return;
-    }
     attributes.clear();
+    const qint32 count = readCount(stream);
     for (qint32 i = 0; i < count && isOk(stream); ++i) {
         readAttribute(attributes, stream);
     }

@@ -74,7 +74,7 @@ class OVRA_GEO_EXPORT GbiWriter
 public:
     /// \brief A writer of \p database's model and mesh, with all caches empty.
     /// \param database not owned, not null; its model and mesh must outlive the writer
-    explicit GbiWriter(Database* database);
+    GbiWriter(Database* database);
 
     /// \name Nodes and elements
     /// @{

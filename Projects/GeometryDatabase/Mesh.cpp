@@ -16,6 +16,10 @@ namespace Ovra::Geo
 namespace
 {
 
+// How many neighbours a stream justifies for each vertex that its elements list, if all vertices of
+// an element have many: elements beside one another have a few in all.
+constexpr qint64 NeighboursPerVertex = 4;
+
 void addToVertices(MeshEntity* element)
 {
     const int count = element->adjacencyCount(0);
@@ -90,17 +94,28 @@ OrderedHashIterator<int, MeshEntity*> Mesh::orderedIterator(int dimension) const
 
 void Mesh::setUpwardAdjacencies()
 {
+    setUpwardAdjacencies(Limit::None);
+}
+
+bool Mesh::setUpwardAdjacencies(Limit limit)
+{
+    qint64 vertexCount = 0;
     for (int d = 1; d <= 3; ++d) {
         for (const auto& entry : entriesInIdOrder(iterator(d), count(d))) {
             addToVertices(entry.second);
+            vertexCount += entry.second->adjacencyCount(0);
         }
     }
+    bool isComplete = true;
     for (int d = 1; d <= 2; ++d) {
-        UpwardLists lists;
+        const UpwardLists lists(d + 1, limit == Limit::None ? UpwardLists::Unlimited
+                                                            : NeighboursPerVertex * vertexCount);
         for (const auto& entry : entriesInIdOrder(iterator(d), count(d))) {
-            lists.set(entry.second);
+            entry.second->setUpwardAdjacencies();
         }
+        isComplete = isComplete && lists.isComplete();
     }
+    return isComplete;
 }
 
 void Mesh::clearUpwardAdjacencies()

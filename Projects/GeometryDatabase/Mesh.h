@@ -116,7 +116,10 @@ public:
     /// setUpwardAdjacencies(): clear them first. A bad stream leaves its status at
     /// QDataStream::ReadPastEnd or QDataStream::ReadCorruptData, as told in MeshSerializer; an
     /// unknown format changes nothing but the version. What was read of it stays, and all upward
-    /// lists are then derived anew, each entry once.
+    /// lists are then derived anew, each entry once. Corrupt data is also a mesh whose upward lists
+    /// would outgrow it: if the edges, or the faces, that have no vertex with at most 64 neighbours
+    /// have more than 4 for each vertex that the elements of the mesh list, elements on the same
+    /// vertices counted once, then the last of them have none. Elements beside one another never do.
     /// \pre the model is read
     void read(QDataStream& stream);
 
@@ -144,6 +147,14 @@ public:
     void renumber(int dimension);
 
 private:
+    enum class Limit
+    {
+        None,
+        ByVertexLists
+    };
+
+    /// Whether the limit allowed for all lists.
+    bool setUpwardAdjacencies(Limit limit);
     void replaceAttribute(MeshEntity* entity, const AttributeType& type,
                           const QMap<int, int>& idMap);
     void replaceVertexAttributes(const QMap<int, int>& idMap);

@@ -7,6 +7,7 @@
 #include "MeshVertex.h"
 #include "ModelEntity.h"
 #include "NeighbourSets.h"
+#include "UpwardLists.h"
 
 #include <algorithm>
 #include <utility>
@@ -216,12 +217,17 @@ void MeshEntity::clearAdjacencies(int dimension)
 
 void MeshEntity::addUpwardAdjacencies(int dimension)
 {
-    addUpwardAdjacencies(dimension, nullptr);
+    if (UpwardLists* lists = UpwardLists::current(dimension)) {
+        lists->appendTo(this);
+    } else {
+        appendUpwardAdjacencies(dimension, nullptr);
+    }
 }
 
-void MeshEntity::addUpwardAdjacencies(int dimension, NeighbourSets* sets)
+void MeshEntity::appendUpwardAdjacencies(int dimension, NeighbourSets* sets)
 {
-    for (MeshEntity* entity : commonNeighbours(adjacencies(0), dimension, sets)) {
+    for (MeshEntity* entity :
+         commonNeighbours(std::as_const(*this).adjacencies(0), dimension, sets)) {
         addAdjacency(entity);
     }
 }

@@ -73,6 +73,12 @@ public:
     /// \brief An entity without id, parent, attributes and neighbours.
     MeshEntity() = default;
 
+    /// \brief Copies id, attributes, parent and lists; no table and no list takes the copy in.
+    MeshEntity(const MeshEntity&) = default;
+
+    /// \brief Copies id, attributes, parent and lists; no table and no list learns of it.
+    MeshEntity& operator=(const MeshEntity&) = default;
+
     /// \brief Releases the entity's lists and attributes; the destructors of the derived classes
     ///        detach the entity from its parent, but not from its neighbours.
     virtual ~MeshEntity();
@@ -165,9 +171,6 @@ public:
     bool operator<(const MeshEntity& other) const;
 
 protected:
-    MeshEntity(const MeshEntity&) = default;
-    MeshEntity& operator=(const MeshEntity&) = default;
-
     /// \brief Position of the vertex at \p index of list 0, which must be in range.
     Vector vertexPoint(int index) const { return adjacencyAt(0, index)->centroid(); }
 
@@ -178,7 +181,9 @@ protected:
     /// \brief Empties the list of \p dimension.
     void clearAdjacencies(int dimension);
 
-    /// \brief Appends to the list of \p dimension what uses all the entity's vertices.
+    /// \brief Appends to the list of \p dimension what uses all the entity's vertices. While a Mesh
+    ///        sets the upward lists of all its entities, long lists are shared among the entities on
+    ///        the same vertices.
     void addUpwardAdjacencies(int dimension);
 
     /// \brief Takes the entity out of the lists of its vertices.
@@ -199,12 +204,7 @@ private:
     static Neighbours commonNeighbours(const QList<MeshEntity*>& entities, int dimension,
                                        NeighbourSets* sets = nullptr);
 
-    void addUpwardAdjacencies(int dimension, NeighbourSets* sets);
-
-    void shareAdjacencies(int dimension, const MeshEntity& other)
-    {
-        adjacencies(dimension) = other.adjacencies(dimension);
-    }
+    void appendUpwardAdjacencies(int dimension, NeighbourSets* sets);
 
     QList<MeshEntity*>& adjacencies(int dimension)
     {

@@ -56,12 +56,14 @@ void Mesh::read(QDataStream& stream)
         return;
     }
     serializer->read(stream);
-    if (stream.status() != QDataStream::Ok) {
-        // The host may go on with the mesh that it had, whose lists must not hold everything twice.
-        clearUpwardAdjacencies();
-        clearAtReplacedVertices(*this);
+    if (isOk(stream) && setUpwardAdjacencies(Limit::ByVertexLists)) {
+        return;
     }
-    setUpwardAdjacencies();
+    stream.setStatus(QDataStream::ReadCorruptData); // which leaves a failure before as it is
+    // The host may go on with the mesh that it had, whose lists must not hold everything twice.
+    clearUpwardAdjacencies();
+    clearAtReplacedVertices(*this);
+    setUpwardAdjacencies(Limit::ByVertexLists);
 }
 
 void Mesh::read(const wchar_t* fileName)

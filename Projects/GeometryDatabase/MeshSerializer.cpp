@@ -26,9 +26,6 @@ namespace
 constexpr int NoParentDimension = -1;
 constexpr int NoParentId = 0;
 
-// Mesh files have up to 27, in a hexahedron of second order; a host may have kept polygons.
-constexpr qint32 MostVertices = 32;
-
 int parentDimension(const MeshEntity* entity)
 {
     return entity->parent() != nullptr ? entity->parent()->dimension() : NoParentDimension;
@@ -158,11 +155,6 @@ void MeshSerializer::readMeshAdjacencies(MeshEntity* element, QDataStream& strea
         } else {
             stream.setStatus(QDataStream::ReadCorruptData);
         }
-    }
-    // The upward lists of edges and faces come from their vertices, and grow with the square of the
-    // number of vertices.
-    if (count > MostVertices || (count == 0 && element->dimension() < 3)) {
-        stream.setStatus(QDataStream::ReadCorruptData);
     }
 }
 

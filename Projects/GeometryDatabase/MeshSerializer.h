@@ -30,9 +30,9 @@ class ModelEntity;
 /// begin with.
 ///
 /// Counts below 0 are read as 0. QDataStream::ReadCorruptData besides what AttributeSerializer
-/// refuses: an entity id that is not positive or occurs twice in one dimension of the stream, a
-/// vertex id that the mesh does not hold, an edge or face without vertices, an element of more than 32
-/// vertices, and a parent dimension outside -1 to 3; further cases stand with the formats.
+/// refuses: an entity id that is 0 or occurs twice in one dimension of the stream, a
+/// vertex id that the mesh does not hold, and a parent dimension outside -1 to 3; further cases stand
+/// with the formats. Elements may have any number of vertices, none included.
 class OVRA_GEO_EXPORT MeshSerializer
 {
 public:

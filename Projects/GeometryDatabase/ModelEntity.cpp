@@ -96,12 +96,11 @@ void ModelEntity::removeChild(MeshEntity* child)
 
 void ModelEntity::removeAllChildren()
 {
-    // Each destructor calls removeChild(), which finds nothing left to do in an empty table.
-    const auto children = entriesInIdOrder(childIterator(), childCount());
-    children_ = {};
-    for (const auto& entry : children) {
+    for (const auto& entry : entriesInIdOrder(childIterator(), childCount())) {
         delete entry.second;
     }
+    // What a renumbering has left under old ids, where the destructors do not look.
+    children_ = {};
 }
 
 HashIterator<int, MeshEntity*> ModelEntity::childIterator() const

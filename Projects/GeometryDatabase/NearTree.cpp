@@ -14,18 +14,32 @@ constexpr double Unreachable = 1e12;
 // More than the rounding of the few operations that make a bound, relative to what goes into it.
 constexpr double Rounding = 64 * std::numeric_limits<double>::epsilon();
 
+// More than what a length loses where the squares of its components underflow.
+constexpr double Underflow = 1e-160;
+// Distances from here on lose nothing of note by that.
+constexpr double Measurable = 1e-140;
+
+// What the distances and bounds that come of two such lengths may be wrong by.
+double inaccuracy(double d, double reach)
+{
+    return Rounding * (d + reach) + Underflow;
+}
+
 // By the plane halfway between two points that are \p between apart: a distance from the query that
 // nothing undercuts which is nearer to the one, \p own from the query, than to the other. \p reach
 // is how far such things lie from the node above. A NaN, or less than 0, where there is no bound.
 double beyondPlane(double own, double other, double between, double reach)
 {
+    if (between < Measurable) {
+        return 0.0;
+    }
     const double squares = own * own + other * other + reach * reach;
     return 0.5 * (own * own - other * other - Rounding * squares) / between;
 }
 
 double beyondReach(double d, double reach)
 {
-    return d - reach - Rounding * (d + reach);
+    return d - reach - inaccuracy(d, reach);
 }
 
 } // namespace
@@ -60,9 +74,12 @@ void NearTree::warnAbove()
 void NearTree::insert(NearTree* node)
 {
     warnAbove();
+    // A reach that falls short keeps the search from points that it does not cover.
+    const bool covers = node->radius_ >= 0.0;
     NearTree* place = this;
     double reach = distance(node) + node->radius_;
     while (place->right_) {
+        place->regular_ = place->regular_ && covers;
         const double toLeft = node->distance(place->left_);
         const double toRight = node->distance(place->right_);
         if (toRight > toLeft) {
@@ -75,6 +92,7 @@ void NearTree::insert(NearTree* node)
             reach = toRight + node->radius_;
         }
     }
+    place->regular_ = place->regular_ && covers;
     place->attach(node, reach);
 }
 
@@ -95,8 +113,13 @@ int NearTree::nearest(const NearTree* query) const
     if (!query) {
         return 0;
     }
-    const double known = regular_ ? distanceOnDescent(query) : Unreachable;
-    const Candidate found = search(query, known);
+    if (!regular_) {
+        return search(query, Unreachable).id;
+    }
+    const double known = distanceOnDescent(query);
+    const double reach = std::max(maxLeft_, maxRight_);
+    // What lies so little farther than the nearest point may by rounding decide what is searched.
+    const Candidate found = search(query, known + inaccuracy(distance(query), 3.0 * reach));
     // Below a point that is not finite the descent may have seen what no search reaches.
     return found.distance > known ? search(query, Unreachable).id : found.id;
 }

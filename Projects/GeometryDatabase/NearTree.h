@@ -36,7 +36,8 @@ public:
     /// \param id     what a query is to return for the point
     /// \param point  the position
     /// \param radius the radius of the sphere about the point, which within() and the bounds of the
-    ///               search take into account; 0.0 for a plain point, never negative
+    ///               search take into account; 0.0 for a plain point. Below 0 the bounds fall short,
+    ///               so that nearest() may miss the nearest point
     void set(int id, const Vector& point, double radius);
 
     /// \brief Adds a point below this node.
@@ -45,8 +46,9 @@ public:
 
     /// \brief The id of the point that lies nearest to the point of \p query.
     ///
-    /// Of points at the same distance the one that the search meets first is taken: a node before
-    /// its subtrees, the left subtree before the right one.
+    /// The answer is that of the plain recursion: a node before its subtrees, the left subtree before
+    /// the right one, a subtree only if its reach comes as near as what was found, and of points at
+    /// the same distance the one met first.
     /// \param query the node whose point is asked for, in the tree or not; its id and radius play
     ///              no part
     /// \return 0 if \p query is null or no point is nearer than 1e12
@@ -103,7 +105,8 @@ private:
     NearTree* left_ = nullptr;
     NearTree* right_ = nullptr;
     NearTree* above_ = nullptr;
-    /// Whether nothing below has changed but by insertion here or above. If not, neither here nor above.
+    /// Whether nothing below has changed but by insertion here or above, of a radius of 0 or more. If
+    /// not, neither here nor above.
     bool regular_ = true;
 };
 

@@ -18,7 +18,7 @@ class NeighbourSets
 {
 public:
     /// \brief Up to this many neighbours a list is scanned without delay.
-    static constexpr qsizetype Few = 1024;
+    static constexpr qsizetype Few = 64;
 
     /// \brief The entries of \p list, which is that of \p vertex in all calls.
     const QSet<MeshEntity*>& of(const MeshEntity* vertex, const QList<MeshEntity*>& list)

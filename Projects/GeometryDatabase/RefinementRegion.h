@@ -38,7 +38,7 @@ public:
     RefinementRegion() = default;
 
     /// \brief The same, of the given version, which no stream form carries and nothing changes.
-    explicit RefinementRegion(const Version& version)
+    RefinementRegion(const Version& version)
         : version_(version)
     {
     }
@@ -114,23 +114,11 @@ public:
     ///        transMat().
     void setTransMat(int index, const Vector& vector) { transVector(index) = vector; }
 
-    /// \brief Writes the binary form.
-    friend OVRA_GEO_EXPORT QDataStream& operator<<(QDataStream& stream,
-                                                   const RefinementRegion& region);
-
-    /// \brief Reads the binary form.
-    ///
-    /// A list's count is not trusted: a list takes no more memory than the stream has items for,
-    /// and one that cannot be read in full is left empty. The stream's status tells of a failure.
-    friend OVRA_GEO_EXPORT QDataStream& operator>>(QDataStream& stream, RefinementRegion& region);
-
-    /// \brief Writes the text form: the fields in the order of the binary form, separated by
-    ///        blanks, on lines of their own for each group, each point and each lambda; flags as 0
-    ///        and 1.
-    friend OVRA_GEO_EXPORT QTextStream& operator<<(QTextStream& stream,
-                                                   const RefinementRegion& region);
-
 private:
+    friend OVRA_GEO_EXPORT QDataStream& operator<<(QDataStream&, const RefinementRegion&);
+    friend OVRA_GEO_EXPORT QDataStream& operator>>(QDataStream&, RefinementRegion&);
+    friend OVRA_GEO_EXPORT QTextStream& operator<<(QTextStream&, const RefinementRegion&);
+
     Vector& genericVector(int index);
     const Vector& genericVector(int index) const;
     Vector& transVector(int index);
@@ -158,6 +146,19 @@ private:
     Vector maximum_;
     Vector transMat_[3];
 };
+
+/// \brief Writes the binary form.
+OVRA_GEO_EXPORT QDataStream& operator<<(QDataStream& stream, const RefinementRegion& region);
+
+/// \brief Reads the binary form.
+///
+/// A list's count is not trusted: a list takes no more memory than the stream has items for, and one
+/// that cannot be read in full is left empty. The stream's status tells of a failure.
+OVRA_GEO_EXPORT QDataStream& operator>>(QDataStream& stream, RefinementRegion& region);
+
+/// \brief Writes the text form: the fields in the order of the binary form, separated by blanks, on
+///        lines of their own for each group, each point and each lambda; flags as 0 and 1.
+OVRA_GEO_EXPORT QTextStream& operator<<(QTextStream& stream, const RefinementRegion& region);
 
 } // namespace Ovra::Geo
 

@@ -130,8 +130,9 @@ void Solver::splitFluidSolidFace(ModelEntity* face)
         (Utility::isFluid(region) ? fluidRegion : otherRegion) = region;
     }
 
-    ModelEntity* newFace = ModelEntity::create(face->dimension());
-    database_->model()->add(newFace);
+    Model* model = database_->model();
+    ModelEntity* newFace = ModelEntity::create(model->faceDimension());
+    model->add(newFace);
     Utility::replaceAdjacencies(otherRegion, face, newFace);
     face->attributes().insert(AttributeType::SolidFace, newFace->id());
     newFace->attributes().insert(AttributeType::FluidFace, face->id());

@@ -37,7 +37,7 @@ class OVRA_GEO_EXPORT Solver
 public:
     /// \brief A solver preparation without error and with an extrusion tolerance of 0.01.
     /// \param database what is worked on; not owned, not null
-    explicit Solver(Database* database);
+    Solver(Database* database);
 
     /// \brief The last error text that the host recorded; empty if there is none.
     QString error() const;
@@ -165,7 +165,8 @@ public:
     /// \pre upward adjacencies of the mesh are set: an entity without them counts as unreferenced
     void removeUnreferencedMeshEntities();
 
-    /// \brief The mesh vertices that no element uses, by ascending id; removes nothing.
+    /// \brief The mesh vertices that no element uses, in the order of Mesh::iterator(); removes
+    ///        nothing.
     /// \pre upward adjacencies of the mesh are set
     QList<MeshEntity*> getUnreferencedMeshVertices();
 

@@ -9,6 +9,7 @@
 #include <QDebug>
 
 #include <algorithm>
+#include <utility>
 
 namespace Ovra::Geo
 {
@@ -32,8 +33,9 @@ QList<MeshEntity*> Solver::getUnreferencedMeshVertices()
 
 void Solver::removeUnreferencedMeshEntities(int dimension, int upwardDimension)
 {
-    const QList<MeshEntity*> found = getUnreferencedMeshEntities(dimension, upwardDimension);
-    for (MeshEntity* entity : found) {
+    QList<MeshEntity*> found = getUnreferencedMeshEntities(dimension, upwardDimension);
+    std::sort(found.begin(), found.end(), MeshEntity::lessThan);
+    for (MeshEntity* entity : std::as_const(found)) {
         if (!isAdjacentToUnmeshedDevice(entity)) {
             database_->mesh()->remove(entity);
         }
@@ -53,7 +55,6 @@ QList<MeshEntity*> Solver::getUnreferencedMeshEntities(int dimension, int upward
             found.append(entities.value());
         }
     }
-    std::sort(found.begin(), found.end(), MeshEntity::lessThan);
     return found;
 }
 

@@ -54,10 +54,11 @@ void Solver::addPeripheralFaces()
 void Solver::addPeripheralFaces(ModelEntity* device)
 {
     vertexMap_.clear();
+    Model* model = database_->model();
     const QList<ModelEntity*> faces = getPeripheralFaces(device);
     for (ModelEntity* face : faces) {
-        ModelEntity* newFace = ModelEntity::create(face->dimension());
-        database_->model()->add(newFace);
+        ModelEntity* newFace = ModelEntity::create(model->faceDimension());
+        model->add(newFace);
         ModelEntity* otherRegion = Utility::getOtherAdjacentRegion(face, device);
         face->attributes().insert(AttributeType::StatorFace, newFace->id());
         newFace->attributes().insert(AttributeType::RotorFace, face->id());

@@ -28,10 +28,10 @@ bool isMoving(const ModelEntity* region)
     return region->attributes().contains(AttributeType::MotionType);
 }
 
-// Plain fluid alone: a device that the fluid flows through is not swept.
-void addFaceLike(Model* model, const ModelEntity* face, ModelEntity* region)
+void addFace(Model* model, ModelEntity* region)
 {
-    ModelEntity* newFace = ModelEntity::create(face->dimension());
+    // Not the dimension of what stands in the list, or the new faces would not all be in one list.
+    ModelEntity* newFace = ModelEntity::create(model->faceDimension());
     model->add(newFace);
     region->addAdjacency(newFace);
     newFace->addAdjacency(region);
@@ -39,11 +39,12 @@ void addFaceLike(Model* model, const ModelEntity* face, ModelEntity* region)
 
 ModelEntity* addRegionLike(Model* model, const ModelEntity* region)
 {
-    ModelEntity* newRegion = ModelEntity::create(region->dimension());
+    ModelEntity* newRegion = ModelEntity::create(model->faceDimension() + 1);
     model->add(newRegion);
     auto faces = region->adjacencyIterator(model->faceDimension());
     while (faces.hasNext()) {
-        addFaceLike(model, faces.next(), newRegion);
+        faces.next();
+        addFace(model, newRegion);
     }
     return newRegion;
 }
@@ -91,6 +92,7 @@ bool Solver::shouldReplicate(ModelEntity* region) const
         return false;
     }
     const QSet<ModelEntity*> neighbours = Utility::getAdjacentRegions(region, database_->model());
+    // Plain fluid alone: a device that the fluid flows through is not swept.
     return std::any_of(neighbours.cbegin(), neighbours.cend(), [](const ModelEntity* other) {
         return materialKind(other) == QLatin1String("fluid") || isMoving(other);
     });

@@ -26,7 +26,7 @@ bool StreamIds::insert(int id)
 
 void StreamIds::check(int id, QDataStream& stream)
 {
-    if (id <= 0 || !insert(id)) {
+    if (id == 0 || !insert(id)) {
         stream.setStatus(QDataStream::ReadCorruptData);
     }
 }

@@ -18,10 +18,9 @@ class StreamIds
 public:
     /// \brief Takes \p id in.
     /// \return false if it has occurred before
-    /// \pre \p id is positive
     bool insert(int id);
 
-    /// \brief Takes the id of a record of \p stream in; one that is not positive or has occurred
+    /// \brief Takes the id of a record of \p stream in; 0, which is no id, or one that has occurred
     ///        before sets the status QDataStream::ReadCorruptData.
     void check(int id, QDataStream& stream);
 

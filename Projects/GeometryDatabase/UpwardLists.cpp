@@ -3,16 +3,13 @@
 #include "MeshEntity.h"
 
 #include <algorithm>
-#include <limits>
+#include <utility>
 
 namespace Ovra::Geo
 {
 
 namespace
 {
-
-// Up to this many neighbours a list of its own is not much more than the element itself.
-constexpr int FewNeighbours = 64;
 
 struct Range
 {
@@ -43,30 +40,69 @@ QList<MeshEntity*> vertexSet(const MeshEntity* element)
     return vertices;
 }
 
+// Without a look at the entries, of which there may be very many.
+bool isSame(const QList<MeshEntity*>& a, const QList<MeshEntity*>& b)
+{
+    return a.size() == b.size() && (a.isEmpty() || a.constData() == b.constData());
+}
+
+UpwardLists*& currentOfThread()
+{
+    thread_local UpwardLists* current = nullptr;
+    return current;
+}
+
 } // namespace
 
-void UpwardLists::set(MeshEntity* element)
+UpwardLists::UpwardLists(int dimension, qint64 limit)
+    : outer_(currentOfThread())
+    , dimension_(dimension)
+    , limit_(limit)
 {
-    const int upward = element->dimension() + 1;
-    const Range neighbours = neighbourCounts(element, upward);
-    if (neighbours.most <= FewNeighbours) {
-        element->setUpwardAdjacencies();
-    } else if (neighbours.least <= FewNeighbours || element->adjacencyCount(upward) > 0) {
-        element->addUpwardAdjacencies(upward, &sets_);
+    currentOfThread() = this;
+}
+
+UpwardLists::~UpwardLists()
+{
+    currentOfThread() = outer_;
+}
+
+UpwardLists* UpwardLists::current(int dimension)
+{
+    UpwardLists* lists = currentOfThread();
+    return lists != nullptr && lists->dimension_ == dimension ? lists : nullptr;
+}
+
+void UpwardLists::appendTo(MeshEntity* element)
+{
+    const Range neighbours = neighbourCounts(element, dimension_);
+    if (neighbours.most <= NeighbourSets::Few) {
+        element->appendUpwardAdjacencies(dimension_, nullptr);
+    } else if (neighbours.least <= NeighbourSets::Few) {
+        element->appendUpwardAdjacencies(dimension_, &sets_);
     } else {
-        setOrShare(element, upward);
+        appendMany(element, neighbours.least);
     }
 }
 
-void UpwardLists::setOrShare(MeshEntity* element, int upward)
+void UpwardLists::appendMany(MeshEntity* element, qint64 neighbours)
 {
-    MeshEntity*& first = firstOn_[vertexSet(element)];
-    if (first == nullptr) {
-        element->addUpwardAdjacencies(upward, &sets_);
-        first = element;
-    } else {
-        element->shareAdjacencies(upward, *first);
+    const QList<MeshEntity*> vertices = vertexSet(element);
+    const auto found = lists_.constFind(vertices);
+    const QList<MeshEntity*>& list = std::as_const(*element).adjacencies(dimension_);
+    if (found != lists_.cend() && isSame(list, found->before)) {
+        element->adjacencies(dimension_) = found->after;
+        return;
     }
+    const qint64 work = neighbours * vertices.size();
+    if (work > limit_) {
+        isComplete_ = false;
+        return;
+    }
+    limit_ -= work;
+    const QList<MeshEntity*> before = list;
+    element->appendUpwardAdjacencies(dimension_, &sets_);
+    lists_.insert(vertices, {before, list});
 }
 
 } // namespace Ovra::Geo

@@ -104,7 +104,7 @@ public:
     static bool isUnmeshedDevice(ModelEntity* region);
 
     /// \brief Whether the number of neighbours of \p face one dimension up is not 2.
-    /// \param face an entity of any dimension below 3
+    /// \param face an entity of any dimension; true for a region, which has nothing above it
     static bool isExternalFace(ModelEntity* face);
 
     /// \brief Whether all regions at \p face, and at \p otherFace, are fluid; true for faces

@@ -52,11 +52,24 @@ bool hasOnlyFluidRegions(const ModelEntity* face)
     return true;
 }
 
+// A list may hold entities of any dimension, so that there may be none above or below.
+QListIterator<ModelEntity*> neighbours(const ModelEntity* entity, int dimension)
+{
+    const bool exists = dimension >= 0 && dimension <= 3;
+    return exists ? entity->adjacencyIterator(dimension)
+                  : QListIterator<ModelEntity*>(QList<ModelEntity*>());
+}
+
+QListIterator<ModelEntity*> neighboursAbove(const ModelEntity* entity)
+{
+    return neighbours(entity, entity->dimension() + 1);
+}
+
 // The face that stands in for an extruded one, or the bounding entity itself.
-ModelEntity* nonExtruded(ModelEntity* boundary, const Model* model)
+ModelEntity* nonExtruded(ModelEntity* boundary, int dimension, const Model* model)
 {
     const int id = boundary->attributes().value(AttributeType::NonExtrudedFace, 0).toInt();
-    return id == 0 ? boundary : model->entity(boundary->dimension(), id);
+    return id == 0 ? boundary : model->entity(dimension, id);
 }
 
 // Only plain fluid will do: not the devices that fluid flows through, nor what has been
@@ -97,7 +110,7 @@ bool Utility::isUnmeshedDevice(ModelEntity* region)
 
 bool Utility::isExternalFace(ModelEntity* face)
 {
-    return face->adjacencyCount(face->dimension() + 1) != 2;
+    return face->dimension() == 3 || face->adjacencyCount(face->dimension() + 1) != 2;
 }
 
 bool Utility::isFluidFluidInterface(ModelEntity* face, ModelEntity* otherFace)
@@ -107,7 +120,7 @@ bool Utility::isFluidFluidInterface(ModelEntity* face, ModelEntity* otherFace)
 
 ModelEntity* Utility::getOtherAdjacentRegion(ModelEntity* face, ModelEntity* region)
 {
-    QListIterator<ModelEntity*> regions = face->adjacencyIterator(face->dimension() + 1);
+    QListIterator<ModelEntity*> regions = neighboursAbove(face);
     while (regions.hasNext()) {
         ModelEntity* candidate = regions.next();
         if (candidate != region) {
@@ -122,14 +135,14 @@ QSet<ModelEntity*> Utility::getAdjacentRegions(ModelEntity* entity, Model* model
     const bool extruded =
         entity->attributes().value(AttributeType::MeshByExtrusion, false).toBool();
     QSet<ModelEntity*> result;
-    QListIterator<ModelEntity*> boundaries = entity->adjacencyIterator(entity->dimension() - 1);
+    const int dimension = entity->dimension() - 1;
+    QListIterator<ModelEntity*> boundaries = neighbours(entity, dimension);
     while (boundaries.hasNext()) {
         ModelEntity* boundary = boundaries.next();
         if (extruded) {
-            boundary = nonExtruded(boundary, model);
+            boundary = nonExtruded(boundary, dimension, model);
         }
-        QListIterator<ModelEntity*> regions =
-            boundary->adjacencyIterator(boundary->dimension() + 1);
+        QListIterator<ModelEntity*> regions = neighboursAbove(boundary);
         while (regions.hasNext()) {
             result.insert(regions.next());
         }

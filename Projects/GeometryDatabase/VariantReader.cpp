@@ -1,22 +1,23 @@
 #include "VariantReader.h"
 
 #include "BoundedList.h"
+#include "DateTimeReading.h"
+#include "EasingCurveReading.h"
 #include "StreamReading.h"
 #include "VariantTypeNumber.h"
 
 #include <QByteArray>
 #include <QDataStream>
-#include <QIODevice>
-#include <QString>
+#include <QDateTime>
+#include <QEasingCurve>
+
+#include <utility>
 
 namespace Ovra::Geo
 {
 
 namespace
 {
-
-// Marks a QDateTime with a time zone in streams before Qt 5.2, which do not say which one.
-constexpr int OldTimeZone = 4;
 
 // A type that is registered under its number, checked first since QMetaType(int) warns otherwise.
 QMetaType builtInType(int id)
@@ -25,20 +26,64 @@ QMetaType builtInType(int id)
     return known ? QMetaType(id) : QMetaType();
 }
 
+// data() would mark the value as not null, which constData() does not; nobody else has it yet.
+void* contentOf(QVariant& value)
+{
+    return const_cast<void*>(value.constData());
+}
+
+template <typename Content>
+Content& contentAs(QVariant& value)
+{
+    return *static_cast<Content*>(contentOf(value));
+}
+
+// Puts \p item where the next one of \p missing belongs in \p container.
+void put(QVariant& container, const QString& key, quint32 missing, QVariant& item)
+{
+    switch (container.typeId()) {
+    case QMetaType::QVariantList:
+        contentAs<QVariantList>(container).append(std::move(item));
+        break;
+    case QMetaType::QVariantMap:
+        contentAs<QVariantMap>(container).insert(key, item);
+        break;
+    case QMetaType::QVariantHash:
+        contentAs<QVariantHash>(container).insert(key, item);
+        break;
+    case QMetaType::QVariantPair: {
+        QVariantPair& pair = contentAs<QVariantPair>(container);
+        (missing == 2 ? pair.first : pair.second) = std::move(item);
+        break;
+    }
+    default:
+        contentAs<QVariant>(container) = std::move(item);
+    }
+}
+
 } // namespace
 
 bool VariantReader::read(QVariant& value)
 {
     value = QVariant();
-    if (depth_ >= MaximumDepth) {
-        refuse();
+    Containers open;
+    while (isOk(stream_)) {
+        if (open.size() >= MaximumDepth) {
+            refuse();
+            break;
+        }
+        Container next = readHead();
+        if (next.missing > 0) {
+            readKey(next);
+            open.append(std::move(next));
+            continue;
+        }
+        value = std::move(next.value);
+        putInto(open, value);
+        if (open.isEmpty()) {
+            break;
+        }
     }
-    if (!isOk(stream_)) {
-        return false;
-    }
-    ++depth_;
-    readTypeAndContent(value);
-    --depth_;
     if (!isOk(stream_)) {
         value = QVariant();
     }
@@ -50,8 +95,9 @@ void VariantReader::refuse()
     stream_.setStatus(QDataStream::ReadCorruptData);
 }
 
-void VariantReader::readTypeAndContent(QVariant& value)
+VariantReader::Container VariantReader::readHead()
 {
+    Container result;
     quint32 number = 0;
     qint8 null = 0;
     stream_ >> number;
@@ -60,15 +106,18 @@ void VariantReader::readTypeAndContent(QVariant& value)
     }
     const QMetaType type = isOk(stream_) ? typeOf(number) : QMetaType();
     if (!isOk(stream_)) {
-        return;
+        return result;
     }
     if (type.sizeOf() == 0) {
         readInvalid();
-        return;
+        return result;
     }
-    value = QVariant(type);
-    // data() would mark the value as not null, which constData() does not; nobody else has it yet.
-    readContent(type, null != 0 ? const_cast<void*>(value.constData()) : value.data());
+    result.value = QVariant(type);
+    if (null == 0) {
+        static_cast<void>(result.value.data());
+    }
+    result.missing = readContent(type, contentOf(result.value));
+    return result;
 }
 
 QMetaType VariantReader::typeOf(quint32 number)
@@ -98,111 +147,62 @@ void VariantReader::readInvalid()
     }
 }
 
-void VariantReader::readContent(QMetaType type, void* content)
+quint32 VariantReader::readContent(QMetaType type, void* content)
 {
     switch (type.id()) {
     case QMetaType::QVariant:
-        read(*static_cast<QVariant*>(content));
-        break;
+        return 1;
     case QMetaType::QVariantPair:
-        readPair(*static_cast<QVariantPair*>(content));
-        break;
+        return 2;
     case QMetaType::QVariantList:
-        readList(*static_cast<QVariantList*>(content));
-        break;
-    case QMetaType::QStringList:
-        readList(*static_cast<QStringList*>(content));
-        break;
-    case QMetaType::QByteArrayList:
-        readList(*static_cast<QByteArrayList*>(content));
-        break;
     case QMetaType::QVariantMap:
-        readMap(*static_cast<QVariantMap*>(content));
-        break;
     case QMetaType::QVariantHash:
-        readMap(*static_cast<QVariantHash*>(content));
-        break;
+        return readListCount(stream_);
+    case QMetaType::QStringList:
+        readBoundedList(stream_, *static_cast<QStringList*>(content));
+        return 0;
+    case QMetaType::QByteArrayList:
+        readBoundedList(stream_, *static_cast<QByteArrayList*>(content));
+        return 0;
     default:
         readPlain(type, content);
-    }
-}
-
-void VariantReader::readPair(QVariantPair& pair)
-{
-    read(pair.first);
-    read(pair.second);
-}
-
-template <typename Item>
-void VariantReader::readList(QList<Item>& items)
-{
-    readBoundedList(stream_, items, [this](QDataStream&, Item& item) { readItem(item); });
-}
-
-void VariantReader::readItem(QVariant& item)
-{
-    read(item);
-}
-
-template <typename Item>
-void VariantReader::readItem(Item& item)
-{
-    stream_ >> item;
-}
-
-template <typename Map>
-void VariantReader::readMap(Map& map)
-{
-    const quint32 count = readListCount(stream_);
-    for (quint32 i = 0; i < count && isOk(stream_); ++i) {
-        const auto key = readValue<QString>(stream_);
-        QVariant value;
-        if (read(value)) {
-            map.insert(key, value);
-        }
+        return 0;
     }
 }
 
 void VariantReader::readPlain(QMetaType type, void* content)
 {
-    const bool readable = type.hasRegisteredDataStreamOperators() && isReadSilently(type);
-    if (!readable || !type.load(stream_, content)) {
+    if (type.id() == QMetaType::QEasingCurve) {
+        readEasingCurve(*static_cast<QEasingCurve*>(content), stream_);
+    } else if (type.id() == QMetaType::QDateTime) {
+        readDateTime(*static_cast<QDateTime*>(content), stream_);
+    } else if (!type.hasRegisteredDataStreamOperators() || !type.load(stream_, content)) {
         refuse();
     }
 }
 
-bool VariantReader::isReadSilently(QMetaType type) const
+void VariantReader::readKey(Container& container)
 {
-    switch (type.id()) {
-    case QMetaType::QEasingCurve:
-        return false;
-    case QMetaType::QDateTime: // warns of a zone that its old forms lack, and tests no number
-        return hasKnownTimeSpec();
-    default:
-        return true;
+    const int type = container.value.typeId();
+    if (type == QMetaType::QVariantMap || type == QMetaType::QVariantHash) {
+        container.key = readValue<QString>(stream_);
     }
 }
 
-bool VariantReader::hasKnownTimeSpec() const
+// A value that completes the one that it stands in is followed by that one.
+void VariantReader::putInto(Containers& open, QVariant& value)
 {
-    const int version = stream_.version();
-    if (version < QDataStream::Qt_4_0) {
-        return true;
+    while (!open.isEmpty()) {
+        Container& outer = open.last();
+        put(outer.value, outer.key, outer.missing, value);
+        --outer.missing;
+        if (outer.missing > 0) {
+            readKey(outer);
+            return;
+        }
+        value = std::move(outer.value);
+        open.removeLast();
     }
-    const qint64 dateSize = version < QDataStream::Qt_5_0 ? 4 : 8;
-    const qint64 timeSize = 4;
-    const QByteArray bytes = stream_.device()->peek(dateSize + timeSize + 1);
-    if (bytes.size() <= dateSize + timeSize) {
-        return true; // broken off, which Qt's operator will find
-    }
-    const auto timeSpec = static_cast<qint8>(bytes.back());
-    if (version == QDataStream::Qt_5_0) {
-        return timeSpec >= Qt::LocalTime && timeSpec <= Qt::OffsetFromUTC;
-    }
-    if (version < QDataStream::Qt_5_2) {
-        return timeSpec != OldTimeZone;
-    }
-    return timeSpec >= Qt::LocalTime && timeSpec <= Qt::TimeZone;
 }
 
 } // namespace Ovra::Geo

@@ -2,8 +2,9 @@
 
 #include "GeometryDatabaseExport.h"
 
-#include <QList>
 #include <QMetaType>
+#include <QString>
+#include <QVarLengthArray>
 #include <QVariant>
 
 class QDataStream;
@@ -18,17 +19,21 @@ namespace Ovra::Geo
 /// the reader
 ///
 /// - lets lists and maps grow with what has been read, whatever count the stream announces,
-/// - limits the nesting of lists, maps, pairs and variants to MaximumDepth,
+/// - limits the nesting of lists, maps, pairs and variants to MaximumDepth, without recursion,
 /// - prints nothing: a type that is not registered, that has no stream operators, or whose value Qt
-///   would comment on is QDataStream::ReadCorruptData.
+///   would comment on is QDataStream::ReadCorruptData,
+/// - takes no address of a function from the stream, see readEasingCurve().
 ///
-/// Refused altogether is QEasingCurve, whose stream form carries the address of a function. Types
-/// that a host registers are read by the host's stream operator.
+/// Types that a host registers are read by the host's stream operator.
 class OVRA_GEO_EXPORT VariantReader
 {
 public:
     /// \brief How deep values may be nested; a plain value has depth 1.
-    static constexpr int MaximumDepth = 64;
+    ///
+    /// Qt's own writing takes about 300 bytes of the stack for each level, so that a host with the
+    /// usual stack of 8 MB writes little more than 27000 levels; destruction takes less than 100. So
+    /// what is read can be written again.
+    static constexpr int MaximumDepth = 20000;
 
     /// \brief A reader on \p stream, which must outlive it; version and byte order are the
     /// stream's.
@@ -44,26 +49,28 @@ public:
     bool read(QVariant& value);
 
 private:
+    /// A value, and how many of the values in it are still to come.
+    struct Container
+    {
+        QVariant value;
+        quint32 missing = 0;
+        QString key; ///< of the next one, in a map
+    };
+
+    /// Each in the one before.
+    using Containers = QVarLengthArray<Container, 4>;
+
     void refuse();
-    void readTypeAndContent(QVariant& value);
+    Container readHead();
     QMetaType typeOf(quint32 number);
     QMetaType readNamedType();
     void readInvalid();
-    void readContent(QMetaType type, void* content);
-    void readPair(QVariantPair& pair);
-    template <typename Item>
-    void readList(QList<Item>& items);
-    void readItem(QVariant& item);
-    template <typename Item>
-    void readItem(Item& item);
-    template <typename Map>
-    void readMap(Map& map);
+    quint32 readContent(QMetaType type, void* content);
     void readPlain(QMetaType type, void* content);
-    bool isReadSilently(QMetaType type) const;
-    bool hasKnownTimeSpec() const;
+    void readKey(Container& container);
+    void putInto(Containers& open, QVariant& value);
 
     QDataStream& stream_;
-    int depth_ = 0;
 };
 
 } // namespace Ovra::Geo

@@ -36,6 +36,24 @@ private:
     int* deleted_;
 };
 
+// Notes how many children its parent has when it is deleted, itself included.
+class CountingRegion : public MeshRegion
+{
+public:
+    CountingRegion(const ModelRegion* parent, QList<int>* counts)
+        : parent_(parent)
+        , counts_(counts)
+    {
+    }
+    CountingRegion(const CountingRegion&) = delete;
+    CountingRegion& operator=(const CountingRegion&) = delete;
+    ~CountingRegion() override { counts_->append(parent_->childCount()); }
+
+private:
+    const ModelRegion* parent_;
+    QList<int>* counts_;
+};
+
 bool isClose(const Vector& a, const Vector& b)
 {
     return a.isAlmostEqualTo(b, 0.0, 1e-14);
@@ -206,6 +224,21 @@ private slots:
         QCOMPARE(deleted, 100);
         QCOMPARE(region.childCount(), 0);
         QCOMPARE(vertex.parent(), &region);
+    }
+
+    // While a child is deleted, those that come after it are still in the table.
+    void deletesAllChildrenAheadOfEmptyingTheTable()
+    {
+        ModelRegion region;
+        QList<int> counts;
+        for (int id = 1; id <= 3; ++id) {
+            auto* child = new CountingRegion(&region, &counts);
+            child->setId(id);
+            region.addChild(child);
+        }
+        region.removeAllChildren();
+        QCOMPARE(counts, (QList<int>{3, 2, 1}));
+        QCOMPARE(region.childCount(), 0);
     }
 
     void removesAllChildrenAfterARenumbering()

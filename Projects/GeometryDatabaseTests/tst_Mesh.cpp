@@ -11,6 +11,29 @@ using namespace Ovra::Geo;
 
 static_assert(!std::is_polymorphic_v<Mesh>);
 
+namespace
+{
+
+class CountedEdge : public MeshEdge
+{
+public:
+    explicit CountedEdge(int* calls)
+        : calls_(calls)
+    {
+    }
+
+    void setUpwardAdjacencies() override
+    {
+        ++*calls_;
+        MeshEdge::setUpwardAdjacencies();
+    }
+
+private:
+    int* calls_;
+};
+
+} // namespace
+
 class TestMeshContainer : public QObject
 {
     Q_OBJECT
@@ -252,6 +275,63 @@ private slots:
         QCOMPARE(listCount(test, 2, 3), faces);
         // A face has as many edges as corners.
         QCOMPARE(listCount(test, 0, 2), 2 * edges);
+    }
+
+    void asksEveryElementItselfForItsUpwardLists_data()
+    {
+        QTest::addColumn<int>("faceCount");
+        QTest::newRow("few neighbours") << 3;
+        QTest::newRow("many neighbours") << 100;
+        QTest::newRow("very many neighbours") << 3000;
+    }
+
+    void asksEveryElementItselfForItsUpwardLists()
+    {
+        QFETCH(int, faceCount);
+        TestMesh test;
+        auto* a = test.addVertex({0, 0, 0});
+        auto* b = test.addVertex({1, 0, 0});
+        int calls = 0;
+        for (int i = 0; i < 3; ++i) {
+            auto* edge = new CountedEdge(&calls);
+            edge->addAdjacency(a);
+            edge->addAdjacency(b);
+            test.mesh().add(edge);
+        }
+        for (int i = 0; i < faceCount; ++i) {
+            test.addElement(2, {a, b});
+        }
+        test.mesh().setUpwardAdjacencies();
+        QCOMPARE(calls, 3);
+        for (int id = 1; id <= 3; ++id) {
+            QCOMPARE(test.mesh().entity(1, id)->adjacencyCount(2), faceCount);
+        }
+        test.mesh().setUpwardAdjacencies();
+        QCOMPARE(calls, 6);
+        QCOMPARE(test.mesh().entity(1, 3)->adjacencyCount(2), 2 * faceCount);
+    }
+
+    // An element that lists something already gets the rest behind it, and no other does.
+    void addsToTheUpwardListThatAnElementHas()
+    {
+        constexpr int FaceCount = 100;
+        TestMesh test;
+        auto* a = test.addVertex({0, 0, 0});
+        auto* b = test.addVertex({1, 0, 0});
+        auto* c = test.addVertex({0, 1, 0});
+        test.addElement(1, {a, b});
+        auto* edge = test.addElement(1, {a, b});
+        for (int i = 0; i < FaceCount; ++i) {
+            test.addElement(2, {a, b});
+        }
+        auto* other = test.addElement(2, {a, c});
+        edge->addAdjacency(other);
+        test.addElement(1, {a, b});
+        test.mesh().setUpwardAdjacencies();
+        QCOMPARE(test.mesh().entity(1, 1)->adjacencyCount(2), FaceCount);
+        QCOMPARE(edge->adjacencyCount(2), FaceCount + 1);
+        QCOMPARE(edge->adjacencyAt(2, 0), other);
+        QCOMPARE(test.mesh().entity(1, 3)->adjacencyCount(2), FaceCount);
     }
 
     void clearsAndRestoresTheUpwardLists()

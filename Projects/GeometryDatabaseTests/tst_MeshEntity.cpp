@@ -4,6 +4,7 @@
 #include <QTest>
 
 #include <memory>
+#include <type_traits>
 
 using namespace Ovra::Geo;
 
@@ -12,6 +13,21 @@ class TestMeshEntity : public QObject
     Q_OBJECT
 
 private slots:
+    void isCopiedThroughItsBase()
+    {
+        static_assert(std::is_copy_assignable_v<MeshEntity>);
+        MeshVertex vertex;
+        MeshEdge edge;
+        edge.setId(7);
+        edge.attributes().insert(AttributeType::Side, 1);
+        edge.addAdjacency(&vertex);
+        MeshEdge copy;
+        static_cast<MeshEntity&>(copy) = edge;
+        QCOMPARE(copy.id(), 7);
+        QVERIFY(copy.attributes().contains(AttributeType::Side));
+        QCOMPARE(copy.adjacencyAt(0, 0), &vertex);
+    }
+
     void createsTheClassOfTheDimension()
     {
         const std::unique_ptr<MeshEntity> vertex(MeshEntity::create(0));

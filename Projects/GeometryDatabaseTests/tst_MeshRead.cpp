@@ -8,6 +8,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <limits>
+
 using namespace Ovra::Geo;
 using namespace StreamTesting;
 
@@ -294,6 +296,62 @@ private slots:
         QCOMPARE(stream.version(), int(QDataStream::Qt_5_0));
         QCOMPARE(mesh.mesh().version(), Version(1, 2, 3));
         QCOMPARE(mesh.mesh().entity(0, 1)->adjacencyCount(1), 1);
+    }
+    void readsBackElementsOfAnyNumberOfVertices_data()
+    {
+        QTest::addColumn<int>("format");
+        QTest::addColumn<int>("vertexCount");
+        for (const int format : {1, 2, 3}) {
+            for (const int vertexCount : {0, 1, 33, 1000}) {
+                QTest::addRow("format %d, %d vertices", format, vertexCount)
+                    << format << vertexCount;
+            }
+        }
+    }
+
+    void readsBackElementsOfAnyNumberOfVertices()
+    {
+        QFETCH(int, format);
+        QFETCH(int, vertexCount);
+        TestMesh mesh;
+        TestMesh::Vertices vertices;
+        for (int i = 0; i < vertexCount; ++i) {
+            vertices.append(mesh.addVertex(Vector(i, 0, 0)));
+        }
+        for (int dimension = 1; dimension <= 3; ++dimension) {
+            mesh.addElement(dimension, vertices);
+        }
+        TestMesh copy;
+        QCOMPARE(readInto(copy, written(mesh, static_cast<MeshSerializer::Format>(format))),
+                 QDataStream::Ok);
+        for (int dimension = 1; dimension <= 3; ++dimension) {
+            QCOMPARE(neighbourIds(copy.mesh().entity(dimension, 1), 0), sortedIds(vertices));
+        }
+        const int above = vertexCount > 0 ? 1 : 0;
+        QCOMPARE(copy.mesh().entity(1, 1)->adjacencyCount(2), above);
+        QCOMPARE(copy.mesh().entity(2, 1)->adjacencyCount(3), above);
+    }
+
+    void readsBackNegativeIds_data()
+    {
+        QTest::addColumn<int>("format");
+        QTest::newRow("2013") << 1;
+        QTest::newRow("2014") << 2;
+        QTest::newRow("2014a") << 3;
+    }
+
+    void readsBackNegativeIds()
+    {
+        QFETCH(int, format);
+        TestMesh mesh;
+        const int lowest = std::numeric_limits<int>::min();
+        auto* a = mesh.addVertex({0, 0, 0}, lowest);
+        auto* b = mesh.addVertex({1, 0, 0}, -1);
+        mesh.addElement(1, {b, a}, nullptr, -7);
+        TestMesh copy;
+        QCOMPARE(readInto(copy, written(mesh, static_cast<MeshSerializer::Format>(format))),
+                 QDataStream::Ok);
+        QCOMPARE(neighbourIds(copy.mesh().entity(1, -7), 0), (QList<int>{-1, lowest}));
     }
 };
 

@@ -14,6 +14,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <limits>
 #include <memory>
 
 using namespace Ovra::Geo;
@@ -454,6 +455,25 @@ private slots:
         model.read(stream);
         QCOMPARE(stream.status(), QDataStream::Ok);
         QCOMPARE(written(model).toHex(), FilledBytes.toHex());
+    }
+
+    void readsBackAnyIdThatAddTakes()
+    {
+        OwnedModel model;
+        for (const int id : {std::numeric_limits<int>::min(), -1, 5}) {
+            auto* vertex = ModelEntity::create(0);
+            vertex->setId(id);
+            model.add(vertex);
+            auto* edge = ModelEntity::create(1);
+            edge->setId(id);
+            model.add(edge);
+            edge->addAdjacency(vertex);
+        }
+        OwnedModel copy;
+        QCOMPARE(readInto(copy, written(model)), QDataStream::Ok);
+        QCOMPARE(copy.count(0), 3);
+        QCOMPARE(copy.entity(1, -1)->adjacencyAt(0, 0), copy.entity(0, -1));
+        QCOMPARE(written(copy).toHex(), written(model).toHex());
     }
 
     void createsTheSerializerOfAFormat()

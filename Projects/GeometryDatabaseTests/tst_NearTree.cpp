@@ -405,6 +405,73 @@ private slots:
         }
     }
 
+    // With reaches that fall short the plain search misses points, and which ones hangs on all that
+    // it has met before.
+    void nearestAgreesWithThePlainSearchForEveryRadius_data()
+    {
+        QTest::addColumn<double>("least");
+        QTest::addColumn<double>("most");
+        QTest::newRow("negative") << -0.5 << -0.1;
+        QTest::newRow("very negative") << -20.0 << -10.0;
+        QTest::newRow("of both signs") << -0.3 << 0.3;
+        QTest::newRow("positive") << 0.0 << 0.5;
+    }
+
+    void nearestAgreesWithThePlainSearchForEveryRadius()
+    {
+        QFETCH(double, least);
+        QFETCH(double, most);
+        std::mt19937 engine(7);
+        std::uniform_real_distribution<double> radius(least, most);
+        const QList<Vector> points = randomPoints(1000, 47);
+        NearTree tree;
+        tree.set(1, points[0], 0.0);
+        PlainTree plain(1, points[0]);
+        for (int i = 1; i < points.size(); ++i) {
+            const double r = i % 5 == 0 ? std::nan("") : radius(engine);
+            tree.insert(makeNode(i + 1, points[i], r));
+            plain.insert(i + 1, points[i], r);
+        }
+        for (const Vector& query : queriesAbout(points, 500, 53)) {
+            QCOMPARE(nearestId(tree, query), plain.nearest(query));
+        }
+    }
+
+    void nearestAgreesWithThePlainSearchAtEveryScale_data()
+    {
+        QTest::addColumn<double>("scale");
+        for (const double scale :
+             {1e-140, 1e-150, 1e-155, 1e-160, 1e-161, 1e-162, 1e-165, 1e-310}) {
+            QTest::addRow("%g", scale) << scale;
+        }
+    }
+
+    // Distances whose squares underflow come out wrong, or as 0.
+    void nearestAgreesWithThePlainSearchAtEveryScale()
+    {
+        QFETCH(double, scale);
+        QList<Vector> points;
+        for (const Vector& point : randomPoints(1000, 59)) {
+            points.append(scale * point);
+            points.append(3e-162 * point);
+        }
+        NearTree tree;
+        tree.set(1, points[0], 0.0);
+        PlainTree plain(1, points[0]);
+        for (int i = 1; i < points.size(); ++i) {
+            tree.insert(makeNode(i + 1, points[i]));
+            plain.insert(i + 1, points[i], 0.0);
+        }
+        QList<Vector> queries = queriesAbout(points, 300, 61);
+        for (const Vector& point : randomPoints(300, 67)) {
+            queries.append(scale * point);
+            queries.append(1e-161 * point);
+        }
+        for (const Vector& query : std::as_const(queries)) {
+            QCOMPARE(nearestId(tree, query), plain.nearest(query));
+        }
+    }
+
     // The point lies on the other child's side, where it had never come from the root.
     void pointInsertedBelowAChildIsFound()
     {

@@ -340,6 +340,27 @@ private slots:
     {
         compareVariantForms(sample(), "Ovra::Geo::RefinementRegion", "geo::RefinementRegion");
     }
+
+    void isStreamedByFreeFunctions()
+    {
+        QDataStream& (*const write)(QDataStream&, const RefinementRegion&) = &Ovra::Geo::operator<<;
+        QDataStream& (*const read)(QDataStream&, RefinementRegion&) = &Ovra::Geo::operator>>;
+        QTextStream& (*const print)(QTextStream&, const RefinementRegion&) = &Ovra::Geo::operator<<;
+        RefinementRegion region = Version(1, 2, 3);
+        region.setType("box");
+        QByteArray bytes;
+        QDataStream out(&bytes, QIODevice::WriteOnly);
+        write(out, region);
+        QDataStream in(bytes);
+        RefinementRegion copy;
+        read(in, copy);
+        QCOMPARE(copy.type(), QString("box"));
+        QString text;
+        QTextStream stream(&text);
+        print(stream, copy);
+        stream.flush();
+        QVERIFY(text.startsWith("box 0\n"));
+    }
 };
 
 QTEST_APPLESS_MAIN(TestRefinementRegion)

@@ -58,6 +58,26 @@ private slots:
         QVERIFY(!grid.region(2)->isAdjacentTo(face));
     }
 
+    // replaceAdjacency() puts entities of any dimension into a list.
+    void theNewFaceIsAFaceWhateverTheListHolds()
+    {
+        GridMesh grid(row({"rotating_device", "fluid"}));
+        ModelEntity* device = grid.region(1);
+        ModelEntity* edge = ModelEntity::create(1);
+        grid.model()->add(edge);
+        ModelEntity* spare = ModelEntity::create(2);
+        grid.model()->add(spare);
+        device->addAdjacency(spare);
+        device->replaceAdjacency(spare, edge);
+        edge->addAdjacency(grid.region(2));
+        edge->addAdjacency(spare);
+        const int edges = grid.model()->count(1);
+        Solver(grid.database()).addPeripheralFaces();
+        QCOMPARE(grid.model()->count(1), edges);
+        const int stator = idAt(edge, AttributeType::StatorFace);
+        QCOMPARE(idAt(grid.model()->entity(2, stator), AttributeType::RotorFace), edge->id());
+    }
+
     void theAttributesAreIntegers()
     {
         GridMesh grid(row({"rotating_device", "fluid"}));

@@ -78,6 +78,24 @@ private slots:
         }
     }
 
+    // replaceAdjacency() puts entities of any dimension into a list.
+    void theNewFacesAreFacesWhateverTheListHolds()
+    {
+        GridMesh grid(bodyInFluid());
+        setMoving(grid, {2});
+        ModelEntity* old = grid.region(2);
+        const int faces = old->adjacencyCount(2);
+        ModelEntity* edge = ModelEntity::create(1);
+        grid.model()->add(edge);
+        ModelEntity* spare = ModelEntity::create(2);
+        grid.model()->add(spare);
+        old->addAdjacency(spare);
+        old->replaceAdjacency(spare, edge);
+        Solver(grid.database()).replicateMovingRegions();
+        QCOMPARE(copyOf(grid, 2)->adjacencyCount(2), faces + 1);
+        QCOMPARE(copyOf(grid, 2)->adjacencyCount(1), 0);
+    }
+
     void theAttributesAreIntegers()
     {
         GridMesh grid(bodyInFluid());

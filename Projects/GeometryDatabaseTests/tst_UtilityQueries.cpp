@@ -106,6 +106,38 @@ private slots:
         QTEST(Utility::isExternalFace(face), "external");
     }
 
+    void nothingLiesAboveARegionOrBelowAVertex()
+    {
+        SurfaceMesh surface;
+        ModelEntity* region = surface.addModelEntity(3);
+        ModelEntity* vertex = surface.addModelEntity(0);
+        for (ModelEntity* entity : {region, vertex}) {
+            for (int dimension = 0; dimension < 4; ++dimension) {
+                entity->addAdjacency(surface.addModelEntity(dimension));
+            }
+        }
+        QVERIFY(Utility::isExternalFace(region));
+        QVERIFY(!Utility::getOtherAdjacentRegion(region, nullptr));
+        QVERIFY(Utility::getAdjacentRegions(vertex, surface.model()).isEmpty());
+    }
+
+    // The stand-in is looked up in the dimension below the region, not in that of what stands in
+    // the list, which may be of another one.
+    void standInsAreOfTheDimensionBelow()
+    {
+        SurfaceMesh surface;
+        ModelEntity* standIn = surface.addFace();
+        ModelEntity* behind = addRegion(&surface, "fluid", {standIn});
+        ModelEntity* face = surface.addFace();
+        ModelEntity* region = addRegion(&surface, "solid", {face});
+        region->attributes().insert(AttributeType::MeshByExtrusion, true);
+        ModelEntity* edge = surface.addModelEntity(1);
+        edge->attributes().insert(AttributeType::NonExtrudedFace, standIn->id());
+        region->replaceAdjacency(face, edge);
+        QCOMPARE(Utility::getAdjacentRegions(region, surface.model()),
+                 QSet<ModelEntity*>({behind}));
+    }
+
     void fluidInterface_data()
     {
         QTest::addColumn<QStringList>("kinds");

@@ -70,6 +70,36 @@ bool isSame(const QVariant& a, const QVariant& b)
            streamed(a, NewestVersion) == streamed(b, NewestVersion);
 }
 
+QEasingCurve elasticCurve()
+{
+    QEasingCurve curve(QEasingCurve::OutElastic);
+    curve.setAmplitude(2.5);
+    curve.setPeriod(0.75);
+    return curve;
+}
+
+QEasingCurve splineCurve()
+{
+    QEasingCurve curve(QEasingCurve::BezierSpline);
+    curve.addCubicBezierSegment({0.1, 0.2}, {0.3, 0.4}, {0.5, 0.5});
+    curve.addCubicBezierSegment({0.6, 0.7}, {0.8, 0.9}, {1, 1});
+    return curve;
+}
+
+QEasingCurve unfinishedSplineCurve()
+{
+    QEasingCurve curve(QEasingCurve::TCBSpline);
+    curve.addTCBSegment({0, 0}, 0, 0, 0);
+    curve.addTCBSegment({0.25, 0.5}, 0.1, 0.2, 0.3);
+    return curve;
+}
+
+// \p depth - 1 of the container and an int; not by way of a QVariant, which takes time and stack.
+QByteArray nestedBytes(const char* container, int depth)
+{
+    return hex(container).repeated(depth - 1) + hex("00000002 00 00000005");
+}
+
 // Lists in lists, \p depth values deep, the innermost an int.
 QVariant nested(int depth)
 {
@@ -125,7 +155,10 @@ private slots:
         QTest::newRow("QVariantHash") << QVariant(hash);
         QTest::newRow("QVariantPair") << QVariant::fromValue(QVariantPair(1, "two"));
         QTest::newRow("QVariant") << QVariant(QMetaType::fromType<QVariant>());
-        QTest::newRow("nested lists") << nested(VariantReader::MaximumDepth);
+        QTest::newRow("nested lists") << nested(1000);
+        QTest::newRow("elastic curve") << QVariant(elasticCurve());
+        QTest::newRow("spline") << QVariant(splineCurve());
+        QTest::newRow("unfinished spline") << QVariant(unfinishedSplineCurve());
         QTest::newRow("QDate") << QVariant(QDate(2013, 2, 1));
         QTest::newRow("QTime") << QVariant(QTime(1, 2, 3));
         QTest::newRow("QDateTime") << QVariant(QDateTime(QDate(2013, 2, 1), QTime(1, 2, 3)));
@@ -179,6 +212,77 @@ private slots:
                 }
             }
         }
+    }
+
+    void readsAndWritesAgainWhatIsNestedDeeply_data()
+    {
+        QTest::addColumn<QByteArray>("container");
+        QTest::newRow("lists") << QByteArray("00000009 00 00000001");
+        QTest::newRow("maps") << QByteArray("00000008 00 00000001 00000002 0041");
+        QTest::newRow("hashes") << QByteArray("0000001C 00 00000001 00000002 0041");
+        QTest::newRow("variants") << QByteArray("0000008A 00");
+    }
+
+    void readsAndWritesAgainWhatIsNestedDeeply()
+    {
+        QFETCH(QByteArray, container);
+        const QByteArray bytes = nestedBytes(container.constData(), VariantReader::MaximumDepth);
+        const Reading actual = ours(bytes);
+        QCOMPARE(actual.status, QDataStream::Ok);
+        QCOMPARE(actual.position, bytes.size());
+        QVERIFY(streamed(actual.value, QDataStream::Qt_4_6) == bytes);
+    }
+
+    void readsTheOtherValuesBesideNestedOnes()
+    {
+        const QVariant deep = nested(100);
+        const QVariantMap map{{"a", QVariantList{1, deep, QVariantList(), 2}},
+                              {"b", QVariant::fromValue(QVariantPair(deep, QVariantList{3}))},
+                              {"c", 4}};
+        const Reading actual = ours(streamed(map, QDataStream::Qt_4_6));
+        QCOMPARE(actual.status, QDataStream::Ok);
+        QVERIFY(isSame(actual.value, map));
+    }
+
+    // The forms before Qt 5.2 do not tell the zone; Qt reads local time, with a warning.
+    void readsATimeInATimeZone()
+    {
+        const QVariant value =
+            QDateTime(QDate(2013, 2, 1), QTime(1, 2, 3), QTimeZone("Europe/Berlin"));
+        for (int version = QDataStream::Qt_4_0; version <= NewestVersion; ++version) {
+            const QByteArray bytes = streamed(value, version);
+            const Reading expected = qts(bytes, version);
+            const Reading actual = ours(bytes, version);
+            QCOMPARE(actual.status, QDataStream::Ok);
+            QCOMPARE(actual.position, bytes.size());
+            QVERIFY(actual.silent);
+            QVERIFY2(isSame(actual.value, expected.value), qPrintable(QString::number(version)));
+        }
+    }
+
+    // Only the curve's type is taken from the stream, not the address of its function.
+    void takesNoFunctionFromTheStream()
+    {
+        const Reading quadratic = ours(hex("0000001D 00 01 00000000DEADBEEF 00"));
+        QCOMPARE(quadratic.status, QDataStream::Ok);
+        QCOMPARE(quadratic.value.toEasingCurve(), QEasingCurve(QEasingCurve::InQuad));
+        QCOMPARE(quadratic.value.toEasingCurve().valueForProgress(0.5), 0.25);
+        const Reading custom = ours(hex("0000001D 00 2F 00000000DEADBEEF 00"));
+        QCOMPARE(custom.status, QDataStream::Ok);
+        QVERIFY(custom.silent);
+        QCOMPARE(custom.value.toEasingCurve().type(), QEasingCurve::Custom);
+        QCOMPARE(custom.value.toEasingCurve().valueForProgress(0.5), 0.5);
+    }
+
+    void refusesSplinesOfOddPoints()
+    {
+        const QByteArray bytes = binary(
+            [](QDataStream& stream) {
+                stream << quint32(QMetaType::QEasingCurve) << qint8(0) << quint8(45) << quint64(0)
+                       << true << 0.0 << 0.0 << 0.0 << quint32(1) << QPointF() << quint32(0);
+            },
+            NewestVersion);
+        QCOMPARE(ours(bytes, NewestVersion).status, QDataStream::ReadCorruptData);
     }
 
     void keepsTheNullFlagOfAFilledValue()
@@ -248,13 +352,15 @@ private slots:
         QTest::newRow("unbalanced name") << hex("0000007F 00 00000006 513C3C3E2800");
         QTest::newRow("pointer") << hex("00000080 00 0000000000000000");
         QTest::newRow("QObject*") << hex("00000088 00 0000000000000000");
-        QTest::newRow("easing curve") << hex("0000001D 00 01 0000000000000000 00");
+        QTest::newRow("easing curve of no type") << hex("0000001D 00 30 0000000000000000 00");
+        QTest::newRow("easing curve of the highest number")
+            << hex("0000001D 00 FF 0000000000000000 01");
         QTest::newRow("type in a list") << hex("00000009 00 00000001 00000700 00");
         QTest::newRow("type in a map") << hex("00000008 00 00000001 00000000 00000700 00");
         QTest::newRow("string of odd length") << hex("0000000A 00 00000003 000000000000");
-        QTest::newRow("time zone without name") << hex("00000010 00 00256859 00000000 04");
         QTest::newRow("list beyond all sizes") << hex("00000009 00 80000000 00000002 00 00000001");
-        QTest::newRow("nested too deep") << streamed(nested(VariantReader::MaximumDepth + 1), 12);
+        QTest::newRow("nested too deep")
+            << nestedBytes("00000009 00 00000001", VariantReader::MaximumDepth + 1);
         QTest::newRow("nested without end") << hex("00000009 00 00000001").repeated(100000);
         QTest::newRow("variants without end") << hex("0000008A 00").repeated(100000);
         QTest::newRow("maps without end") << hex("00000008 00 00000001 FFFFFFFF").repeated(100000);
@@ -340,15 +446,16 @@ private:
         const Reading actual = ours(bytes, version);
         QVERIFY(actual.silent);
         const bool unusedOldNumber = version < QDataStream::Qt_4_0 && number >= 36;
-        const bool easing = expected.value.metaType() == QMetaType::fromType<QEasingCurve>();
-        if (unusedOldNumber || easing || !expected.silent) {
+        if (unusedOldNumber || !expected.silent) {
             QCOMPARE(actual.status, QDataStream::ReadCorruptData);
             return;
         }
         QCOMPARE(actual.status, expected.status);
         if (expected.status == QDataStream::Ok) {
             QCOMPARE(actual.position, expected.position);
-            QVERIFY(isSame(actual.value, expected.value));
+            // A curve without a function, as Qt would read it here, has no other way to be made.
+            const bool easing = actual.value.metaType() == QMetaType::fromType<QEasingCurve>();
+            QVERIFY(easing || isSame(actual.value, expected.value));
         }
     }
 };

@@ -10,6 +10,8 @@
 #include "Model.h"
 #include "Progress.h"
 
+#include <QSet>
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -46,9 +48,26 @@ bool hasPoints(const MeshEntity& entity)
     return true;
 }
 
+/// For elements of no known kind, which may have any number of vertices.
+const MeshEntity* repeatedVertexOfMany(const MeshEntity& entity)
+{
+    QSet<const MeshEntity*> seen;
+    for (int i = 0; i < entity.adjacencyCount(0); ++i) {
+        const MeshEntity* const vertex = entity.adjacencyAt(0, i);
+        if (seen.contains(vertex)) {
+            return vertex;
+        }
+        seen.insert(vertex);
+    }
+    return nullptr;
+}
+
 /// The first vertex that stands in the list again, or null.
 const MeshEntity* repeatedVertex(const MeshEntity& entity)
 {
+    if (entity.adjacencyCount(0) > static_cast<int>(mostVertices)) {
+        return repeatedVertexOfMany(entity);
+    }
     for (int i = 1; i < entity.adjacencyCount(0); ++i) {
         for (int j = 0; j < i; ++j) {
             if (entity.adjacencyAt(0, i) == entity.adjacencyAt(0, j)) {
