@@ -79,7 +79,7 @@ bool Mesh::isEmpty() const
 
 MeshEntity* Mesh::entity(int dimension, int id) const
 {
-    return entities_[static_cast<size_t>(dimension)].value(id, nullptr);
+    return entities_[static_cast<size_t>(dimension)].value(id);
 }
 
 HashIterator<int, MeshEntity*> Mesh::iterator(int dimension) const
@@ -101,17 +101,18 @@ bool Mesh::setUpwardAdjacencies(Limit limit)
 {
     qint64 vertexCount = 0;
     for (int d = 1; d <= 3; ++d) {
-        for (const auto& entry : entriesInIdOrder(iterator(d), count(d))) {
-            addToVertices(entry.second);
-            vertexCount += entry.second->adjacencyCount(0);
+        for (auto entities = iterator(d); entities.hasNext();) {
+            const MeshEntity* element = entities.next().value();
+            addToVertices(entities.value());
+            vertexCount += element->adjacencyCount(0);
         }
     }
     bool isComplete = true;
     for (int d = 1; d <= 2; ++d) {
         const UpwardLists lists(d + 1, limit == Limit::None ? UpwardLists::Unlimited
                                                             : NeighboursPerVertex * vertexCount);
-        for (const auto& entry : entriesInIdOrder(iterator(d), count(d))) {
-            entry.second->setUpwardAdjacencies();
+        for (auto entities = iterator(d); entities.hasNext();) {
+            entities.next().value()->setUpwardAdjacencies();
         }
         isComplete = isComplete && lists.isComplete();
     }
@@ -121,8 +122,8 @@ bool Mesh::setUpwardAdjacencies(Limit limit)
 void Mesh::clearUpwardAdjacencies()
 {
     for (int d = 0; d <= 2; ++d) {
-        for (const auto& entry : entriesInIdOrder(iterator(d), count(d))) {
-            entry.second->clearUpwardAdjacencies();
+        for (auto entities = iterator(d); entities.hasNext();) {
+            entities.next().value()->clearUpwardAdjacencies();
         }
     }
 }
@@ -133,16 +134,16 @@ void Mesh::renumber(int dimension)
     if (count(dimension) == idGenerators_[d].maxId()) {
         return;
     }
-    const auto entries = entriesInIdOrder(iterator(dimension), count(dimension));
-    QHash<int, MeshEntity*> renumbered;
-    renumbered.reserve(entries.size());
+    IdTable<MeshEntity> renumbered;
+    renumbered.reserve(count(dimension));
     QMap<int, int> idMap;
     int newId = 0;
-    for (const auto& [oldId, entity] : entries) {
-        entity->setId(++newId);
-        renumbered.insert(newId, entity);
-        if (newId != oldId && dimension == 0) {
-            idMap.insert(idMap.cend(), oldId, newId);
+    for (auto entities = iterator(dimension); entities.hasNext();) {
+        const auto entry = entities.next();
+        entry.value()->setId(++newId);
+        renumbered.insert(newId, entry.value());
+        if (newId != entry.key() && dimension == 0) {
+            idMap.insert(idMap.cend(), entry.key(), newId);
         }
     }
     entities_[d] = renumbered;
@@ -156,14 +157,15 @@ void Mesh::replaceVertexAttributes(const QMap<int, int>& idMap)
     if (idMap.isEmpty()) {
         return;
     }
-    for (const auto& entry : entriesInIdOrder(iterator(0), count(0))) {
-        if (entry.second->attributes().isEmpty()) {
+    for (auto vertices = iterator(0); vertices.hasNext();) {
+        MeshEntity* vertex = vertices.next().value();
+        if (vertex->attributes().isEmpty()) {
             continue;
         }
         for (const AttributeType& type :
              {AttributeType::ShellVertex, AttributeType::RotorVertex, AttributeType::StatorVertex,
               AttributeType::OriginalMotionVertex, AttributeType::NewMotionVertex}) {
-            replaceAttribute(entry.second, type, idMap);
+            replaceAttribute(vertex, type, idMap);
         }
     }
 }

@@ -7,7 +7,6 @@
 #include "OrderedHashIterator.h"
 #include "Version.h"
 
-#include <QHash>
 #include <QMap>
 
 #include <array>
@@ -81,10 +80,10 @@ public:
     /// \brief The entity of that dimension and id, or null.
     MeshEntity* entity(int dimension, int id) const;
 
-    /// \brief Walks a snapshot of the entities of \p dimension in hash order.
+    /// \brief Walks a snapshot of the entities of \p dimension by ascending id.
     HashIterator<int, MeshEntity*> iterator(int dimension) const;
 
-    /// \brief Walks the entities of \p dimension by ascending id; O(n log n) to make. The mesh must
+    /// \brief Walks the entities of \p dimension by ascending id. The mesh must
     ///        outlive it, and it does not survive a renumber() of its dimension.
     OrderedHashIterator<int, MeshEntity*> orderedIterator(int dimension) const;
 
@@ -163,7 +162,7 @@ private:
     Version version_;
     AttributeMap attributes_;
     std::array<IdGenerator, 4> idGenerators_;
-    std::array<QHash<int, MeshEntity*>, 4> entities_;
+    std::array<IdTable<MeshEntity>, 4> entities_;
 };
 
 } // namespace Ovra::Geo

@@ -72,7 +72,7 @@ int Model::count(int dimension) const
 
 ModelEntity* Model::entity(int dimension, int id) const
 {
-    return entities_[static_cast<size_t>(dimension)].value(id, nullptr);
+    return entities_[static_cast<size_t>(dimension)].value(id);
 }
 
 bool Model::isEmpty() const

@@ -8,7 +8,6 @@
 #include "OrderedHashIterator.h"
 #include "Version.h"
 
-#include <QHash>
 #include <QList>
 #include <QListIterator>
 #include <QString>
@@ -118,10 +117,10 @@ public:
     /// \brief Whether there are no entities; attributes and refinement regions do not count.
     bool isEmpty() const;
 
-    /// \brief Walks a snapshot of the entities of \p dimension in hash order.
+    /// \brief Walks a snapshot of the entities of \p dimension by ascending id.
     HashIterator<int, ModelEntity*> iterator(int dimension) const;
 
-    /// \brief Walks the entities of \p dimension by ascending id; O(n log n) to make. The model
+    /// \brief Walks the entities of \p dimension by ascending id. The model
     ///        must outlive it.
     OrderedHashIterator<int, ModelEntity*> orderedIterator(int dimension) const;
 
@@ -169,7 +168,7 @@ private:
     QList<RefinementRegion*> refinementRegions_;
     AttributeMap attributes_;
     std::array<IdGenerator, 4> idGenerators_;
-    std::array<QHash<int, ModelEntity*>, 4> entities_;
+    std::array<IdTable<ModelEntity>, 4> entities_;
 };
 
 } // namespace Ovra::Geo

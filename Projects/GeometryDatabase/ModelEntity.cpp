@@ -1,7 +1,6 @@
 #include "ModelEntity.h"
 
 #include "AdjacencyList.h"
-#include "EntityTable.h"
 #include "IdOrder.h"
 #include "MeshEntity.h"
 #include "ModelEdge.h"
@@ -96,8 +95,8 @@ void ModelEntity::removeChild(MeshEntity* child)
 
 void ModelEntity::removeAllChildren()
 {
-    for (const auto& entry : entriesInIdOrder(childIterator(), childCount())) {
-        delete entry.second;
+    for (auto children = childIterator(); children.hasNext();) {
+        delete children.next().value();
     }
     // What a renumbering has left under old ids, where the destructors do not look.
     children_ = {};
@@ -126,8 +125,8 @@ bool ModelEntity::operator<(const ModelEntity& other) const
 Vector ModelEntity::childMean(Vector (MeshEntity::*quantity)() const) const
 {
     Vector sum;
-    for (const auto& entry : entriesInIdOrder(childIterator(), childCount())) {
-        sum += (entry.second->*quantity)();
+    for (auto children = childIterator(); children.hasNext();) {
+        sum += (children.next().value()->*quantity)();
     }
     return sum / childCount();
 }

@@ -6,7 +6,6 @@
 #include "HashIterator.h"
 #include "Vector.h"
 
-#include <QHash>
 #include <QList>
 #include <QListIterator>
 #include <QString>
@@ -141,7 +140,7 @@ public:
     /// \brief Number of mesh entities of this entity's own dimension classified on it.
     int childCount() const { return static_cast<int>(children_.size()); }
 
-    /// \brief Walks the children as they are now, in hash order, keyed by the ids that they had
+    /// \brief Walks the children as they are now, by ascending id, keyed by the ids that they had
     ///        when they were added.
     HashIterator<int, MeshEntity*> childIterator() const;
 
@@ -185,7 +184,7 @@ private:
     QString name_;
     AttributeMap attributes_;
     std::array<QList<ModelEntity*>, 4> adjacencies_;
-    QHash<int, MeshEntity*> children_;
+    IdTable<MeshEntity> children_;
 };
 
 } // namespace Ovra::Geo

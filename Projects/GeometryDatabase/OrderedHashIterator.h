@@ -1,5 +1,7 @@
 #pragma once
 
+#include "IdTable.h"
+
 #include <QHash>
 #include <QList>
 
@@ -68,6 +70,52 @@ private:
     const QHash<Key, Value>* hash_;
     QList<Key> keys_;
     QListIterator<Key>* iterator_;
+};
+
+/// \brief The walk over the tables of Model, Mesh and ModelEntity, which needs no sort, and over hashes
+///        of the same type.
+template <typename Entity>
+class OrderedHashIterator<int, Entity*>
+{
+public:
+    /// \brief A walk that stands before the lowest id of \p table. Takes constant time while the ids
+    ///        are dense.
+    explicit OrderedHashIterator(const IdTable<Entity>* table)
+        : table_(table)
+        , keys_(*table)
+    {
+    }
+
+    /// \brief A walk that stands before the lowest key of \p hash. Costs one pass and one sort.
+    explicit OrderedHashIterator(const QHash<int, Entity*>* hash)
+        : hash_(hash)
+        , keys_(sortedEntries(*hash))
+    {
+    }
+
+    /// \brief Whether keys remain.
+    bool hasNext() const { return keys_.hasNext(); }
+
+    /// \brief Steps to the next key and returns its value, or null if the key has left the table
+    ///        since construction.
+    /// \pre hasNext()
+    Entity* next()
+    {
+        const int key = keys_.next().key();
+        return table_ != nullptr ? table_->value(key) : hash_->value(key);
+    }
+
+private:
+    static QList<IdTableEntry<Entity>> sortedEntries(const QHash<int, Entity*>& hash)
+    {
+        auto entries = IdTableWalk<Entity>::entries(hash);
+        IdTableWalk<Entity>::sortById(entries);
+        return entries;
+    }
+
+    const IdTable<Entity>* table_ = nullptr;
+    const QHash<int, Entity*>* hash_ = nullptr;
+    IdTableWalk<Entity> keys_;
 };
 
 } // namespace Ovra::Geo

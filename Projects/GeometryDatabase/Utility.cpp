@@ -1,6 +1,5 @@
 #include "Utility.h"
 
-#include "EntityTable.h"
 #include "MeshEntity.h"
 #include "ModelEntity.h"
 
@@ -152,10 +151,11 @@ QSet<MeshEntity*> Utility::getMeshVerticesOnModelEntity(ModelEntity const* entit
 {
     QSet<MeshEntity*> vertices;
     vertices.reserve(entity->childCount() / 4);
-    for (const auto& entry : entriesInIdOrder(entity->childIterator(), entity->childCount())) {
-        const int count = entry.second->adjacencyCount(0);
+    for (auto children = entity->childIterator(); children.hasNext();) {
+        const MeshEntity* child = children.next().value();
+        const int count = child->adjacencyCount(0);
         for (int i = 0; i < count; ++i) {
-            vertices.insert(entry.second->adjacencyAt(0, i));
+            vertices.insert(child->adjacencyAt(0, i));
         }
     }
     return vertices;
