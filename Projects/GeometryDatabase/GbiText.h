@@ -17,6 +17,7 @@ namespace Ovra::Geo
 {
 
 class MeshEntity;
+class TextBlock;
 
 namespace GbiText
 {
@@ -66,15 +67,20 @@ ElementShape shapeOf(const MeshEntity& element, int quadrilateral);
 
 /// \brief The first five columns of an element line: id, type code, node count, material and
 ///        region id.
-void writeElementColumns(QTextStream& stream, const MeshEntity& element, ElementShape shape,
+void writeElementColumns(TextBlock& stream, const MeshEntity& element, ElementShape shape,
                          int material, int regionId);
 
 /// \brief The last columns of an element line, each vertex id with a blank ahead, and the
 ///        line feed.
-void writeElementVertices(QTextStream& stream, const MeshEntity& element);
+void writeElementVertices(TextBlock& stream, const MeshEntity& element);
 
 /// \brief x, y and z, one blank apart.
-void writeVector(QTextStream& stream, const Vector& vector);
+/// \param stream a QTextStream or a TextBlock
+template <typename Stream>
+void writeVector(Stream& stream, const Vector& vector)
+{
+    stream << vector.x() << ' ' << vector.y() << ' ' << vector.z();
+}
 
 /// \brief A list of ids, \p idsPerLine in a line.
 ///

@@ -7,6 +7,7 @@
 #include "MeshVertex.h"
 #include "Model.h"
 #include "ModelEntity.h"
+#include "TextBlock.h"
 
 #include <QHash>
 
@@ -54,7 +55,7 @@ private:
     QHash<const ModelEntity*, RegionColumns> columns_;
 };
 
-void writeElement(QTextStream& stream, MeshEntity& element, int material)
+void writeElement(TextBlock& stream, MeshEntity& element, int material)
 {
     const int verticesOfQuadrilateral = 4;
     GbiText::writeElementColumns(stream, element,
@@ -78,12 +79,13 @@ void GbiWriter::writeNodes(QTextStream& stream, double scale) const
 {
     {
         const GbiText::RealPrecision precision(stream, GbiText::CoordinatePrecision);
+        TextBlock lines(stream);
         for (auto walk = mesh_->iterator(0); walk.hasNext();) {
             walk.next();
             const auto* vertex = static_cast<const MeshVertex*>(walk.value());
-            stream << vertex->id() << ' ';
-            GbiText::writeVector(stream, vertex->point() * scale);
-            stream << '\n';
+            lines << vertex->id() << ' ';
+            GbiText::writeVector(lines, vertex->point() * scale);
+            lines << '\n';
         }
     }
     stream << GbiText::EndOfSection;
@@ -91,13 +93,16 @@ void GbiWriter::writeNodes(QTextStream& stream, double scale) const
 
 void GbiWriter::writeElements(QTextStream& stream) const
 {
-    RegionTable regions(*model_);
-    for (auto walk = mesh_->iterator(model_->faceDimension() + 1); walk.hasNext();) {
-        walk.next();
-        MeshEntity* element = walk.value();
-        const RegionColumns region = regions.of(element->parent());
-        if (!region.isShell) {
-            writeElement(stream, *element, region.material);
+    {
+        RegionTable regions(*model_);
+        TextBlock lines(stream);
+        for (auto walk = mesh_->iterator(model_->faceDimension() + 1); walk.hasNext();) {
+            walk.next();
+            MeshEntity* element = walk.value();
+            const RegionColumns region = regions.of(element->parent());
+            if (!region.isShell) {
+                writeElement(lines, *element, region.material);
+            }
         }
     }
     stream << GbiText::EndOfSection;

@@ -5,6 +5,7 @@
 #include "MeshEntity.h"
 #include "Model.h"
 #include "ModelEntity.h"
+#include "TextBlock.h"
 #include "Utility.h"
 
 #include <QVariant>
@@ -36,13 +37,13 @@ int ownMaterial(const ModelEntity& region)
     return isNumber ? material : -1;
 }
 
-void writeShellElement(QTextStream& stream, const MeshEntity& element, int material, int regionId)
+void writeShellElement(TextBlock& stream, const MeshEntity& element, int material, int regionId)
 {
     // Not the 4 of the elements section: this is how the solver reads shells.
     const int verticesOfQuadrilateral = 5;
     GbiText::writeElementColumns(
         stream, element, GbiText::shapeOf(element, verticesOfQuadrilateral), material, regionId);
-    stream << " 1";
+    stream << ' ' << '1';
     GbiText::writeElementVertices(stream, element);
 }
 
@@ -62,10 +63,13 @@ void writeNodeLinks(QTextStream& stream, const ModelEntity& face)
 
 void GbiWriter::writeShellElements(QTextStream& stream) const
 {
-    for (const ModelEntity* region : shellRegions(*model_)) {
-        const int material = ownMaterial(*region);
-        for (const MeshEntity* element : inIdOrder(region->childIterator())) {
-            writeShellElement(stream, *element, material, region->id());
+    {
+        TextBlock lines(stream);
+        for (const ModelEntity* region : shellRegions(*model_)) {
+            const int material = ownMaterial(*region);
+            for (const MeshEntity* element : inIdOrder(region->childIterator())) {
+                writeShellElement(lines, *element, material, region->id());
+            }
         }
     }
     stream << GbiText::EndOfSection;

@@ -1,0 +1,130 @@
+#include "TextBlock.h"
+
+#include <QLocale>
+#include <QtAlgorithms>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+
+namespace Ovra::Geo
+{
+
+namespace
+{
+
+// More digits than this change nothing in a double; Qt pads them in a way of its own.
+constexpr int MostDigits = 17;
+
+bool isPlain(const QTextStream& stream)
+{
+    return stream.fieldWidth() == 0 && (stream.integerBase() == 0 || stream.integerBase() == 10) &&
+           stream.numberFlags() == QTextStream::NumberFlags() &&
+           stream.realNumberNotation() == QTextStream::SmartNotation &&
+           stream.realNumberPrecision() > 0 && stream.realNumberPrecision() <= MostDigits &&
+           stream.locale() == QLocale::c();
+}
+
+// Whether a double may have just so many digits: few powers of two behind the point, or a whole number
+// of that size.
+bool mayHaveDigits(double value, int digits)
+{
+    int exponent = 0;
+    const auto mantissa = static_cast<qint64>(std::ldexp(std::frexp(value, &exponent), 53));
+    exponent += static_cast<int>(qCountTrailingZeroBits(static_cast<quint64>(mantissa))) - 53;
+    // Behind the point stand as many digits as powers of two, of the size of that power of five.
+    constexpr double digitsOfFive = 0.69;
+    return exponent < 0 ? -exponent * digitsOfFive <= digits
+                        : std::fabs(value) >= std::pow(10.0, digits - 1);
+}
+
+/// \brief Whether \p value lies in the middle between two decimals of that many digits: the stream
+///        rounds such ties away from zero and std::to_chars to the even one.
+bool isTie(double value, int digits)
+{
+    if (!mayHaveDigits(value, digits + 1)) {
+        return false;
+    }
+    constexpr int moreThanItHas = 60;
+    std::array<char, 100> text{};
+    char* const begin =
+        text.data() + (value < 0 ? 1 : 0); // of the digits, with a point behind the first
+    const char* const end = std::to_chars(text.data(), text.data() + text.size(), value,
+                                          std::chars_format::scientific, moreThanItHas)
+                                .ptr;
+    const char* const behind = begin + 1 + digits;
+    return *behind == '5' && std::all_of(behind + 1, std::find(behind, end, 'e'),
+                                         [](char digit) { return digit == '0'; });
+}
+
+} // namespace
+
+TextBlock::TextBlock(QTextStream& stream)
+    : stream_(stream)
+    , isPlain_(isPlain(stream))
+    , precision_(stream.realNumberPrecision())
+    , end_(text_.data())
+{
+}
+
+TextBlock::~TextBlock()
+{
+    flush();
+}
+
+TextBlock& TextBlock::operator<<(char c)
+{
+    if (!isPlain_) {
+        stream_ << c;
+        return *this;
+    }
+    makeRoom();
+    *end_++ = c;
+    return *this;
+}
+
+TextBlock& TextBlock::operator<<(int value)
+{
+    if (!isPlain_) {
+        stream_ << value;
+        return *this;
+    }
+    return putNumber(value);
+}
+
+TextBlock& TextBlock::operator<<(double value)
+{
+    if (!isPlain_ || !std::isfinite(value) || isTie(value, precision_)) {
+        flush();
+        stream_ << value;
+        return *this;
+    }
+    const double unsignedZero = value == 0.0 ? 0.0 : value; // the stream shows no sign on it
+    return putNumber(unsignedZero, std::chars_format::general, precision_);
+}
+
+template <typename... Format>
+TextBlock& TextBlock::putNumber(Format... format)
+{
+    makeRoom();
+    end_ = std::to_chars(end_, text_.data() + Size, format...).ptr;
+    return *this;
+}
+
+void TextBlock::makeRoom()
+{
+    if (text_.data() + Size - end_ < LongestField) {
+        flush();
+    }
+}
+
+void TextBlock::flush()
+{
+    if (end_ == text_.data()) {
+        return; // an empty string is a field too, and a stream with a field width pads it
+    }
+    stream_ << QLatin1String(text_.data(), static_cast<qsizetype>(end_ - text_.data()));
+    end_ = text_.data();
+}
+
+} // namespace Ovra::Geo

@@ -1,0 +1,191 @@
+#include "TextBlock.h"
+
+#include <QBuffer>
+#include <QLocale>
+#include <QTest>
+
+#include <cstring>
+#include <limits>
+#include <random>
+
+using namespace Ovra::Geo;
+
+namespace
+{
+
+using Setting = void (*)(QTextStream&);
+
+double fromBits(quint64 bits)
+{
+    double value = 0;
+    std::memcpy(&value, &bits, sizeof value);
+    return value;
+}
+
+template <typename Sink>
+void writeFields(Sink& sink)
+{
+    for (const int value :
+         {0, 1, -1, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()}) {
+        sink << value << ' ';
+    }
+    for (const double value :
+         {0.0, -0.0, 1.0, -1.5, 1e-5, 123456789.0, 1e15, 1e300,
+          std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()}) {
+        sink << value << '\n';
+    }
+}
+
+QString textOfBlock(Setting set)
+{
+    QString text;
+    QTextStream stream(&text);
+    set(stream);
+    {
+        TextBlock block(stream);
+        writeFields(block);
+    }
+    stream.flush();
+    return text;
+}
+
+QString textOfStream(Setting set)
+{
+    QString text;
+    QTextStream stream(&text);
+    set(stream);
+    writeFields(stream);
+    stream.flush();
+    return text;
+}
+
+// Every exponent, denormals included, with mantissas at random; a longer run on request.
+qint64 mantissasForEachExponent()
+{
+    return std::max(120, qEnvironmentVariableIntValue("OVRA_TEST_MANTISSAS"));
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Setting)
+
+class TestTextBlock : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void writesWhatTheStreamWrites_data()
+    {
+        QTest::addColumn<Setting>("set");
+        QTest::newRow("as made") << Setting([](QTextStream&) {});
+        QTest::newRow("precision 15")
+            << Setting([](QTextStream& s) { s.setRealNumberPrecision(15); });
+        QTest::newRow("precision 0")
+            << Setting([](QTextStream& s) { s.setRealNumberPrecision(0); });
+        QTest::newRow("precision 40")
+            << Setting([](QTextStream& s) { s.setRealNumberPrecision(40); });
+        QTest::newRow("scientific") << Setting(
+            [](QTextStream& s) { s.setRealNumberNotation(QTextStream::ScientificNotation); });
+        QTest::newRow("fixed") << Setting(
+            [](QTextStream& s) { s.setRealNumberNotation(QTextStream::FixedNotation); });
+        QTest::newRow("base 16") << Setting([](QTextStream& s) { s.setIntegerBase(16); });
+        QTest::newRow("base 10") << Setting([](QTextStream& s) { s.setIntegerBase(10); });
+        QTest::newRow("forced sign")
+            << Setting([](QTextStream& s) { s.setNumberFlags(QTextStream::ForceSign); });
+        QTest::newRow("field width") << Setting([](QTextStream& s) { s.setFieldWidth(12); });
+        QTest::newRow("German") << Setting(
+            [](QTextStream& s) { s.setLocale(QLocale(QLocale::German)); });
+    }
+
+    void writesWhatTheStreamWrites()
+    {
+        QFETCH(Setting, set);
+        QCOMPARE(textOfBlock(set), textOfStream(set));
+    }
+
+    void formatsEveryDoubleAsTheStream_data()
+    {
+        QTest::addColumn<int>("precision");
+        QTest::newRow("coordinates") << 15;
+        QTest::newRow("weights") << 6;
+        QTest::newRow("one digit") << 1;
+        QTest::newRow("all digits") << 17;
+    }
+
+    void formatsEveryDoubleAsTheStream()
+    {
+        QFETCH(int, precision);
+        const qint64 mantissas = mantissasForEachExponent();
+        std::mt19937_64 random(static_cast<std::mt19937_64::result_type>(precision));
+        for (quint64 signAndExponent = 0; signAndExponent < 4096; ++signAndExponent) {
+            QString expected;
+            QString actual;
+            QTextStream expectedStream(&expected);
+            QTextStream actualStream(&actual);
+            expectedStream.setRealNumberPrecision(precision);
+            actualStream.setRealNumberPrecision(precision);
+            TextBlock block(actualStream);
+            for (qint64 i = 0; i < mantissas; ++i) {
+                const quint64 mantissa = i == 0 ? 0 : random() >> 12;
+                const double value = fromBits(signAndExponent << 52 | mantissa);
+                expectedStream << value << ' ';
+                block << value << ' ';
+            }
+            block.flush();
+            actualStream.flush();
+            expectedStream.flush();
+            QCOMPARE(actual, expected);
+        }
+    }
+
+    void formatsShortDecimalsAsTheStream()
+    {
+        QString expected;
+        QString actual;
+        QTextStream expectedStream(&expected);
+        QTextStream actualStream(&actual);
+        TextBlock block(actualStream);
+        for (int i = -20000; i < 20000; ++i) {
+            expectedStream << i / 1000.0 << ' ' << i * 0.1 << ' ' << i * 1e5 << '\n';
+            block << i / 1000.0 << ' ' << i * 0.1 << ' ' << i * 1e5 << '\n';
+        }
+        block.flush();
+        actualStream.flush();
+        expectedStream.flush();
+        QCOMPARE(actual, expected);
+    }
+
+    void keepsTheOrderBesideTheStream()
+    {
+        QByteArray bytes;
+        QBuffer device(&bytes);
+        QVERIFY(device.open(QIODevice::WriteOnly));
+        QTextStream stream(&device);
+        stream << "a ";
+        {
+            TextBlock block(stream);
+            block << 1 << ' ';
+            block.flush();
+            stream << "b ";
+            block << 2 << ' ';
+        }
+        stream << "c";
+        stream.flush();
+        QCOMPARE(bytes, QByteArray("a 1 b 2 c"));
+    }
+
+    void addsNothingOfItsOwn()
+    {
+        QString text;
+        QTextStream stream(&text);
+        stream.setFieldWidth(5);
+        {
+            TextBlock block(stream);
+        }
+        stream.flush();
+        QCOMPARE(text, QString());
+    }
+};
+
+QTEST_APPLESS_MAIN(TestTextBlock)
+#include "tst_TextBlock.moc"
