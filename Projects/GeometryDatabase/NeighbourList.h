@@ -1,0 +1,140 @@
+#pragma once
+
+#include "GeometryDatabaseExport.h"
+
+#include <QList>
+
+/// \file
+/// \brief How a mesh entity keeps its lists of neighbours. Not for hosts.
+
+namespace Ovra::Geo
+{
+
+class MeshEntity;
+
+/// \brief A list of mesh entities in the space of one pointer.
+///
+/// A mesh entity has four lists, most of them empty, and a mesh has millions of entities: in the form
+/// of QList the lists alone take more than all else. Here an empty list is a null pointer. The list
+/// that an element always has, that of its vertices, stands in the element itself, in an
+/// EmbeddedNeighbours of the derived class, as long as it fits there; other lists take just what they
+/// need if their length is known beforehand.
+///
+/// Copies of long lists share their data until one of them is changed, so that very many elements can
+/// have one and the same. One thread at a time.
+class OVRA_GEO_EXPORT NeighbourList
+{
+public:
+    /// \brief What stands ahead of the entries, in the heap or in an element.
+    struct Block
+    {
+        quint32 size = 0;
+        quint32 capacity : 30;
+        quint32 isEmbedded : 1;
+        quint32 isShared : 1; // then the slot behind the last counts the lists
+
+        MeshEntity** entries() { return reinterpret_cast<MeshEntity**>(this + 1); }
+    };
+
+    /// \brief An empty list.
+    NeighbourList() = default;
+
+    /// \brief An empty list that has its entries in \p block as long as they fit.
+    /// \param block of an object that goes together with the list
+    explicit NeighbourList(Block& block)
+        : block_(&block)
+    {
+    }
+
+    /// \brief The same entries; the data is shared if there are many.
+    NeighbourList(const NeighbourList& other) { *this = other; }
+
+    /// \brief Takes the entries of \p other over; the data is shared if there are many.
+    NeighbourList& operator=(const NeighbourList& other);
+
+    ~NeighbourList() { release(); }
+
+    /// \brief Number of entries.
+    qsizetype size() const { return block_ == nullptr ? 0 : qsizetype{block_->size}; }
+
+    /// \brief Whether there are no entries.
+    bool isEmpty() const { return size() == 0; }
+
+    /// \brief The entry at \p index, which must be in range.
+    MeshEntity* at(qsizetype index) const
+    {
+        Q_ASSERT(index >= 0 && index < size());
+        return block_->entries()[index];
+    }
+
+    MeshEntity* const* begin() const { return block_ == nullptr ? nullptr : block_->entries(); }
+    MeshEntity* const* end() const { return begin() + size(); }
+
+    /// \brief The place of the first occurrence of \p entity; -1 if there is none.
+    qsizetype indexOf(const MeshEntity* entity) const;
+
+    /// \brief Whether \p entity is in the list.
+    bool contains(const MeshEntity* entity) const { return indexOf(entity) >= 0; }
+
+    /// \brief Whether both lists are empty or share their data.
+    bool isSharedWith(const NeighbourList& other) const
+    {
+        return (isEmpty() && other.isEmpty()) || block_ == other.block_;
+    }
+
+    /// \brief Makes room for \p count entries in all, and for no more.
+    void reserve(qsizetype count);
+
+    /// \brief Appends \p entity.
+    void append(MeshEntity* entity)
+    {
+        if (block_ == nullptr || block_->isShared != 0 || block_->size == block_->capacity) {
+            grow();
+        }
+        block_->entries()[block_->size++] = entity;
+    }
+
+    /// \brief Puts \p entity in the place of the entry at \p index, which must be in range.
+    void replace(qsizetype index, MeshEntity* entity);
+
+    /// \brief Removes the first occurrence of \p entity, if any.
+    void removeOne(const MeshEntity* entity);
+
+    /// \brief Empties the list and gives its memory back.
+    void clear();
+
+    /// \brief The entries as a list of Qt's, which later changes do not reach.
+    QList<MeshEntity*> snapshot() const;
+
+private:
+    static constexpr quint32 MostEntries = (1U << 30U) - 1;
+
+    static Block* allocate(quint32 capacity, bool withCounter);
+
+    quint64& counter() const;
+    void share() const;
+    void detach();
+    void grow();
+    void moveTo(quint32 capacity, bool withCounter) const;
+    void release() const;
+
+    mutable Block* block_ = nullptr; // another one, of the same entries, when it is shared
+};
+
+/// \brief Room within an element for the list of its \p Capacity vertices.
+template <quint32 Capacity>
+struct EmbeddedNeighbours
+{
+    EmbeddedNeighbours()
+    {
+        static_assert(Capacity <= 8, "the room is there whether it is used or not");
+        block.capacity = Capacity;
+        block.isEmbedded = 1;
+        block.isShared = 0;
+    }
+
+    NeighbourList::Block block;
+    MeshEntity* entries[Capacity];
+};
+
+} // namespace Ovra::Geo
