@@ -20,14 +20,6 @@ namespace
 // an element have many: elements beside one another have a few in all.
 constexpr qint64 NeighboursPerVertex = 4;
 
-void addToVertices(MeshEntity* element)
-{
-    const int count = element->adjacencyCount(0);
-    for (int i = 0; i < count; ++i) {
-        element->adjacencyAt(0, i)->addAdjacency(element);
-    }
-}
-
 } // namespace
 
 Mesh::Mesh(Model* model)
@@ -102,8 +94,10 @@ bool Mesh::setUpwardAdjacencies(Limit limit)
     qint64 vertexCount = 0;
     for (int d = 1; d <= 3; ++d) {
         for (auto entities = iterator(d); entities.hasNext();) {
-            const MeshEntity* element = entities.next().value();
-            addToVertices(entities.value());
+            MeshEntity* element = entities.next().value();
+            for (MeshEntity* vertex : std::as_const(*element).adjacencies(0)) {
+                vertex->append(element, d);
+            }
             vertexCount += element->adjacencyCount(0);
         }
     }

@@ -11,7 +11,10 @@ namespace Ovra::Geo
 class OVRA_GEO_EXPORT MeshEdge : public MeshEntity
 {
 public:
-    MeshEdge() = default;
+    MeshEdge()
+        : MeshEntity(vertices_.block)
+    {
+    }
     MeshEdge(const MeshEdge&) = default;
     MeshEdge& operator=(const MeshEdge&) = default;
 
@@ -31,6 +34,9 @@ public:
     void setUpwardAdjacencies() override;
     void clearUpwardAdjacencies() override;
     void removeFromAdjacencies() override;
+
+private:
+    EmbeddedNeighbours<2> vertices_;
 };
 
 } // namespace Ovra::Geo

@@ -1,6 +1,5 @@
 #include "MeshEntity.h"
 
-#include "AdjacencyList.h"
 #include "MeshEdge.h"
 #include "MeshFace.h"
 #include "MeshRegion.h"
@@ -35,12 +34,12 @@ void intersect(Neighbours& candidates, const QSet<MeshEntity*>& set)
     removeIf(candidates, [&set](MeshEntity* entity) { return !set.contains(entity); });
 }
 
-void intersect(Neighbours& candidates, const QList<MeshEntity*>& list)
+void intersect(Neighbours& candidates, const NeighbourList& list)
 {
     if (candidates.size() <= FewCandidates) {
         removeIf(candidates, [&list](MeshEntity* entity) { return !list.contains(entity); });
     } else {
-        intersect(candidates, QSet<MeshEntity*>(list.cbegin(), list.cend()));
+        intersect(candidates, QSet<MeshEntity*>(list.begin(), list.end()));
     }
 }
 
@@ -108,7 +107,9 @@ QSet<MeshEntity*> MeshEntity::getDownwardAdjacencies(MeshEntity* entity, int dim
 
 QSet<MeshEntity*> MeshEntity::getUpwardAdjacencies(MeshEntity* entity, int dimension)
 {
-    return getUpwardAdjacencies(std::as_const(*entity).adjacencies(0), dimension);
+    const Neighbours neighbours =
+        commonNeighbours(std::as_const(*entity).adjacencies(0), dimension);
+    return QSet<MeshEntity*>(neighbours.cbegin(), neighbours.cend());
 }
 
 QSet<MeshEntity*> MeshEntity::getUpwardAdjacencies(const QList<MeshEntity*>& entities,
@@ -118,25 +119,26 @@ QSet<MeshEntity*> MeshEntity::getUpwardAdjacencies(const QList<MeshEntity*>& ent
     return QSet<MeshEntity*>(neighbours.cbegin(), neighbours.cend());
 }
 
-MeshEntity::Neighbours MeshEntity::commonNeighbours(const QList<MeshEntity*>& entities,
-                                                    int dimension, NeighbourSets* sets)
+template <typename Entities>
+MeshEntity::Neighbours MeshEntity::commonNeighbours(const Entities& entities, int dimension,
+                                                    NeighbourSets* sets)
 {
     Neighbours result;
     // The shortest list leaves the least to look up, where a vertex has very many neighbours.
     const auto shortest = std::min_element(
-        entities.cbegin(), entities.cend(), [dimension](const MeshEntity* a, const MeshEntity* b) {
+        entities.begin(), entities.end(), [dimension](const MeshEntity* a, const MeshEntity* b) {
             return a->adjacencyCount(dimension) < b->adjacencyCount(dimension);
         });
-    if (shortest == entities.cend()) {
+    if (shortest == entities.end()) {
         return result;
     }
-    const QList<MeshEntity*>& start = std::as_const(**shortest).adjacencies(dimension);
-    result.append(start.constData(), start.size());
-    for (auto i = entities.cbegin(); i != entities.cend(); ++i) {
+    const NeighbourList& start = std::as_const(**shortest).adjacencies(dimension);
+    result.append(start.begin(), start.size());
+    for (auto i = entities.begin(); i != entities.end(); ++i) {
         if (i == shortest) {
             continue;
         }
-        const QList<MeshEntity*>& list = std::as_const(**i).adjacencies(dimension);
+        const NeighbourList& list = std::as_const(**i).adjacencies(dimension);
         if (sets != nullptr && list.size() > NeighbourSets::Few) {
             intersect(result, sets->of(*i, list));
         } else {
@@ -162,13 +164,7 @@ int MeshEntity::dimension() const
 
 void MeshEntity::addAdjacency(MeshEntity* entity)
 {
-    const int dimension = entity->dimension();
-    QList<MeshEntity*>& list = adjacencies(dimension);
-    // Nearly every element has at least four vertices: one allocation instead of two, and smaller.
-    if (dimension == 0 && list.isEmpty()) {
-        list.reserve(4);
-    }
-    list.append(entity);
+    adjacencies(entity->dimension()).append(entity);
 }
 
 bool MeshEntity::isAdjacentTo(MeshEntity* entity) const
@@ -183,7 +179,13 @@ void MeshEntity::removeAdjacency(MeshEntity* entity)
 
 bool MeshEntity::replaceAdjacency(MeshEntity* oldEntity, MeshEntity* newEntity)
 {
-    return replaceFirst(adjacencies(oldEntity->dimension()), oldEntity, newEntity);
+    NeighbourList& list = adjacencies(oldEntity->dimension());
+    const qsizetype index = list.indexOf(oldEntity);
+    if (index < 0) {
+        return false;
+    }
+    list.replace(index, newEntity);
+    return true;
 }
 
 bool MeshEntity::operator==(const MeshEntity& other) const
@@ -212,7 +214,7 @@ Box MeshEntity::vertexBox(int count) const
 
 void MeshEntity::clearAdjacencies(int dimension)
 {
-    adjacencies(dimension) = {};
+    adjacencies(dimension).clear();
 }
 
 void MeshEntity::addUpwardAdjacencies(int dimension)

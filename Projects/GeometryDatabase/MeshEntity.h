@@ -3,6 +3,7 @@
 #include "AttributeMap.h"
 #include "Box.h"
 #include "GeometryDatabaseExport.h"
+#include "NeighbourList.h"
 #include "Vector.h"
 
 #include <QList>
@@ -146,7 +147,7 @@ public:
     /// \brief Walks the list of \p dimension as it is now; later changes do not reach the walk.
     QListIterator<MeshEntity*> adjacencyIterator(int dimension) const
     {
-        return QListIterator<MeshEntity*>(adjacencies(dimension));
+        return QListIterator<MeshEntity*>(adjacencies(dimension).snapshot());
     }
 
     /// \brief Whether this entity lists \p entity; the other direction may differ.
@@ -171,6 +172,13 @@ public:
     bool operator<(const MeshEntity& other) const;
 
 protected:
+    /// \brief As MeshEntity(), with room in the derived class for the usual number of vertices.
+    /// \param vertices of a member of the derived class; only its address is taken here
+    explicit MeshEntity(NeighbourList::Block& vertices)
+        : adjacencies_{NeighbourList(vertices), {}, {}, {}}
+    {
+    }
+
     /// \brief Position of the vertex at \p index of list 0, which must be in range.
     Vector vertexPoint(int index) const { return adjacencyAt(0, index)->centroid(); }
 
@@ -197,20 +205,27 @@ protected:
     void detachFromParent();
 
 private:
+    friend class Mesh;
+    friend class MeshSerializer;
     friend class UpwardLists;
 
     using Neighbours = QVarLengthArray<MeshEntity*, 16>;
 
-    static Neighbours commonNeighbours(const QList<MeshEntity*>& entities, int dimension,
+    template <typename Entities>
+    static Neighbours commonNeighbours(const Entities& entities, int dimension,
                                        NeighbourSets* sets = nullptr);
 
     void appendUpwardAdjacencies(int dimension, NeighbourSets* sets);
 
-    QList<MeshEntity*>& adjacencies(int dimension)
+    // Without asking the entity for its dimension: it lies anywhere in memory, and in the bulk of a
+    // mesh nothing else of it is needed.
+    void append(MeshEntity* entity, int itsDimension) { adjacencies(itsDimension).append(entity); }
+
+    NeighbourList& adjacencies(int dimension)
     {
         return adjacencies_[static_cast<size_t>(dimension)];
     }
-    const QList<MeshEntity*>& adjacencies(int dimension) const
+    const NeighbourList& adjacencies(int dimension) const
     {
         return adjacencies_[static_cast<size_t>(dimension)];
     }
@@ -218,7 +233,7 @@ private:
     int id_ = 0;
     AttributeMap attributes_;
     ModelEntity* parent_ = nullptr;
-    std::array<QList<MeshEntity*>, 4> adjacencies_;
+    std::array<NeighbourList, 4> adjacencies_;
 };
 
 } // namespace Ovra::Geo

@@ -12,7 +12,10 @@ namespace Ovra::Geo
 class OVRA_GEO_EXPORT MeshFace : public MeshEntity
 {
 public:
-    MeshFace() = default;
+    MeshFace()
+        : MeshEntity(vertices_.block)
+    {
+    }
     MeshFace(const MeshFace&) = default;
     MeshFace& operator=(const MeshFace&) = default;
 
@@ -33,6 +36,9 @@ public:
     void setUpwardAdjacencies() override;
     void clearUpwardAdjacencies() override;
     void removeFromAdjacencies() override;
+
+private:
+    EmbeddedNeighbours<4> vertices_;
 };
 
 } // namespace Ovra::Geo

@@ -10,7 +10,10 @@ namespace Ovra::Geo
 class OVRA_GEO_EXPORT MeshRegion : public MeshEntity
 {
 public:
-    MeshRegion() = default;
+    MeshRegion()
+        : MeshEntity(vertices_.block)
+    {
+    }
     MeshRegion(const MeshRegion&) = default;
     MeshRegion& operator=(const MeshRegion&) = default;
 
@@ -26,6 +29,9 @@ public:
     ///        that was read or built in the usual way: regions do not list their faces.
     double boundaryArea() const override;
     void removeFromAdjacencies() override;
+
+private:
+    EmbeddedNeighbours<4> vertices_;
 };
 
 } // namespace Ovra::Geo

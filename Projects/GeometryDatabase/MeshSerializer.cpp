@@ -151,7 +151,7 @@ void MeshSerializer::readMeshAdjacencies(MeshEntity* element, QDataStream& strea
     for (qint32 i = 0; i < count && isOk(stream); ++i) {
         MeshEntity* vertex = mesh_->entity(0, readValue<qint32>(stream));
         if (vertex != nullptr) {
-            element->addAdjacency(vertex);
+            element->append(vertex, 0);
         } else {
             stream.setStatus(QDataStream::ReadCorruptData);
         }

@@ -75,6 +75,12 @@ NeighbourList& NeighbourList::operator=(const NeighbourList& other)
     return *this;
 }
 
+bool NeighbourList::isCopyOf(const NeighbourList& other) const
+{
+    return block_ == other.block_ ||
+           (size() < Many && std::equal(begin(), end(), other.begin(), other.end()));
+}
+
 qsizetype NeighbourList::indexOf(const MeshEntity* entity) const
 {
     const auto* const place = std::find(begin(), end(), entity);

@@ -76,11 +76,9 @@ public:
     /// \brief Whether \p entity is in the list.
     bool contains(const MeshEntity* entity) const { return indexOf(entity) >= 0; }
 
-    /// \brief Whether both lists are empty or share their data.
-    bool isSharedWith(const NeighbourList& other) const
-    {
-        return (isEmpty() && other.isEmpty()) || block_ == other.block_;
-    }
+    /// \brief Whether one of the lists is a copy of the other and neither has been changed since. Looks
+    ///        at the entries of short lists only, so that short lists of the same entries count too.
+    bool isCopyOf(const NeighbourList& other) const;
 
     /// \brief Makes room for \p count entries in all, and for no more.
     void reserve(qsizetype count);
@@ -132,6 +130,13 @@ struct EmbeddedNeighbours
         block.isEmbedded = 1;
         block.isShared = 0;
     }
+
+    // Room only: what stands in it goes from element to element by their lists.
+    EmbeddedNeighbours(const EmbeddedNeighbours& /*other*/)
+        : EmbeddedNeighbours()
+    {
+    }
+    EmbeddedNeighbours& operator=(const EmbeddedNeighbours& /*other*/) { return *this; }
 
     NeighbourList::Block block;
     MeshEntity* entries[Capacity];

@@ -1,13 +1,12 @@
 #pragma once
 
+#include "NeighbourList.h"
+
 #include <QHash>
-#include <QList>
 #include <QSet>
 
 namespace Ovra::Geo
 {
-
-class MeshEntity;
 
 /// \brief Keeps sets of the neighbours of vertices with very many, for as long as their lists of one
 ///        dimension do not change. Not for hosts.
@@ -21,11 +20,11 @@ public:
     static constexpr qsizetype Few = 64;
 
     /// \brief The entries of \p list, which is that of \p vertex in all calls.
-    const QSet<MeshEntity*>& of(const MeshEntity* vertex, const QList<MeshEntity*>& list)
+    const QSet<MeshEntity*>& of(const MeshEntity* vertex, const NeighbourList& list)
     {
         QSet<MeshEntity*>& set = sets_[vertex];
         if (set.isEmpty()) {
-            set = QSet<MeshEntity*>(list.cbegin(), list.cend());
+            set = QSet<MeshEntity*>(list.begin(), list.end());
         }
         return set;
     }

@@ -40,12 +40,6 @@ QList<MeshEntity*> vertexSet(const MeshEntity* element)
     return vertices;
 }
 
-// Without a look at the entries, of which there may be very many.
-bool isSame(const QList<MeshEntity*>& a, const QList<MeshEntity*>& b)
-{
-    return a.size() == b.size() && (a.isEmpty() || a.constData() == b.constData());
-}
-
 UpwardLists*& currentOfThread()
 {
     thread_local UpwardLists* current = nullptr;
@@ -89,8 +83,8 @@ void UpwardLists::appendMany(MeshEntity* element, qint64 neighbours)
 {
     const QList<MeshEntity*> vertices = vertexSet(element);
     const auto found = lists_.constFind(vertices);
-    const QList<MeshEntity*>& list = std::as_const(*element).adjacencies(dimension_);
-    if (found != lists_.cend() && isSame(list, found->before)) {
+    const NeighbourList& list = std::as_const(*element).adjacencies(dimension_);
+    if (found != lists_.cend() && list.isCopyOf(found->before)) {
         element->adjacencies(dimension_) = found->after;
         return;
     }
@@ -100,7 +94,7 @@ void UpwardLists::appendMany(MeshEntity* element, qint64 neighbours)
         return;
     }
     limit_ -= work;
-    const QList<MeshEntity*> before = list;
+    const NeighbourList before = list;
     element->appendUpwardAdjacencies(dimension_, &sets_);
     lists_.insert(vertices, {before, list});
 }

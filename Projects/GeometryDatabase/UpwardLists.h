@@ -52,8 +52,8 @@ public:
 private:
     struct List
     {
-        QList<MeshEntity*> before;
-        QList<MeshEntity*> after;
+        NeighbourList before;
+        NeighbourList after;
     };
 
     void appendMany(MeshEntity* element, qint64 neighbours);

@@ -118,12 +118,13 @@ private slots:
         fill(list, strangers.first(100));
         NeighbourList copy;
         copy = list;
-        QVERIFY(copy.isSharedWith(list));
+        QCOMPARE(copy.begin(), list.begin());
+        QVERIFY(copy.isCopyOf(list));
         list.clear();
         QCOMPARE(copy.snapshot(), strangers.first(100));
         const NeighbourList another = copy;
         copy.append(strangers.at(0));
-        QVERIFY(!copy.isSharedWith(another));
+        QVERIFY(!copy.isCopyOf(another));
         QCOMPARE(another.snapshot(), strangers.first(100));
         QCOMPARE(copy.size(), 101);
     }
