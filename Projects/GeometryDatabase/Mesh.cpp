@@ -93,6 +93,7 @@ bool Mesh::setUpwardAdjacencies(Limit limit)
 {
     qint64 vertexCount = 0;
     for (int d = 1; d <= 3; ++d) {
+        reserveAtVertices(d);
         for (auto entities = iterator(d); entities.hasNext();) {
             MeshEntity* element = entities.next().value();
             for (MeshEntity* vertex : std::as_const(*element).adjacencies(0)) {
@@ -111,6 +112,29 @@ bool Mesh::setUpwardAdjacencies(Limit limit)
         isComplete = isComplete && lists.isComplete();
     }
     return isComplete;
+}
+
+// So that the lists take what they need: as they grow they would be allocated anew several times, and be
+// longer by half in the end. Counts are only a hint: it does no harm that vertices of ids which lie far
+// off, or were changed behind the mesh's back, go without.
+void Mesh::reserveAtVertices(int dimension)
+{
+    QList<int> counts(2 * qsizetype{count(0)} + 1);
+    for (auto elements = iterator(dimension); elements.hasNext();) {
+        const MeshEntity* element = elements.next().value();
+        for (const MeshEntity* vertex : element->adjacencies(0)) {
+            if (vertex->id() >= 0 && vertex->id() < counts.size()) {
+                ++counts[vertex->id()];
+            }
+        }
+    }
+    for (auto vertices = iterator(0); vertices.hasNext();) {
+        const auto entry = vertices.next();
+        if (entry.key() < counts.size()) {
+            NeighbourList& list = entry.value()->adjacencies(dimension);
+            list.reserve(list.size() + counts.at(entry.key()));
+        }
+    }
 }
 
 void Mesh::clearUpwardAdjacencies()

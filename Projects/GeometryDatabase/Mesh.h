@@ -156,6 +156,7 @@ private:
     bool setUpwardAdjacencies(Limit limit);
     void replaceAttribute(MeshEntity* entity, const AttributeType& type,
                           const QMap<int, int>& idMap);
+    void reserveAtVertices(int dimension);
     void replaceVertexAttributes(const QMap<int, int>& idMap);
 
     Model* model_;
