@@ -91,17 +91,7 @@ void Mesh::setUpwardAdjacencies()
 
 bool Mesh::setUpwardAdjacencies(Limit limit)
 {
-    qint64 vertexCount = 0;
-    for (int d = 1; d <= 3; ++d) {
-        reserveAtVertices(d);
-        for (auto entities = iterator(d); entities.hasNext();) {
-            MeshEntity* element = entities.next().value();
-            for (MeshEntity* vertex : std::as_const(*element).adjacencies(0)) {
-                vertex->append(element, d);
-            }
-            vertexCount += element->adjacencyCount(0);
-        }
-    }
+    const qint64 vertexCount = addElementsToVertices();
     bool isComplete = true;
     for (int d = 1; d <= 2; ++d) {
         const UpwardLists lists(d + 1, limit == Limit::None ? UpwardLists::Unlimited
@@ -112,6 +102,22 @@ bool Mesh::setUpwardAdjacencies(Limit limit)
         isComplete = isComplete && lists.isComplete();
     }
     return isComplete;
+}
+
+qint64 Mesh::addElementsToVertices()
+{
+    qint64 vertexCount = 0;
+    for (int d = 1; d <= 3; ++d) {
+        reserveAtVertices(d);
+        for (auto elements = iterator(d); elements.hasNext();) {
+            MeshEntity* element = elements.next().value();
+            for (MeshEntity* vertex : std::as_const(*element).adjacencies(0)) {
+                vertex->append(element, d);
+            }
+            vertexCount += element->adjacencyCount(0);
+        }
+    }
+    return vertexCount;
 }
 
 // So that the lists take what they need: as they grow they would be allocated anew several times, and be
