@@ -36,33 +36,6 @@ int parentId(const MeshEntity* entity)
     return entity->parent() != nullptr ? entity->parent()->id() : NoParentId;
 }
 
-void writeVertexLine(const MeshEntity* element, QTextStream& stream)
-{
-    stream << element->adjacencyCount(0) << " ";
-    auto vertices = element->adjacencyIterator(0);
-    while (vertices.hasNext()) {
-        stream << vertices.next()->id() << " ";
-    }
-    stream << "\n";
-}
-
-void writeTextEntity(MeshEntity* entity, bool withParentDimension, QTextStream& stream)
-{
-    stream << entity->id() << " ";
-    if (withParentDimension) {
-        stream << parentDimension(entity) << " ";
-    }
-    stream << parentId(entity) << "\n";
-    if (!entity->attributes().isEmpty()) {
-        AttributeSerializer::write(entity->attributes(), stream);
-    }
-    if (entity->dimension() == 0) {
-        stream << static_cast<MeshVertex*>(entity)->point() << "\n";
-    } else {
-        writeVertexLine(entity, stream);
-    }
-}
-
 } // namespace
 
 MeshSerializer* MeshSerializer::create(Format format, Model* model, Mesh* mesh)
@@ -161,7 +134,7 @@ void MeshSerializer::readMeshAdjacencies(MeshEntity* element, QDataStream& strea
 void MeshSerializer::writeHead(QDataStream& stream) const
 {
     StreamHeader::write({format_, mesh_->version()}, stream);
-    AttributeSerializer::write(mesh_->attributes(), stream);
+    writeAttributes(mesh_->attributes(), stream);
 }
 
 void MeshSerializer::writeEntities(int dimension, QDataStream& stream,
@@ -199,28 +172,65 @@ void MeshSerializer::writeMeshAdjacencies(const MeshEntity* element, QDataStream
     }
 }
 
-void MeshSerializer::writeText(QTextStream& stream) const
+void MeshSerializer::readAttributes(AttributeMap& attributes, QDataStream& stream)
 {
-    writeText(stream, 3);
+    AttributeSerializer::read(attributes, stream);
 }
 
-void MeshSerializer::writeShortText(QTextStream& stream) const
+void MeshSerializer::writeAttributes(const AttributeMap& attributes, QDataStream& stream)
 {
-    writeText(stream, 0);
+    AttributeSerializer::write(attributes, stream);
 }
 
-void MeshSerializer::writeText(QTextStream& stream, int highestWithParentDimension) const
+void MeshSerializer::writeAttributes(const AttributeMap& attributes, QTextStream& stream)
+{
+    AttributeSerializer::write(attributes, stream);
+}
+
+void MeshSerializer::writeMeshAdjacencies(const MeshEntity* element, QTextStream& stream)
+{
+    stream << element->adjacencyCount(0) << " ";
+    auto vertices = element->adjacencyIterator(0);
+    while (vertices.hasNext()) {
+        stream << vertices.next()->id() << " ";
+    }
+    stream << "\n";
+}
+
+void MeshSerializer::writePoint(const MeshEntity* vertex, QTextStream& stream)
+{
+    stream << static_cast<const MeshVertex*>(vertex)->point() << "\n";
+}
+
+void MeshSerializer::writeParentLine(const MeshEntity* entity, QTextStream& stream)
+{
+    stream << entity->id() << " " << parentDimension(entity) << " " << parentId(entity) << "\n";
+}
+
+void MeshSerializer::writeParentIdLine(const MeshEntity* entity, QTextStream& stream)
+{
+    stream << entity->id() << " " << parentId(entity) << "\n";
+}
+
+void MeshSerializer::writeAttributesIfAny(MeshEntity* entity, QTextStream& stream)
+{
+    if (!entity->attributes().isEmpty()) {
+        writeAttributes(entity->attributes(), stream);
+    }
+}
+
+void MeshSerializer::writeText(QTextStream& stream, const RecordWriter& writeRecord) const
 {
     stream << "*** Format ***\n" << static_cast<int>(format_) << "\n";
     stream << "*** Version ***\n" << mesh_->version() << "\n";
     stream << "*** Attributes ***\n";
-    AttributeSerializer::write(mesh_->attributes(), stream);
+    writeAttributes(mesh_->attributes(), stream);
     for (int dimension = 0; dimension <= 3; ++dimension) {
         stream << "*** Entities " << dimension << " ***\n";
         stream << mesh_->count(dimension) << " count\n";
         auto entities = mesh_->orderedIterator(dimension);
         while (entities.hasNext()) {
-            writeTextEntity(entities.next(), dimension <= highestWithParentDimension, stream);
+            writeRecord(entities.next());
         }
     }
 }

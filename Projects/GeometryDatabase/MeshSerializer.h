@@ -10,6 +10,7 @@ class QTextStream;
 namespace Ovra::Geo
 {
 
+class AttributeMap;
 class Mesh;
 class MeshEntity;
 class Model;
@@ -77,6 +78,15 @@ protected:
     /// \brief Writes the record of an entity.
     using RecordWriter = std::function<void(MeshEntity*)>;
 
+    /// \brief Writes an attribute record.
+    static void writeAttributes(const AttributeMap& attributes, QDataStream& stream);
+
+    /// \brief Writes a text block of attributes.
+    static void writeAttributes(const AttributeMap& attributes, QTextStream& stream);
+
+    /// \brief Replaces \p attributes by what the record holds.
+    static void readAttributes(AttributeMap& attributes, QDataStream& stream);
+
     MeshSerializer(Format format, Model* model, Mesh* mesh);
 
     /// \brief The mesh that is read into or written.
@@ -118,18 +128,29 @@ protected:
     /// \brief Writes the vertex list of an element.
     static void writeMeshAdjacencies(const MeshEntity* element, QDataStream& stream);
 
-    /// \brief Writes the text form whose records name every parent by dimension and id.
-    void writeText(QTextStream& stream) const;
+    /// \brief Writes the vertex list of an element as a line.
+    static void writeMeshAdjacencies(const MeshEntity* element, QTextStream& stream);
 
-    /// \brief Writes the text form in which only the records of vertices have the dimension of the
-    ///        parent.
-    void writeShortText(QTextStream& stream) const;
+    /// \brief Writes the point of a vertex as a line.
+    static void writePoint(const MeshEntity* vertex, QTextStream& stream);
+
+    /// \brief Writes the line with id and parent by dimension and id.
+    static void writeParentLine(const MeshEntity* entity, QTextStream& stream);
+
+    /// \brief Writes the line with id and parent by id.
+    static void writeParentIdLine(const MeshEntity* entity, QTextStream& stream);
+
+    /// \brief Writes the text block of the attributes of \p entity, if it has any.
+    static void writeAttributesIfAny(MeshEntity* entity, QTextStream& stream);
+
+    /// \brief Writes the text form; header, mesh attributes and counts here, the entities by
+    ///        \p writeRecord.
+    void writeText(QTextStream& stream, const RecordWriter& writeRecord) const;
 
 private:
     Q_DISABLE_COPY_MOVE(MeshSerializer)
 
     ModelEntity* parent(int dimension, int id, QDataStream& stream, MissingParent missing) const;
-    void writeText(QTextStream& stream, int highestWithParentDimension) const;
 
     Format format_;
     Model* model_;

@@ -1,6 +1,5 @@
 #include "MeshSerializer2013.h"
 
-#include "AttributeSerializer.h"
 #include "Mesh.h"
 #include "MeshEntity.h"
 #include "StreamReading.h"
@@ -17,7 +16,7 @@ MeshSerializer2013::MeshSerializer2013(Model* model, Mesh* mesh)
 
 void MeshSerializer2013::read(QDataStream& stream)
 {
-    AttributeSerializer::read(mesh()->attributes(), stream);
+    readAttributes(mesh()->attributes(), stream);
     for (int dimension = 0; dimension <= 3; ++dimension) {
         readEntities(dimension, stream,
                      [&](MeshEntity* entity) { return readMeshEntity(entity, stream); });
@@ -28,13 +27,18 @@ ModelEntity* MeshSerializer2013::readMeshEntity(MeshEntity* entity, QDataStream&
 {
     entity->setId(readValue<qint32>(stream));
     ModelEntity* parent = readParent(stream, MissingParent::Refused);
-    AttributeSerializer::read(entity->attributes(), stream);
+    readAttributes(entity->attributes(), stream);
     if (entity->dimension() == 0) {
-        readPoint(entity, stream);
+        readMeshVertex(entity, stream);
     } else {
         readMeshAdjacencies(entity, stream);
     }
     return parent;
+}
+
+void MeshSerializer2013::readMeshVertex(MeshEntity* vertex, QDataStream& stream)
+{
+    readPoint(vertex, stream);
 }
 
 void MeshSerializer2013::write(QDataStream& stream)
@@ -50,17 +54,38 @@ void MeshSerializer2013::writeMeshEntity(MeshEntity* entity, QDataStream& stream
 {
     stream << static_cast<qint32>(entity->id());
     writeParent(entity, stream);
-    AttributeSerializer::write(entity->attributes(), stream);
+    writeAttributes(entity->attributes(), stream);
     if (entity->dimension() == 0) {
-        writePoint(entity, stream);
+        writeMeshVertex(entity, stream);
     } else {
         writeMeshAdjacencies(entity, stream);
     }
 }
 
+void MeshSerializer2013::writeMeshVertex(MeshEntity* vertex, QDataStream& stream)
+{
+    writePoint(vertex, stream);
+}
+
 void MeshSerializer2013::write(QTextStream& stream)
 {
-    writeText(stream);
+    writeText(stream, [&](MeshEntity* entity) { writeMeshEntity(entity, stream); });
+}
+
+void MeshSerializer2013::writeMeshEntity(MeshEntity* entity, QTextStream& stream)
+{
+    writeParentLine(entity, stream);
+    writeAttributesIfAny(entity, stream);
+    if (entity->dimension() == 0) {
+        writeMeshVertex(entity, stream);
+    } else {
+        writeMeshAdjacencies(entity, stream);
+    }
+}
+
+void MeshSerializer2013::writeMeshVertex(MeshEntity* vertex, QTextStream& stream)
+{
+    writePoint(vertex, stream);
 }
 
 } // namespace Ovra::Geo

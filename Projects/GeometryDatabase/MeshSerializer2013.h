@@ -37,7 +37,11 @@ public:
 
 private:
     ModelEntity* readMeshEntity(MeshEntity* entity, QDataStream& stream);
+    void readMeshVertex(MeshEntity* vertex, QDataStream& stream);
     void writeMeshEntity(MeshEntity* entity, QDataStream& stream);
+    void writeMeshEntity(MeshEntity* entity, QTextStream& stream);
+    void writeMeshVertex(MeshEntity* vertex, QDataStream& stream);
+    void writeMeshVertex(MeshEntity* vertex, QTextStream& stream);
 };
 
 } // namespace Ovra::Geo

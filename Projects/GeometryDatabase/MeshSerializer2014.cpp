@@ -1,6 +1,5 @@
 #include "MeshSerializer2014.h"
 
-#include "AttributeSerializer.h"
 #include "Mesh.h"
 #include "MeshEntity.h"
 #include "StreamReading.h"
@@ -17,7 +16,7 @@ MeshSerializer2014::MeshSerializer2014(Model* model, Mesh* mesh)
 
 void MeshSerializer2014::read(QDataStream& stream)
 {
-    AttributeSerializer::read(mesh()->attributes(), stream);
+    readAttributes(mesh()->attributes(), stream);
     readEntities(0, stream, [&](MeshEntity* vertex) { return readMeshVertex(vertex, stream); });
     for (int dimension = 1; dimension <= 3; ++dimension) {
         readEntities(dimension, stream,
@@ -29,7 +28,7 @@ ModelEntity* MeshSerializer2014::readMeshVertex(MeshEntity* vertex, QDataStream&
 {
     vertex->setId(readValue<qint32>(stream));
     ModelEntity* parent = readParent(stream, MissingParent::Refused);
-    AttributeSerializer::read(vertex->attributes(), stream);
+    readAttributes(vertex->attributes(), stream);
     readPoint(vertex, stream);
     return parent;
 }
@@ -38,7 +37,7 @@ ModelEntity* MeshSerializer2014::readMeshEntity(MeshEntity* entity, QDataStream&
 {
     entity->setId(readValue<qint32>(stream));
     ModelEntity* parent = readParentId(entity->dimension(), stream, MissingParent::Refused);
-    AttributeSerializer::read(entity->attributes(), stream);
+    readAttributes(entity->attributes(), stream);
     readMeshAdjacencies(entity, stream);
     return parent;
 }
@@ -57,7 +56,7 @@ void MeshSerializer2014::writeMeshVertex(MeshEntity* vertex, QDataStream& stream
 {
     stream << static_cast<qint32>(vertex->id());
     writeParent(vertex, stream);
-    AttributeSerializer::write(vertex->attributes(), stream);
+    writeAttributes(vertex->attributes(), stream);
     writePoint(vertex, stream);
 }
 
@@ -65,13 +64,33 @@ void MeshSerializer2014::writeMeshEntity(MeshEntity* entity, QDataStream& stream
 {
     stream << static_cast<qint32>(entity->id());
     writeParentId(entity, stream);
-    AttributeSerializer::write(entity->attributes(), stream);
+    writeAttributes(entity->attributes(), stream);
     writeMeshAdjacencies(entity, stream);
 }
 
 void MeshSerializer2014::write(QTextStream& stream)
 {
-    writeShortText(stream);
+    writeText(stream, [&](MeshEntity* entity) {
+        if (entity->dimension() == 0) {
+            writeMeshVertex(entity, stream);
+        } else {
+            writeMeshEntity(entity, stream);
+        }
+    });
+}
+
+void MeshSerializer2014::writeMeshVertex(MeshEntity* vertex, QTextStream& stream)
+{
+    writeParentLine(vertex, stream);
+    writeAttributesIfAny(vertex, stream);
+    writePoint(vertex, stream);
+}
+
+void MeshSerializer2014::writeMeshEntity(MeshEntity* entity, QTextStream& stream)
+{
+    writeParentIdLine(entity, stream);
+    writeAttributesIfAny(entity, stream);
+    writeMeshAdjacencies(entity, stream);
 }
 
 } // namespace Ovra::Geo

@@ -20,7 +20,7 @@ MeshSerializer2014a::MeshSerializer2014a(Model* model, Mesh* mesh)
 
 void MeshSerializer2014a::read(QDataStream& stream)
 {
-    AttributeSerializer::read(mesh()->attributes(), stream);
+    readAttributes(mesh()->attributes(), stream);
     readAttributeDictionary(stream);
     readEntities(0, stream, [&](MeshEntity* vertex) { return readMeshVertex(vertex, stream); });
     readMeshEntityAttributes(0, stream);
@@ -143,13 +143,13 @@ void MeshSerializer2014a::writeMeshEntityAttributes(int dimension, QDataStream& 
     while (entities.hasNext()) {
         entities.next();
         if (!entities.value()->attributes().isEmpty()) {
-            writeAttributes(entities.value(), stream);
+            writeAttributeRecords(entities.value(), stream);
         }
     }
     stream << static_cast<qint32>(EndOfSection);
 }
 
-void MeshSerializer2014a::writeAttributes(MeshEntity* entity, QDataStream& stream)
+void MeshSerializer2014a::writeAttributeRecords(MeshEntity* entity, QDataStream& stream)
 {
     const AttributeMap& attributes = entity->attributes();
     const QList<AttributeType> types = attributes.types();
@@ -162,7 +162,27 @@ void MeshSerializer2014a::writeAttributes(MeshEntity* entity, QDataStream& strea
 
 void MeshSerializer2014a::write(QTextStream& stream)
 {
-    writeShortText(stream);
+    writeText(stream, [&](MeshEntity* entity) {
+        if (entity->dimension() == 0) {
+            writeMeshVertex(entity, stream);
+        } else {
+            writeMeshEntity(entity, stream);
+        }
+    });
+}
+
+void MeshSerializer2014a::writeMeshVertex(MeshEntity* vertex, QTextStream& stream)
+{
+    writeParentLine(vertex, stream);
+    writeAttributesIfAny(vertex, stream);
+    writePoint(vertex, stream);
+}
+
+void MeshSerializer2014a::writeMeshEntity(MeshEntity* entity, QTextStream& stream)
+{
+    writeParentIdLine(entity, stream);
+    writeAttributesIfAny(entity, stream);
+    writeMeshAdjacencies(entity, stream);
 }
 
 } // namespace Ovra::Geo

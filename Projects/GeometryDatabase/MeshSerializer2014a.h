@@ -59,12 +59,14 @@ private:
     void readMeshEntityAttributes(int dimension, QDataStream& stream);
     void readAttribute(MeshEntity* entity, QDataStream& stream);
     void writeMeshEntityAttributes(int dimension, QDataStream& stream);
-    void writeAttributes(MeshEntity* entity, QDataStream& stream);
+    void writeAttributeRecords(MeshEntity* entity, QDataStream& stream);
 
     ModelEntity* readMeshVertex(MeshEntity* vertex, QDataStream& stream);
     ModelEntity* readMeshEntity(MeshEntity* entity, QDataStream& stream);
     void writeMeshVertex(MeshEntity* vertex, QDataStream& stream);
+    void writeMeshVertex(MeshEntity* vertex, QTextStream& stream);
     void writeMeshEntity(MeshEntity* entity, QDataStream& stream);
+    void writeMeshEntity(MeshEntity* entity, QTextStream& stream);
 
     QMap<short, QString> dictionaryIdsToTags_;
     QMap<QString, short> dictionaryTagsToIds_;

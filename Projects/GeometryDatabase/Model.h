@@ -26,7 +26,7 @@ class RefinementRegion;
 /// \brief The boundary representation of an assembly: the container of the model entities.
 ///
 /// Entities are stored by dimension, 0 (ModelVertex) to 3 (ModelRegion), and by id, which is unique
-/// within its dimension and, unless a host gives another one, positive. Beside them stand attributes of the model as a whole,
+/// within its dimension, and mostly positive. Beside them stand attributes of the model as a whole,
 /// a stored bounding box, the version of the file that was read and a list of refinement regions.
 /// The model never links entities and computes no geometry.
 ///

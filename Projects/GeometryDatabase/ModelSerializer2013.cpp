@@ -95,7 +95,7 @@ void ModelSerializer2013::read(QDataStream& stream)
     }
     model()->setBoundingBox(box);
     readRefinementRegions(stream);
-    AttributeSerializer::read(model()->attributes(), stream);
+    readAttributes(model()->attributes(), stream);
     for (int dimension = 0; dimension <= 3; ++dimension) {
         readEntities(dimension, stream);
     }
@@ -138,12 +138,17 @@ void ModelSerializer2013::readAllAdjacencies(QDataStream& stream)
     }
 }
 
+void ModelSerializer2013::readAttributes(AttributeMap& attributes, QDataStream& stream)
+{
+    AttributeSerializer::read(attributes, stream);
+}
+
 void ModelSerializer2013::readModelEntity(ModelEntity* entity, QDataStream& stream)
 {
     entity->setId(readValue<qint32>(stream));
     entity->setTag(readValue<QString>(stream));
     entity->setName(readValue<QString>(stream));
-    AttributeSerializer::read(entity->attributes(), stream);
+    readAttributes(entity->attributes(), stream);
     switch (entity->dimension()) {
     case 0:
         readModelVertex(static_cast<ModelVertex*>(entity), stream);
@@ -209,7 +214,7 @@ void ModelSerializer2013::write(QDataStream& stream)
     stream << model()->boundingBox();
     stream << static_cast<qint32>(model()->refinementRegionCount());
     writeRefinementRegions(stream);
-    AttributeSerializer::write(model()->attributes(), stream);
+    writeAttributes(model()->attributes(), stream);
     for (int dimension = 0; dimension <= 3; ++dimension) {
         stream << static_cast<qint32>(model()->count(dimension));
         writeEntities(dimension, stream);
@@ -225,7 +230,7 @@ void ModelSerializer2013::write(QTextStream& stream)
     stream << "*** Refinement Regions ***\n" << model()->refinementRegionCount() << " count\n";
     writeRefinementRegions(stream);
     stream << "*** Attributes ***\n";
-    AttributeSerializer::write(model()->attributes(), stream);
+    writeAttributes(model()->attributes(), stream);
     for (int dimension = 0; dimension <= 3; ++dimension) {
         stream << "*** Entities " << dimension << " ***\n";
         stream << model()->count(dimension) << " count\n";
@@ -264,10 +269,20 @@ void ModelSerializer2013::writeAllAdjacencies(Stream& stream)
     }
 }
 
+void ModelSerializer2013::writeAttributes(const AttributeMap& attributes, QDataStream& stream)
+{
+    AttributeSerializer::write(attributes, stream);
+}
+
+void ModelSerializer2013::writeAttributes(const AttributeMap& attributes, QTextStream& stream)
+{
+    AttributeSerializer::write(attributes, stream);
+}
+
 void ModelSerializer2013::writeModelEntity(ModelEntity* entity, QDataStream& stream)
 {
     stream << static_cast<qint32>(entity->id()) << entity->tag() << entity->name();
-    AttributeSerializer::write(entity->attributes(), stream);
+    writeAttributes(entity->attributes(), stream);
     writeGeometry(entity, stream);
 }
 
@@ -279,7 +294,7 @@ void ModelSerializer2013::writeModelEntity(ModelEntity* entity, QTextStream& str
     stream << entity->tag() << " tag\n";
     stream << entity->name() << " name\n";
     if (!entity->attributes().isEmpty()) {
-        AttributeSerializer::write(entity->attributes(), stream);
+        writeAttributes(entity->attributes(), stream);
     }
     writeGeometry(entity, stream);
 }

@@ -5,6 +5,7 @@
 namespace Ovra::Geo
 {
 
+class AttributeMap;
 class ModelEdge;
 class ModelEntity;
 class ModelFace;
@@ -41,7 +42,7 @@ class ModelVertex;
 /// own dimension are not stored.
 ///
 /// Counts below 0 are read as 0. QDataStream::ReadCorruptData besides what AttributeSerializer
-/// refuses: an entity id that is not positive or occurs twice in one dimension of the stream, and a
+/// refuses: an entity id that is 0 or occurs twice in one dimension of the stream, and a
 /// neighbour that the model does not hold.
 class OVRA_GEO_EXPORT ModelSerializer2013 : public ModelSerializer
 {
@@ -58,6 +59,7 @@ private:
     void readEntities(int dimension, QDataStream& stream);
     void readAllAdjacencies(QDataStream& stream);
 
+    void readAttributes(AttributeMap& attributes, QDataStream& stream);
     void readModelEntity(ModelEntity* entity, QDataStream& stream);
     void readModelVertex(ModelVertex* vertex, QDataStream& stream);
     void readModelEdge(ModelEdge* edge, QDataStream& stream);
@@ -75,6 +77,8 @@ private:
     template <typename Stream>
     void writeAllAdjacencies(Stream& stream);
 
+    void writeAttributes(const AttributeMap& attributes, QDataStream& stream);
+    void writeAttributes(const AttributeMap& attributes, QTextStream& stream);
     void writeModelEntity(ModelEntity* entity, QDataStream& stream);
     void writeModelEntity(ModelEntity* entity, QTextStream& stream);
     void writeModelVertex(ModelVertex* vertex, QDataStream& stream);
