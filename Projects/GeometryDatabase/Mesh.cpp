@@ -136,7 +136,7 @@ void Mesh::reserveAtVertices(int dimension)
     }
     for (auto vertices = iterator(0); vertices.hasNext();) {
         const auto entry = vertices.next();
-        if (entry.key() < counts.size()) {
+        if (entry.key() >= 0 && entry.key() < counts.size()) {
             NeighbourList& list = entry.value()->adjacencies(dimension);
             list.reserve(list.size() + counts.at(entry.key()));
         }
