@@ -1,6 +1,5 @@
 #include <QDataStream>
 #include <QFile>
-#include <QHash>
 #include <QTextStream>
 
 #include <Database.h>
@@ -23,7 +22,6 @@ bool readFile(const char* path, Container* container)
 
 int main()
 {
-    QHashSeed::setDeterministicGlobalSeed(); // lines in the same order in every run
     Ovra::Geo::Database database;
     if (!readFile("case.geo_model", database.model()) ||
         !readFile("case.geo_mesh", database.mesh())) {

@@ -32,7 +32,7 @@ class Model;
 ///   means that there is no such entity. Local face numbers are those of
 ///   Utility::getLocalFaceIndex(); Utility has the node order of the elements as drawings.
 /// - A section with a count in front ends by that count, any other by a terminator line.
-/// - Records in hash order are a set to the solver: their order may differ from run to run.
+/// - Records that are not said to be sorted are a set to the solver. They come by ascending id.
 ///
 /// The operations without their `write`; a precision of 15 or 6 is put back at the end unless it
 /// stays. Lines of surface connectivity ascend by their first element.

@@ -31,8 +31,8 @@ namespace Ovra::Geo
 /// | end                              | signed 32-bit integer -1                           |
 ///
 /// The writer enters all tags of the vocabulary, whether in use or not, numbered from 1 in the
-/// order of AttributeType::tags(), and writes the sections entity by entity in hash order, each
-/// entity's attributes by ascending type: the one place in which two writes of one mesh may differ.
+/// order of AttributeType::tags(), and writes the sections entity by entity by ascending id, each
+/// entity's attributes by ascending type.
 /// The reader takes numbers and sections in any order, aliases as tags, and a number outside the
 /// dictionary as an unknown tag.
 ///
