@@ -32,8 +32,9 @@ public:
     /// Tags may be aliases; the values of unknown tags go under the invalid type, so that the last
     /// one stays. A count of 0 or less means none.
     ///
-    /// \p attributes is cleared in any case. Reads only while the status of \p stream is Ok: when the
-    /// record breaks off, \p attributes holds what came before. Values are read by VariantReader.
+    /// \p attributes is cleared in any case. Reads only while the status of \p stream is Ok: when
+    /// the record breaks off, \p attributes holds what came before. Values are read by
+    /// VariantReader.
     static void read(AttributeMap& attributes, QDataStream& stream);
 
     /// \brief Writes the binary record.

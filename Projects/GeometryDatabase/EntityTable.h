@@ -16,15 +16,7 @@ namespace Ovra::Geo
 template <typename Entity>
 int unusedId(const IdTable<Entity>& table, IdGenerator& ids)
 {
-    if (ids.maxId() < std::numeric_limits<int>::max()) {
-        return ids.getId();
-    }
-    // Free at once where the ids but for the outlying ones are dense.
-    int id = static_cast<int>(table.size()) + 1;
-    while (table.contains(id)) {
-        ++id;
-    }
-    return id;
+    return ids.maxId() < std::numeric_limits<int>::max() ? ids.getId() : table.freeId();
 }
 
 /// \brief Stores \p entity under its id, in place of an entity of that id; one without id gets

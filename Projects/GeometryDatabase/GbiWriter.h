@@ -39,13 +39,13 @@ class Model;
 ///
 /// | operation               | order of records                          | precision | end        |
 /// |-------------------------|-------------------------------------------|-----------|------------|
-/// | Nodes                   | hash                                      | 15        | "-1"       |
-/// | Elements                | hash                                      | no reals  | "-1"       |
-/// | PartSurfaces            | regions hash; faces by id                 | 15        | "-1"       |
-/// | SurfaceConnectivity     | faces hash; nodes by id; lines by element | 15        | "-1"       |
-/// | ShellElements           | regions hash; elements by id              | no reals  | "-1"       |
-/// | ShellRegionData         | hash                                      | no reals  | "-1"       |
-/// | ShellSurfaceNodeLinks   | faces hash; nodes by id                   | no reals  | "-1 -1 -1" |
+/// | Nodes                   | by id                                     | 15        | "-1"       |
+/// | Elements                | by id                                     | no reals  | "-1"       |
+/// | PartSurfaces            | regions by id; faces by id                | 15        | "-1"       |
+/// | SurfaceConnectivity     | faces, nodes by id; lines by element      | 15        | "-1"       |
+/// | ShellElements           | regions by id; elements by id             | no reals  | "-1"       |
+/// | ShellRegionData         | by id                                     | no reals  | "-1"       |
+/// | ShellSurfaceNodeLinks   | faces by id; nodes by id                  | no reals  | "-1 -1 -1" |
 /// | PeriodicFaceList        | by element, then local face               | no reals  | counted    |
 /// | PeriodicNodalData       | by node id                                | 6         | counted    |
 /// | PeriodicTransform       | four lines                                | stream's  | fixed      |
@@ -53,8 +53,8 @@ class Model;
 /// | ExtrusionFaceList       | by element, then local face               | no reals  | counted    |
 /// | ExtrusionNodalData      | by node id                                | 6         | counted    |
 /// | GmExtrusionData         | ascending                                 | 6, stays  | counted    |
-/// | MovingRegionData, Gm    | materials hash; maps by key               | no reals  | counted    |
-/// | RotatingRegionData, Gm  | regions hash; ascending within each       | no reals  | counted    |
+/// | MovingRegionData, Gm    | materials by region id; maps by key       | no reals  | counted    |
+/// | RotatingRegionData, Gm  | regions by id; ascending within each      | no reals  | counted    |
 /// | SpatiallyVaryingNodalBC | writes nothing                            |           |            |
 ///
 /// <b>Caches.</b> The topics periodic, extrusion, moving regions and rotating regions exist in a

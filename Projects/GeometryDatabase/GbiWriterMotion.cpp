@@ -2,6 +2,7 @@
 #include "GbiQueries.h"
 #include "GbiText.h"
 #include "GbiWriter.h"
+#include "IdOrder.h"
 #include "MaterialKind.h"
 #include "MeshEntity.h"
 #include "Model.h"
@@ -42,7 +43,7 @@ void mapElements(const ModelEntity& replica, const ModelEntity& original, QMap<i
 
 void mapNodes(const ModelEntity& replica, QMap<int, int>& nodes)
 {
-    for (MeshEntity* vertex : Utility::getMeshVerticesOnModelEntity(&replica)) {
+    for (MeshEntity* vertex : inIdOrder(Utility::getMeshVerticesOnModelEntity(&replica))) {
         const int original =
             GbiQueries::intAttribute(vertex->attributes(), AttributeType::OriginalMotionVertex);
         nodes[original] = vertex->id();

@@ -10,8 +10,8 @@ namespace Ovra::Geo
 /// \brief A walk over a snapshot of a table, in the manner of QHashIterator.
 ///
 /// Changes to the container after the iterator is made don't disturb the walk: removed items are
-/// still visited and new ones are not. What pointer values point to is not part of the snapshot.
-/// A hash is walked in its own order, which changes with the hash seed; the tables of Model, Mesh and
+/// still visited and new ones are not. What pointer values point to is not part of the snapshot. A
+/// hash is walked in its own order, which changes with the hash seed; the tables of Model, Mesh and
 /// ModelEntity by ascending id.
 ///
 /// Before the first next() there is no current item; key() and value() must not be called then, nor
@@ -76,7 +76,8 @@ private:
     Item current_;
 };
 
-/// \brief The walk over the tables of Model, Mesh and ModelEntity, and over hashes of the same type.
+/// \brief The walk over the tables of Model, Mesh and ModelEntity, and over hashes of the same
+///        type.
 template <typename Entity>
 class HashIterator<int, Entity*>
 {
@@ -110,10 +111,10 @@ public:
     Item peekNext() const { return walk_.peekNext(); }
 
     /// \brief The key of the current item.
-    const int& key() const { return current_.key(); }
+    int key() const { return current_.key(); }
 
     /// \brief The value of the current item.
-    Entity* const& value() const { return current_.value(); }
+    Entity* value() const { return current_.value(); }
 
     /// \brief Starts again before the first item, without a current one.
     void toFront()

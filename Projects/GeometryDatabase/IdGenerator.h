@@ -9,8 +9,9 @@ namespace Ovra::Geo
 
 /// \brief Hands out the integer ids of the entities of one dimension of a container.
 ///
-/// Ids start at 1; 0 marks an entity that has no id yet. A container tells the generator of ids that
-/// arrive from elsewhere, a file for instance, with setMaxId(). A copy hands out ids of its own.
+/// Ids start at 1; 0 marks an entity that has no id yet. A container tells the generator of ids
+/// that arrive from elsewhere, a file for instance, with setMaxId(). A copy hands out ids of its
+/// own.
 class OVRA_GEO_EXPORT IdGenerator
 {
 public:

@@ -21,8 +21,8 @@ QList<Entity*> inIdOrder(HashIterator<int, Entity*> walk)
         walk.next();
         entities.append(walk.value());
     }
-    // As the tables are walked by the ids under which the entities stand, which are theirs if none of
-    // them was renumbered since.
+    // As the tables are walked by the ids under which the entities stand, which are theirs if none
+    // of them was renumbered since.
     if (!std::is_sorted(entities.cbegin(), entities.cend(), Entity::lessThan)) {
         std::sort(entities.begin(), entities.end(), Entity::lessThan);
     }

@@ -4,6 +4,7 @@
 #include <QList>
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 /// \file
@@ -17,10 +18,10 @@ class IdTableWalk;
 
 /// \brief A table of entities by id, walked by ascending id.
 ///
-/// The ids of a container are dense or nearly so, and a list with a slot for each id takes a third of
-/// the memory of a hash and one access to look up. So the table has a window of slots, which follows
-/// the ids as long as a quarter of it is in use when it grows; ids that lie far off stand in a hash.
-/// Memory follows the number of entities, whatever their ids.
+/// The ids of a container are dense or nearly so, and a list with a slot for each id takes a third
+/// of the memory of a hash and one access to look up. So the table has a window of slots, which
+/// follows the ids as long as a quarter of it is in use when it grows; ids that lie far off stand
+/// in a hash. Memory follows the number of entities, whatever their ids.
 ///
 /// Copies share their data until one of them is changed, as those of Qt's containers do; a walk is
 /// over such a copy. Looking up, inserting and removing take constant time on average.
@@ -74,6 +75,17 @@ public:
         if (isEmpty()) {
             *this = {};
         }
+    }
+
+    /// \brief An id that no entity has: behind the window if there is one, so that a run of new
+    ///        entities finds each at once.
+    int freeId() const
+    {
+        qint64 id = end() <= std::numeric_limits<int>::max() ? end() : size() + 1;
+        while (contains(static_cast<int>(id))) {
+            ++id;
+        }
+        return static_cast<int>(id);
     }
 
     /// \brief Makes room for \p count entities of ids without gaps.
@@ -140,10 +152,9 @@ private:
     void insertOutlier(int id, Entity* entity)
     {
         outliers_.insert(id, entity);
-        const qsizetype count = outliers_.size();
-        const bool isPowerOfTwo = (count & (count - 1)) == 0;
-        if (count > LeastRange && isPowerOfTwo) {
+        if (outliers_.size() > settleAt_) {
             settleOutliers();
+            settleAt_ = 2 * std::max<qsizetype>(LeastRange, outliers_.size());
         }
     }
 
@@ -178,6 +189,7 @@ private:
     int first_ = 1;
     qsizetype inWindow_ = 0;
     QHash<int, Entity*> outliers_; // none of an id in the window
+    qsizetype settleAt_ = 2 * LeastRange;
 };
 
 /// \brief An id and the entity that stands under it.
@@ -192,9 +204,16 @@ public:
     {
     }
 
-    const int& key() const { return id_; }
-    Entity* const& value() const { return entity_; }
-    Entity* const& operator*() const { return entity_; }
+    // By value: entries are handed out by value themselves, and a reference would outlive them.
+
+    /// \brief The id.
+    int key() const { return id_; }
+
+    /// \brief The entity.
+    Entity* value() const { return entity_; }
+
+    /// \brief The entity, as iterators of Qt's hashes have it.
+    Entity* operator*() const { return entity_; }
 
 private:
     int id_ = 0;

@@ -10,8 +10,8 @@
 namespace Ovra::Geo
 {
 
-/// \brief The attribute AttributeType::MaterialType of \p region as text, empty if it has none. Not for
-///        hosts.
+/// \brief The attribute AttributeType::MaterialType of \p region as text, empty if it has none. Not
+///        for hosts.
 inline QString materialKind(const ModelEntity* region)
 {
     return region->attributes().value(AttributeType::MaterialType, QVariant()).toString();

@@ -8,6 +8,7 @@
 #include <QVariant>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace Ovra::Geo
@@ -16,9 +17,23 @@ namespace Ovra::Geo
 namespace
 {
 
-// How many neighbours a stream justifies for each vertex that its elements list, if all vertices of
-// an element have many: elements beside one another have a few in all.
-constexpr qint64 NeighboursPerVertex = 4;
+// What lists a stream justifies. In a sound mesh an element of k vertices has no more sides than
+// pairs of vertices, and stands in the list of each once; the vertices of finite elements are 27 at
+// most. To find them takes steps by the power of 3/2 in meshes whose elements all stand on two
+// lines, which have the most for their size.
+UpwardLists::Limits limitsOf(const Mesh& mesh, int dimension, qint64 vertexCount)
+{
+    constexpr qint64 mostPairs = 27 * 26 / 2;
+    UpwardLists::Limits limits;
+    limits.entries = 0;
+    for (auto elements = mesh.iterator(dimension); elements.hasNext();) {
+        const qint64 vertices = elements.next().value()->adjacencyCount(0);
+        limits.entries += std::min(vertices * (vertices - 1) / 2, mostPairs + vertices);
+    }
+    const auto size = static_cast<double>(vertexCount);
+    limits.steps = static_cast<qint64>(size * (64 + std::sqrt(size) / 4));
+    return limits;
+}
 
 } // namespace
 
@@ -94,8 +109,8 @@ bool Mesh::setUpwardAdjacencies(Limit limit)
     const qint64 vertexCount = addElementsToVertices();
     bool isComplete = true;
     for (int d = 1; d <= 2; ++d) {
-        const UpwardLists lists(d + 1, limit == Limit::None ? UpwardLists::Unlimited
-                                                            : NeighboursPerVertex * vertexCount);
+        const UpwardLists lists(d + 1, limit == Limit::None ? UpwardLists::Limits()
+                                                            : limitsOf(*this, d + 1, vertexCount));
         for (auto entities = iterator(d); entities.hasNext();) {
             entities.next().value()->setUpwardAdjacencies();
         }
@@ -120,9 +135,9 @@ qint64 Mesh::addElementsToVertices()
     return vertexCount;
 }
 
-// So that the lists take what they need: as they grow they would be allocated anew several times, and be
-// longer by half in the end. Counts are only a hint: it does no harm that vertices of ids which lie far
-// off, or were changed behind the mesh's back, go without.
+// So that the lists take what they need: as they grow they would be allocated anew several times,
+// and be longer by half in the end. Counts are only a hint: it does no harm that vertices of ids
+// which lie far off, or were changed behind the mesh's back, go without.
 void Mesh::reserveAtVertices(int dimension)
 {
     QList<int> counts(2 * qsizetype{count(0)} + 1);

@@ -36,7 +36,7 @@ class OVRA_GEO_EXPORT Mesh
 public:
     /// \brief An empty mesh of version 0.0.0.
     /// \param model the model that the mesh is classified on; not owned
-    explicit Mesh(Model* model);
+    Mesh(Model* model);
 
     /// \brief Shares the entities and the model of the other mesh; see the class.
     Mesh(const Mesh&) = default;
@@ -116,9 +116,9 @@ public:
     /// QDataStream::ReadPastEnd or QDataStream::ReadCorruptData, as told in MeshSerializer; an
     /// unknown format changes nothing but the version. What was read of it stays, and all upward
     /// lists are then derived anew, each entry once. Corrupt data is also a mesh whose upward lists
-    /// would outgrow it: if the edges, or the faces, that have no vertex with at most 64 neighbours
-    /// have more than 4 for each vertex that the elements of the mesh list, elements on the same
-    /// vertices counted once, then the last of them have none. Elements beside one another never do.
+    /// would outgrow it, as only elements can bring about that lie within one another by hundreds:
+    /// the edges, or the faces, whose vertices all have more than 64 neighbours then have more
+    /// neighbours than there are pairs of vertices in these, and the last of them have none.
     /// \pre the model is read
     void read(QDataStream& stream);
 

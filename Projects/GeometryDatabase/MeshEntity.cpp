@@ -8,6 +8,8 @@
 #include "NeighbourSets.h"
 #include "UpwardLists.h"
 
+#include <QHash>
+
 #include <algorithm>
 #include <utility>
 
@@ -243,8 +245,24 @@ void MeshEntity::removeFromVertices()
 
 void MeshEntity::removeFromSides(int sideDimension)
 {
+    // Lists that sides share stay shared, since a copy for each would take memory by the product of
+    // their number and length.
+    QHash<const void*, NeighbourList> without;
     for (MeshEntity* side : getDownwardAdjacencies(this, sideDimension)) {
-        side->removeAdjacency(this);
+        NeighbourList& list = side->adjacencies(dimension());
+        if (!list.isLong()) {
+            list.removeOne(this);
+            continue;
+        }
+        const auto known = without.find(list.begin());
+        if (known == without.end()) {
+            const void* const shared = list.begin();
+            NeighbourList changed = list;
+            changed.removeOne(this);
+            list = *without.insert(shared, changed);
+        } else {
+            list = *known;
+        }
     }
 }
 

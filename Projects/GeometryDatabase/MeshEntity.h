@@ -190,8 +190,8 @@ protected:
     void clearAdjacencies(int dimension);
 
     /// \brief Appends to the list of \p dimension what uses all the entity's vertices. While a Mesh
-    ///        sets the upward lists of all its entities, long lists are shared among the entities on
-    ///        the same vertices.
+    ///        sets the upward lists of all its entities, long lists are shared among the entities
+    ///        on the same vertices.
     void addUpwardAdjacencies(int dimension);
 
     /// \brief Takes the entity out of the lists of its vertices.

@@ -219,6 +219,16 @@ void MeshSerializer::writeAttributesIfAny(MeshEntity* entity, QTextStream& strea
     }
 }
 
+void MeshSerializer::writeShortText(QTextStream& stream) const
+{
+    writeText(stream, [&stream](MeshEntity* entity) {
+        const bool isVertex = entity->dimension() == 0;
+        isVertex ? writeParentLine(entity, stream) : writeParentIdLine(entity, stream);
+        writeAttributesIfAny(entity, stream);
+        isVertex ? writePoint(entity, stream) : writeMeshAdjacencies(entity, stream);
+    });
+}
+
 void MeshSerializer::writeText(QTextStream& stream, const RecordWriter& writeRecord) const
 {
     stream << "*** Format ***\n" << static_cast<int>(format_) << "\n";

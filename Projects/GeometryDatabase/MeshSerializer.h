@@ -31,9 +31,9 @@ class ModelEntity;
 /// begin with.
 ///
 /// Counts below 0 are read as 0. QDataStream::ReadCorruptData besides what AttributeSerializer
-/// refuses: an entity id that is 0 or occurs twice in one dimension of the stream, a
-/// vertex id that the mesh does not hold, and a parent dimension outside -1 to 3; further cases stand
-/// with the formats. Elements may have any number of vertices, none included.
+/// refuses: an entity id that is 0 or occurs twice in one dimension of the stream, a vertex id that
+/// the mesh does not hold, and a parent dimension outside -1 to 3; further cases stand with the
+/// formats. Elements may have any number of vertices, none included.
 class OVRA_GEO_EXPORT MeshSerializer
 {
 public:
@@ -142,6 +142,10 @@ protected:
 
     /// \brief Writes the text block of the attributes of \p entity, if it has any.
     static void writeAttributesIfAny(MeshEntity* entity, QTextStream& stream);
+
+    /// \brief Writes the text form in which only the records of vertices have the dimension of the
+    ///        parent.
+    void writeShortText(QTextStream& stream) const;
 
     /// \brief Writes the text form; header, mesh attributes and counts here, the entities by
     ///        \p writeRecord.

@@ -162,27 +162,7 @@ void MeshSerializer2014a::writeAttributeRecords(MeshEntity* entity, QDataStream&
 
 void MeshSerializer2014a::write(QTextStream& stream)
 {
-    writeText(stream, [&](MeshEntity* entity) {
-        if (entity->dimension() == 0) {
-            writeMeshVertex(entity, stream);
-        } else {
-            writeMeshEntity(entity, stream);
-        }
-    });
-}
-
-void MeshSerializer2014a::writeMeshVertex(MeshEntity* vertex, QTextStream& stream)
-{
-    writeParentLine(vertex, stream);
-    writeAttributesIfAny(vertex, stream);
-    writePoint(vertex, stream);
-}
-
-void MeshSerializer2014a::writeMeshEntity(MeshEntity* entity, QTextStream& stream)
-{
-    writeParentIdLine(entity, stream);
-    writeAttributesIfAny(entity, stream);
-    writeMeshAdjacencies(entity, stream);
+    writeShortText(stream);
 }
 
 } // namespace Ovra::Geo

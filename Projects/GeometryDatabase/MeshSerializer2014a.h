@@ -64,9 +64,7 @@ private:
     ModelEntity* readMeshVertex(MeshEntity* vertex, QDataStream& stream);
     ModelEntity* readMeshEntity(MeshEntity* entity, QDataStream& stream);
     void writeMeshVertex(MeshEntity* vertex, QDataStream& stream);
-    void writeMeshVertex(MeshEntity* vertex, QTextStream& stream);
     void writeMeshEntity(MeshEntity* entity, QDataStream& stream);
-    void writeMeshEntity(MeshEntity* entity, QTextStream& stream);
 
     QMap<short, QString> dictionaryIdsToTags_;
     QMap<QString, short> dictionaryTagsToIds_;

@@ -48,7 +48,7 @@ class OVRA_GEO_EXPORT ModelSerializer2013 : public ModelSerializer
 {
 public:
     /// \param model what is read into or written; not owned
-    explicit ModelSerializer2013(Model* model);
+    ModelSerializer2013(Model* model);
 
     void read(QDataStream& stream) override;
     void write(QTextStream& stream) override;

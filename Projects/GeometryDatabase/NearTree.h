@@ -18,9 +18,10 @@ namespace Ovra::Geo
 /// give O(n). No operation recurses, so that only time depends on the depth, not the stack.
 ///
 /// The idea is that of I. Kalantari and G. McDonald, "A data structure and an algorithm for the
-/// nearest point problem", IEEE Transactions on Software Engineering 9 (1983). The search leaves out
-/// subtrees by the plane between the two children as well, after J. K. Uhlmann, "Satisfying general
-/// proximity/similarity queries with metric trees", Information Processing Letters 40 (1991).
+/// nearest point problem", IEEE Transactions on Software Engineering 9 (1983). The search leaves
+/// out subtrees by the plane between the two children as well, after J. K. Uhlmann, "Satisfying
+/// general proximity/similarity queries with metric trees", Information Processing Letters 40
+/// (1991).
 class OVRA_GEO_EXPORT NearTree
 {
 public:
@@ -36,8 +37,8 @@ public:
     /// \param id     what a query is to return for the point
     /// \param point  the position
     /// \param radius the radius of the sphere about the point, which within() and the bounds of the
-    ///               search take into account; 0.0 for a plain point. Below 0 the bounds fall short,
-    ///               so that nearest() may miss the nearest point
+    ///               search take into account; 0.0 for a plain point. Below 0 the bounds fall
+    ///               short, so that nearest() may miss the nearest point
     void set(int id, const Vector& point, double radius);
 
     /// \brief Adds a point below this node.
@@ -46,9 +47,9 @@ public:
 
     /// \brief The id of the point that lies nearest to the point of \p query.
     ///
-    /// The answer is that of the plain recursion: a node before its subtrees, the left subtree before
-    /// the right one, a subtree only if its reach comes as near as what was found, and of points at
-    /// the same distance the one met first.
+    /// The answer is that of the plain recursion: a node before its subtrees, the left subtree
+    /// before the right one, a subtree only if its reach comes as near as what was found, and of
+    /// points at the same distance the one met first.
     /// \param query the node whose point is asked for, in the tree or not; its id and radius play
     ///              no part
     /// \return 0 if \p query is null or no point is nearer than 1e12
@@ -105,8 +106,8 @@ private:
     NearTree* left_ = nullptr;
     NearTree* right_ = nullptr;
     NearTree* above_ = nullptr;
-    /// Whether nothing below has changed but by insertion here or above, of a radius of 0 or more. If
-    /// not, neither here nor above.
+    /// Whether nothing below has changed but by insertion here or above, of a radius of 0 or more.
+    /// If not, neither here nor above.
     bool regular_ = true;
 };
 

@@ -14,8 +14,8 @@ namespace
 // Lists as long as this are copied by sharing.
 constexpr qsizetype Many = 64;
 
-// Memory of snapshots. A walk lets go of its snapshot before the next few are made, nearly always, and
-// leaves its memory to these: then it costs a copy of a few pointers and no allocation.
+// Memory of snapshots. A walk lets go of its snapshot before the next few are made, nearly always,
+// and leaves its memory to these: then it costs a copy of a few pointers and no allocation.
 class SnapshotPool
 {
 public:
@@ -61,7 +61,7 @@ NeighbourList& NeighbourList::operator=(const NeighbourList& other)
         return *this;
     }
     clear();
-    if (other.size() >= Many) {
+    if (other.isLong()) {
         other.share();
         release();
         block_ = other.block_;
@@ -75,10 +75,15 @@ NeighbourList& NeighbourList::operator=(const NeighbourList& other)
     return *this;
 }
 
+bool NeighbourList::isLong() const
+{
+    return size() >= Many;
+}
+
 bool NeighbourList::isCopyOf(const NeighbourList& other) const
 {
     return block_ == other.block_ ||
-           (size() < Many && std::equal(begin(), end(), other.begin(), other.end()));
+           (!isLong() && std::equal(begin(), end(), other.begin(), other.end()));
 }
 
 qsizetype NeighbourList::indexOf(const MeshEntity* entity) const
@@ -132,7 +137,8 @@ NeighbourList::Block* NeighbourList::allocate(quint32 capacity, bool withCounter
 {
     const std::size_t entries = capacity + (withCounter ? 1U : 0U);
     void* const memory = std::malloc(sizeof(Block) + entries * sizeof(MeshEntity*));
-    if (memory == nullptr) {
+    if (memory == nullptr || capacity > MostEntries) {
+        std::free(memory);
         throw std::bad_alloc();
     }
     auto* const block = new (memory) Block;

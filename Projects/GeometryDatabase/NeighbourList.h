@@ -14,14 +14,14 @@ class MeshEntity;
 
 /// \brief A list of mesh entities in the space of one pointer.
 ///
-/// A mesh entity has four lists, most of them empty, and a mesh has millions of entities: in the form
-/// of QList the lists alone take more than all else. Here an empty list is a null pointer. The list
-/// that an element always has, that of its vertices, stands in the element itself, in an
-/// EmbeddedNeighbours of the derived class, as long as it fits there; other lists take just what they
-/// need if their length is known beforehand.
+/// A mesh entity has four lists, most of them empty, and a mesh has millions of entities: in the
+/// form of QList the lists alone take more than all else. Here an empty list is a null pointer. The
+/// list that an element always has, that of its vertices, stands in the element itself, in an
+/// EmbeddedNeighbours of the derived class, as long as it fits there; other lists take just what
+/// they need if their length is known beforehand.
 ///
-/// Copies of long lists share their data until one of them is changed, so that very many elements can
-/// have one and the same. One thread at a time.
+/// Copies of long lists share their data until one of them is changed, so that very many elements
+/// can have one and the same. One thread at a time.
 class OVRA_GEO_EXPORT NeighbourList
 {
 public:
@@ -67,7 +67,9 @@ public:
         return block_->entries()[index];
     }
 
+    /// \brief The first entry; null in a list that has never had one.
     MeshEntity* const* begin() const { return block_ == nullptr ? nullptr : block_->entries(); }
+    /// \brief Behind the last entry.
     MeshEntity* const* end() const { return begin() + size(); }
 
     /// \brief The place of the first occurrence of \p entity; -1 if there is none.
@@ -76,8 +78,12 @@ public:
     /// \brief Whether \p entity is in the list.
     bool contains(const MeshEntity* entity) const { return indexOf(entity) >= 0; }
 
-    /// \brief Whether one of the lists is a copy of the other and neither has been changed since. Looks
-    ///        at the entries of short lists only, so that short lists of the same entries count too.
+    /// \brief Whether copies of the list share its data.
+    bool isLong() const;
+
+    /// \brief Whether one of the lists is a copy of the other and neither has been changed since.
+    ///        Looks at the entries of short lists only, so that short lists of the same entries
+    ///        count too.
     bool isCopyOf(const NeighbourList& other) const;
 
     /// \brief Makes room for \p count entries in all, and for no more.

@@ -8,8 +8,8 @@
 namespace Ovra::Geo
 {
 
-/// \brief Keeps sets of the neighbours of vertices with very many, for as long as their lists of one
-///        dimension do not change. Not for hosts.
+/// \brief Keeps sets of the neighbours of vertices with very many, for as long as their lists of
+///        one dimension do not change. Not for hosts.
 ///
 /// A million elements about one vertex look up what they have in common with it: scanning its list
 /// each time would take time by the square of their number.

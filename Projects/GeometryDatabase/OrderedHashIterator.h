@@ -72,14 +72,14 @@ private:
     QListIterator<Key>* iterator_;
 };
 
-/// \brief The walk over the tables of Model, Mesh and ModelEntity, which needs no sort, and over hashes
-///        of the same type.
+/// \brief The walk over the tables of Model, Mesh and ModelEntity, which needs no sort, and over
+///        hashes of the same type.
 template <typename Entity>
 class OrderedHashIterator<int, Entity*>
 {
 public:
-    /// \brief A walk that stands before the lowest id of \p table. Takes constant time while the ids
-    ///        are dense.
+    /// \brief A walk that stands before the lowest id of \p table. Takes constant time while the
+    ///        ids are dense.
     explicit OrderedHashIterator(const IdTable<Entity>* table)
         : table_(table)
         , keys_(*table)

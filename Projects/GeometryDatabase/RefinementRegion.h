@@ -152,8 +152,8 @@ OVRA_GEO_EXPORT QDataStream& operator<<(QDataStream& stream, const RefinementReg
 
 /// \brief Reads the binary form.
 ///
-/// A list's count is not trusted: a list takes no more memory than the stream has items for, and one
-/// that cannot be read in full is left empty. The stream's status tells of a failure.
+/// A list's count is not trusted: a list takes no more memory than the stream has items for, and
+/// one that cannot be read in full is left empty. The stream's status tells of a failure.
 OVRA_GEO_EXPORT QDataStream& operator>>(QDataStream& stream, RefinementRegion& region);
 
 /// \brief Writes the text form: the fields in the order of the binary form, separated by blanks, on

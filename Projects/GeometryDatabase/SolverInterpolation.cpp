@@ -176,8 +176,8 @@ private:
     const Mesh* mesh_;
 };
 
-// Calls \p tie for each vertex with its place on the partner face and the partner's vertex nearest to
-// that. Leaves out what another pair or an earlier run has tied.
+// Calls \p tie for each vertex with its place on the partner face and the partner's vertex nearest
+// to that. Leaves out what another pair or an earlier run has tied.
 template <typename Place, typename Tie>
 void tieEach(const QSet<MeshEntity*>& vertices, const AttributeType& link, VertexFinder partner,
              Place place, Tie tie)

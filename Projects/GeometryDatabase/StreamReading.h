@@ -38,8 +38,8 @@ inline qint32 readCount(QDataStream& stream)
     return isOk(stream) && count > 0 ? count : 0;
 }
 
-/// \brief Calls read(stream) for a stream on the file of that name; one that does not open is passed
-///        over without a word.
+/// \brief Calls read(stream) for a stream on the file of that name; one that does not open is
+///        passed over without a word.
 /// \param fileName NUL-terminated
 template <typename Read>
 void readFile(const wchar_t* fileName, Read read)

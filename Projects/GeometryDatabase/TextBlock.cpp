@@ -25,8 +25,8 @@ bool isPlain(const QTextStream& stream)
            stream.locale() == QLocale::c();
 }
 
-// Whether a double may have just so many digits: few powers of two behind the point, or a whole number
-// of that size.
+// Whether a double may have just so many digits: few powers of two behind the point, or a whole
+// number of that size.
 bool mayHaveDigits(double value, int digits)
 {
     int exponent = 0;

@@ -48,10 +48,10 @@ UpwardLists*& currentOfThread()
 
 } // namespace
 
-UpwardLists::UpwardLists(int dimension, qint64 limit)
+UpwardLists::UpwardLists(int dimension, const Limits& limits)
     : outer_(currentOfThread())
     , dimension_(dimension)
-    , limit_(limit)
+    , left_(limits)
 {
     currentOfThread() = this;
 }
@@ -88,14 +88,15 @@ void UpwardLists::appendMany(MeshEntity* element, qint64 neighbours)
         element->adjacencies(dimension_) = found->after;
         return;
     }
-    const qint64 work = neighbours * vertices.size();
-    if (work > limit_) {
+    const qint64 steps = neighbours * vertices.size();
+    if (steps > left_.steps || left_.entries <= 0) {
         isComplete_ = false;
         return;
     }
-    limit_ -= work;
     const NeighbourList before = list;
     element->appendUpwardAdjacencies(dimension_, &sets_);
+    left_.steps -= steps;
+    left_.entries -= list.size() - before.size();
     lists_.insert(vertices, {before, list});
 }
 

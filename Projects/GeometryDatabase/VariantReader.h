@@ -31,8 +31,8 @@ public:
     /// \brief How deep values may be nested; a plain value has depth 1.
     ///
     /// Qt's own writing takes about 300 bytes of the stack for each level, so that a host with the
-    /// usual stack of 8 MB writes little more than 27000 levels; destruction takes less than 100. So
-    /// what is read can be written again.
+    /// usual stack of 8 MB writes little more than 27000 levels; destruction takes less than 100.
+    /// So what is read can be written again.
     static constexpr int MaximumDepth = 20000;
 
     /// \brief A reader on \p stream, which must outlive it; version and byte order are the

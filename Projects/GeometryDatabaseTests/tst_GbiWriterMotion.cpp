@@ -205,6 +205,17 @@ private slots:
         QCOMPARE(c.plain(), "1\n8\n30\n" + lines + "1\n0 11\n");
     }
 
+    void ofVerticesThatNameOneOriginalTheLastByIdIsWritten()
+    {
+        ReplicaCase c;
+        c.element(30, c.original, {9, 2, 4, 3});
+        c.element(40, c.replica, {19, 12, 14, 13});
+        for (const int node : {19, 12, 14, 13}) {
+            c.setNodeAttribute(node, AttributeType::OriginalMotionVertex, 9);
+        }
+        QCOMPARE(c.plain(), QStringLiteral("1\n8\n1\n30 40\n1\n9 19\n"));
+    }
+
     void replicaOfAPlanarModel()
     {
         SolverInputCase c;

@@ -176,6 +176,18 @@ private slots:
         QVERIFY(!iterator.hasNext());
     }
 
+    void whatAStepGivesOutlivesTheNextStep()
+    {
+        Table table;
+        HashIterator<int, int*> iterator(table.hash());
+        const auto& first = iterator.next().value();
+        const auto& firstKey = iterator.key();
+        const int expected = *first;
+        iterator.next();
+        QCOMPARE(*first, expected);
+        QCOMPARE(firstKey, expected);
+    }
+
     void walksInTheOrderOfKeys_data()
     {
         QTest::addColumn<QList<int>>("keys");

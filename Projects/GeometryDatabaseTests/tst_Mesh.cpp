@@ -87,6 +87,52 @@ private slots:
         QCOMPARE(test.addVertex(Vector())->id(), 6);
     }
 
+    void doesNotGiveRemovedIdsAgainWhenTheHighestIsInUse()
+    {
+        TestMesh test;
+        for (int id = 1; id <= 100; ++id) {
+            test.addVertex(Vector(), id);
+        }
+        test.addVertex(Vector(), std::numeric_limits<int>::max());
+        test.mesh().remove(test.mesh().entity(0, 100));
+        QCOMPARE(test.addVertex(Vector())->id(), 101);
+    }
+
+    void findsFreeIdsForManyWhenTheHighestIsInUse()
+    {
+        constexpr int Count = 200000;
+        TestMesh test;
+        for (int id = Count + 1; id <= 2 * Count; ++id) {
+            test.addVertex(Vector(), id);
+        }
+        test.addVertex(Vector(), std::numeric_limits<int>::max());
+        for (int i = 1; i <= Count; ++i) {
+            QCOMPARE(test.addVertex(Vector())->id(), 2 * Count + i);
+        }
+    }
+
+    void removesFromListsThatManyShare()
+    {
+        constexpr int Count = 3000;
+        TestMesh test;
+        auto* a = test.addVertex(Vector(0, 0, 0));
+        auto* b = test.addVertex(Vector(1, 0, 0));
+        for (int i = 0; i < Count; ++i) {
+            test.addElement(1, {a, b});
+            test.addElement(2, {a, b});
+        }
+        test.mesh().setUpwardAdjacencies();
+        for (int face = 1; face <= 100; ++face) {
+            test.mesh().remove(test.mesh().entity(2, face));
+        }
+        auto edges = test.mesh().iterator(1);
+        while (edges.hasNext()) {
+            const MeshEntity* edge = edges.next().value();
+            QCOMPARE(edge->adjacencyCount(2), Count - 100);
+            QCOMPARE(edge->adjacencyAt(2, 0)->id(), 101);
+        }
+    }
+
     void countsUpToTheHighestId()
     {
         const int highest = std::numeric_limits<int>::max();

@@ -332,6 +332,53 @@ private slots:
         QCOMPARE(copy.mesh().entity(2, 1)->adjacencyCount(3), above);
     }
 
+    // The conforming subdivision of one tetrahedron by the cuts of two of its edges: all vertices have
+    // very many neighbours, and no other sound mesh has as many for its size.
+    void readsTetrahedraBetweenTwoLines_data()
+    {
+        QTest::addColumn<int>("cuts");
+        QTest::newRow("few") << 20;
+        QTest::newRow("some") << 40;
+        QTest::newRow("many") << 90;
+    }
+
+    void readsTetrahedraBetweenTwoLines()
+    {
+        QFETCH(int, cuts);
+        TestMesh mesh;
+        QList<MeshVertex*> a;
+        QList<MeshVertex*> b;
+        for (int i = 0; i <= cuts; ++i) {
+            a.append(mesh.addVertex({double(i), 0, 0}));
+            b.append(mesh.addVertex({0, double(i), 1}));
+        }
+        for (int i = 0; i <= cuts; ++i) {
+            for (int j = 0; j <= cuts; ++j) {
+                mesh.addElement(1, {a[i], b[j]});
+                if (i < cuts) {
+                    mesh.addElement(2, {a[i], a[i + 1], b[j]});
+                }
+                if (j < cuts) {
+                    mesh.addElement(2, {a[i], b[j], b[j + 1]});
+                }
+                if (i < cuts && j < cuts) {
+                    mesh.addElement(3, {a[i], a[i + 1], b[j], b[j + 1]});
+                }
+            }
+        }
+        TestMesh copy;
+        QCOMPARE(readInto(copy, written(mesh, MeshSerializer::Format2014a)), QDataStream::Ok);
+        mesh.mesh().setUpwardAdjacencies();
+        for (int dimension = 1; dimension <= 2; ++dimension) {
+            for (auto walk = mesh.mesh().iterator(dimension); walk.hasNext();) {
+                const MeshEntity* expected = walk.next().value();
+                const MeshEntity* actual = copy.mesh().entity(dimension, expected->id());
+                QCOMPARE(actual->adjacencyCount(dimension + 1),
+                         expected->adjacencyCount(dimension + 1));
+            }
+        }
+    }
+
     void readsBackNegativeIds_data()
     {
         QTest::addColumn<int>("format");
