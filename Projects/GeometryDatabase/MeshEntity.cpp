@@ -125,6 +125,20 @@ template <typename Entities>
 MeshEntity::Neighbours MeshEntity::commonNeighbours(const Entities& entities, int dimension,
                                                     NeighbourSets* sets)
 {
+    if (entities.size() > FewCandidates) {
+        // One that is named very often would be looked up as often.
+        Neighbours distinct;
+        distinct.append(&*entities.begin(), entities.size());
+        removeDuplicates(distinct);
+        return neighboursOfAll(distinct, dimension, sets);
+    }
+    return neighboursOfAll(entities, dimension, sets);
+}
+
+template <typename Entities>
+MeshEntity::Neighbours MeshEntity::neighboursOfAll(const Entities& entities, int dimension,
+                                                   NeighbourSets* sets)
+{
     Neighbours result;
     // The shortest list leaves the least to look up, where a vertex has very many neighbours.
     const auto shortest = std::min_element(
@@ -136,6 +150,9 @@ MeshEntity::Neighbours MeshEntity::commonNeighbours(const Entities& entities, in
     }
     const NeighbourList& start = std::as_const(**shortest).adjacencies(dimension);
     result.append(start.begin(), start.size());
+    if (result.size() > FewCandidates) {
+        removeDuplicates(result);
+    }
     for (auto i = entities.begin(); i != entities.end(); ++i) {
         if (i == shortest) {
             continue;

@@ -212,6 +212,8 @@ private:
     using Neighbours = QVarLengthArray<MeshEntity*, 16>;
 
     template <typename Entities>
+    static Neighbours neighboursOfAll(const Entities& entities, int dimension, NeighbourSets* sets);
+    template <typename Entities>
     static Neighbours commonNeighbours(const Entities& entities, int dimension,
                                        NeighbourSets* sets = nullptr);
 

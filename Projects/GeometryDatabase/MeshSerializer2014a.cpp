@@ -142,7 +142,8 @@ void MeshSerializer2014a::writeMeshEntityAttributes(int dimension, QDataStream& 
     auto entities = mesh()->iterator(dimension);
     while (entities.hasNext()) {
         entities.next();
-        if (!entities.value()->attributes().isEmpty()) {
+        // The id -1 would end the section.
+        if (entities.value()->id() != EndOfSection && !entities.value()->attributes().isEmpty()) {
             writeAttributeRecords(entities.value(), stream);
         }
     }

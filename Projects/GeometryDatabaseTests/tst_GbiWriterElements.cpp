@@ -4,7 +4,11 @@
 #include <QLocale>
 #include <QTest>
 
+#include <type_traits>
+
 using namespace Ovra::Geo;
+
+static_assert(std::is_convertible_v<Database*, GbiWriter>);
 
 namespace
 {

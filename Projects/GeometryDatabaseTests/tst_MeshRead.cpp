@@ -332,6 +332,20 @@ private slots:
         QCOMPARE(copy.mesh().entity(2, 1)->adjacencyCount(3), above);
     }
 
+    void readsElementsThatRepeatAVertex()
+    {
+        constexpr int Count = 100000;
+        TestMesh mesh;
+        auto* vertex = mesh.addVertex({0, 0, 0});
+        const QList<MeshVertex*> often(Count, vertex);
+        mesh.addElement(1, often);
+        mesh.addElement(2, often);
+        TestMesh copy;
+        QCOMPARE(readInto(copy, written(mesh, MeshSerializer::Format2014)), QDataStream::Ok);
+        QCOMPARE(copy.mesh().entity(0, 1)->adjacencyCount(1), Count);
+        QCOMPARE(neighbourIds(copy.mesh().entity(1, 1), 2), QList<int>{1});
+    }
+
     // The conforming subdivision of one tetrahedron by the cuts of two of its edges: all vertices have
     // very many neighbours, and no other sound mesh has as many for its size.
     void readsTetrahedraBetweenTwoLines_data()
@@ -394,11 +408,15 @@ private slots:
         const int lowest = std::numeric_limits<int>::min();
         auto* a = mesh.addVertex({0, 0, 0}, lowest);
         auto* b = mesh.addVertex({1, 0, 0}, -1);
+        a->attributes().insert(AttributeType::Side, 3);
+        b->attributes().insert(AttributeType::Side, 4);
         mesh.addElement(1, {b, a}, nullptr, -7);
         TestMesh copy;
         QCOMPARE(readInto(copy, written(mesh, static_cast<MeshSerializer::Format>(format))),
                  QDataStream::Ok);
         QCOMPARE(neighbourIds(copy.mesh().entity(1, -7), 0), (QList<int>{-1, lowest}));
+        MeshEntity* const lowestCopy = copy.mesh().entity(0, lowest);
+        QCOMPARE(lowestCopy->attributes().value(AttributeType::Side, QVariant()), QVariant(3));
     }
 };
 

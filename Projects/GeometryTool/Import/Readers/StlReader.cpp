@@ -1,5 +1,6 @@
 #include "StlReader.h"
 
+#include "Counted.h"
 #include "InputDamage.h"
 #include "StlCheck.h"
 #include "ToolError.h"
@@ -120,7 +121,8 @@ void StlReader::takeVertex(const QByteArray& line)
 void StlReader::endFacet()
 {
     if (corners_.size() != 3) {
-        fail(QStringLiteral("a facet with %1 vertices; it must have 3").arg(corners_.size()));
+        fail(QStringLiteral("a facet with %1; it must have 3")
+                 .arg(counted(static_cast<qint64>(corners_.size()), QStringLiteral("vertex"))));
     }
     if (!surface_.addTriangle({corners_[0], corners_[1], corners_[2]})) {
         fail(QStringLiteral("the facet has a coordinate that is no number"));
