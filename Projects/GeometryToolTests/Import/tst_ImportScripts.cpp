@@ -76,6 +76,36 @@ private slots:
         QVERIFY2(run.exitCode == 0, run.errors.constData());
     }
 
+    // Gmsh runs a file whose name goes on in ".opt" beside what it reads.
+    void runsNoOptionsBesideTheInput_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("text");
+        const QByteArray nodes = "$Nodes\n1 4 1 4\n3 1 0 4\n1\n2\n3\n4\n0 0 0\n1 0 0\n0 1 0\n"
+                                 "0 0 1\n$EndNodes\n$Elements\n1 1 1 1\n3 1 4 1\n1 1 2 3 4\n"
+                                 "$EndElements\n";
+        QTest::newRow("msh 4") << "mesh.msh"
+                               << QByteArray("$MeshFormat\n4.1 0 8\n$EndMeshFormat\n$Entities\n"
+                                             "0 0 0 1\n1 0 0 0 1 1 1 0 0\n$EndEntities\n") +
+                                      nodes;
+        QTest::newRow("vtk") << "mesh.vtk"
+                             << QByteArray("# vtk DataFile Version 2.0\nx\nASCII\n"
+                                           "DATASET UNSTRUCTURED_GRID\nPOINTS 4 double\n0 0 0\n"
+                                           "1 0 0\n0 1 0\n0 0 1\nCELLS 1 5\n4 0 1 2 3\n"
+                                           "CELL_TYPES 1\n10\n");
+    }
+
+    void runsNoOptionsBesideTheInput()
+    {
+        QFETCH(QString, name);
+        QFETCH(QByteArray, text);
+        QVERIFY(writeContent(path(name), text));
+        QVERIFY(writeContent(path(name + ".opt"), commands()));
+        const ToolRun run = import(path(name));
+        QVERIFY2(run.exitCode == 0, run.errors.constData());
+        QCOMPARE(traces(), QStringList());
+    }
+
     void readsNastranUnderSuffixesInAnyCase_data()
     {
         QTest::addColumn<QString>("suffix");

@@ -1,5 +1,6 @@
 #include "GmshSession.h"
 
+#include "KnownSuffix.h"
 #include "QuietStreams.h"
 #include "ToolError.h"
 
@@ -14,7 +15,7 @@ namespace
 
 QString cleaned(const std::string& text)
 {
-    return QString::fromStdString(text).simplified();
+    return KnownSuffix::saidOfInput(QString::fromStdString(text).simplified());
 }
 
 /// \brief Runs \p action; the text of what it throws, if it throws.

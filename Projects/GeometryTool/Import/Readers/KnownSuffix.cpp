@@ -6,19 +6,31 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 namespace Ovra::GeoTool
 {
+
+namespace
+{
+
+QString directoryPrefix()
+{
+    return QStringLiteral("ovrageo-input-");
+}
+
+} // namespace
 
 KnownSuffix::KnownSuffix(const QString& path)
     : path_(path)
 {
     const QString suffix = InputFileCheck::suffix(path);
     // A script names other files from where it stands.
-    if (InputFileCheck::isScript(path) || QFileInfo(path).suffix() == suffix) {
+    if (InputFileCheck::isScript(path)) {
         return;
     }
-    directory_.emplace();
+    directory_.emplace(QDir::tempPath() + QLatin1Char('/') + directoryPrefix() +
+                       QStringLiteral("XXXXXX"));
     path_ = directory_->filePath(QStringLiteral("input.") + suffix);
     if (!directory_->isValid() || !QFile::link(QFileInfo(path).absoluteFilePath(), path_)) {
         throw ToolError(
@@ -31,6 +43,13 @@ KnownSuffix::KnownSuffix(const QString& path)
 std::string KnownSuffix::encodedPath() const
 {
     return QFile::encodeName(path_).toStdString();
+}
+
+QString KnownSuffix::saidOfInput(const QString& message)
+{
+    static const QRegularExpression secondName(
+        QStringLiteral("'?[^\\s']*/%1\\w{6}/input\\.\\w+'?").arg(directoryPrefix()));
+    return QString(message).replace(secondName, QStringLiteral("the input"));
 }
 
 } // namespace Ovra::GeoTool
