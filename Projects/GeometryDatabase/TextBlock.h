@@ -51,8 +51,8 @@ private:
     QTextStream& stream_;
     bool isPlain_;
     int precision_;
-    char* end_;
     std::array<char, Size> text_;
+    char* end_;
 };
 
 } // namespace Ovra::Geo
