@@ -6,7 +6,7 @@ namespace Ovra::Geo
 {
 
 /// \file
-/// \brief What the lists of neighbours of model and mesh entities have in common. Not for hosts.
+/// \brief What QList lacks for the lists of neighbours of model entities. Not for hosts.
 
 /// \brief Puts \p newEntity in the place of the first occurrence of \p oldEntity.
 /// \return false, with nothing changed, if \p list does not hold \p oldEntity

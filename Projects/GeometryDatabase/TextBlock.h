@@ -15,10 +15,10 @@ namespace Ovra::Geo
 /// \brief Gathers the text of many short fields and hands it to a stream in blocks.
 ///
 /// A QTextStream looks at all of its settings for each field that it takes, and converts each
-/// number through a string of its own: of a section of a million lines that is nine tenths of the
-/// time. Where the settings are those that a stream is made with, apart from the precision, the
-/// fields are formatted here, by std::to_chars, to the same text; where they are not, the stream
-/// does it as ever.
+/// number through a string of its own: of a section of a million lines that is most of the time.
+/// Where the settings are those that a stream is made with, apart from the precision, the fields
+/// are formatted here, by std::to_chars, to the same text; where they are not, the stream does it
+/// as ever.
 ///
 /// The stream has everything when the block goes, in the order in which it was put; who writes to
 /// the stream beside a block calls flush() first. Settings are looked at when the block is made.
