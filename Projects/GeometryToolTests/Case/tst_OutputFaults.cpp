@@ -1,3 +1,4 @@
+#include "Places.h"
 #include "TinyCase.h"
 #include "ToolRun.h"
 
@@ -105,7 +106,7 @@ private slots:
         for (int round = 0; round < 20; ++round) {
             QVERIFY(copy("first"));
             QProcess process;
-            process.start(OVRAGEO_PATH, convert("second"));
+            process.start(Places::tool(), convert("second"));
             QVERIFY(process.waitForStarted());
             process.waitForFinished(round * 3);
             process.kill();
@@ -122,7 +123,7 @@ private slots:
             std::vector<std::unique_ptr<QProcess>> processes;
             for (int i = 0; i < 6; ++i) {
                 processes.push_back(std::make_unique<QProcess>());
-                processes.back()->start(OVRAGEO_PATH, convert(i % 2 == 0 ? "first" : "second"));
+                processes.back()->start(Places::tool(), convert(i % 2 == 0 ? "first" : "second"));
             }
             for (const auto& process : processes) {
                 QVERIFY(process->waitForFinished());

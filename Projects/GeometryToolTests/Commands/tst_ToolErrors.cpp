@@ -1,3 +1,4 @@
+#include "Places.h"
 #include "TinyCase.h"
 #include "ToolRun.h"
 
@@ -425,7 +426,7 @@ private slots:
     {
         QProcess process;
         process.setStandardOutputFile("/dev/full");
-        process.start(OVRAGEO_PATH, {"info", path("tiny")});
+        process.start(Places::tool(), {"info", path("tiny")});
         QVERIFY(process.waitForFinished());
         QCOMPARE(process.exitCode(), 5);
         QCOMPARE(process.readAllStandardError(),

@@ -1,3 +1,4 @@
+#include "Places.h"
 #include "TinyCase.h"
 #include "ToolRun.h"
 
@@ -131,7 +132,7 @@ private:
         const Terminal terminal;
         QProcess process;
         process.setStandardErrorFile(terminal.name());
-        process.start(OVRAGEO_PATH, arguments);
+        process.start(Places::tool(), arguments);
         return process.waitForFinished() ? terminal.text() : QByteArray("did not end");
     }
 

@@ -1,4 +1,5 @@
 #include "Counted.h"
+#include "Places.h"
 
 #include <QDirIterator>
 #include <QFile>
@@ -54,7 +55,7 @@ private slots:
             "values|pairs|children|weights|entities|triangles|tetrahedra|wedges|"
             "findings|errors|warnings|lines|points|volumes|solids|shells)\\b(?! out)"));
         int files = 0;
-        QDirIterator walk(QStringLiteral(OVRA_TOOL_DIRECTORY), {"*.cpp", "*.h"}, QDir::Files,
+        QDirIterator walk(Places::toolSources(), {"*.cpp", "*.h"}, QDir::Files,
                           QDirIterator::Subdirectories);
         while (walk.hasNext()) {
             QFile file(walk.next());

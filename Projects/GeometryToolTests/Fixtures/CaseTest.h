@@ -1,6 +1,7 @@
 #pragma once
 
 #include "GmshFixture.h"
+#include "Places.h"
 #include "PreparedChecks.h"
 #include "ToolRun.h"
 
@@ -202,7 +203,7 @@ private:
 
     QString input(const char* suffix) const
     {
-        return QStringLiteral(OVRA_CASES_DIRECTORY "/%1/%1").arg(caseName_) + QLatin1String(suffix);
+        return QStringLiteral("%1/%2/%2").arg(Places::cases(), caseName_) + QLatin1String(suffix);
     }
 
     static int nodesWithin(int region)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Places.h"
+
 #include <QByteArray>
 #include <QDir>
 #include <QFile>
@@ -35,7 +37,7 @@ inline ToolRun runTool(const QStringList& arguments, const QString& hashSeed = Q
     if (childModifier) {
         process.setChildProcessModifier(childModifier);
     }
-    process.start(QStringLiteral(OVRAGEO_PATH), arguments);
+    process.start(Places::tool(), arguments);
     ToolRun run;
     if (process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit) {
         run.exitCode = process.exitCode();

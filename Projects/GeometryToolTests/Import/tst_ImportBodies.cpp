@@ -1,5 +1,6 @@
 #include "GmshFixture.h"
 #include "ImportChecks.h"
+#include "Places.h"
 #include "ToolRun.h"
 
 #include <QTemporaryDir>
@@ -214,8 +215,7 @@ private:
 
     static QByteArray scriptOfTheManual()
     {
-        const QByteArray manual =
-            contentOf(QStringLiteral(OVRA_CASES_DIRECTORY "/../Documentation/Import.md"));
+        const QByteArray manual = contentOf(Places::documentation() + QStringLiteral("/Import.md"));
         const qsizetype begin = manual.indexOf("SetFactory");
         return manual.mid(begin, manual.indexOf("```", begin) - begin);
     }

@@ -1,6 +1,7 @@
 #include "ElementTopology.h"
 #include "GbiWriter.h"
 #include "GeometryDatabaseTests/TestMesh.h"
+#include "Places.h"
 #include "Utility.h"
 
 #include <QFile>
@@ -33,7 +34,7 @@ QList<int> numbers(const QString& text)
 QMap<QString, Row> readTable()
 {
     QMap<QString, Row> table;
-    QFile file(QStringLiteral(OVRA_DOCUMENTATION_DIRECTORY "/SolverInput.md"));
+    QFile file(Places::documentation() + QStringLiteral("/SolverInput.md"));
     if (!file.open(QIODevice::ReadOnly)) {
         return table;
     }

@@ -1,4 +1,5 @@
 #include "AttributeType.h"
+#include "Places.h"
 
 #include <QFile>
 #include <QRegularExpression>
@@ -29,7 +30,7 @@ class TestAttributesPage : public QObject
 private slots:
     void initTestCase()
     {
-        QFile file(QStringLiteral(OVRA_DOCUMENTATION_DIRECTORY "/Attributes.md"));
+        QFile file(Places::documentation() + QStringLiteral("/Attributes.md"));
         QVERIFY(file.open(QIODevice::ReadOnly));
         words_ = quoted(QString::fromUtf8(file.readAll()));
     }

@@ -1,0 +1,21 @@
+#include "Places.h"
+
+QString QStringLiteral(OVRAGEO_PATH)
+{
+    return QStringLiteral(OVRAGEO_PATH);
+}
+
+QString Places::cases()
+{
+    return QStringLiteral(OVRA_CASES_DIRECTORY);
+}
+
+QString Places::documentation()
+{
+    return QStringLiteral(OVRA_DOCUMENTATION_DIRECTORY);
+}
+
+QString Places::toolSources()
+{
+    return QStringLiteral(OVRA_TOOL_DIRECTORY);
+}
