@@ -1,6 +1,6 @@
 #include "Places.h"
 
-QString QStringLiteral(OVRAGEO_PATH)
+QString Places::tool()
 {
     return QStringLiteral(OVRAGEO_PATH);
 }
