@@ -9,11 +9,15 @@ namespace Ovra::GeoTool
 
 using namespace Ovra::Geo;
 
-QString nameOf(const QString& owner, int dimension, int id)
+QString kindName(int dimension)
 {
     static const std::array<const char*, 4> names = {"vertex", "edge", "face", "region"};
-    return QStringLiteral("%1 %2 %3")
-        .arg(owner, QLatin1String(names[static_cast<std::size_t>(dimension)]), QString::number(id));
+    return QLatin1String(names[static_cast<std::size_t>(dimension)]);
+}
+
+QString nameOf(const QString& owner, int dimension, int id)
+{
+    return QStringLiteral("%1 %2 %3").arg(owner, kindName(dimension), QString::number(id));
 }
 
 QString nameOf(const ModelEntity& entity)

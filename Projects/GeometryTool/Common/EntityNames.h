@@ -11,6 +11,10 @@ class ModelEntity;
 namespace Ovra::GeoTool
 {
 
+/// \brief "vertex", "edge", "face" or "region".
+/// \param dimension 0 to 3
+QString kindName(int dimension);
+
 /// \brief How messages name an entity: \p owner "mesh", dimension 2 and id 7 give "mesh face 7".
 /// \param owner "model" or "mesh"
 /// \param dimension 0 to 3

@@ -1,5 +1,6 @@
 #include "CopyDescription.h"
 
+#include "EntityNames.h"
 #include "IdOrder.h"
 #include "Model.h"
 #include "ModelEdge.h"
@@ -33,6 +34,12 @@ void copySize(const ModelRegion& from, ModelRegion& to)
     to.setVolume(from.volume());
 }
 
+/// \brief What a nameless entity is called by: "face_12".
+QString standIn(const ModelEntity& entity)
+{
+    return QStringLiteral("%1_%2").arg(kindName(entity.dimension())).arg(entity.id());
+}
+
 template <typename Entity>
 bool copyMeasures(const ModelEntity& from, ModelEntity& to)
 {
@@ -61,15 +68,15 @@ void CopyDescription::describe(const ModelEntity& original, ModelEntity& copy,
 {
     copyMeasures<ModelEdge>(original, copy) || copyMeasures<ModelFace>(original, copy) ||
         copyMeasures<ModelRegion>(original, copy);
-    if (!original.name().isEmpty()) {
-        copy.setName(nameFor(original.name(), suffix));
-    }
+    copy.setName(nameFor(original, suffix));
 }
 
-QString CopyDescription::nameFor(const QString& original, const QString& suffix)
+QString CopyDescription::nameFor(const ModelEntity& original, const QString& suffix)
 {
-    const QString wanted = original + QLatin1Char(':') + suffix;
-    if (uses_.value(original) > 1) {
+    const bool isNamed = !original.name().isEmpty();
+    const QString stem = isNamed ? original.name() : standIn(original);
+    const QString wanted = stem + QLatin1Char(':') + suffix;
+    if (isNamed && uses_.value(stem) > 1) {
         if (!shared_.contains(wanted)) {
             shared_.insert(wanted, freeName(wanted));
         }

@@ -17,7 +17,7 @@ namespace Ovra::GeoTool
 ///
 /// A copy is called like its original, with a suffix behind a colon: "fin:solid". Where another
 /// entity of the case has that name, a number follows: "fin:solid:2". Copies of originals that share
-/// a name share theirs, and copies of nameless ones have none.
+/// a name share theirs. For an original without a name stand its kind and its id: "face_12:solid".
 class CopyDescription
 {
 public:
@@ -31,7 +31,7 @@ public:
     void describe(const Geo::ModelEntity& original, Geo::ModelEntity& copy, const QString& suffix);
 
 private:
-    QString nameFor(const QString& original, const QString& suffix);
+    QString nameFor(const Geo::ModelEntity& original, const QString& suffix);
     QString freeName(const QString& wanted) const;
 
     QHash<QString, int> uses_;       ///< how many entities have a name

@@ -2,8 +2,10 @@
 #include "ModelFace.h"
 #include "ModelRegion.h"
 #include "PreparationCase.h"
+#include "SolverInput.h"
 
 #include <QTest>
+#include <QTextStream>
 
 using namespace Ovra::Geo;
 using namespace PreparationCase;
@@ -71,6 +73,16 @@ void nameAll(GridMesh& grid)
 ModelEntity* linked(GridMesh& grid, const ModelEntity* entity, const AttributeType& link)
 {
     return grid.model()->entity(entity->dimension(), entity->attributes().value(link, 0).toInt());
+}
+
+QString solverInput(GridMesh& grid)
+{
+    QString text;
+    QTextStream stream(&text);
+    Ovra::GeoTool::Progress progress;
+    progress.setQuiet(true);
+    Ovra::GeoTool::SolverInput().write(*grid.database(), stream, progress);
+    return text;
 }
 
 GridSpec planar(GridSpec spec)
@@ -163,18 +175,65 @@ private slots:
         QTest::newRow("shared") << QStringList{"hull", "hull", "top"} << "hull:solid";
         QTest::newRow("shared and taken")
             << QStringList{"hull", "hull", "hull:solid"} << "hull:solid:2";
-        QTest::newRow("nameless") << QStringList{"", "top", ""} << "";
+        QTest::newRow("nameless") << QStringList{"", "top", ""} << "face_%1:solid";
+        QTest::newRow("nameless and taken")
+            << QStringList{"", "face_%1:solid", ""} << "face_%1:solid:2";
+        QTest::newRow("nameless, beside names alike")
+            << QStringList{"", "face_%1", "face_%1"} << "face_%1:solid";
     }
 
     void namesStayUnique()
     {
         QFETCH(QStringList, names);
         GridMesh grid(plan({"12"}, {{1, "fluid"}, {2, "solid"}}));
+        QFETCH(QString, copy);
+        const QString id = QString::number(grid.face(1, 2)->id());
         grid.face(1, 2)->setName(names.at(0));
-        grid.face(0, 1)->setName(names.at(1));
-        grid.face(0, 2)->setName(names.at(2));
+        grid.face(0, 1)->setName(QString(names.at(1)).replace("%1", id));
+        grid.face(0, 2)->setName(QString(names.at(2)).replace("%1", id));
         QCOMPARE(prepareAll(*grid.database()).refusal, QString());
-        QTEST(linked(grid, grid.face(1, 2), T::SolidFace)->name(), "copy");
+        QCOMPARE(linked(grid, grid.face(1, 2), T::SolidFace)->name(), copy.replace("%1", id));
+    }
+
+    void copiesOfNamelessOnesAreCalledByKindAndId()
+    {
+        for (const bool isPlanar : {false, true}) {
+            const GridSpec spec = plan({"111", "131"}, {{1, "fluid"}, {3, "solid"}});
+            GridMesh grid(isPlanar ? planar(spec) : spec);
+            const QString faceKind = isPlanar ? "edge" : "face";
+            const QString regionKind = isPlanar ? "face" : "region";
+            for (auto all = grid.model()->orderedIterator(grid.regionDimension()); all.hasNext();) {
+                all.next()->setName(QString());
+            }
+            ModelEntity* const moving = grid.region(3);
+            ModelEntity* const hull = grid.face(1, 3);
+            hull->setName(QString());
+            setAttribute(moving, T::MotionType, 1);
+            QCOMPARE(prepareAll(*grid.database()).refusal, QString());
+            const ModelEntity* const replica = linked(grid, moving, T::NewMotionRegion);
+            QCOMPARE(replica->name(), QString("%1_3:replica").arg(regionKind));
+            QStringList names;
+            for (int i = 0; i < replica->adjacencyCount(grid.faceDimension()); ++i) {
+                names.append(replica->adjacencyAt(grid.faceDimension(), i)->name());
+            }
+            QVERIFY2(names.contains(QString("%1_%2:replica").arg(faceKind).arg(hull->id())),
+                     qPrintable(names.join(' ')));
+            QVERIFY(hull->name().isEmpty() && moving->name().isEmpty());
+        }
+    }
+
+    // The names stand behind the numbers of a surface, and nowhere else.
+    void namesOfCopiesOfNamelessOnesOnlyEndLines()
+    {
+        GridMesh grid(plan({"12"}, {{1, "fluid"}, {2, "solid"}}));
+        grid.face(1, 2)->setName(QString());
+        QCOMPARE(prepareAll(*grid.database()).refusal, QString());
+        ModelEntity* const copy = linked(grid, grid.face(1, 2), T::SolidFace);
+        const QString name = copy->name();
+        QString text = solverInput(grid);
+        copy->setName(QString());
+        QCOMPARE(text.count(' ' + name + '\n'), 1);
+        QCOMPARE(text.replace(' ' + name + '\n', " \n"), solverInput(grid));
     }
 
     void copiesOfFacesThatShareANameShareTheirs()

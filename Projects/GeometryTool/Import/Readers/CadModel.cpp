@@ -1,5 +1,7 @@
 #include "CadModel.h"
 
+#include "EntityNames.h"
+
 #include <algorithm>
 #include <array>
 #include <gmsh.h>
@@ -103,11 +105,9 @@ double CadModel::contactTolerance()
 
 QString CadModel::described(int dimension, int tag)
 {
-    static const std::array<const char*, 4> kinds = {"vertex", "edge", "face", "region"};
     const QStringList groups = groupNames(dimension, tag);
     const QString name = groups.isEmpty() ? label(dimension, tag) : groups.first();
-    const QString id = QStringLiteral("%1 %2").arg(
-        QLatin1String(kinds[static_cast<std::size_t>(dimension)]), QString::number(tag));
+    const QString id = QStringLiteral("%1 %2").arg(kindName(dimension), QString::number(tag));
     return name.isEmpty() ? id : QStringLiteral("%1 (%2)").arg(id, name);
 }
 
