@@ -3,6 +3,7 @@
 #include "AttributeCheck.h"
 #include "Counted.h"
 #include "EntityName.h"
+#include "EntityNames.h"
 #include "IdOrder.h"
 #include "Model.h"
 #include "ModelEntity.h"
@@ -63,23 +64,28 @@ std::vector<Contact> byBodies(const std::vector<CoincidentFaces::Pair>& pairs)
     return list;
 }
 
-/// \brief "1 (board) and 2 (chip) over an area of 9, ..."; the first ten, and how many more.
+/// \brief The first ten, and how many more.
+QString shortened(const QStringList& texts)
+{
+    constexpr qsizetype shown = 10;
+    const QString first = texts.mid(0, shown).join(QStringLiteral(", "));
+    return texts.size() > shown
+               ? QStringLiteral("%1, and %2 more").arg(first).arg(texts.size() - shown)
+               : first;
+}
+
+/// \brief "1 (board) and 2 (chip) over an area of 9, ..."
 QString listed(const std::vector<Contact>& contacts)
 {
-    constexpr std::size_t shown = 10;
     QStringList texts;
-    for (std::size_t i = 0; i < std::min(shown, contacts.size()); ++i) {
-        const Contact& contact = contacts[i];
+    for (const Contact& contact : contacts) {
         texts.append(QStringLiteral("%1 over %2 of %3")
                          .arg(both(*contact.first, *contact.second),
                               contact.first->dimension() == 3 ? QStringLiteral("an area")
                                                               : QStringLiteral("a length"),
                               QString::number(contact.size, 'g', 6)));
     }
-    if (contacts.size() > shown) {
-        texts.append(QStringLiteral("and %1 more").arg(contacts.size() - shown));
-    }
-    return texts.join(QStringLiteral(", "));
+    return shortened(texts);
 }
 
 /// \brief "faces", "regions".
@@ -89,9 +95,27 @@ QString pluralOf(int dimension)
     return QLatin1String(names[static_cast<std::size_t>(dimension)]);
 }
 
+/// \brief "1 (board), 2, 7"
+QString listed(const std::vector<const ModelEntity*>& entities)
+{
+    QStringList texts;
+    for (const ModelEntity* entity : entities) {
+        texts.append(idAndName(*entity));
+    }
+    return shortened(texts);
+}
+
 QString materialOf(const ModelEntity& entity)
 {
     return entity.attributes().value(AttributeType::MaterialType, QVariant()).toString();
+}
+
+/// \brief Whether a body lacks the material that it would take part with.
+bool needsMaterial(const ModelEntity& body)
+{
+    const AttributeMap& attributes = body.attributes();
+    return !attributes.contains(AttributeType::MaterialType) &&
+           !attributes.value(AttributeType::IsSuppressed, QVariant()).toBool();
 }
 
 } // namespace
@@ -143,15 +167,18 @@ void ImportRemarks::warnOfLooseBodies(const QString& input,
 
 void ImportRemarks::warnOfMaterials(const QString& attributes) const
 {
-    const int bodies = model_.faceDimension() + 1;
+    warnOfUnknownMaterials(attributes);
+    warnOfMissingMaterials(attributes);
+}
+
+void ImportRemarks::warnOfUnknownMaterials(const QString& attributes) const
+{
     QSet<QString> told;
-    bool isAnyGiven = false;
-    for (int d = bodies; d >= 0; --d) {
+    for (int d = model_.faceDimension() + 1; d >= 0; --d) {
         for (const ModelEntity* entity : inIdOrder(model_.iterator(d))) {
             if (!entity->attributes().contains(AttributeType::MaterialType)) {
                 continue;
             }
-            isAnyGiven = isAnyGiven || d == bodies;
             const QString fault = AttributeCheck::materialFault(materialOf(*entity));
             if (!fault.isEmpty() && !told.contains(materialOf(*entity))) {
                 progress_.warning(
@@ -160,10 +187,29 @@ void ImportRemarks::warnOfMaterials(const QString& attributes) const
             told.insert(materialOf(*entity));
         }
     }
+}
+
+void ImportRemarks::warnOfMissingMaterials(const QString& attributes) const
+{
+    const int bodies = model_.faceDimension() + 1;
+    std::vector<const ModelEntity*> without;
+    bool isAnyGiven = false;
+    for (const ModelEntity* body : inIdOrder(model_.iterator(bodies))) {
+        isAnyGiven = isAnyGiven || body->attributes().contains(AttributeType::MaterialType);
+        if (needsMaterial(*body)) {
+            without.push_back(body);
+        }
+    }
     if (!isAnyGiven) {
         progress_.warning(QStringLiteral("%1: gives a material_type to none of the %2, so that "
                                          "nothing can be prepared or solved")
                               .arg(attributes, pluralOf(bodies)));
+    } else if (!without.empty()) {
+        const auto count = static_cast<qint64>(without.size());
+        progress_.warning(QStringLiteral("%1: gives no material_type to %2: %3; without one, a %4 "
+                                         "counts as neither fluid nor solid")
+                              .arg(attributes, counted(count, kindName(bodies)), listed(without),
+                                   kindName(bodies)));
     }
 }
 

@@ -30,11 +30,13 @@ public:
                            const std::vector<CadContacts::Contact>* contacts) const;
 
     /// \brief Values of material_type that the library does not know, each told once, and regions
-    /// none of which has any.
+    /// that have none, by name where others have one.
     /// \param attributes path of the file that gave the model its attributes
     void warnOfMaterials(const QString& attributes) const;
 
 private:
+    void warnOfUnknownMaterials(const QString& attributes) const;
+    void warnOfMissingMaterials(const QString& attributes) const;
     std::vector<CoincidentFaces::Pair>
     loosePairs(const std::vector<CadContacts::Contact>& contacts) const;
 

@@ -5,6 +5,11 @@
 namespace Ovra::GeoTool
 {
 
+QStringList ImportedEntity::names() const
+{
+    return label.isEmpty() ? groups : groups + QStringList(label);
+}
+
 int ImportedMesh::addEntity(int dimension, const ImportedEntity& entity)
 {
     auto& list = entitiesOf(dimension);

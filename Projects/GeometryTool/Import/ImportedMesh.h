@@ -54,6 +54,9 @@ struct ImportedEntity
     bool discarded = false; ///< without any mesh, and no kernel knows its shape
     ImportedGeometry geometry;
     std::array<std::set<int>, 4> adjacent; ///< positions in ImportedMesh::entities, by dimension
+
+    /// \brief All that it can be called by: its physical groups and its own name; none is empty.
+    QStringList names() const;
 };
 
 /// \brief Model and mesh between Gmsh and the database, in plain vectors.

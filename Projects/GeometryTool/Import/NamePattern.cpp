@@ -46,8 +46,8 @@ QStringList allNames(const ImportedMesh& mesh)
     QStringList names;
     for (const auto& entities : mesh.entities) {
         for (const ImportedEntity& entity : entities) {
-            if (!entity.discarded && !entity.label.isEmpty()) {
-                names.append(lastPart(entity.label));
+            for (const QString& name : entity.discarded ? QStringList() : entity.names()) {
+                names.append(lastPart(name));
             }
         }
     }
@@ -70,15 +70,21 @@ NamePattern::NamePattern(const QString& text)
 
 bool NamePattern::matches(const QString& name) const
 {
-    return !name.isEmpty() &&
-           (expression_.match(name).hasMatch() || expression_.match(lastPart(name)).hasMatch());
+    return expression_.match(name).hasMatch() || expression_.match(lastPart(name)).hasMatch();
+}
+
+bool NamePattern::matches(const ImportedEntity& entity) const
+{
+    const QStringList names = entity.names();
+    return std::any_of(names.begin(), names.end(),
+                       [this](const QString& name) { return matches(name); });
 }
 
 QList<int> NamePattern::in(const ImportedMesh& mesh, int dimension) const
 {
     QList<int> ids;
     for (const ImportedEntity& entity : mesh.entitiesOf(dimension)) {
-        if (!entity.discarded && matches(entity.label)) {
+        if (!entity.discarded && matches(entity)) {
             ids.append(entity.id);
         }
     }

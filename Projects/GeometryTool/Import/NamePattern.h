@@ -8,18 +8,17 @@
 namespace Ovra::GeoTool
 {
 
+struct ImportedEntity;
 struct ImportedMesh;
 
-/// \brief Names that entities have in the input, such as "Shapes/board/chip", by a text in which
-/// each `*` stands for any characters, a slash included, or none.
+/// \brief Names of entities, their own in the input, such as "Shapes/board/chip", and those of their
+/// groups, by a text in which each `*` stands for any characters, a slash included, or none.
 ///
 /// The text is held against the whole name and against what follows its last slash.
 class NamePattern
 {
 public:
     explicit NamePattern(const QString& text);
-
-    bool matches(const QString& name) const;
 
     /// \brief Ids of the entities of \p dimension with such a name, ascending.
     QList<int> in(const ImportedMesh& mesh, int dimension) const;
@@ -32,6 +31,8 @@ public:
     bool isVaguerThan(const NamePattern& other) const;
 
 private:
+    bool matches(const QString& name) const;
+    bool matches(const ImportedEntity& entity) const;
     QStringList near(const QStringList& names) const;
 
     QString text_;

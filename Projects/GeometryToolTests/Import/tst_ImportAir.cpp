@@ -66,7 +66,7 @@ private slots:
                              "{\"names\": {\"board\": {\"material_type\": \"solid\"}},"
                              " \"groups\": {\"air-xmin\": {\"material_id\": 4}}}"));
         QCOMPARE(import("board.step", {"--air", "2", "--attributes", path("a.json")}).errors,
-                 QByteArray());
+                 withoutMaterial("a.json", "1 region: 2 (Shapes/set/2/chip)"));
         ImportedCase imported(path("case"));
         QCOMPARE(materialsOf(imported), QStringList({"air fluid", "board solid", "chip "}));
         int walls = 0;
@@ -78,9 +78,40 @@ private slots:
                              "{\"names\": {\"air\": {\"material_type\": \"resistance\"},"
                              " \"air-*\": {\"material_id\": 4}}}"));
         QCOMPARE(import("board.step", {"--air", "2", "--attributes", path("b.json")}).errors,
-                 QByteArray());
+                 withoutMaterial("b.json", "2 regions: 2 (Shapes/set/2/chip), 4 "
+                                           "(Shapes/set/1/board)"));
         ImportedCase other(path("case"));
         QCOMPARE(materialsOf(other), QStringList({"air resistance", "board ", "chip "}));
+    }
+
+    void aPatternReachesAirAndPartsByAllNames_data()
+    {
+        QTest::addColumn<QByteArray>("names");
+        QTest::addColumn<QStringList>("materials");
+        QTest::newRow("all") << QByteArray(R"("*": {"material_type": "solid"})")
+                             << QStringList{"air solid", "board solid", "chip solid"};
+        QTest::newRow("all but the air")
+            << QByteArray(R"("*": {"material_type": "solid"}, "air": {"material_type": "fluid"})")
+            << QStringList{"air fluid", "board solid", "chip solid"};
+        QTest::newRow("part of a name")
+            << QByteArray(
+                   R"("*a*": {"material_type": "solid"}, "c*p": {"material_type": "resistance"})")
+            << QStringList{"air solid", "board solid", "chip resistance"};
+    }
+
+    // Of these parts, Gmsh knows groups and no names of their own.
+    void aPatternReachesAirAndPartsByAllNames()
+    {
+        QFETCH(QByteArray, names);
+        QVERIFY(writeContent(path("parts.geo"),
+                             "SetFactory(\"OpenCASCADE\");\nBox(1) = {0, 0, 0, 10, 10, 1};\n"
+                             "Box(2) = {2, 2, 1, 3, 3, 1};\nPhysical Volume(\"board\") = {1};\n"
+                             "Physical Volume(\"chip\") = {2};\n"));
+        QVERIFY(writeContent(path("all.json"), "{\"names\": {" + names + "}}"));
+        const ToolRun run = import("parts.geo", {"--air", "2", "--attributes", path("all.json")});
+        QCOMPARE(run.errors, QByteArray());
+        ImportedCase imported(path("case"));
+        QTEST(materialsOf(imported), "materials");
     }
 
     void goesTheWholeRoad()
@@ -190,6 +221,12 @@ private:
     ToolRun import(const char* file, const QStringList& options)
     {
         return runTool(QStringList{"import", path(file), "-o", path("case")} + options);
+    }
+
+    QByteArray withoutMaterial(const char* attributes, const QByteArray& regions) const
+    {
+        return "ovrageo: warning: " + path(attributes).toUtf8() + ": gives no material_type to " +
+               regions + "; without one, a region counts as neither fluid nor solid\n";
     }
 
     static QString nameAndSize(Ovra::Geo::ModelEntity* entity, double size)

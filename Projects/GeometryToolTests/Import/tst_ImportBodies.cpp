@@ -146,6 +146,7 @@ private slots:
         QVERIFY(writeScript("Box(1) = {0, 0, 0, 1, 1, 1};\nBox(2) = {1, 0, 0, 1, 1, 1};\n"));
         QVERIFY(writeContent(path("tied.json"),
                              "{\"entities\": {\"3:1\": {\"material_type\": \"solid\"},"
+                             " \"3:2\": {\"material_type\": \"solid\"},"
                              " \"2:7\": {\"extruded_face\": 2}}}"));
         const ToolRun run = import("bodies.geo", {"--attributes", path("tied.json")});
         QCOMPARE(run.exitCode, 0);

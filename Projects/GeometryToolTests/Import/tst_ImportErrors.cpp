@@ -426,10 +426,15 @@ private slots:
         const QByteArray none =
             "gives a material_type to none of the regions, so that nothing can be prepared or "
             "solved";
-        row("known", "{\"groups\": {\"right\": {\"material_type\": \"solid\"}}}", {});
-        row("unknown", "{\"groups\": {\"right\": {\"material_type\": \"Fluid\"}}}",
+        row("known", "{\"names\": {\"*\": {\"material_type\": \"solid\"}}}", {});
+        row("unknown",
+            "{\"groups\": {\"3:left\": {\"material_type\": \"solid\"},"
+            " \"right\": {\"material_type\": \"Fluid\"}}}",
             {"model region 2 has the material_type \"Fluid\", which counts as neither fluid nor "
              "solid; known are fluid, solid, "});
+        row("one without", "{\"groups\": {\"right\": {\"material_type\": \"solid\"}}}",
+            {"gives no material_type to 1 region: 1 (left); without one, a region counts as "
+             "neither fluid nor solid\n"});
         row("unknown, twice",
             "{\"entities\": {\"3:1\": {\"material_type\": \"air\"},"
             " \"3:2\": {\"material_type\": \"air\"}}}",

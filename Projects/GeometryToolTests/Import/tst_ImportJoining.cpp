@@ -113,7 +113,8 @@ private slots:
         QCOMPARE(namesOf(imported, 1), QStringList({"rim", "rim"}));
         // The footprint lies in two groups; the second is no name, but can be reached.
         QVERIFY(writeContent(path("foot.json"),
-                             "{\"groups\": {\"foot\": {\"material_id\": 7},"
+                             "{\"names\": {\"board\": {\"material_type\": \"solid\"}},"
+                             " \"groups\": {\"foot\": {\"material_id\": 7},"
                              " \"chip\": {\"material_type\": \"solid\", \"hot_faces\": "
                              "[\"above\"]}}}"));
         QCOMPARE(import("bodies.geo", {"--join", "--attributes", path("foot.json")}).errors,

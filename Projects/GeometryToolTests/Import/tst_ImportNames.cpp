@@ -123,6 +123,114 @@ private slots:
         QCOMPARE(meshed, QList<bool>({true, false, false, true}));
     }
 
+    void reachesAllThatInfoLists_data()
+    {
+        QTest::addColumn<QByteArray>("key");
+        QTest::addColumn<int>("dimension");
+        QTest::addColumn<QList<int>>("ids");
+        const auto row = [](const char* key, int dimension, const QList<int>& ids) {
+            QTest::newRow(key) << QByteArray(key) << dimension << ids;
+        };
+        row("chips", 3, {2, 3});
+        row("chip*", 3, {2, 3});
+        row("*s", 3, {2, 3});
+        row("chip_1", 3, {2}); // by its own name, beside that of its group
+        row("*", 3, {1, 2, 3, 4});
+        row("lid", 2, {6});
+        row("l*", 2, {6});
+        row("2:*", 2, {5, 6});
+        row("rim", 1, {9, 10});
+    }
+
+    void reachesAllThatInfoLists()
+    {
+        QFETCH(QByteArray, key);
+        QFETCH(int, dimension);
+        QVERIFY(writeContent(path("set.geo"), "SetFactory(\"OpenCASCADE\");\nMerge \"set.step\";\n"
+                                              "Physical Volume(\"chips\") = {2, 3};\n"
+                                              "Physical Surface(\"lid\") = {6};\n"
+                                              "Physical Surface(\"base\") = {5};\n"
+                                              "Physical Curve(\"rim\") = {9, 10};\n"));
+        const ToolRun run =
+            import("set.geo", "{\"names\": {\"" + key + "\": {\"material_id\": 7}}}");
+        QVERIFY2(run.exitCode == 0, run.errors.constData());
+        ImportedCase imported(path("case"));
+        QTEST(withMaterialId(imported, dimension), "ids");
+        for (const int other : {0, 1, 2, 3}) {
+            QVERIFY(other == dimension || withMaterialId(imported, other).isEmpty());
+        }
+    }
+
+    void reachesSetsOfAbaqusFiles()
+    {
+        QVERIFY(writeContent(path("sets.inp"),
+                             "*NODE\n1, 0, 0, 0\n2, 1, 0, 0\n3, 0, 1, 0\n4, 0, 0, 1\n5, 1, 1, 1\n"
+                             "*ELEMENT, TYPE=C3D4\n1, 1, 2, 3, 4\n2, 2, 3, 4, 5\n"
+                             "*ELSET, ELSET=core\n1\n*ELSET, ELSET=shell\n2\n"
+                             "*ELSET, ELSET=whole\n1, 2\n"));
+        const QByteArray all = "{\"names\": {\"wh*\": {\"material_id\": 7}}}";
+        QCOMPARE(import("sets.inp", all).exitCode, 0);
+        ImportedCase whole(path("case"));
+        QCOMPARE(withMaterialId(whole, 3), QList<int>({1, 2}));
+        const QByteArray one = "{\"names\": {\"shell\": {\"material_id\": 7}}}";
+        QCOMPARE(import("sets.inp", one).exitCode, 0);
+        ImportedCase part(path("case"));
+        QCOMPARE(withMaterialId(part, 3), QList<int>{2});
+    }
+
+    void listsOfFacesTakePatternsOfGroups()
+    {
+        QVERIFY(writeContent(path("hot.geo"),
+                             "SetFactory(\"OpenCASCADE\");\nBox(1) = {0, 0, 0, 1, 1, 1};\n"
+                             "Physical Surface(\"side_a\") = {1};\n"
+                             "Physical Surface(\"side_b\") = {4};\n"
+                             "Physical Surface(\"lid\") = {6};\n"));
+        const ToolRun run =
+            import("hot.geo", "{\"entities\": {\"3:1\": {\"hot_faces\": [\"side_*\"],"
+                              " \"material_type\": \"solid\"}}}");
+        QCOMPARE(run.errors, QByteArray());
+        ImportedCase imported(path("case"));
+        QCOMPARE(imported.model()
+                     ->entity(3, 1)
+                     ->attributes()
+                     .value(Ovra::Geo::AttributeType::HotFaces, QVariant())
+                     .toList(),
+                 QVariantList({1, 4}));
+    }
+
+    void tellsOfRegionsWithoutMaterial_data()
+    {
+        QTest::addColumn<QByteArray>("attributes");
+        QTest::addColumn<QByteArray>("regions");
+        QTest::newRow("two") << QByteArray(R"("chip*": {"material_type": "solid"})")
+                             << QByteArray("2 regions: 1 (Shapes/set/1/board), 4 "
+                                           "(Shapes/set/4/a (b) [c].d)");
+        QTest::newRow("one") << QByteArray(R"("chip*": {"material_type": "solid"},)"
+                                           R"("board": {"material_type": "fluid"})")
+                             << QByteArray("1 region: 4 (Shapes/set/4/a (b) [c].d)");
+        QTest::newRow("none, as one is suppressed")
+            << QByteArray(R"("*": {"material_type": "solid"}, "chip_1": {"is_suppressed": true})")
+            << QByteArray();
+        QTest::newRow("one suppressed without any")
+            << QByteArray(R"("chip*": {"material_type": "solid"},)"
+                          R"("board": {"material_type": "fluid"}, "a*d": {"is_suppressed": true})")
+            << QByteArray();
+    }
+
+    void tellsOfRegionsWithoutMaterial()
+    {
+        QFETCH(QByteArray, attributes);
+        QFETCH(QByteArray, regions);
+        const ToolRun run = import("set.step", "{\"names\": {" + attributes + "}}");
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(run.errors,
+                 regions.isEmpty()
+                     ? QByteArray()
+                     : "ovrageo: warning: " + path("attributes.json").toUtf8() +
+                           ": gives no material_type to " + regions +
+                           "; without one, a region counts as neither fluid nor solid\n");
+    }
+
     void infoListsNames()
     {
         QVERIFY(writeContent(path("names.geo"),
@@ -167,6 +275,17 @@ private:
         return writeContent(json, attributes)
                    ? runTool({"import", path(file), "-o", path("case"), "--attributes", json})
                    : ToolRun();
+    }
+
+    static QList<int> withMaterialId(ImportedCase& imported, int dimension)
+    {
+        QList<int> ids;
+        for (auto* entity : imported.entities(dimension)) {
+            if (entity->attributes().contains(Ovra::Geo::AttributeType::MaterialId)) {
+                ids.append(entity->id());
+            }
+        }
+        return ids;
     }
 
     /// \brief The material_id of each region, 0 where there is none.
