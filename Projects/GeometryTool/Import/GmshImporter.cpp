@@ -18,6 +18,7 @@
 #include "ToolError.h"
 #include "TopologyCompletion.h"
 #include "TopologyLinks.h"
+#include "VolumeAdvice.h"
 
 #include <cmath>
 
@@ -72,7 +73,7 @@ void GmshImporter::import(Geo::Database& database, const AttributesFile* attribu
     session.run(options_.input, [&mesh] { EntityGeometry(mesh).compute(); });
     const bool isSurface = isSurfaceInSpace(mesh);
     if (isSurface && options_.dimension == 0 && !reader.isOpennessTold()) {
-        warnOfSurfacesInSpace();
+        warnOfSurfacesInSpace(session);
     }
     scale(mesh);
     if (attributes != nullptr) {
@@ -93,12 +94,13 @@ void GmshImporter::import(Geo::Database& database, const AttributesFile* attribu
     }
 }
 
-void GmshImporter::warnOfSurfacesInSpace() const
+void GmshImporter::warnOfSurfacesInSpace(GmshSession& session) const
 {
-    progress_.warning(QStringLiteral("%1: holds no volumes and becomes a planar case, although its "
-                                     "faces do not lie in a plane; --dimension 3 fills what they "
-                                     "enclose where the input is a mesh")
-                          .arg(options_.input));
+    QString advice;
+    session.run(options_.input, [&] { advice = VolumeAdvice::onSurfaces(options_.input); });
+    progress_.warning(
+        QStringLiteral("%1: holds no volumes and becomes a case of surfaces in space; %2")
+            .arg(options_.input, advice));
 }
 
 void GmshImporter::scale(ImportedMesh& mesh) const

@@ -29,7 +29,7 @@ public:
     void import(Geo::Database& database, const AttributesFile* attributes);
 
 private:
-    void warnOfSurfacesInSpace() const;
+    void warnOfSurfacesInSpace(GmshSession& session) const;
     void scale(ImportedMesh& mesh) const;
 
     void warnOfLooseBodies(GmshSession& session, const ImportRemarks& remarks, int dimension) const;

@@ -170,22 +170,128 @@ private slots:
         QCOMPARE(ImportedCase(path("case")).modelCounts()[2], 1);
     }
 
+    void warnsOfSurfacesInSpace_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("advice");
+        const QString script = "where they enclose one, let the script make it by Coherence, "
+                               "Surface Loop and Volume, see Import.md";
+        const QString filling = "--dimension 3 fills the volume that they enclose";
+        QTest::newRow("script, roof") << "in.geo" << Rectangles << script;
+        QTest::newRow("script, six sides") << "in.geo" << sixSides() << script;
+        QTest::newRow("script, other kernel") << "in.geo" << Extruded << script;
+        QTest::newRow("closed mesh") << "in.msh" << mesh(cubeTriangles()) << filling;
+        QTest::newRow("script of a mesh")
+            << "in.geo" << QByteArray("Merge \"cube.msh\";\n") << filling;
+        QTest::newRow("open mesh") << "in.msh" << mesh(cubeTriangles().mid(1))
+                                   << "they enclose no volume: 3 edges belong to one triangle only";
+        QTest::newRow("quadrilaterals")
+            << "in.msh" << mesh({"1 4 3 2", "1 2 6 5"}, 3)
+            << "they enclose no volume: it is not made of plain triangles";
+    }
+
     void warnsOfSurfacesInSpace()
     {
-        QVERIFY(writeContent(path("roof.geo"),
-                             "SetFactory(\"OpenCASCADE\");\nRectangle(1) = {0, 0, 0, 1, 1};\n"
-                             "Rectangle(2) = {2, 0, 1, 1, 1};\n"));
-        const ToolRun run = import("roof.geo");
+        QFETCH(QString, file);
+        QFETCH(QByteArray, content);
+        QFETCH(QString, advice);
+        QVERIFY(writeContent(path("cube.msh"), mesh(cubeTriangles())));
+        QVERIFY(writeContent(path(file), content));
+        const ToolRun run = import(file);
+        QCOMPARE(
+            QString::fromUtf8(run.errors),
+            expected(file, "holds no volumes and becomes a case of surfaces in space; " + advice));
         QCOMPARE(run.exitCode, 0);
-        QCOMPARE(QString::fromUtf8(run.errors),
-                 expected("roof.geo",
-                          "holds no volumes and becomes a planar case, although its faces do not "
-                          "lie in a plane; --dimension 3 fills what they enclose where the input "
-                          "is a mesh"));
-        QCOMPARE(import("roof.geo", {"--dimension", "2"}).errors, QByteArray());
+        QCOMPARE(import(file, {"--dimension", "2"}).errors, QByteArray());
+        if (advice.startsWith("--dimension 3")) {
+            QCOMPARE(import(file, {"--dimension", "3"}).errors, QByteArray());
+            QCOMPARE(ImportedCase(path("case")).modelCounts()[3], 1);
+        }
+    }
+
+    void makesAVolumeAsImportMdAdvises_data()
+    {
+        QTest::addColumn<QByteArray>("script");
+        QTest::newRow("faces that share no edges") << sixSides();
+        QTest::newRow("faces that share edges") << Extruded;
+    }
+
+    void makesAVolumeAsImportMdAdvises()
+    {
+        QFETCH(QByteArray, script);
+        const QByteArray page = contentOf(Places::documentation() + "/Import.md");
+        const qsizetype begin = page.indexOf("Coherence;\nl = newsl;");
+        const QByteArray advice = page.mid(begin, page.indexOf("```", begin) - begin);
+        QVERIFY(begin > 0 && advice.contains("Volume("));
+        QVERIFY(writeContent(path("in.geo"), script + advice));
+        const ToolRun run = import("in.geo", {"--mesh-size", "0.5"});
+        QCOMPARE(run.errors, QByteArray());
+        ImportedCase imported(path("case"));
+        QCOMPARE(imported.modelCounts(), (Counts{8, 12, 6, 1}));
+        QCOMPARE(imported.faults(), QString());
+        QVERIFY(qAbs(ImportedCase::volume(imported.entities(3)[0]) - 1) < 1e-9);
+    }
+
+    void saysThatTheFacesOfAVolumeDoNotClose()
+    {
+        QVERIFY(writeContent(path("in.geo"), "SetFactory(\"OpenCASCADE\");\n"
+                                             "Box(1) = {0, 0, 0, 1, 1, 1};\n"
+                                             "Delete {Volume{1}; Surface{6};}\nl = newsl;\n"
+                                             "Surface Loop(l) = {1:5};\nVolume(9) = {l};\n"));
+        const ToolRun run = import("in.geo", {"--mesh-size", "0.5"});
+        QCOMPARE(run.exitCode, 6);
+        QVERIFY2(run.errors.endsWith("No elements in volume 9; its faces do not close: 4 edges "
+                                     "belong to one of them only\n"),
+                 run.errors.constData());
     }
 
 private:
+    static inline const QByteArray Rectangles = "SetFactory(\"OpenCASCADE\");\n"
+                                                "Rectangle(1) = {0, 0, 0, 1, 1};\n"
+                                                "Rectangle(2) = {0, 0, 1, 1, 1};\n";
+    static inline const QByteArray Extruded =
+        "Point(1) = {0, 0, 0}; Point(2) = {1, 0, 0}; Point(3) = {1, 1, 0}; Point(4) = {0, 1, 0};\n"
+        "Line(1) = {1, 2}; Line(2) = {2, 3}; Line(3) = {3, 4}; Line(4) = {4, 1};\n"
+        "Curve Loop(1) = {1:4}; Plane Surface(1) = {1};\n"
+        "Extrude {0, 0, 1} {Surface{1};}\nDelete {Volume{1};}\n";
+
+    /// A cube of rectangles that share no edges.
+    static QByteArray sixSides()
+    {
+        const QByteArray upright = "{1, 0, 0}, {0, 0, 0}, Pi/2";
+        const QByteArray sideways = "{0, 1, 0}, {0, 0, 0}, -Pi/2";
+        return Rectangles + turnedSquare("3", upright) + turnedSquare("4", upright) +
+               turnedSquare("5", sideways) + turnedSquare("6", sideways) +
+               "Translate {0, 1, 0} {Surface{4};}\nTranslate {1, 0, 0} {Surface{6};}\n";
+    }
+
+    static QByteArray turnedSquare(const QByteArray& number, const QByteArray& turn)
+    {
+        return "Rectangle(" + number + ") = {0, 0, 0, 1, 1}; Rotate {" + turn + "} {Surface{" +
+               number + "};}\n";
+    }
+
+    static QByteArrayList cubeTriangles()
+    {
+        return {"1 4 3", "1 3 2", "5 6 7", "5 7 8", "1 2 6", "1 6 5",
+                "2 3 7", "2 7 6", "3 4 8", "3 8 7", "4 1 5", "4 5 8"};
+    }
+
+    /// Faces between the corners of a unit cube, of a type of Gmsh.
+    static QByteArray mesh(const QByteArrayList& faces, int type = 2)
+    {
+        QByteArray text = "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n8\n1 0 0 0\n2 1 0 0\n"
+                          "3 1 1 0\n4 0 1 0\n5 0 0 1\n6 1 0 1\n7 1 1 1\n8 0 1 1\n$EndNodes\n"
+                          "$Elements\n" +
+                          QByteArray::number(faces.size()) + '\n';
+        for (qsizetype i = 0; i < faces.size(); ++i) {
+            text += QByteArray::number(i + 1) + ' ' + QByteArray::number(type) + " 2 1 1 " +
+                    faces[i] + '\n';
+        }
+        return text + "$EndElements\n";
+    }
+
     QString path(const QString& name) const { return directory_.filePath(name); }
 
     QString expected(const QString& file, const QString& warning) const

@@ -48,6 +48,17 @@ bool CadModel::isOfKernel()
     return !tags.empty() && tags == entities(bodyDimension());
 }
 
+bool CadModel::hasShapes()
+{
+    gmsh::vectorpair all;
+    gmsh::model::getEntities(all);
+    return std::any_of(all.begin(), all.end(), [](const auto& entity) {
+        std::string type;
+        gmsh::model::getType(entity.first, entity.second, type);
+        return entity.first > 0 && type.rfind("Discrete", 0) != 0;
+    });
+}
+
 int CadModel::bodyDimension()
 {
     return gmsh::model::getDimension();

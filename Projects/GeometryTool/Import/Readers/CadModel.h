@@ -19,7 +19,11 @@ public:
     /// \brief Whether the kernel knows all bodies, and there are any.
     static bool isOfKernel();
 
-    /// \brief 3, or 2 for a planar model.
+    /// \brief Whether there are curves, surfaces or volumes of any geometry, beside those of a mesh
+    /// alone.
+    static bool hasShapes();
+
+    /// \brief 3, or 2 for a model without volumes.
     static int bodyDimension();
 
     /// \brief Numbers of all entities of a dimension, ascending.

@@ -3,6 +3,7 @@
 #include "AbaqusReader.h"
 #include "BodyArrangement.h"
 #include "BrepReader.h"
+#include "CadModel.h"
 #include "Counted.h"
 #include "DeclaredElements.h"
 #include "GmshSession.h"
@@ -20,17 +21,16 @@
 #include "ToolError.h"
 #include "UniversalReader.h"
 #include "UnknownNode.h"
+#include "VolumeAdvice.h"
 #include "VrmlReader.h"
 #include "VtkSurfaceReader.h"
 
 #include <QDir>
 #include <QFile>
 #include <QHash>
-#include <QRegularExpression>
 #include <QTemporaryFile>
 
 #include <algorithm>
-#include <array>
 #include <gmsh.h>
 #include <optional>
 
@@ -49,20 +49,6 @@ bool hasElements(int dimension)
     std::vector<int> types;
     gmsh::model::mesh::getElementTypes(types, dimension);
     return !types.empty();
-}
-
-bool isCadModel()
-{
-    gmsh::vectorpair entities;
-    gmsh::model::getEntities(entities);
-    for (const auto& [dimension, tag] : entities) {
-        std::string type;
-        gmsh::model::getType(dimension, tag, type);
-        if (dimension > 0 && type.rfind("Discrete", 0) != 0) {
-            return true;
-        }
-    }
-    return false;
 }
 
 qint64 elementCount()
@@ -144,23 +130,6 @@ const QHash<QString, Read>& ownReaders()
                                               {QStringLiteral("bdf"), readBy<NastranReader>},
                                               {QStringLiteral("nas"), readBy<NastranReader>}};
     return readers;
-}
-
-/// \brief What to do about a volume that is too thin for the size of the elements; empty otherwise.
-QString adviceOn(const QString& failure)
-{
-    static const QRegularExpression empty(QStringLiteral("No elements in volume (\\d+)"));
-    const QRegularExpressionMatch match = empty.match(failure);
-    if (!match.hasMatch()) {
-        return QString();
-    }
-    std::array<double, 6> box{};
-    gmsh::model::getBoundingBox(3, match.captured(1).toInt(), box[0], box[1], box[2], box[3],
-                                box[4], box[5]);
-    const double thinnest = std::min({box[3] - box[0], box[4] - box[1], box[5] - box[2]});
-    return QStringLiteral("; it is at most %1 thick, try --mesh-size %2 or smaller")
-        .arg(thinnest, 0, 'g', 3)
-        .arg(thinnest / 2, 0, 'g', 2);
 }
 
 const char* const threadOptions[] = {"General.NumThreads", "Mesh.MaxNumThreads1D",
@@ -299,7 +268,7 @@ int GmshReader::targetDimension(const ImportOptions& options) const
 
 void GmshReader::generate(const ImportOptions& options, int dimension)
 {
-    if (!isCadModel() && !isSurfaceFormat(options.input)) {
+    if (!CadModel::hasShapes() && !isSurfaceFormat(options.input)) {
         throw ToolError(ExitCode::Unsuitable,
                         QStringLiteral("%1: holds no elements of dimension %2 and no geometry to "
                                        "mesh")
@@ -318,7 +287,7 @@ void GmshReader::generate(const ImportOptions& options, int dimension)
             QStringLiteral("%1: meshing fails").arg(options.input),
             [dimension] { gmsh::model::mesh::generate(dimension); }, false);
     } catch (const ToolError& error) {
-        throw ToolError(error.exitCode(), error.text() + adviceOn(error.text()));
+        throw ToolError(error.exitCode(), error.text() + VolumeAdvice::onFailure(error.text()));
     }
     if (!hasElements(dimension)) {
         throw ToolError(ExitCode::Unsuitable,
@@ -331,7 +300,7 @@ void GmshReader::generate(const ImportOptions& options, int dimension)
 
 void GmshReader::fillIfSurface(const ImportOptions& options)
 {
-    const bool surfaceOnly = gmsh::model::getDimension() == 2 && !isCadModel();
+    const bool surfaceOnly = gmsh::model::getDimension() == 2 && !CadModel::hasShapes();
     const bool wanted =
         options.dimension == 3 || (options.dimension == 0 && isSurfaceFormat(options.input));
     if (!surfaceOnly || !wanted) {
