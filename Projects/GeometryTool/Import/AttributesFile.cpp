@@ -5,6 +5,7 @@
 #include "Model.h"
 #include "ModelEntity.h"
 #include "NamePattern.h"
+#include "OpenInput.h"
 #include "RepeatedKey.h"
 #include "ShellLinks.h"
 #include "ToolError.h"
@@ -78,10 +79,7 @@ void AttributesFile::fail(const QString& place, const QString& what) const
 void AttributesFile::read()
 {
     QFile file(path_);
-    if (!file.open(QIODevice::ReadOnly)) {
-        throw ToolError(ExitCode::InputMissing,
-                        QStringLiteral("%1: %2").arg(path_, file.errorString()));
-    }
+    openInput(file);
     const QJsonObject top = parsed(file.readAll());
     for (auto it = top.begin(); it != top.end(); ++it) {
         if (it.key() == QLatin1String("model")) {

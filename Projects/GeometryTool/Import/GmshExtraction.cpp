@@ -6,8 +6,7 @@
 #include "Progress.h"
 #include "SideTable.h"
 #include "ToolError.h"
-
-#include <QMap>
+#include "UnknownKinds.h"
 
 #include <algorithm>
 #include <gmsh.h>
@@ -251,7 +250,7 @@ void GmshExtraction::addBoundaries(int dimension)
 
 void GmshExtraction::requireKnownKinds(int dimension) const
 {
-    QMap<QString, std::size_t> unknown;
+    UnknownKinds unknown;
     gmsh::vectorpair entities;
     gmsh::model::getEntities(entities);
     for (const auto& [d, tag] : entities) {
@@ -262,19 +261,11 @@ void GmshExtraction::requireKnownKinds(int dimension) const
         for (std::size_t i = 0; i < types.size() && d <= dimension; ++i) {
             const Kind kind = kindOf(types[i]);
             if (!isKnown(kind)) {
-                unknown[kind.name] += elements[i].size();
+                unknown.add(kind.name, static_cast<qint64>(elements[i].size()));
             }
         }
     }
-    QStringList counts;
-    for (auto it = unknown.cbegin(); it != unknown.cend(); ++it) {
-        counts.append(QStringLiteral("%1 of kind %2").arg(it.value()).arg(it.key()));
-    }
-    if (!counts.isEmpty()) {
-        throw ToolError(ExitCode::Unsuitable,
-                        QStringLiteral("%1: elements of kinds that cannot be imported: %2")
-                            .arg(input_, counts.join(QStringLiteral(", "))));
-    }
+    unknown.requireNone(input_);
 }
 
 void GmshExtraction::addNodes()

@@ -27,34 +27,42 @@ ModelEntity* makeVertex(const ImportedGeometry& geometry)
     return vertex;
 }
 
+template <typename Entity>
+Entity* makeWithBox(const ImportedGeometry& geometry)
+{
+    auto* entity = new Entity;
+    entity->setBoundingBox(geometry.box);
+    entity->setCentroid(geometry.centroid);
+    return entity;
+}
+
+template <typename Entity>
+Entity* makeWithNormal(const ImportedGeometry& geometry)
+{
+    auto* entity = makeWithBox<Entity>(geometry);
+    entity->setNormal(geometry.normal);
+    entity->setPlanar(geometry.planar);
+    return entity;
+}
+
 ModelEntity* makeEdge(const ImportedGeometry& geometry)
 {
-    auto* edge = new ModelEdge;
-    edge->setBoundingBox(geometry.box);
+    auto* edge = makeWithNormal<ModelEdge>(geometry);
     edge->setLength(geometry.measure);
-    edge->setCentroid(geometry.centroid);
-    edge->setNormal(geometry.normal);
-    edge->setPlanar(geometry.planar);
     return edge;
 }
 
 ModelEntity* makeFace(const ImportedGeometry& geometry)
 {
-    auto* face = new ModelFace;
-    face->setBoundingBox(geometry.box);
+    auto* face = makeWithNormal<ModelFace>(geometry);
     face->setArea(geometry.measure);
-    face->setCentroid(geometry.centroid);
-    face->setNormal(geometry.normal);
-    face->setPlanar(geometry.planar);
     return face;
 }
 
 ModelEntity* makeRegion(const ImportedGeometry& geometry)
 {
-    auto* region = new ModelRegion;
-    region->setBoundingBox(geometry.box);
+    auto* region = makeWithBox<ModelRegion>(geometry);
     region->setVolume(geometry.measure);
-    region->setCentroid(geometry.centroid);
     return region;
 }
 

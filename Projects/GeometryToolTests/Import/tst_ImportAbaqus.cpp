@@ -5,6 +5,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <tuple>
+#include <unistd.h>
+
 using Names = QStringList;
 using Shape = std::array<int, 2>;
 using Texts = QMap<QString, QByteArray>;
@@ -262,7 +265,9 @@ private slots:
         row("node of another part",
             PartText + "*Part, name=P-2\n*Element, type=C3D4\n7, 1, 2, 3, 4\n*End Part\n" +
                 assembly("*Instance, name=B, part=P-2\n*End Instance\n"),
-            "element 7 of \"B\" names node 1, which does not exist");
+            "case.inp: line 16: element 7 of \"B\" names node 1, which \"B\" does not have; the "
+            "file "
+            "is damaged, or was put together from files whose nodes are numbered apart");
         row("node at two places", Nodes + "*NODE\n2, 1., 0., 0.5\n" + Elements,
             "node 2 is there twice, at different places");
         row("element twice", Nodes + Elements + Elements, "element 1 is there twice");
@@ -327,21 +332,34 @@ private slots:
             QTest::newRow(name) << files << exitCode << QByteArray(words);
         };
         row("missing", {{"case.inp", "*HEADING\n*INCLUDE, INPUT=none.inc\n"}}, 3,
-            "case.inp: line 2: %1/none.inc: no such file");
-        row("directory", {{"case.inp", "*INCLUDE, INPUT=.\n"}}, 3, "is not a plain file");
+            "%1/case.inp: line 2: none.inc: no such file in %1\n");
+        row("missing data", {{"case.inp", "*NODE, INPUT=./none.txt\n"}}, 3,
+            "%1/case.inp: line 1: ./none.txt: no such file in %1\n");
+        row("missing, by its whole path", {{"case.inp", "*INCLUDE, INPUT=/none/of/it.inc\n"}}, 3,
+            "%1/case.inp: line 1: /none/of/it.inc: no such file in /none/of\n");
+        row("missing beside the file that includes",
+            {{"case.inp", "*INCLUDE, INPUT=parts/all.inc\n"},
+             {"parts/all.inc", "*HEADING\n*INCLUDE, INPUT=\"no nodes.inc\"\n"}},
+            3, "%1/parts/all.inc: line 2: no nodes.inc: no such file in %1/parts\n");
+        row("directory", {{"case.inp", "*INCLUDE, INPUT=.\n"}}, 3,
+            "case.inp: line 1: .: is not a plain file");
         row("device", {{"case.inp", "*INCLUDE, INPUT=/dev/zero\n"}}, 3,
-            "/dev/zero: is not a plain file");
+            "case.inp: line 1: /dev/zero: is not a plain file");
         row("no name", {{"case.inp", "*INCLUDE\n"}}, 4, "line 1: INPUT names no file");
         row("itself", {{"case.inp", "*INCLUDE, INPUT=case.inp\n"}}, 4,
-            "line 1: %1/case.inp would be read within itself");
+            "case.inp: line 1: case.inp would be read within itself");
         row("circle",
             {{"case.inp", "*INCLUDE, INPUT=a.inc\n"},
              {"a.inc", "*HEADING\n*INCLUDE, INPUT=b.inc\n"},
              {"b.inc", "*INCLUDE, INPUT=./a.inc\n"}},
-            4, "b.inc: line 1: %1/./a.inc would be read within itself");
+            4, "b.inc: line 1: ./a.inc would be read within itself");
         row("fault in the included file",
             {{"case.inp", "*INCLUDE, INPUT=a.inc\n" + Elements}, {"a.inc", "*NODE\n1, x, 2.\n"}}, 4,
             "a.inc: line 2: 'x' is no coordinate");
+        row("unknown node in the included file",
+            {{"case.inp", Nodes + "*INCLUDE, INPUT=a.inc\n*NSET, NSET=last\n1\n"},
+             {"a.inc", "*ELEMENT, TYPE=C3D4\n1, 1, 2, 3, 4\n2, 2, 3,\n4, 9\n"}},
+            4, "%1/a.inc: line 3: element 2 names node 9, which the file does not have");
         row("cut off",
             {{"case.inp", "*INCLUDE, INPUT=a.inc\n" + Elements}, {"a.inc", "*NODE\n1, 2"}}, 4,
             "a.inc: line 2: the last line is not ended; the file is cut off");
@@ -367,6 +385,23 @@ private slots:
         QFETCH(QByteArray, words);
         writeAll(files);
         checkRefused(importWritten(), exitCode, words.replace("%1", directory_.path().toUtf8()));
+    }
+
+    /// From where the file lies, too.
+    void namesAnIncludeAsItIsWritten()
+    {
+        writeAll({{"case.inp", "*HEADING\n*INCLUDE, INPUT=none.inc\n"}});
+        const ToolRun run = runTool({"import", "case.inp", "-o", "case"}, QString(), inDirectory());
+        QCOMPARE(run.errors, "ovrageo: error: case.inp: line 2: none.inc: no such file in " +
+                                 directory_.path().toUtf8() + '\n');
+        QCOMPARE(run.exitCode, 3);
+    }
+
+    void namesTheLineOfAnIncludeAsItIsWritten()
+    {
+        writeAll({{"case.inp", "*INCLUDE, INPUT=a.inc\n"}, {"a.inc", "*NODE\n1, x, 2.\n"}});
+        const ToolRun run = runTool({"import", "case.inp", "-o", "case"}, QString(), inDirectory());
+        QCOMPARE(run.errors, QByteArray("ovrageo: error: a.inc: line 2: 'x' is no coordinate\n"));
     }
 
     void knowsElementTypes_data()
@@ -525,6 +560,13 @@ private:
 
     QString path(const QString& name) const { return directory_.filePath(name); }
     QString path(const char* name) const { return path(QString::fromLatin1(name)); }
+
+    /// A modifier for runTool(): the tool starts beside the files.
+    std::function<void()> inDirectory() const
+    {
+        const QByteArray name = QFile::encodeName(directory_.path());
+        return [name] { std::ignore = chdir(name.constData()); };
+    }
 
     static QByteArray nodeLines() { return Nodes.mid(Nodes.indexOf('\n') + 1); }
 

@@ -274,6 +274,11 @@ private slots:
                                                "GRID,3,,0.,1.,0.\nGRID,4,,0.,0.,1.\n"
                                                "CTETRA,1,1,1,2,3,657\nENDDATA\n")
                                  << QByteArray(": element 1");
+        QTest::newRow("Abaqus") << "in.inp" << QByteArray("657")
+                                << QByteArray("*NODE\n1, 0., 0., 0.\n2, 1., 0., 0.\n"
+                                              "3, 0., 1., 0.\n*ELEMENT, TYPE=C3D4\n"
+                                              "1, 1, 2, 3, 657\n")
+                                << QByteArray(": element 1");
         QTest::newRow("universal")
             << "in.unv" << QByteArray("657")
             << QByteArray("    -1\n  2411\n1 1 1 11\n0 0 0\n2 1 1 11\n1 0 0\n3 1 1 11\n"
@@ -298,7 +303,7 @@ private slots:
         const QByteArray line = QByteArray::number(content.left(last).count('\n') + 1);
         checkRefused(import(path(file)), 4,
                      file.toUtf8() + ": line " + line + place +
-                         " names node 657, which the file does not have; it is "
+                         " names node 657, which the file does not have; the file is "
                          "damaged, or was put together from files whose nodes are numbered apart");
     }
 

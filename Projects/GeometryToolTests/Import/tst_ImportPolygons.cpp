@@ -213,13 +213,19 @@ private:
             QByteArray(text).replace("face 6", "face 4000000000000000000"), 4,
             "face 6 is not whole");
         row("PLY, no number", "ply", QByteArray(text).replace("1 1 1\n", "1 x 1\n"), 4,
-            "vertex 6: \"x\" is no number");
+            "line 16: vertex 6: \"x\" is no number");
         row("PLY, not finite", "ply", QByteArray(text).replace("1 1 1\n", "1 nan 1\n"), 4,
-            "vertex 6 has a coordinate that is no number");
+            "line 16: vertex 6 has a coordinate that is no number");
         row("PLY, no such vertex", "ply", QByteArray(text).replace("3 0 4 7", "3 0 4 8"), 4,
-            "face 5: there is no vertex 8; they are counted from 0 to 7");
+            "line 23: face 5: there is no vertex 8; they are counted from 0 to 7");
+        row("PLY, binary, no such vertex", "ply",
+            plyHeader("binary_big_endian") +
+                binaryCube(true).replace(bytes(qint32(7), true), bytes(qint32(-8), true)),
+            4, "case.ply: face 1: there is no vertex -8");
+        row("PLY, part of a vertex", "ply", QByteArray(text).replace("3 0 4 7", "3 0 4 6.5"), 4,
+            "line 23: face 5: 6.5 is no position of a vertex");
         row("PLY, two corners", "ply", QByteArray(text).replace("4 3 0 4 7", "2 3 0"), 4,
-            "face 5: a face needs at least 3 corners");
+            "line 23: face 5: a face needs at least 3 corners");
     }
 
     static void refusedVtk()
@@ -235,9 +241,9 @@ private:
             "DATASET STRUCTURED_GRID is not read; UNSTRUCTURED_GRID and POLYDATA are");
         row("VTK, cut off", "vtk", vtk + "POLYGONS 6 30\n4 0 1 2", 4, "polygon 0 is not whole");
         row("VTK, no such vertex", "vtk", vtk + "POLYGONS 1 4\n3 0 1 8\n", 4,
-            "polygon 0: there is no vertex 8");
+            "line 15: polygon 0: there is no vertex 8");
         row("VTK, no number", "vtk", vtk + "POLYGONS 1 4\n3 0 1 x\n", 4,
-            "polygon 0: \"x\" is no number");
+            "line 15: polygon 0: \"x\" is no number");
     }
 
     static void refusedVrml()

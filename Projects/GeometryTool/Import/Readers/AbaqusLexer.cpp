@@ -56,21 +56,23 @@ QString unquoted(const QByteArray& text)
 
 AbaqusLexer::AbaqusLexer(const QString& path)
 {
-    open(path);
+    open(path, path);
 }
 
-void AbaqusLexer::open(const QString& path)
+/// \param called what to call it in words
+void AbaqusLexer::open(const QString& path, const QString& called)
 {
     const QFileInfo info(path);
     auto file = std::make_unique<QFile>(path);
     if (!info.isFile() || !file->open(QIODevice::ReadOnly)) {
-        const QString reason = !info.exists()  ? QStringLiteral("no such file")
+        const QString reason = !info.exists()
+                                   ? QStringLiteral("no such file in %1").arg(info.absolutePath())
                                : info.isFile() ? file->errorString()
                                                : QStringLiteral("is not a plain file");
-        const QString place = sources_.empty() ? QString() : where() + QStringLiteral(": ");
-        throw ToolError(ExitCode::InputMissing, place + QStringLiteral("%1: %2").arg(path, reason));
+        throw ToolError(ExitCode::InputMissing, QStringLiteral("%1: %2").arg(called, reason));
     }
-    sources_.push_back({std::move(file), 0});
+    sources_.push_back({std::move(file), {static_cast<int>(paths_.size()), 0}});
+    paths_.append(path);
 }
 
 /// \brief Goes on with a file that the present one names.
@@ -80,20 +82,23 @@ void AbaqusLexer::openBeside(const QByteArray& written)
     if (name.isEmpty()) {
         fail(QStringLiteral("INPUT names no file"));
     }
-    const QString path = QFileInfo(path_).dir().filePath(name);
+    const QString& from = paths_.at(line_.file);
+    const QString path = QDir::isAbsolutePath(name)
+                             ? name
+                             : from.left(from.lastIndexOf(QLatin1Char('/')) + 1) + name;
     const QString canonical = QFileInfo(path).canonicalFilePath();
     const bool isOpen =
         std::any_of(sources_.begin(), sources_.end(), [&canonical](const Source& source) {
             return QFileInfo(*source.file).canonicalFilePath() == canonical;
         });
     if (isOpen && !canonical.isEmpty()) {
-        fail(QStringLiteral("%1 would be read within itself").arg(path));
+        fail(QStringLiteral("%1 would be read within itself").arg(name));
     }
     constexpr int most = 1000; // files that each include the next twice never come to an end
-    if (++opened_ > most) {
+    if (paths_.size() > most) {
         fail(QStringLiteral("more than %1 files are included").arg(most));
     }
-    open(path);
+    open(path, where() + QStringLiteral(": ") + name);
 }
 
 AbaqusLexer::Item AbaqusLexer::next()
@@ -130,8 +135,8 @@ bool AbaqusLexer::takeLine(QByteArray& line)
 QByteArray AbaqusLexer::readLine(Source& source)
 {
     const QByteArray line = source.file->readLine();
-    path_ = source.file->fileName();
-    line_ = ++source.line;
+    ++source.line.number;
+    line_ = source.line;
     if (!line.endsWith('\n')) {
         fail(QStringLiteral("the last line is not ended; the file is cut off"));
     }
@@ -172,9 +177,9 @@ bool AbaqusLexer::takeKeyword(QByteArray line)
     return true;
 }
 
-QString AbaqusLexer::where() const
+QString AbaqusLexer::where(const AbaqusLine& line) const
 {
-    return QStringLiteral("%1: line %2").arg(path_).arg(line_);
+    return QStringLiteral("%1: line %2").arg(paths_.at(line.file)).arg(line.number);
 }
 
 void AbaqusLexer::fail(const QString& what) const

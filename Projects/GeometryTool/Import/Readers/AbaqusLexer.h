@@ -1,10 +1,13 @@
 #pragma once
 
+#include "AbaqusLine.h"
+
 #include <QByteArray>
 #include <QFile>
 #include <QHash>
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 #include <vector>
@@ -53,8 +56,14 @@ public:
     /// \brief The fields of the present data line, without empty ones at its end.
     const QList<QByteArray>& fields() const { return fields_; }
 
-    /// \brief The place of the present line, "wing.inp: line 7".
-    QString where() const;
+    /// \brief The present line.
+    const AbaqusLine& line() const { return line_; }
+
+    /// \brief The place of a line that has been read, "wing.inp: line 7".
+    QString where(const AbaqusLine& line) const;
+
+    /// \brief The place of the present line.
+    QString where() const { return where(line_); }
 
     /// \brief Throws ToolError InputDamaged with the place and \p what.
     [[noreturn]] void fail(const QString& what) const;
@@ -63,10 +72,10 @@ private:
     struct Source
     {
         std::unique_ptr<QFile> file;
-        int line = 0;
+        AbaqusLine line;
     };
 
-    void open(const QString& path);
+    void open(const QString& path, const QString& called);
     void openBeside(const QByteArray& written);
     bool takeLine(QByteArray& line);
     QByteArray readLine(Source& source);
@@ -74,9 +83,8 @@ private:
     bool goesOn(const QByteArray& line);
 
     std::vector<Source> sources_; ///< the file that is read stands last, behind those naming it
-    int opened_ = 0;
-    QString path_;
-    int line_ = 0;
+    QStringList paths_;           ///< of all that have been opened
+    AbaqusLine line_;
     AbaqusKeyword keyword_;
     QList<QByteArray> fields_;
 };

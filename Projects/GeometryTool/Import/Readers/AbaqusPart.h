@@ -1,6 +1,7 @@
 #pragma once
 
 #include "AbaqusElementType.h"
+#include "AbaqusLine.h"
 #include "AbaqusSets.h"
 #include "Vector.h"
 
@@ -24,6 +25,7 @@ public:
         int number = 0;
         AbaqusElementType type;
         std::size_t firstNode = 0; ///< in elementNodes
+        AbaqusLine line;           ///< where it begins
     };
 
     /// \brief The material that a section gives to a set.
@@ -38,7 +40,7 @@ public:
 
     /// \brief Adds an element whose nodes are then appended to elementNodes.
     /// \return false if the number is taken
-    bool addElement(int number, const AbaqusElementType& type);
+    bool addElement(int number, const AbaqusElementType& type, const AbaqusLine& line);
 
     /// \brief How many nodes the last element still lacks.
     int missingNodes() const;
@@ -46,7 +48,8 @@ public:
     /// \brief Moves all nodes to their place in the assembly.
     void place(const AbaqusPlacement& placement);
 
-    bool hasNode(int number) const { return nodePositions_.contains(number); }
+    /// \brief The first node of an element that is not there; 0 if all are.
+    int unknownNodeOf(const Element& element) const;
 
     /// \brief Position in elements of the one with \p number; -1 if there is none.
     int positionOf(int number) const { return elementPositions_.value(number, -1); }

@@ -3,7 +3,9 @@
 #include "AbaqusEntities.h"
 #include "AbaqusSetGraph.h"
 #include "Counted.h"
+#include "InputDamage.h"
 #include "ToolError.h"
+#include "UnknownNode.h"
 
 #include <QtMath>
 
@@ -48,7 +50,7 @@ AbaqusReader::AbaqusReader(const QString& path)
 QStringList AbaqusReader::read()
 {
     parse();
-    requireKnownTypes();
+    unknownKinds_.requireNone(path_);
     standPartsWithoutAssembly();
     const bool isEmpty = std::all_of(bodies_.begin(), bodies_.end(),
                                      [](const AbaqusPart& body) { return body.elements.empty(); });
@@ -254,7 +256,7 @@ void AbaqusReader::takeNode()
 void AbaqusReader::takeElement()
 {
     if (type_.nodeCount == 0) {
-        ++unknownTypes_[lexer_.keyword().value("TYPE").toUpper()];
+        unknownKinds_.add(QString::fromUtf8(lexer_.keyword().value("TYPE").toUpper()));
         return;
     }
     const QList<QByteArray>& fields = lexer_.fields();
@@ -262,7 +264,7 @@ void AbaqusReader::takeElement()
     const bool isNew = owner.missingNodes() == 0;
     if (isNew) {
         const int element = number(fields.value(0));
-        if (!owner.addElement(element, type_)) {
+        if (!owner.addElement(element, type_, lexer_.line())) {
             lexer_.fail(QStringLiteral("element %1 is there twice").arg(element));
         }
         if (lexer_.keyword().has("ELSET")) {
@@ -419,41 +421,27 @@ double AbaqusReader::real(const QByteArray& field) const
     return value;
 }
 
-void AbaqusReader::requireKnownTypes() const
-{
-    QStringList counts;
-    for (auto it = unknownTypes_.cbegin(); it != unknownTypes_.cend(); ++it) {
-        counts.append(
-            QStringLiteral("%1 of type %2").arg(it.value()).arg(QString::fromUtf8(it.key())));
-    }
-    if (!counts.isEmpty()) {
-        throw ToolError(ExitCode::Unsuitable,
-                        QStringLiteral("%1: elements of kinds that cannot be imported: %2")
-                            .arg(path_, counts.join(QStringLiteral(", "))));
-    }
-}
-
 void AbaqusReader::requireKnownNodes() const
 {
     for (const AbaqusPart& body : bodies_) {
         for (const AbaqusPart::Element& element : body.elements) {
-            for (int i = 0; i < element.type.nodeCount; ++i) {
-                const int node = body.elementNodes[element.firstNode + static_cast<std::size_t>(i)];
-                if (!body.hasNode(node)) {
-                    const QString place = body.name.text.isEmpty()
-                                              ? QString()
-                                              : QStringLiteral(" of ") + shown(body.name);
-                    throw ToolError(
-                        ExitCode::InputDamaged,
-                        QStringLiteral("%1: element %2%3 names node %4, which does not exist")
-                            .arg(path_)
-                            .arg(element.number)
-                            .arg(place)
-                            .arg(node));
-                }
+            if (const int node = body.unknownNodeOf(element); node != 0) {
+                failOnNode(body, element, node);
             }
         }
     }
+}
+
+void AbaqusReader::failOnNode(const AbaqusPart& body, const AbaqusPart::Element& element,
+                              int node) const
+{
+    const QString name = QStringLiteral("element %1").arg(element.number);
+    const QString text =
+        body.name.text.isEmpty()
+            ? UnknownNode::text(name, node)
+            : UnknownNode::text(QStringLiteral("%1 of %2").arg(name, shown(body.name)), node,
+                                shown(body.name));
+    InputDamage::damaged(lexer_.where(element.line), text);
 }
 
 /// \brief Without an assembly, each part stands once where it is.

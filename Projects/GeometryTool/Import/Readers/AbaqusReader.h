@@ -3,9 +3,9 @@
 #include "AbaqusLexer.h"
 #include "AbaqusPart.h"
 #include "AbaqusPlacement.h"
+#include "UnknownKinds.h"
 
 #include <QByteArray>
-#include <QMap>
 #include <QString>
 #include <QStringList>
 
@@ -75,8 +75,9 @@ private:
     void requireEnd();
     int number(const QByteArray& field) const;
     double real(const QByteArray& field) const;
-    void requireKnownTypes() const;
     void requireKnownNodes() const;
+    [[noreturn]] void failOnNode(const AbaqusPart& body, const AbaqusPart::Element& element,
+                                 int node) const;
     void standPartsWithoutAssembly();
     QStringList partsLeftOut() const;
 
@@ -93,7 +94,7 @@ private:
     AbaqusElementType type_; ///< of the present *ELEMENT
     AbaqusPlacement placement_;
     int placementLines_ = 0;
-    QMap<QByteArray, int> unknownTypes_;
+    UnknownKinds unknownKinds_;
     std::vector<AbaqusPart> parts_;
     std::vector<AbaqusPart> bodies_; ///< what is outside of parts, then the instances
     QHash<QByteArray, int> partByKey_;

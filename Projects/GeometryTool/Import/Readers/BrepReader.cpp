@@ -2,6 +2,7 @@
 
 #include "FiniteBuffer.h"
 #include "InputDamage.h"
+#include "OpenInput.h"
 #include "ToolError.h"
 
 #include <QFile>
@@ -83,10 +84,7 @@ void BrepReader::read() const
 QByteArray BrepReader::content() const
 {
     QFile file(path_);
-    if (!file.open(QIODevice::ReadOnly)) {
-        throw ToolError(ExitCode::InputMissing,
-                        QStringLiteral("%1: %2").arg(path_, file.errorString()));
-    }
+    openInput(file);
     return file.readAll();
 }
 

@@ -2,7 +2,7 @@
 
 #include "InputDamage.h"
 #include "MeditTokens.h"
-#include "ToolError.h"
+#include "OpenInput.h"
 
 #include <QFile>
 #include <QHash>
@@ -77,10 +77,7 @@ MeditReader::MeditReader(const QString& path)
 QStringList MeditReader::read()
 {
     QFile file(path_);
-    if (!file.open(QIODevice::ReadOnly)) {
-        throw ToolError(ExitCode::InputMissing,
-                        QStringLiteral("%1: %2").arg(path_, file.errorString()));
-    }
+    openInput(file);
     const QByteArray text = file.readAll();
     MeditTokens tokens(text);
     parse(tokens);

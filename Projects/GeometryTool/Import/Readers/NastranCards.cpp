@@ -1,7 +1,7 @@
 #include "NastranCards.h"
 
 #include "InputDamage.h"
-#include "ToolError.h"
+#include "OpenInput.h"
 
 namespace Ovra::GeoTool
 {
@@ -48,10 +48,7 @@ QByteArray withoutSign(const QByteArray& mark)
 NastranCards::NastranCards(const QString& path)
     : file_(path)
 {
-    if (!file_.open(QIODevice::ReadOnly)) {
-        throw ToolError(ExitCode::InputMissing,
-                        QStringLiteral("%1: %2").arg(path, file_.errorString()));
-    }
+    openInput(file_);
 }
 
 std::optional<NastranCard> NastranCards::next()

@@ -88,7 +88,7 @@ QStringList NastranReader::read()
         take(*card);
     }
     requireEnd();
-    requireKnownTypes();
+    unknownKinds_.requireNone(path_);
     if (!mesh_.hasElements()) {
         InputDamage::damaged(path_, QStringLiteral("there are no elements in it, such as CTETRA"));
     }
@@ -121,7 +121,7 @@ void NastranReader::take(const NastranCard& card)
         unsuitable(card.line,
                    QStringLiteral("INCLUDE is not followed; put the files together first"));
     } else if (looksLikeElement(card.name)) {
-        ++unknownTypes_[card.name];
+        unknownKinds_.add(QString::fromUtf8(card.name));
     }
 }
 
@@ -216,20 +216,6 @@ void NastranReader::requireEnd()
     }
     remarks_.append(QStringLiteral("there is no ENDDATA; as its last line is ended, the file is "
                                    "taken as whole"));
-}
-
-void NastranReader::requireKnownTypes() const
-{
-    QStringList counts;
-    for (auto it = unknownTypes_.cbegin(); it != unknownTypes_.cend(); ++it) {
-        counts.append(
-            QStringLiteral("%1 of type %2").arg(it.value()).arg(QString::fromUtf8(it.key())));
-    }
-    if (!counts.isEmpty()) {
-        throw ToolError(ExitCode::Unsuitable,
-                        QStringLiteral("%1: elements of kinds that cannot be imported: %2")
-                            .arg(path_, counts.join(QStringLiteral(", "))));
-    }
 }
 
 qint64 NastranReader::whole(const NastranCard& card, qsizetype field, qint64 blank) const

@@ -3,9 +3,9 @@
 #include "NastranCards.h"
 #include "NastranSystems.h"
 #include "NumberedMesh.h"
+#include "UnknownKinds.h"
 
 #include <QByteArray>
-#include <QMap>
 #include <QString>
 #include <QStringList>
 
@@ -48,7 +48,6 @@ private:
     void placeGrids();
     Geo::Vector vector(const NastranCard& card, qsizetype field) const;
     void requireEnd();
-    void requireKnownTypes() const;
     qint64 whole(const NastranCard& card, qsizetype field, qint64 blank) const;
     double real(const NastranCard& card, qsizetype field) const;
     [[noreturn]] void fail(const NastranCard& card, const QString& what) const;
@@ -68,7 +67,7 @@ private:
     NumberedMesh mesh_;
     NastranSystems systems_;
     std::vector<Grid> grids_;
-    QMap<QByteArray, int> unknownTypes_;
+    UnknownKinds unknownKinds_;
     qint64 halfCurved_ = 0; ///< elements that lack some of the nodes between their corners
     QStringList remarks_;
 };

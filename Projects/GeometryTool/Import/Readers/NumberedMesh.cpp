@@ -1,5 +1,7 @@
 #include "NumberedMesh.h"
 
+#include "UnknownNode.h"
+
 #include <algorithm>
 #include <set>
 #include <utility>
@@ -39,12 +41,8 @@ QString NumberedMesh::unknownNode() const
         for (std::size_t i = 0; i < element.nodeCount; ++i) {
             const qint64 node = elementNodes_[element.firstNode + i];
             if (nodes_.count(node) == 0) {
-                return QStringLiteral("line %1: element %2 names node %3, which the file does not "
-                                      "have; it is damaged, or was put together from files whose "
-                                      "nodes are numbered apart")
-                    .arg(element.line)
-                    .arg(element.number)
-                    .arg(node);
+                return QStringLiteral("line %1: ").arg(element.line) +
+                       UnknownNode::text(QStringLiteral("element %1").arg(element.number), node);
             }
         }
     }

@@ -1,7 +1,7 @@
 #include "OffReader.h"
 
 #include "InputDamage.h"
-#include "ToolError.h"
+#include "OpenInput.h"
 
 #include <QtNumeric>
 
@@ -15,10 +15,7 @@ OffReader::OffReader(const QString& path)
 
 QStringList OffReader::read()
 {
-    if (!file_.open(QIODevice::ReadOnly)) {
-        throw ToolError(ExitCode::InputMissing,
-                        QStringLiteral("%1: %2").arg(file_.fileName(), file_.errorString()));
-    }
+    openInput(file_);
     readHeader();
     for (qint64 i = 0; i < vertexCount_; ++i) {
         requireLine(QStringLiteral("vertices"), i, vertexCount_);

@@ -1,8 +1,7 @@
 #include "PlyHeader.h"
 
-#include "InputDamage.h"
+#include "BinaryNumber.h"
 
-#include <QFile>
 #include <QHash>
 #include <QString>
 
@@ -14,10 +13,12 @@ namespace
 
 bool takeFormat(const QList<QByteArray>& words, PlyHeader& header)
 {
-    const QByteArray format = words.value(1);
-    header.isText = format == "ascii";
-    header.isBigEndian = format == "binary_big_endian";
-    return header.isText || header.isBigEndian || format == "binary_little_endian";
+    using Form = PolygonFile::Form;
+    static const QHash<QByteArray, Form> forms{{"ascii", Form::Text},
+                                               {"binary_little_endian", Form::LittleEndian},
+                                               {"binary_big_endian", Form::BigEndian}};
+    header.form = forms.value(words.value(1), Form::Text);
+    return forms.contains(words.value(1));
 }
 
 bool takeElement(const QList<QByteArray>& words, PlyHeader& header)
@@ -37,8 +38,8 @@ bool takeProperty(const QList<QByteArray>& words, PlyHeader& header)
     const QByteArray type = words.at(isList ? 3 : 1);
     const QByteArray countType = isList ? words.at(2) : QByteArray();
     header.elements.last().properties.append({words.last(), type, countType});
-    return PlyHeader::sizeOf(type) > 0 &&
-           (!isList || (PlyHeader::sizeOf(countType) > 0 && !PlyHeader::isReal(countType)));
+    return BinaryNumber::sizeOf(type) > 0 &&
+           (!isList || (BinaryNumber::sizeOf(countType) > 0 && !BinaryNumber::isReal(countType)));
 }
 
 bool takeLine(const QByteArray& line, PlyHeader& header)
@@ -58,41 +59,23 @@ bool takeLine(const QByteArray& line, PlyHeader& header)
 
 } // namespace
 
-PlyHeader PlyHeader::of(QFile& file)
+PlyHeader PlyHeader::of(PolygonFile& file)
 {
-    constexpr qint64 longest = 100000; // a binary file may have no line break for long
     PlyHeader header;
-    if (file.readLine(longest).trimmed() != "ply") {
-        InputDamage::damaged(file.fileName(),
-                             QStringLiteral("not a polygon file: it does not begin with ply"));
+    if (file.readLine() != "ply") {
+        file.fail(QStringLiteral("not a polygon file: it does not begin with ply"));
     }
-    for (int number = 2; !file.atEnd(); ++number) {
-        const QByteArray line = file.readLine(longest).simplified();
+    while (!file.atEnd()) {
+        const QByteArray line = file.readLine();
         if (line == "end_header") {
             return header;
         }
         if (!takeLine(line, header)) {
-            InputDamage::damaged(file.fileName(),
-                                 QStringLiteral("line %1: \"%2\" is not understood")
-                                     .arg(number)
-                                     .arg(QString::fromUtf8(line.left(40))));
+            file.fail(
+                QStringLiteral("\"%1\" is not understood").arg(QString::fromUtf8(line.left(40))));
         }
     }
-    InputDamage::cutOff(file, QStringLiteral("there is no end_header"));
-}
-
-int PlyHeader::sizeOf(const QByteArray& type)
-{
-    static const QHash<QByteArray, int> sizes{
-        {"char", 1},   {"int8", 1},    {"uchar", 1},  {"uint8", 1},  {"short", 2}, {"int16", 2},
-        {"ushort", 2}, {"uint16", 2},  {"int", 4},    {"int32", 4},  {"uint", 4},  {"uint32", 4},
-        {"float", 4},  {"float32", 4}, {"double", 8}, {"float64", 8}};
-    return sizes.value(type, 0);
-}
-
-bool PlyHeader::isReal(const QByteArray& type)
-{
-    return type.startsWith("float") || type.startsWith("double");
+    file.cutOff(QStringLiteral("there is no end_header"));
 }
 
 } // namespace Ovra::GeoTool

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "PolygonFile.h"
+
 #include <QByteArray>
 #include <QList>
-
-class QFile;
 
 namespace Ovra::GeoTool
 {
@@ -25,20 +25,13 @@ struct PlyHeader
         QList<Property> properties;
     };
 
-    bool isText = true;
-    bool isBigEndian = false;
+    PolygonFile::Form form = PolygonFile::Form::Text;
     QList<Element> elements; ///< in the order in which they come
 
     /// \brief Reads from the start of \p file up to its end_header.
     ///
     /// Throws ToolError InputDamaged with the line that is wrong.
-    static PlyHeader of(QFile& file);
-
-    /// \brief Bytes of a number of \p type; 0 for a type that is none.
-    static int sizeOf(const QByteArray& type);
-
-    /// \brief Whether \p type has numbers with a fraction.
-    static bool isReal(const QByteArray& type);
+    static PlyHeader of(PolygonFile& file);
 };
 
 } // namespace Ovra::GeoTool

@@ -1,10 +1,8 @@
 #pragma once
 
 #include "PlyHeader.h"
-#include "PolygonSurface.h"
+#include "PolygonFile.h"
 
-#include <QFile>
-#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -34,17 +32,9 @@ private:
     void requireFaces() const;
     void readElement(const PlyHeader::Element& element, qint64 position);
     std::vector<double> values(const PlyHeader::Property& property, const QString& owner);
-    double value(const QByteArray& type, const QString& owner);
-    double textValue(const QString& owner);
-    double binaryValue(const QByteArray& type, const QString& owner);
-    void addVertex(const double (&place)[3], const QString& owner);
-    void addFace(const std::vector<double>& corners, const QString& owner);
 
-    QFile file_;
+    PolygonFile file_;
     PlyHeader header_;
-    QList<QByteArray> words_; ///< of the present line, as far as they are not read
-    qsizetype nextWord_ = 0;
-    PolygonSurface surface_;
 };
 
 } // namespace Ovra::GeoTool

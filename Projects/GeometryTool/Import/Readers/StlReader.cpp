@@ -2,8 +2,8 @@
 
 #include "Counted.h"
 #include "InputDamage.h"
+#include "OpenInput.h"
 #include "StlCheck.h"
-#include "ToolError.h"
 
 #include <QtEndian>
 
@@ -36,10 +36,7 @@ StlReader::StlReader(const QString& path)
 
 QStringList StlReader::read()
 {
-    if (!file_.open(QIODevice::ReadOnly)) {
-        throw ToolError(ExitCode::InputMissing,
-                        QStringLiteral("%1: %2").arg(file_.fileName(), file_.errorString()));
-    }
+    openInput(file_);
     if (StlCheck::isBinary(file_)) {
         readBinary();
     } else {

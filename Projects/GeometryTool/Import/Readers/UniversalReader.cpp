@@ -2,6 +2,7 @@
 
 #include "Counted.h"
 #include "InputDamage.h"
+#include "OpenInput.h"
 #include "ToolError.h"
 #include "UniversalElementType.h"
 
@@ -38,12 +39,9 @@ UniversalReader::UniversalReader(const QString& path)
 
 QStringList UniversalReader::read()
 {
-    if (!file_.open(QIODevice::ReadOnly)) {
-        throw ToolError(ExitCode::InputMissing,
-                        QStringLiteral("%1: %2").arg(file_.fileName(), file_.errorString()));
-    }
+    openInput(file_);
     parse();
-    requireKnownTypes();
+    unknownKinds_.requireNone(file_.fileName());
     if (!mesh_.hasElements()) {
         InputDamage::damaged(file_.fileName(),
                              QStringLiteral("there are no elements in it, data set 2412"));
@@ -134,7 +132,7 @@ void UniversalReader::readElement(const QList<QByteArray>& record)
     if (nodes.size() == 1) {
         ++singleNodes_;
     } else if (type.kind.dimension == 0) {
-        ++unknownTypes_[descriptor];
+        unknownKinds_.add(QString::number(descriptor));
     } else {
         mesh_.addElement(label, line_, type.kind, static_cast<int>(qMax<qint64>(0, property)),
                          type.cornersFirst(nodes));
@@ -243,19 +241,6 @@ double UniversalReader::real(const QByteArray& field) const
         fail(QStringLiteral("%1 is no coordinate").arg(quoted(field)));
     }
     return value;
-}
-
-void UniversalReader::requireKnownTypes() const
-{
-    QStringList counts;
-    for (auto it = unknownTypes_.cbegin(); it != unknownTypes_.cend(); ++it) {
-        counts.append(QStringLiteral("%1 of type %2").arg(it.value()).arg(it.key()));
-    }
-    if (!counts.isEmpty()) {
-        throw ToolError(ExitCode::Unsuitable,
-                        QStringLiteral("%1: elements of kinds that cannot be imported: %2")
-                            .arg(file_.fileName(), counts.join(QStringLiteral(", "))));
-    }
 }
 
 QStringList UniversalReader::remarks(const QStringList& emptyGroups) const

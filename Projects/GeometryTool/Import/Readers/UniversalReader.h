@@ -1,11 +1,11 @@
 #pragma once
 
 #include "NumberedMesh.h"
+#include "UnknownKinds.h"
 
 #include <QByteArray>
 #include <QFile>
 #include <QList>
-#include <QMap>
 #include <QString>
 #include <QStringList>
 
@@ -50,7 +50,6 @@ private:
     QList<QByteArray> line();
     qint64 number(const QByteArray& field) const;
     double real(const QByteArray& field) const;
-    void requireKnownTypes() const;
     QStringList remarks(const QStringList& emptyGroups) const;
     [[noreturn]] void fail(const QString& what) const;
 
@@ -58,7 +57,7 @@ private:
     int line_ = 0;
     NumberedMesh mesh_;
     qint64 singleNodes_ = 0; ///< elements of one node
-    QMap<int, int> unknownTypes_;
+    UnknownKinds unknownKinds_;
     QStringList nodeGroups_;
     QStringList conditionSets_; ///< data sets of boundary conditions
 };

@@ -48,20 +48,25 @@ QString placeOf(const QByteArray& node, const QString& path)
 
 } // namespace
 
-QString UnknownNode::explained(const QString& text, const QString& path)
+QString UnknownNode::text(const QString& element, qint64 node, const QString& owner)
 {
-    static const QRegularExpression remark(
+    return QStringLiteral(
+               "%1 names node %2, which %3 does not have; the file is damaged, or was put "
+               "together from files whose nodes are numbered apart")
+        .arg(element, QString::number(node), owner);
+}
+
+QString UnknownNode::explained(const QString& remark, const QString& path)
+{
+    static const QRegularExpression bare(
         QStringLiteral("(?:Wrong node index|Unknown node) (\\d+).*$"));
-    const QRegularExpressionMatch match = remark.match(text);
+    const QRegularExpressionMatch match = bare.match(remark);
     if (!match.hasMatch()) {
-        return text;
+        return remark;
     }
     const QString node = match.captured(1);
-    return text.left(match.capturedStart()) +
-           QStringLiteral(
-               "%1an element names node %2, which the file does not have; it is damaged, "
-               "or was put together from files whose nodes are numbered apart")
-               .arg(placeOf(node.toLatin1(), path), node);
+    return remark.left(match.capturedStart()) + placeOf(node.toLatin1(), path) +
+           text(QStringLiteral("an element"), node.toLongLong());
 }
 
 } // namespace Ovra::GeoTool

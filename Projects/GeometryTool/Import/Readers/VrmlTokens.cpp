@@ -1,6 +1,6 @@
 #include "VrmlTokens.h"
 
-#include "ToolError.h"
+#include "OpenInput.h"
 
 #include <QFile>
 
@@ -25,10 +25,7 @@ bool isBracket(char c)
 VrmlTokens::VrmlTokens(const QString& path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        throw ToolError(ExitCode::InputMissing,
-                        QStringLiteral("%1: %2").arg(path, file.errorString()));
-    }
+    openInput(file);
     text_ = file.readAll();
 }
 

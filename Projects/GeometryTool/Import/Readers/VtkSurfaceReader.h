@@ -1,13 +1,11 @@
 #pragma once
 
-#include "PolygonSurface.h"
+#include "PolygonFile.h"
 
 #include <QByteArray>
-#include <QFile>
+#include <QList>
 #include <QString>
 #include <QStringList>
-
-#include <vector>
 
 namespace Ovra::GeoTool
 {
@@ -36,16 +34,9 @@ private:
     void readPoints(const QList<QByteArray>& words);
     void readPolygons(const QList<QByteArray>& words);
     void passOver(const QList<QByteArray>& words);
-    double number(const QByteArray& type, const QString& owner);
-    double binaryNumber(const QByteArray& type, const QString& owner);
-    QByteArray word(const QString& owner);
     static qint64 countIn(const QList<QByteArray>& words, qsizetype index);
 
-    QFile file_;
-    bool isBinary_ = false;
-    QList<QByteArray> words_; ///< of the present line of a section
-    qsizetype nextWord_ = 0;
-    PolygonSurface surface_;
+    PolygonFile file_;
 };
 
 } // namespace Ovra::GeoTool
