@@ -125,13 +125,13 @@ void BlockCase::addElement(const QList<int>& corners, ModelEntity* region, int x
 void BlockCase::addSides()
 {
     for (int axis = 0; axis < 3; ++axis) {
-        addSide(axis, 0);
-        addSide(axis, cells_);
+        addLayer(axis, 0);
+        addLayer(axis, cells_);
     }
-    addSide(0, cells_ / 2);
+    addLayer(0, cells_ / 2);
 }
 
-void BlockCase::addSide(int axis, int layer)
+void BlockCase::addLayer(int axis, int layer)
 {
     const bool inside = layer != 0 && layer != cells_;
     const bool quadrilaterals = filling_ == Filling::Wedges && axis != 2;
@@ -161,13 +161,79 @@ void BlockCase::addSide(int axis, int layer)
 
 void BlockCase::addFace(const QList<MeshEntity*>& vertices, ModelEntity* face)
 {
-    MeshEntity* meshFace = MeshEntity::create(2);
+    face->addChild(addSide(2, vertices));
+}
+
+MeshEntity* BlockCase::addSide(int dimension, const QList<MeshEntity*>& vertices)
+{
+    MeshEntity* side = MeshEntity::create(dimension);
     for (MeshEntity* vertex : vertices) {
-        meshFace->addAdjacency(vertex);
+        side->addAdjacency(vertex);
     }
-    meshFace->setId(nextId(2));
-    mesh().add(meshFace);
-    face->addChild(meshFace);
+    side->setId(nextId(dimension));
+    mesh().add(side);
+    return side;
+}
+
+void BlockCase::addInterior()
+{
+    for (int z = 0; z <= cells_; ++z) {
+        for (int y = 0; y <= cells_; ++y) {
+            for (int x = 0; x <= cells_; ++x) {
+                addInteriorAt(x, y, z);
+            }
+        }
+    }
+}
+
+// In Kuhn's subdivision the corners of a tetrahedron ascend from a cell's lowest to its highest, each
+// with the offsets of the one before. So do those of its edges and faces, each of which is met once:
+// at its lowest corner.
+void BlockCase::addInteriorAt(int x, int y, int z)
+{
+    constexpr int highest = 7;
+    for (int far = 1; far <= highest; ++far) {
+        addInterior({x, y, z}, {0, far});
+        for (int middle = 1; middle < far; ++middle) {
+            if ((middle & far) == middle) {
+                addInterior({x, y, z}, {0, middle, far});
+            }
+        }
+    }
+}
+
+void BlockCase::addInterior(const std::array<int, 3>& at, const QList<int>& corners)
+{
+    const bool isFace = corners.size() == 3;
+    if (!isInBlock(at, corners.last()) || (isFace && isOnSide(at, corners.last()))) {
+        return;
+    }
+    QList<MeshEntity*> vertices;
+    for (int corner : corners) {
+        vertices.append(
+            vertexAt(at[0] + (corner & 1), at[1] + (corner >> 1 & 1), at[2] + (corner >> 2)));
+    }
+    addSide(isFace ? 2 : 1, vertices);
+}
+
+bool BlockCase::isInBlock(const std::array<int, 3>& at, int farCorner) const
+{
+    return at[0] + (farCorner & 1) <= cells_ && at[1] + (farCorner >> 1 & 1) <= cells_ &&
+           at[2] + (farCorner >> 2) <= cells_;
+}
+
+// Whether all between the two corners lies on a side of the block, or between its halves.
+bool BlockCase::isOnSide(const std::array<int, 3>& at, int farCorner) const
+{
+    for (std::size_t axis = 0; axis < at.size(); ++axis) {
+        const bool isFlat = (farCorner >> axis & 1) == 0;
+        const bool isSide =
+            at[axis] == 0 || at[axis] == cells_ || (axis == 0 && at[axis] == cells_ / 2);
+        if (isFlat && isSide) {
+            return true;
+        }
+    }
+    return false;
 }
 
 MeshEntity* BlockCase::vertexAt(int x, int y, int z) const

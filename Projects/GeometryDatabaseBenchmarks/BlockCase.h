@@ -8,6 +8,7 @@
 
 #include <QList>
 
+#include <array>
 #include <memory>
 
 /// \file
@@ -40,6 +41,10 @@ public:
     Ovra::Geo::Mesh& mesh() { return *database_->mesh(); }
     Ovra::Geo::Model& model() { return *database_->model(); }
 
+    /// \brief Adds the edges and faces of all tetrahedra that are not there yet, without parents.
+    /// \pre the block is of tetrahedra
+    void addInterior();
+
     /// \brief Number of volume elements.
     int elements() { return mesh().count(3); }
 
@@ -54,9 +59,14 @@ private:
     void addVertices();
     void addCells();
     void addSides();
-    void addSide(int axis, int layer);
+    void addLayer(int axis, int layer);
     void addElement(const QList<int>& corners, Ovra::Geo::ModelEntity* region, int x, int y, int z);
     void addFace(const QList<Ovra::Geo::MeshEntity*>& vertices, Ovra::Geo::ModelEntity* face);
+    void addInteriorAt(int x, int y, int z);
+    void addInterior(const std::array<int, 3>& at, const QList<int>& corners);
+    bool isInBlock(const std::array<int, 3>& at, int farCorner) const;
+    bool isOnSide(const std::array<int, 3>& at, int farCorner) const;
+    Ovra::Geo::MeshEntity* addSide(int dimension, const QList<Ovra::Geo::MeshEntity*>& vertices);
     Ovra::Geo::MeshEntity* vertexAt(int x, int y, int z) const;
     Ovra::Geo::ModelEntity* entityOfVertex(int x, int y, int z) const;
     int nextId(int dimension);
