@@ -201,8 +201,26 @@ private slots:
             "line 86: \"solid x\" does not belong here");
         row("cut off between solids", plain + "solid x\n", "there is no endsolid");
         row("nothing in it", "solid x\nendsolid x\n", "holds no triangles");
-        row("binary, shorter than its count", binary("x", box(0, 1)).chopped(1),
-            "neither text nor");
+        for (const char* header : {"x", "solid box", "SOLID"}) {
+            const QByteArray whole = binary(header, box(0, 1));
+            const auto binaryRow = [header](const char* name, const QByteArray& content,
+                                            const char* words) {
+                QTest::addRow("binary \"%s\", %s", header, name) << content << QByteArray(words);
+            };
+            binaryRow("cut short", whole.chopped(51),
+                      "the file is cut off at byte 633: binary STL whose header promises 12 "
+                      "triangles, of which 10 are there\n");
+            binaryRow("cut in the second triangle", whole.left(84 + 60),
+                      "promises 12 triangles, of which 1 is there\n");
+            binaryRow("cut in the header", whole.left(83),
+                      "the file is cut off at byte 83: a binary STL file has a header of 84 bytes");
+            binaryRow(
+                "longer than its count", whole + "x",
+                "binary STL whose header promises 12 triangles; behind them 1 byte is left over\n");
+        }
+        row("text, cut short", solid("box", box(0, 1)).chopped(20), "there is no endsolid");
+        row("other text", "facet normal 0 0 0\n",
+            "not an STL file: as a text it must begin with solid");
         row("binary without triangles", binary("x", {}), "holds no triangles");
         row("binary, not finite", binary("x", {{{{qQNaN(), 0, 0}, {1, 0, 0}, {0, 1, 0}}}}),
             "triangle 1 has a coordinate that is no number");
