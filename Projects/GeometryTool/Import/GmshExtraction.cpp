@@ -2,6 +2,7 @@
 
 #include "Counted.h"
 #include "ElementShape.h"
+#include "ElementTopology.h"
 #include "InputFileCheck.h"
 #include "Progress.h"
 #include "SideTable.h"
@@ -44,13 +45,23 @@ Kind kindOf(int gmshType)
     return kind;
 }
 
+/// \brief Whether an element of as many corners is one, and has a node at each of them.
+bool hasCorners(const Kind& kind)
+{
+    return kind.nodes >= kind.corners &&
+           (kind.dimension < 2 ? kind.corners == kind.dimension + 1
+                               : ElementTopology::find(kind.dimension, kind.corners) != nullptr);
+}
+
+/// Gmsh has kinds of no nodes at all under the names of others, "Triangle Xfem" for instance.
 bool isKnown(const Kind& kind)
 {
     static const char* const families[] = {"Point",       "Line",    "Triangle", "Quadrilateral",
                                            "Tetrahedron", "Pyramid", "Prism",    "Hexahedron"};
-    return std::any_of(std::begin(families), std::end(families), [&kind](const char* family) {
-        return kind.name.startsWith(QLatin1String(family));
-    });
+    return hasCorners(kind) &&
+           std::any_of(std::begin(families), std::end(families), [&kind](const char* family) {
+               return kind.name.startsWith(QLatin1String(family));
+           });
 }
 
 bool isDiscrete(int dimension, int tag)

@@ -146,6 +146,37 @@ private slots:
                      "exit.geo: it ended Gmsh itself, as Exit does in a script; leave that out");
     }
 
+    void livesOnWhenTheImportBreaksDown()
+    {
+        QVERIFY(writeContent(path("crash.geo"), "SystemCall \"kill -KILL $PPID\";\n"));
+        checkRefused(import(path("crash.geo")), 4,
+                     "crash.geo: the import broke down over it; the file is damaged or too much "
+                     "for Gmsh (signal 9, Killed)");
+    }
+
+    /// Gmsh calls them triangles and tetrahedra, and has no nodes of theirs.
+    void refusesKindsThatHaveNoCorners_data()
+    {
+        QTest::addColumn<QByteArray>("elements");
+        QTest::addColumn<QByteArray>("kinds");
+        QTest::newRow("cut triangles") << QByteArray("2 135 1 4 1 4 3 1\n3 135 1 4 4 2 3 1\n")
+                                       << QByteArray("2 of type Triangle Xfem");
+        QTest::newRow("cut line") << QByteArray("2 134 1 3 1 4 1\n3 15 1 1 1\n")
+                                  << QByteArray("1 of type Line Xfem");
+    }
+
+    void refusesKindsThatHaveNoCorners()
+    {
+        QFETCH(QByteArray, elements);
+        QFETCH(QByteArray, kinds);
+        QVERIFY(writeContent(path("kinds.msh"), "$MeshFormat\n3 0 8\n$EndMeshFormat\n$Nodes\n4\n"
+                                                "1 0 0 0 0\n2 1 0 0 0\n3 0 1 0 0\n4 0.5 0 0 0\n"
+                                                "$EndNodes\n$Elements\n3\n1 2 0 3 1 2 3\n" +
+                                                    elements + "$EndElements\n"));
+        checkRefused(import(path("kinds.msh")), 6,
+                     "kinds.msh: elements of kinds that cannot be imported: " + kinds + '\n');
+    }
+
     void passesOnTheErrorOfAScript()
     {
         QVERIFY(writeContent(path("error.geo"), "Point(1) = {0, 0, 0};\nPoint(2) = {0, 0};\n"));
