@@ -4,8 +4,10 @@
 #include "CaseSummary.h"
 #include "InfoJson.h"
 #include "InfoText.h"
+#include "InputFileCheck.h"
 #include "LengthUnit.h"
 #include "StandardOutput.h"
+#include "ToolError.h"
 #include "UnitText.h"
 
 #include <QFileInfo>
@@ -26,15 +28,24 @@ struct Options
     bool json = false;
 };
 
-/// \brief A drawing that is yet to be imported.
+/// \brief A file that is yet to be imported, unless there is a case of this name.
 bool isInput(const QString& name)
 {
-    return LengthUnit::isStatedBy(name) && QFileInfo::exists(name);
+    const bool isCase = QFileInfo::exists(name + QStringLiteral(".geo_model"));
+    const bool isKnown = InputFileCheck::knownSuffixes().contains(InputFileCheck::suffix(name));
+    return isKnown && (!isCase || (LengthUnit::isStatedBy(name) && QFileInfo::exists(name)));
 }
 
 void tellOfInput(const Options& options)
 {
     const QString path = QString::fromStdString(options.name);
+    InputFileCheck::check(path);
+    if (!LengthUnit::isStatedBy(path)) {
+        throw ToolError(ExitCode::Usage,
+                        QStringLiteral("%1: of inputs, only STEP and IGES files state a unit; "
+                                       "import it, then ask for the case")
+                            .arg(path));
+    }
     printToStandardOutput(options.json ? UnitText::json(path)
                                        : (UnitText::ofCase(path, 1) + QLatin1Char('\n')).toUtf8());
 }

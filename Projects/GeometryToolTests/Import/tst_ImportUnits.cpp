@@ -1,11 +1,14 @@
 #include "GmshFixture.h"
 #include "ImportChecks.h"
+#include "InfoPage.h"
 #include "ModelEdge.h"
 #include "ModelFace.h"
 #include "ModelRegion.h"
 #include "ModelVertex.h"
 #include "ToolRun.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -93,8 +96,88 @@ private slots:
     {
         const ToolRun run = runTool({"info", path("box.step"), "--json"});
         QCOMPARE(run.exitCode, 0);
-        QVERIFY(run.output.contains("\"unit\": \"millimetres\""));
-        QVERIFY(run.output.contains("\"importedUnit\": \"millimetres\""));
+        const QJsonObject expected{
+            {"file", path("box.step")}, {"unit", "millimetres"}, {"importedUnit", "millimetres"}};
+        QCOMPARE(QJsonDocument::fromJson(run.output).object(), expected);
+        QCOMPARE(InfoPage::keys("Of a STEP or IGES file:"), expected.keys());
+    }
+
+    /// As import says of them, too.
+    void refusesWhatIsNoneOfTheFormat_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QByteArray>("words");
+        for (const char* suffix : {"step", "stp"}) {
+            const QByteArray whole = step_;
+            row("a text", suffix, "This is no model.\n", 4,
+                "not a STEP file: it does not begin with ISO-10303-21");
+            row("the other format", suffix, iges_, 4, "not a STEP file");
+            row("cut off", suffix, whole.left(whole.size() / 2), 4, "there is no END-ISO-10303-21");
+            row("empty", suffix, "", 4, "the file is empty");
+        }
+        for (const char* suffix : {"iges", "igs"}) {
+            row("a text", suffix, "This is no model.\n", 4,
+                "not an IGES file: its first line has no S in column 73");
+            row("the other format", suffix, step_, 4, "not an IGES file");
+            row("cut off", suffix, iges_.left(iges_.size() / 2), 4,
+                "there is no terminate section");
+            row("empty", suffix, "", 4, "the file is empty");
+        }
+    }
+
+    void refusesWhatIsNoneOfTheFormat()
+    {
+        QFETCH(QString, file);
+        QFETCH(QByteArray, content);
+        QFETCH(int, exitCode);
+        QFETCH(QByteArray, words);
+        QVERIFY(writeContent(path(file), content));
+        for (const QStringList& arguments :
+             {QStringList{"info", path(file)}, QStringList{"info", path(file), "--json"},
+              QStringList{"import", path(file), "-o", path("never")}}) {
+            const ToolRun run = runTool(arguments);
+            QCOMPARE(run.exitCode, exitCode);
+            QCOMPARE(run.output, QByteArray());
+            QVERIFY2(isOneErrorLine(run.errors), run.errors.constData());
+            QVERIFY2(run.errors.contains(file.toUtf8() + ": "), run.errors.constData());
+            QVERIFY2(run.errors.contains(words), run.errors.constData());
+        }
+    }
+
+    void tellsOfInputsThatStateNoUnit_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QByteArray>("words");
+        QTest::newRow("missing") << "nowhere.step" << 3 << QByteArray("nowhere.step: no such file");
+        QTest::newRow("directory") << "folder.igs" << 3 << QByteArray("folder.igs: is a directory");
+        QTest::newRow("BREP") << "box.brep" << 2
+                              << QByteArray("box.brep: of inputs, only STEP and IGES files state a "
+                                            "unit; import it, then ask for the case");
+        QTest::newRow("no input") << "box.txt" << 3
+                                  << QByteArray("box.txt.geo_model: no such file");
+    }
+
+    void tellsOfInputsThatStateNoUnit()
+    {
+        QFETCH(QString, name);
+        QFETCH(QByteArray, words);
+        QVERIFY(QDir().mkpath(path("folder.igs")));
+        QVERIFY(writeContent(path("box.brep"), "DBRep_DrawableShape\n"));
+        const ToolRun run = runTool({"info", path(name)});
+        QTEST(run.exitCode, "exitCode");
+        QVERIFY2(isOneErrorLine(run.errors), run.errors.constData());
+        QVERIFY2(run.errors.contains(words), run.errors.constData());
+    }
+
+    void tellsOfACaseNamedAsAnInput()
+    {
+        QCOMPARE(runTool({"import", path("box.step"), "-o", path("case.brep")}).exitCode, 0);
+        const ToolRun run = runTool({"info", path("case.brep")});
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY2(run.output.startsWith("Case "), run.output.constData());
     }
 
     void tellsTheUnitOfTheCase_data()
@@ -167,6 +250,13 @@ private slots:
     }
 
 private:
+    static void row(const char* name, const char* suffix, const QByteArray& content, int exitCode,
+                    const char* words)
+    {
+        QTest::addRow("%s, %s", suffix, name)
+            << QStringLiteral("part.") + suffix << content << exitCode << QByteArray(words);
+    }
+
     QString path(const QString& name) const { return directory_.filePath(name); }
 
     static double measureOf(Ovra::Geo::ModelEntity* entity)

@@ -8,8 +8,25 @@
 namespace Ovra::GeoTool
 {
 
+namespace
+{
+
+/// \brief Whether a line of an IGES file belongs to a section.
+bool isOfSection(char section, const QByteArray& line)
+{
+    constexpr qsizetype column = 72;
+    return line.size() > column && line.at(column) == section;
+}
+
+} // namespace
+
 void EndMarkCheck::step(QFile& file)
 {
+    if (!file.peek(400).trimmed().startsWith("ISO-10303-21")) {
+        InputDamage::damaged(
+            file.fileName(),
+            QStringLiteral("not a STEP file: it does not begin with ISO-10303-21"));
+    }
     if (!FileTail::bytes(file, 400).contains("END-ISO-10303-21")) {
         InputDamage::cutOff(file, QStringLiteral("there is no END-ISO-10303-21"));
     }
@@ -17,9 +34,12 @@ void EndMarkCheck::step(QFile& file)
 
 void EndMarkCheck::iges(QFile& file)
 {
-    const QByteArray line = FileTail::bytes(file, 400).trimmed().split('\n').last();
-    constexpr qsizetype sectionColumn = 72;
-    if (line.size() <= sectionColumn || line.at(sectionColumn) != 'T') {
+    if (!isOfSection('S', file.peek(400).split('\n').first())) {
+        InputDamage::damaged(
+            file.fileName(),
+            QStringLiteral("not an IGES file: its first line has no S in column 73"));
+    }
+    if (!isOfSection('T', FileTail::bytes(file, 400).trimmed().split('\n').last())) {
         InputDamage::cutOff(file, QStringLiteral("there is no terminate section"));
     }
 }

@@ -15,15 +15,14 @@ namespace Ovra::GeoTool
 /// | Suffix | Whole when |
 /// |---|---|
 /// | msh | every section "$Name" is closed by "$EndName" |
-/// | step, stp | the last line is "END-ISO-10303-21;" |
-/// | iges, igs | the last line is of section T |
+/// | step, stp | it begins with "ISO-10303-21" and ends with "END-ISO-10303-21" |
+/// | iges, igs | the first line is of section S, the last of section T |
 /// | unv | the delimiters "    -1" come in pairs |
-/// | bdf, nas | there is a line "ENDDATA" |
 /// | stl | text: "endsolid" at the end; binary: the size that the count of triangles calls for |
 /// | vtk | there are as many types of cells as announced |
 /// | inp | the last line is ended |
 ///
-/// Of brep and mesh files their readers judge, see BrepReader and MeditReader.
+/// Of others their readers judge, see BrepReader, MeditReader and NastranReader for instance.
 class InputFileCheck
 {
 public:
