@@ -32,8 +32,8 @@ struct AttributeRule
     enum class Names
     {
         Nothing,
-        ModelFace,   ///< an edge in a planar model
-        ModelRegion, ///< a face in a planar model
+        ModelFace,   ///< an edge in a model without regions
+        ModelRegion, ///< a face in a model without regions
         MeshVertex
     };
 

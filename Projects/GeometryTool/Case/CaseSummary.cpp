@@ -1,6 +1,7 @@
 #include "CaseSummary.h"
 
 #include "ElementTopology.h"
+#include "Flatness.h"
 #include "Mesh.h"
 #include "MeshEntity.h"
 #include "Model.h"
@@ -68,6 +69,18 @@ MaterialSummary& materialOf(std::vector<MaterialSummary>& materials, const Model
     return materials.back();
 }
 
+bool liesInAPlane(const Mesh& mesh)
+{
+    std::vector<Vector> points;
+    points.reserve(static_cast<std::size_t>(mesh.count(0)));
+    auto vertices = mesh.iterator(0);
+    while (vertices.hasNext()) {
+        vertices.next();
+        points.push_back(vertices.value()->centroid());
+    }
+    return Flatness::isFlat(points);
+}
+
 } // namespace
 
 CaseSummary::CaseSummary(const CaseFiles& files, const Database& database, Progress& progress)
@@ -85,6 +98,7 @@ CaseSummary::CaseSummary(const CaseFiles& files, const Database& database, Progr
     countMaterials(database);
     listNames(database);
     listTwins(*database.model());
+    isPlanar = liesInAPlane(*database.mesh());
     progress.phase(QStringLiteral("judging the elements"));
     for (int dimension = 1; dimension < 4; ++dimension) {
         if (database.mesh()->count(dimension) > 0) {

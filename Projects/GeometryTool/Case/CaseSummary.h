@@ -25,7 +25,7 @@ struct IdSummary
     int gaps = 0; ///< ids from 1 to largestId that no entity has
 };
 
-/// \brief Model regions of one material (faces in a planar case), and the mesh elements in them.
+/// \brief Model regions of one material (faces in a case without), and the mesh elements in them.
 struct MaterialSummary
 {
     QString type; ///< material_type; empty if the region has none
@@ -73,6 +73,7 @@ struct CaseSummary
     FileFacts modelFile;
     FileFacts meshFile;
     bool is3d = false;
+    bool isPlanar = false; ///< the mesh vertices lie in one plane, of whatever direction
     int coordinateSystem = 0;
     int refinementRegionCount = 0;
     Geo::Box modelBox; ///< as stored in the model file
@@ -84,7 +85,8 @@ struct CaseSummary
         {}; ///< mesh entities on a model entity of another dimension
     std::array<std::map<QString, int>, 4> kinds; ///< plural of an element kind, or "unknown"
     std::vector<MaterialSummary> materials;      ///< by type, then id
-    std::vector<NameSummary> names; ///< of regions and faces (faces and edges in a planar case), by
+    std::vector<NameSummary> names; ///< of regions and faces (faces and edges in a case without
+                                    ///< regions), by
                                     ///< name; an entity stands under its name and under its tag
     std::vector<TwinSummary> twins;
     QMap<QString, AttributeSummary> attributes; ///< by tag; tags that nobody knows as "(unknown)"

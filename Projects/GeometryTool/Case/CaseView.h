@@ -26,7 +26,7 @@ public:
     Geo::Model& model() const { return *model_; }
     Geo::Mesh& mesh() const { return *mesh_; }
 
-    /// \brief Dimension of what bounds the domain, 1 in a planar model.
+    /// \brief Dimension of what bounds the domain, 1 in a model without regions.
     int faceDimension() const { return faceDimension_; }
     int elementDimension() const { return faceDimension_ + 1; }
 

@@ -179,6 +179,7 @@ QByteArray infoJson(const CaseSummary& summary)
         {"modelFile", fileJson(summary.modelFile, QStringLiteral("2013"))},
         {"meshFile", fileJson(summary.meshFile, meshFormatName(summary.meshFile.format))},
         {"is3d", summary.is3d},
+        {"isPlanar", summary.isPlanar},
         {"coordinateSystem", summary.coordinateSystem},
         {"refinementRegions", summary.refinementRegionCount},
         {"modelBox", boxJson(summary.modelBox)},

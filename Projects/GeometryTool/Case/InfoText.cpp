@@ -71,13 +71,24 @@ QString boxText(const Box& box)
              number(high.z()));
 }
 
+QString spaceText(const CaseSummary& summary)
+{
+    if (summary.is3d) {
+        return QStringLiteral("three-dimensional");
+    }
+    const bool isEmpty = summary.mesh[0].count == 0;
+    return (isEmpty            ? QStringLiteral("no mesh")
+            : summary.isPlanar ? QStringLiteral("planar")
+                               : QStringLiteral("surfaces in space")) +
+           QStringLiteral(", the model has no regions");
+}
+
 QString headText(const CaseSummary& summary)
 {
     return line("Case", summary.name) +
            line("Model file", fileText(summary.modelFile, QStringLiteral("2013"))) +
            line("Mesh file", fileText(summary.meshFile, meshFormatName(summary.meshFile.format))) +
-           line("Space", summary.is3d ? QStringLiteral("three-dimensional")
-                                      : QStringLiteral("planar, the model has no regions")) +
+           line("Space", spaceText(summary)) +
            line("Coordinate system", QString::number(summary.coordinateSystem)) +
            line("Refinement", counted(summary.refinementRegionCount, QStringLiteral("region"))) +
            line("Model box", boxText(summary.modelBox)) +
@@ -177,6 +188,12 @@ QString twinsText(const CaseSummary& summary)
     return text;
 }
 
+/// \brief "mesh vertices".
+QString entityName(const char* owner, const char* name)
+{
+    return QLatin1String(owner) + QLatin1Char(' ') + QLatin1String(name);
+}
+
 QString attributeText(const QString& tag, const AttributeSummary& attribute)
 {
     const auto counts = [](const char* owner, int own, const std::array<int, 4>& entities) {
@@ -186,9 +203,8 @@ QString attributeText(const QString& tag, const AttributeSummary& attribute)
         }
         for (std::size_t dimension = 0; dimension < 4; ++dimension) {
             if (entities[dimension] > 0) {
-                parts += QStringLiteral("%1 %2 %3")
-                             .arg(entities[dimension])
-                             .arg(QLatin1String(owner), dimensionName(dimension));
+                parts += counted(entities[dimension], entityName(owner, singularNames[dimension]),
+                                 entityName(owner, dimensionNames[dimension]));
             }
         }
         return parts;

@@ -202,7 +202,8 @@ void addImportCommand(CLI::App& app, Progress& progress)
         FixedAddresses::ensure();
         progress.phase(QStringLiteral("importing %1").arg(input));
         IsolatedRun::run(
-            QStringLiteral("%1: the import broke down over it; the file is damaged or too much for Gmsh")
+            QStringLiteral(
+                "%1: the import broke down over it; the file is damaged or too much for Gmsh")
                 .arg(input),
             QStringLiteral("%1: it ended Gmsh itself, as Exit does in a script; leave that out")
                 .arg(input),

@@ -15,7 +15,7 @@ namespace Ovra::GeoTool
 /// its own, in one place as a whole. All that can be told of a mesh without geometry.
 ///
 /// Faces that an attribute of either ties to the other, extruded_face for instance, are meant to be
-/// apart. In a planar model, edges are looked at.
+/// apart. In a model without regions, edges are looked at.
 class CoincidentFaces
 {
 public:

@@ -66,7 +66,7 @@ struct ImportedEntity
 /// ascending order of id.
 struct ImportedMesh
 {
-    int elementDimension = 3; ///< 3, or 2 for a planar model
+    int elementDimension = 3; ///< 3, or 2 for a model without regions
     std::vector<ImportedNode> nodes;
     std::array<std::vector<ImportedElement>, 4> elements;
     std::array<std::vector<ImportedEntity>, 4> entities;

@@ -15,7 +15,7 @@ class CaseView;
 class FindingSink;
 
 /// \brief Looks how the elements meet one another, and which of them lie on which mesh face; in a
-/// planar case which mesh faces lie on which edge.
+/// case without regions which mesh faces lie on which edge.
 ///
 /// It goes by whole sides of elements. The upward list of a mesh face goes by vertices alone, and
 /// may name an element that has all of them without having that side.

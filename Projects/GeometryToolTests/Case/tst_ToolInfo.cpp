@@ -1,3 +1,5 @@
+#include "InfoPage.h"
+#include "SavedCase.h"
 #include "TinyCase.h"
 #include "ToolRun.h"
 
@@ -163,23 +165,53 @@ private slots:
     void takesAnEmptyCase()
     {
         Database empty;
-        QFile model(path("empty.geo_model"));
-        QFile mesh(path("empty.geo_mesh"));
-        QVERIFY(model.open(QIODevice::WriteOnly) && mesh.open(QIODevice::WriteOnly));
-        QDataStream modelStream(&model);
-        QDataStream meshStream(&mesh);
-        empty.model()->write(modelStream);
-        empty.mesh()->write(meshStream);
-        model.close();
-        mesh.close();
-        const ToolRun run = runTool({"info", path("empty"), "--json"});
-        QCOMPARE(run.exitCode, 0);
-        const QJsonObject info = QJsonDocument::fromJson(run.output).object();
+        const QJsonObject info = infoOf(empty, path("empty"));
         QCOMPARE(info["is3d"], QJsonValue(false));
         QCOMPARE(info["modelBox"], QJsonValue(QJsonValue::Null));
         QCOMPARE(info["meshBox"], QJsonValue(QJsonValue::Null));
         QCOMPARE(info["quality"].toArray().size(), 0);
-        QVERIFY(runTool({"info", path("empty")}).output.contains("Mesh box          none\n"));
+        const QByteArray text = runTool({"info", path("empty")}).output;
+        QVERIFY2(text.contains("Mesh box          none\n"), text.constData());
+        QVERIFY2(text.contains("Space             no mesh, the model has no regions\n"),
+                 text.constData());
+    }
+
+    void hasTheKeysOfItsPage()
+    {
+        TinyCase tiny;
+        QCOMPARE(infoOf(tiny).keys(), InfoPage::keys("Of a case:"));
+    }
+
+    void tellsAPlaneFromSurfacesInSpace_data()
+    {
+        QTest::addColumn<Vector>("apex");
+        QTest::addColumn<bool>("isPlanar");
+        QTest::addColumn<QByteArray>("space");
+        QTest::newRow("in a slanting plane")
+            << Vector(1, 1, -1) << true << QByteArray("planar, the model has no regions");
+        QTest::newRow("in space") << Vector(0, 0, 0) << false
+                                  << QByteArray("surfaces in space, the model has no regions");
+    }
+
+    void tellsAPlaneFromSurfacesInSpace()
+    {
+        QFETCH(Vector, apex);
+        QFETCH(bool, isPlanar);
+        QFETCH(QByteArray, space);
+        Database database;
+        auto* const face = new ModelFace;
+        database.model()->add(face);
+        for (const Vector& point : {Vector(1, 0, 0), Vector(0, 1, 0), Vector(0, 0, 1), apex}) {
+            auto* const vertex = new MeshVertex;
+            vertex->setPoint(point);
+            database.mesh()->add(vertex);
+            face->addChild(vertex);
+        }
+        const QJsonObject info = infoOf(database, path("surface"));
+        QCOMPARE(info["is3d"], QJsonValue(false));
+        QCOMPARE(info["isPlanar"], QJsonValue(isPlanar));
+        QVERIFY(runTool({"info", path("surface")})
+                    .output.contains("\nSpace             " + space + '\n'));
     }
 
     void tellsWhichFaceIsWhoseTwin()
@@ -247,8 +279,8 @@ Names
   inlet: face 3
 
 Attributes
-  material_id                   on 1 model regions
-  material_type                 on 1 model regions
+  material_id                   on 1 model region
+  material_type                 on 1 model region
 
 Quality of mesh faces
   Area            0.5 (id 1) to 0.5 (id 1)
@@ -301,13 +333,23 @@ private:
         face->attributes().insert(AttributeType::StatorFace, face->id()); // is not answered
     }
 
+    static QJsonObject infoOf(Database& database, const QString& name)
+    {
+        return SavedCase::save(database, name) ? infoOf(name) : QJsonObject();
+    }
+
+    static QJsonObject infoOf(const QString& name)
+    {
+        const ToolRun run = runTool({"info", name, "--json"});
+        return run.exitCode == 0 ? QJsonDocument::fromJson(run.output).object() : QJsonObject();
+    }
+
     QJsonObject infoOf(TinyCase& tiny)
     {
         if (!tiny.save(path("case"))) {
             return {};
         }
-        const ToolRun run = runTool({"info", path("case"), "--json"});
-        return run.exitCode == 0 ? QJsonDocument::fromJson(run.output).object() : QJsonObject();
+        return infoOf(path("case"));
     }
 
     std::unique_ptr<QTemporaryDir> directory_;

@@ -11,7 +11,7 @@ namespace Ovra::GeoTool
 /// \brief Finds where bodies of Gmsh's current model touch without being joined: two faces, each of
 /// one body alone, that lie on one another wholly or in part.
 ///
-/// In a planar model, edges are looked at. Needs CadModel::isOfKernel(). Boxes, planes and kinds of
+/// In a model without regions, edges are looked at. Needs CadModel::isOfKernel(). Boxes, planes and kinds of
 /// surfaces rule out most pairs; the kernel intersects copies of what is left, which it removes
 /// again, so that the model stays as it is.
 class CadContacts
