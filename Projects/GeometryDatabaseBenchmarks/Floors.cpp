@@ -8,9 +8,9 @@
 #include <QFile>
 
 #include <algorithm>
-#include <chrono>
 #include <limits>
 #include <malloc.h>
+#include <time.h>
 #include <vector>
 
 using namespace Ovra::Geo;
@@ -23,11 +23,12 @@ namespace
 
 constexpr int floorRuns = 5;
 
-double secondsOf(const std::function<void()>& work)
+double now()
 {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    constexpr double nanosecond = 1e-9;
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * nanosecond;
 }
 
 MeshEntity* allocateLike(MeshEntity* entity)
@@ -41,11 +42,18 @@ MeshEntity* allocateLike(MeshEntity* entity)
 
 } // namespace
 
+double processorSeconds(const std::function<void()>& work)
+{
+    const double start = now();
+    work();
+    return now() - start;
+}
+
 double fastest(const std::function<void()>& work)
 {
     double best = std::numeric_limits<double>::max();
     for (int run = 0; run < floorRuns; ++run) {
-        best = std::min(best, secondsOf(work));
+        best = std::min(best, processorSeconds(work));
     }
     return best;
 }
@@ -83,7 +91,7 @@ double allocationSeconds(BlockCase& block)
         }
         std::vector<MeshEntity*> copies;
         copies.reserve(originals.size());
-        best = std::min(best, secondsOf([&] {
+        best = std::min(best, processorSeconds([&] {
                             for (MeshEntity* entity : originals) {
                                 copies.push_back(allocateLike(entity));
                             }

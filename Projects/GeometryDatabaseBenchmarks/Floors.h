@@ -15,7 +15,10 @@ namespace Benchmarks
 
 class BlockCase;
 
-/// \brief Seconds of the fastest of a few runs of \p work.
+/// \brief Seconds of processor time, of all threads, that \p work takes.
+double processorSeconds(const std::function<void()>& work);
+
+/// \brief Seconds of processor time of the fastest of a few runs of \p work.
 double fastest(const std::function<void()>& work);
 
 /// \brief Seconds that a plain read of the file into memory takes.

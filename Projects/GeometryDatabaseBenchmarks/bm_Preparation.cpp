@@ -1,6 +1,6 @@
-// The operations of the solver preparation. Each changes its case, so every iteration has a fresh one;
-// the fit against n log n stands in the lines named _BigO.
+// The operations of the solver preparation; the fit against n log n stands in the lines named _BigO.
 
+#include "Additions.h"
 #include "AttributeType.h"
 #include "BlockCase.h"
 #include "FacePair.h"
@@ -32,30 +32,42 @@ void setMaterial(BlockCase& block, int region, const char* type)
                                                          QString::fromLatin1(type));
 }
 
+std::unique_ptr<BlockCase> preparedBlock(int cells, Filling filling, Change prepare)
+{
+    auto block = std::make_unique<BlockCase>(cells, filling);
+    block->mesh().setUpwardAdjacencies();
+    prepare(*block);
+    return block;
+}
+
+/// What it takes to make and link what the operation has added, as counters.
+void addFloor(benchmark::State& state, BlockCase& before, BlockCase& after)
+{
+    Additions additions(before.database(), after.database());
+    state.counters["added"] = additions.count();
+    if (additions.count() > 0) {
+        const double floor = additions.make(before.database());
+        state.counters["floor_seconds"] = floor;
+        addRatio(state, "x_making_and_linking", floor);
+    }
+}
+
 void measure(benchmark::State& state, Filling filling, Change prepare, Change operate)
 {
     silence();
     const int cells = BlockCase::cellsFor(static_cast<int>(state.range(0)), filling);
-    int elements = 0;
-    double floor = 0;
+    const auto before = preparedBlock(cells, filling, prepare);
+    const auto after = preparedBlock(cells, filling, prepare);
     for (auto _ : state) {
-        state.PauseTiming();
-        auto block = std::make_unique<BlockCase>(cells, filling);
-        block->mesh().setUpwardAdjacencies();
-        prepare(*block);
-        elements = block->elements();
-        floor = floor > 0 ? floor : allocationSeconds(*block);
-        state.ResumeTiming();
-        operate(*block);
-        state.PauseTiming();
-        block.reset();
-        state.ResumeTiming();
+        operate(*after);
     }
-    addRates(state, elements);
-    addRatio(state, "x_allocation", floor);
-    state.SetComplexityN(elements);
+    addRates(state, before->elements());
+    state.SetComplexityN(before->elements());
+    addRatio(state, "x_allocation", allocationSeconds(*before));
+    addFloor(state, *before, *after);
 }
 
+// One iteration, as each changes its case.
 void sizes(benchmark::internal::Benchmark* benchmark)
 {
     benchmark->Arg(30'000)->Arg(100'000)->Arg(300'000)->Arg(1'000'000);
