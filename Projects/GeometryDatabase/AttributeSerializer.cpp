@@ -17,12 +17,33 @@ namespace Ovra::Geo
 namespace
 {
 
+QDataStream& streamOf(QDataStream& stream)
+{
+    return stream;
+}
+
+QDataStream& streamOf(InputBlock& block)
+{
+    return block.stream();
+}
+
 void readAttribute(AttributeMap& attributes, QDataStream& stream)
 {
     const AttributeType type = AttributeType::fromString(AttributeSerializer::readTag(stream));
     QVariant value;
     if (VariantReader(stream).read(value)) {
         attributes.insert(type, value);
+    }
+}
+
+// A count of 0, which most records are, leaves a block as it is.
+template <typename Stream>
+void readRecord(AttributeMap& attributes, Stream& stream)
+{
+    attributes.clear();
+    const qint32 count = readCount(stream);
+    for (qint32 i = 0; i < count && isOk(stream); ++i) {
+        readAttribute(attributes, streamOf(stream));
     }
 }
 
@@ -70,11 +91,12 @@ void writeEntry(const QString& tag, const QVariant& value, QTextStream& stream)
 
 void AttributeSerializer::read(AttributeMap& attributes, QDataStream& stream)
 {
-    attributes.clear();
-    const qint32 count = readCount(stream);
-    for (qint32 i = 0; i < count && isOk(stream); ++i) {
-        readAttribute(attributes, stream);
-    }
+    readRecord(attributes, stream);
+}
+
+void AttributeSerializer::read(AttributeMap& attributes, InputBlock& block)
+{
+    readRecord(attributes, block);
 }
 
 void AttributeSerializer::write(const AttributeMap& attributes, QDataStream& stream)

@@ -11,6 +11,7 @@ namespace Ovra::Geo
 {
 
 class AttributeMap;
+class InputBlock;
 
 /// \brief The stream forms of an AttributeMap, which all model and mesh formats share.
 ///
@@ -36,6 +37,9 @@ public:
     /// the record breaks off, \p attributes holds what came before. Values are read by
     /// VariantReader.
     static void read(AttributeMap& attributes, QDataStream& stream);
+
+    /// \brief Reads a record from the stream behind \p block.
+    static void read(AttributeMap& attributes, InputBlock& block);
 
     /// \brief Writes the binary record.
     static void write(const AttributeMap& attributes, QDataStream& stream);

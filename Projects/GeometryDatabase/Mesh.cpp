@@ -4,12 +4,12 @@
 #include "EntityTable.h"
 #include "MeshEntity.h"
 #include "UpwardLists.h"
+#include "VertexLists.h"
 
 #include <QVariant>
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 namespace Ovra::Geo
 {
@@ -106,56 +106,21 @@ void Mesh::setUpwardAdjacencies()
 
 bool Mesh::setUpwardAdjacencies(Limit limit)
 {
-    const qint64 vertexCount = addElementsToVertices();
+    VertexLists vertexLists(entities_[0]);
+    for (int d = 1; d <= 3; ++d) {
+        vertexLists.append(entities_[static_cast<size_t>(d)], d);
+    }
     bool isComplete = true;
     for (int d = 1; d <= 2; ++d) {
-        const UpwardLists lists(d + 1, limit == Limit::None ? UpwardLists::Limits()
-                                                            : limitsOf(*this, d + 1, vertexCount));
+        const UpwardLists lists(d + 1, limit == Limit::None
+                                           ? UpwardLists::Limits()
+                                           : limitsOf(*this, d + 1, vertexLists.count()));
         for (auto entities = iterator(d); entities.hasNext();) {
             entities.next().value()->setUpwardAdjacencies();
         }
         isComplete = isComplete && lists.isComplete();
     }
     return isComplete;
-}
-
-qint64 Mesh::addElementsToVertices()
-{
-    qint64 vertexCount = 0;
-    for (int d = 1; d <= 3; ++d) {
-        reserveAtVertices(d);
-        for (auto elements = iterator(d); elements.hasNext();) {
-            MeshEntity* element = elements.next().value();
-            for (MeshEntity* vertex : std::as_const(*element).adjacencies(0)) {
-                vertex->append(element, d);
-            }
-            vertexCount += element->adjacencyCount(0);
-        }
-    }
-    return vertexCount;
-}
-
-// So that the lists take what they need: as they grow they would be allocated anew several times,
-// and be longer by half in the end. Counts are only a hint: it does no harm that vertices of ids
-// which lie far off, or were changed behind the mesh's back, go without.
-void Mesh::reserveAtVertices(int dimension)
-{
-    QList<int> counts(2 * qsizetype{count(0)} + 1);
-    for (auto elements = iterator(dimension); elements.hasNext();) {
-        const MeshEntity* element = elements.next().value();
-        for (const MeshEntity* vertex : element->adjacencies(0)) {
-            if (vertex->id() >= 0 && vertex->id() < counts.size()) {
-                ++counts[vertex->id()];
-            }
-        }
-    }
-    for (auto vertices = iterator(0); vertices.hasNext();) {
-        const auto entry = vertices.next();
-        if (entry.key() >= 0 && entry.key() < counts.size()) {
-            NeighbourList& list = entry.value()->adjacencies(dimension);
-            list.reserve(list.size() + counts.at(entry.key()));
-        }
-    }
 }
 
 void Mesh::clearUpwardAdjacencies()

@@ -156,9 +156,6 @@ private:
     bool setUpwardAdjacencies(Limit limit);
     void replaceAttribute(MeshEntity* entity, const AttributeType& type,
                           const QMap<int, int>& idMap);
-    /// The number of vertices that the elements list.
-    qint64 addElementsToVertices();
-    void reserveAtVertices(int dimension);
     void replaceVertexAttributes(const QMap<int, int>& idMap);
 
     Model* model_;

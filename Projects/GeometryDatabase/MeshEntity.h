@@ -208,6 +208,7 @@ private:
     friend class Mesh;
     friend class MeshSerializer;
     friend class UpwardLists;
+    friend class VertexLists;
 
     using Neighbours = QVarLengthArray<MeshEntity*, 16>;
 
@@ -219,8 +220,8 @@ private:
 
     void appendUpwardAdjacencies(int dimension, NeighbourSets* sets);
 
-    // Without asking the entity for its dimension: it lies anywhere in memory, and in the bulk of a
-    // mesh nothing else of it is needed.
+    // Without asking the entity for its dimension: it lies anywhere in memory, and as a mesh is
+    // read nothing else of it is needed.
     void append(MeshEntity* entity, int itsDimension) { adjacencies(itsDimension).append(entity); }
 
     NeighbourList& adjacencies(int dimension)

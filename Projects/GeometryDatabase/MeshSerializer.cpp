@@ -1,6 +1,7 @@
 #include "MeshSerializer.h"
 
 #include "AttributeSerializer.h"
+#include "InputBlock.h"
 #include "Mesh.h"
 #include "MeshSerializer2013.h"
 #include "MeshSerializer2014.h"
@@ -8,6 +9,7 @@
 #include "MeshVertex.h"
 #include "Model.h"
 #include "ModelEntity.h"
+#include "OutputBlock.h"
 #include "StreamHeader.h"
 #include "StreamIds.h"
 #include "StreamReading.h"
@@ -61,16 +63,15 @@ MeshSerializer::MeshSerializer(Format format, Model* model, Mesh* mesh)
 
 MeshSerializer::~MeshSerializer() = default;
 
-void MeshSerializer::readEntities(int dimension, QDataStream& stream,
-                                  const RecordReader& readRecord)
+void MeshSerializer::readEntities(int dimension, InputBlock& block, const RecordReader& readRecord)
 {
     StreamIds ids;
-    const qint32 count = readCount(stream);
-    for (qint32 i = 0; i < count && isOk(stream); ++i) {
+    const qint32 count = readCount(block);
+    for (qint32 i = 0; i < count && isOk(block); ++i) {
         std::unique_ptr<MeshEntity> entity(MeshEntity::create(dimension));
         ModelEntity* parent = readRecord(entity.get());
-        ids.check(entity->id(), stream);
-        if (!isOk(stream)) {
+        ids.check(entity->id(), block);
+        if (!isOk(block)) {
             return;
         }
         // Not earlier: an entity that is given up again would take a namesake's place under its
@@ -82,104 +83,108 @@ void MeshSerializer::readEntities(int dimension, QDataStream& stream,
     }
 }
 
-ModelEntity* MeshSerializer::readParent(QDataStream& stream, MissingParent missing) const
+ModelEntity* MeshSerializer::readParent(InputBlock& block, MissingParent missing) const
 {
-    const auto dimension = readValue<qint32>(stream);
-    const auto id = readValue<qint32>(stream);
+    const auto dimension = readValue<qint32>(block);
+    const auto id = readValue<qint32>(block);
     if (dimension == NoParentDimension) {
         return nullptr;
     }
     if (dimension < 0 || dimension > 3) {
-        stream.setStatus(QDataStream::ReadCorruptData);
+        block.setStatus(QDataStream::ReadCorruptData);
         return nullptr;
     }
-    return parent(dimension, id, stream, missing);
+    return parent(dimension, id, block, missing);
 }
 
-ModelEntity* MeshSerializer::readParentId(int dimension, QDataStream& stream,
+ModelEntity* MeshSerializer::readParentId(int dimension, InputBlock& block,
                                           MissingParent missing) const
 {
-    const auto id = readValue<qint32>(stream);
-    return id == NoParentId ? nullptr : parent(dimension, id, stream, missing);
+    const auto id = readValue<qint32>(block);
+    return id == NoParentId ? nullptr : parent(dimension, id, block, missing);
 }
 
-ModelEntity* MeshSerializer::parent(int dimension, int id, QDataStream& stream,
+ModelEntity* MeshSerializer::parent(int dimension, int id, InputBlock& block,
                                     MissingParent missing) const
 {
     ModelEntity* entity = model_->entity(dimension, id);
     if (entity == nullptr && missing == MissingParent::Refused) {
-        stream.setStatus(QDataStream::ReadCorruptData);
+        block.setStatus(QDataStream::ReadCorruptData);
     }
     return entity;
 }
 
-void MeshSerializer::readPoint(MeshEntity* vertex, QDataStream& stream)
+void MeshSerializer::readPoint(MeshEntity* vertex, InputBlock& block)
 {
-    static_cast<MeshVertex*>(vertex)->setPoint(readValue<Vector>(stream));
+    Vector point;
+    for (int i = 0; i < 3; ++i) {
+        point[i] = readValue<double>(block);
+    }
+    static_cast<MeshVertex*>(vertex)->setPoint(point);
 }
 
-void MeshSerializer::readMeshAdjacencies(MeshEntity* element, QDataStream& stream) const
+void MeshSerializer::readMeshAdjacencies(MeshEntity* element, InputBlock& block) const
 {
-    const qint32 count = readCount(stream);
-    for (qint32 i = 0; i < count && isOk(stream); ++i) {
-        MeshEntity* vertex = mesh_->entity(0, readValue<qint32>(stream));
+    const qint32 count = readCount(block);
+    for (qint32 i = 0; i < count && isOk(block); ++i) {
+        MeshEntity* vertex = mesh_->entity(0, readValue<qint32>(block));
         if (vertex != nullptr) {
             element->append(vertex, 0);
         } else {
-            stream.setStatus(QDataStream::ReadCorruptData);
+            block.setStatus(QDataStream::ReadCorruptData);
         }
     }
 }
 
-void MeshSerializer::writeHead(QDataStream& stream) const
+void MeshSerializer::writeHead(OutputBlock& block) const
 {
-    StreamHeader::write({format_, mesh_->version()}, stream);
-    writeAttributes(mesh_->attributes(), stream);
+    StreamHeader::write({format_, mesh_->version()}, block.stream());
+    writeAttributes(mesh_->attributes(), block);
 }
 
-void MeshSerializer::writeEntities(int dimension, QDataStream& stream,
+void MeshSerializer::writeEntities(int dimension, OutputBlock& block,
                                    const RecordWriter& writeRecord) const
 {
-    stream << static_cast<qint32>(mesh_->count(dimension));
+    block << static_cast<qint32>(mesh_->count(dimension));
     auto entities = mesh_->orderedIterator(dimension);
     while (entities.hasNext()) {
         writeRecord(entities.next());
     }
 }
 
-void MeshSerializer::writeParent(const MeshEntity* entity, QDataStream& stream)
+void MeshSerializer::writeParent(const MeshEntity* entity, OutputBlock& block)
 {
-    stream << static_cast<qint32>(parentDimension(entity));
-    writeParentId(entity, stream);
+    block << static_cast<qint32>(parentDimension(entity));
+    writeParentId(entity, block);
 }
 
-void MeshSerializer::writeParentId(const MeshEntity* entity, QDataStream& stream)
+void MeshSerializer::writeParentId(const MeshEntity* entity, OutputBlock& block)
 {
-    stream << static_cast<qint32>(parentId(entity));
+    block << static_cast<qint32>(parentId(entity));
 }
 
-void MeshSerializer::writePoint(const MeshEntity* vertex, QDataStream& stream)
+void MeshSerializer::writePoint(const MeshEntity* vertex, OutputBlock& block)
 {
-    stream << static_cast<const MeshVertex*>(vertex)->point();
+    const Vector point = static_cast<const MeshVertex*>(vertex)->point();
+    block << point.x() << point.y() << point.z();
 }
 
-void MeshSerializer::writeMeshAdjacencies(const MeshEntity* element, QDataStream& stream)
+void MeshSerializer::writeMeshAdjacencies(const MeshEntity* element, OutputBlock& block)
 {
-    stream << static_cast<qint32>(element->adjacencyCount(0));
-    auto vertices = element->adjacencyIterator(0);
-    while (vertices.hasNext()) {
-        stream << static_cast<qint32>(vertices.next()->id());
+    block << static_cast<qint32>(element->adjacencyCount(0));
+    for (const MeshEntity* vertex : element->adjacencies(0)) {
+        block << static_cast<qint32>(vertex->id());
     }
 }
 
-void MeshSerializer::readAttributes(AttributeMap& attributes, QDataStream& stream)
+void MeshSerializer::readAttributes(AttributeMap& attributes, InputBlock& block)
 {
-    AttributeSerializer::read(attributes, stream);
+    AttributeSerializer::read(attributes, block);
 }
 
-void MeshSerializer::writeAttributes(const AttributeMap& attributes, QDataStream& stream)
+void MeshSerializer::writeAttributes(const AttributeMap& attributes, OutputBlock& block)
 {
-    AttributeSerializer::write(attributes, stream);
+    AttributeSerializer::write(attributes, block.stream());
 }
 
 void MeshSerializer::writeAttributes(const AttributeMap& attributes, QTextStream& stream)

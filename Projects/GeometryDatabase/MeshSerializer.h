@@ -11,10 +11,12 @@ namespace Ovra::Geo
 {
 
 class AttributeMap;
+class InputBlock;
 class Mesh;
 class MeshEntity;
 class Model;
 class ModelEntity;
+class OutputBlock;
 
 /// \brief Reads and writes the stream form of a Mesh; one derived class for each format.
 ///
@@ -79,13 +81,13 @@ protected:
     using RecordWriter = std::function<void(MeshEntity*)>;
 
     /// \brief Writes an attribute record.
-    static void writeAttributes(const AttributeMap& attributes, QDataStream& stream);
+    static void writeAttributes(const AttributeMap& attributes, OutputBlock& block);
 
     /// \brief Writes a text block of attributes.
     static void writeAttributes(const AttributeMap& attributes, QTextStream& stream);
 
     /// \brief Replaces \p attributes by what the record holds.
-    static void readAttributes(AttributeMap& attributes, QDataStream& stream);
+    static void readAttributes(AttributeMap& attributes, InputBlock& block);
 
     MeshSerializer(Format format, Model* model, Mesh* mesh);
 
@@ -94,39 +96,39 @@ protected:
 
     /// \brief Reads a count and that many records. Each entity is classified and added once its
     ///        record is complete and sound.
-    void readEntities(int dimension, QDataStream& stream, const RecordReader& readRecord);
+    void readEntities(int dimension, InputBlock& block, const RecordReader& readRecord);
 
     /// \brief Reads the dimension, -1 for none, and the id of a parent.
     /// \return null if there is none
-    ModelEntity* readParent(QDataStream& stream, MissingParent missing) const;
+    ModelEntity* readParent(InputBlock& block, MissingParent missing) const;
 
     /// \brief Reads the id, 0 for none, of a parent of \p dimension.
     /// \return null if there is none
-    ModelEntity* readParentId(int dimension, QDataStream& stream, MissingParent missing) const;
+    ModelEntity* readParentId(int dimension, InputBlock& block, MissingParent missing) const;
 
     /// \brief Reads the point of a vertex.
-    static void readPoint(MeshEntity* vertex, QDataStream& stream);
+    static void readPoint(MeshEntity* vertex, InputBlock& block);
 
     /// \brief Reads the vertex list of an element: a count, then that many vertex ids.
-    void readMeshAdjacencies(MeshEntity* element, QDataStream& stream) const;
+    void readMeshAdjacencies(MeshEntity* element, InputBlock& block) const;
 
     /// \brief Writes the header and the mesh attributes.
-    void writeHead(QDataStream& stream) const;
+    void writeHead(OutputBlock& block) const;
 
     /// \brief Writes the count of \p dimension and the records of its entities by ascending id.
-    void writeEntities(int dimension, QDataStream& stream, const RecordWriter& writeRecord) const;
+    void writeEntities(int dimension, OutputBlock& block, const RecordWriter& writeRecord) const;
 
     /// \brief Writes the dimension and id of the parent; -1 and 0 without one.
-    static void writeParent(const MeshEntity* entity, QDataStream& stream);
+    static void writeParent(const MeshEntity* entity, OutputBlock& block);
 
     /// \brief Writes the id of the parent; 0 without one.
-    static void writeParentId(const MeshEntity* entity, QDataStream& stream);
+    static void writeParentId(const MeshEntity* entity, OutputBlock& block);
 
     /// \brief Writes the point of a vertex.
-    static void writePoint(const MeshEntity* vertex, QDataStream& stream);
+    static void writePoint(const MeshEntity* vertex, OutputBlock& block);
 
     /// \brief Writes the vertex list of an element.
-    static void writeMeshAdjacencies(const MeshEntity* element, QDataStream& stream);
+    static void writeMeshAdjacencies(const MeshEntity* element, OutputBlock& block);
 
     /// \brief Writes the vertex list of an element as a line.
     static void writeMeshAdjacencies(const MeshEntity* element, QTextStream& stream);
@@ -154,7 +156,7 @@ protected:
 private:
     Q_DISABLE_COPY_MOVE(MeshSerializer)
 
-    ModelEntity* parent(int dimension, int id, QDataStream& stream, MissingParent missing) const;
+    ModelEntity* parent(int dimension, int id, InputBlock& block, MissingParent missing) const;
 
     Format format_;
     Model* model_;

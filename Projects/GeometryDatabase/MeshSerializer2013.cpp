@@ -1,7 +1,9 @@
 #include "MeshSerializer2013.h"
 
+#include "InputBlock.h"
 #include "Mesh.h"
 #include "MeshEntity.h"
+#include "OutputBlock.h"
 #include "StreamReading.h"
 
 #include <QTextStream>
@@ -16,55 +18,57 @@ MeshSerializer2013::MeshSerializer2013(Model* model, Mesh* mesh)
 
 void MeshSerializer2013::read(QDataStream& stream)
 {
-    readAttributes(mesh()->attributes(), stream);
+    InputBlock block(stream);
+    readAttributes(mesh()->attributes(), block);
     for (int dimension = 0; dimension <= 3; ++dimension) {
-        readEntities(dimension, stream,
-                     [&](MeshEntity* entity) { return readMeshEntity(entity, stream); });
+        readEntities(dimension, block,
+                     [&](MeshEntity* entity) { return readMeshEntity(entity, block); });
     }
 }
 
-ModelEntity* MeshSerializer2013::readMeshEntity(MeshEntity* entity, QDataStream& stream)
+ModelEntity* MeshSerializer2013::readMeshEntity(MeshEntity* entity, InputBlock& block)
 {
-    entity->setId(readValue<qint32>(stream));
-    ModelEntity* parent = readParent(stream, MissingParent::Refused);
-    readAttributes(entity->attributes(), stream);
+    entity->setId(readValue<qint32>(block));
+    ModelEntity* parent = readParent(block, MissingParent::Refused);
+    readAttributes(entity->attributes(), block);
     if (entity->dimension() == 0) {
-        readMeshVertex(entity, stream);
+        readMeshVertex(entity, block);
     } else {
-        readMeshAdjacencies(entity, stream);
+        readMeshAdjacencies(entity, block);
     }
     return parent;
 }
 
-void MeshSerializer2013::readMeshVertex(MeshEntity* vertex, QDataStream& stream)
+void MeshSerializer2013::readMeshVertex(MeshEntity* vertex, InputBlock& block)
 {
-    readPoint(vertex, stream);
+    readPoint(vertex, block);
 }
 
 void MeshSerializer2013::write(QDataStream& stream)
 {
-    writeHead(stream);
+    OutputBlock block(stream);
+    writeHead(block);
     for (int dimension = 0; dimension <= 3; ++dimension) {
-        writeEntities(dimension, stream,
-                      [&](MeshEntity* entity) { writeMeshEntity(entity, stream); });
+        writeEntities(dimension, block,
+                      [&](MeshEntity* entity) { writeMeshEntity(entity, block); });
     }
 }
 
-void MeshSerializer2013::writeMeshEntity(MeshEntity* entity, QDataStream& stream)
+void MeshSerializer2013::writeMeshEntity(MeshEntity* entity, OutputBlock& block)
 {
-    stream << static_cast<qint32>(entity->id());
-    writeParent(entity, stream);
-    writeAttributes(entity->attributes(), stream);
+    block << static_cast<qint32>(entity->id());
+    writeParent(entity, block);
+    writeAttributes(entity->attributes(), block);
     if (entity->dimension() == 0) {
-        writeMeshVertex(entity, stream);
+        writeMeshVertex(entity, block);
     } else {
-        writeMeshAdjacencies(entity, stream);
+        writeMeshAdjacencies(entity, block);
     }
 }
 
-void MeshSerializer2013::writeMeshVertex(MeshEntity* vertex, QDataStream& stream)
+void MeshSerializer2013::writeMeshVertex(MeshEntity* vertex, OutputBlock& block)
 {
-    writePoint(vertex, stream);
+    writePoint(vertex, block);
 }
 
 void MeshSerializer2013::write(QTextStream& stream)

@@ -36,11 +36,11 @@ public:
     void write(QDataStream& stream) override;
 
 private:
-    ModelEntity* readMeshEntity(MeshEntity* entity, QDataStream& stream);
-    void readMeshVertex(MeshEntity* vertex, QDataStream& stream);
-    void writeMeshEntity(MeshEntity* entity, QDataStream& stream);
+    ModelEntity* readMeshEntity(MeshEntity* entity, InputBlock& block);
+    void readMeshVertex(MeshEntity* vertex, InputBlock& block);
+    void writeMeshEntity(MeshEntity* entity, OutputBlock& block);
     void writeMeshEntity(MeshEntity* entity, QTextStream& stream);
-    void writeMeshVertex(MeshEntity* vertex, QDataStream& stream);
+    void writeMeshVertex(MeshEntity* vertex, OutputBlock& block);
     void writeMeshVertex(MeshEntity* vertex, QTextStream& stream);
 };
 

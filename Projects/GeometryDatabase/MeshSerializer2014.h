@@ -38,10 +38,10 @@ public:
     void write(QDataStream& stream) override;
 
 private:
-    ModelEntity* readMeshVertex(MeshEntity* vertex, QDataStream& stream);
-    ModelEntity* readMeshEntity(MeshEntity* entity, QDataStream& stream);
-    void writeMeshVertex(MeshEntity* vertex, QDataStream& stream);
-    void writeMeshEntity(MeshEntity* entity, QDataStream& stream);
+    ModelEntity* readMeshVertex(MeshEntity* vertex, InputBlock& block);
+    ModelEntity* readMeshEntity(MeshEntity* entity, InputBlock& block);
+    void writeMeshVertex(MeshEntity* vertex, OutputBlock& block);
+    void writeMeshEntity(MeshEntity* entity, OutputBlock& block);
 };
 
 } // namespace Ovra::Geo

@@ -2,8 +2,10 @@
 
 #include "AttributeSerializer.h"
 #include "AttributeType.h"
+#include "InputBlock.h"
 #include "Mesh.h"
 #include "MeshEntity.h"
+#include "OutputBlock.h"
 #include "StreamReading.h"
 #include "VariantReader.h"
 
@@ -20,30 +22,31 @@ MeshSerializer2014a::MeshSerializer2014a(Model* model, Mesh* mesh)
 
 void MeshSerializer2014a::read(QDataStream& stream)
 {
-    readAttributes(mesh()->attributes(), stream);
-    readAttributeDictionary(stream);
-    readEntities(0, stream, [&](MeshEntity* vertex) { return readMeshVertex(vertex, stream); });
-    readMeshEntityAttributes(0, stream);
+    InputBlock block(stream);
+    readAttributes(mesh()->attributes(), block);
+    readAttributeDictionary(block.stream());
+    readEntities(0, block, [&](MeshEntity* vertex) { return readMeshVertex(vertex, block); });
+    readMeshEntityAttributes(0, block.stream());
     for (int dimension = 1; dimension <= 3; ++dimension) {
-        readEntities(dimension, stream,
-                     [&](MeshEntity* entity) { return readMeshEntity(entity, stream); });
-        readMeshEntityAttributes(dimension, stream);
+        readEntities(dimension, block,
+                     [&](MeshEntity* entity) { return readMeshEntity(entity, block); });
+        readMeshEntityAttributes(dimension, block.stream());
     }
 }
 
-ModelEntity* MeshSerializer2014a::readMeshVertex(MeshEntity* vertex, QDataStream& stream)
+ModelEntity* MeshSerializer2014a::readMeshVertex(MeshEntity* vertex, InputBlock& block)
 {
-    vertex->setId(readValue<qint32>(stream));
-    ModelEntity* parent = readParent(stream, MissingParent::Ignored);
-    readPoint(vertex, stream);
+    vertex->setId(readValue<qint32>(block));
+    ModelEntity* parent = readParent(block, MissingParent::Ignored);
+    readPoint(vertex, block);
     return parent;
 }
 
-ModelEntity* MeshSerializer2014a::readMeshEntity(MeshEntity* entity, QDataStream& stream)
+ModelEntity* MeshSerializer2014a::readMeshEntity(MeshEntity* entity, InputBlock& block)
 {
-    entity->setId(readValue<qint32>(stream));
-    ModelEntity* parent = readParentId(entity->dimension(), stream, MissingParent::Ignored);
-    readMeshAdjacencies(entity, stream);
+    entity->setId(readValue<qint32>(block));
+    ModelEntity* parent = readParentId(entity->dimension(), block, MissingParent::Ignored);
+    readMeshAdjacencies(entity, block);
     return parent;
 }
 
@@ -87,15 +90,16 @@ void MeshSerializer2014a::readAttribute(MeshEntity* entity, QDataStream& stream)
 
 void MeshSerializer2014a::write(QDataStream& stream)
 {
-    writeHead(stream);
+    OutputBlock block(stream);
+    writeHead(block);
     setAttributeDictionary();
-    writeAttributeDictionary(stream);
-    writeEntities(0, stream, [&](MeshEntity* vertex) { writeMeshVertex(vertex, stream); });
-    writeMeshEntityAttributes(0, stream);
+    writeAttributeDictionary(block.stream());
+    writeEntities(0, block, [&](MeshEntity* vertex) { writeMeshVertex(vertex, block); });
+    writeMeshEntityAttributes(0, block.stream());
     for (int dimension = 1; dimension <= 3; ++dimension) {
-        writeEntities(dimension, stream,
-                      [&](MeshEntity* entity) { writeMeshEntity(entity, stream); });
-        writeMeshEntityAttributes(dimension, stream);
+        writeEntities(dimension, block,
+                      [&](MeshEntity* entity) { writeMeshEntity(entity, block); });
+        writeMeshEntityAttributes(dimension, block.stream());
     }
 }
 
@@ -123,18 +127,18 @@ void MeshSerializer2014a::writeAttributeDictionary(QDataStream& stream)
     stream << static_cast<qint16>(EndOfSection);
 }
 
-void MeshSerializer2014a::writeMeshVertex(MeshEntity* vertex, QDataStream& stream)
+void MeshSerializer2014a::writeMeshVertex(MeshEntity* vertex, OutputBlock& block)
 {
-    stream << static_cast<qint32>(vertex->id());
-    writeParent(vertex, stream);
-    writePoint(vertex, stream);
+    block << static_cast<qint32>(vertex->id());
+    writeParent(vertex, block);
+    writePoint(vertex, block);
 }
 
-void MeshSerializer2014a::writeMeshEntity(MeshEntity* entity, QDataStream& stream)
+void MeshSerializer2014a::writeMeshEntity(MeshEntity* entity, OutputBlock& block)
 {
-    stream << static_cast<qint32>(entity->id());
-    writeParentId(entity, stream);
-    writeMeshAdjacencies(entity, stream);
+    block << static_cast<qint32>(entity->id());
+    writeParentId(entity, block);
+    writeMeshAdjacencies(entity, block);
 }
 
 void MeshSerializer2014a::writeMeshEntityAttributes(int dimension, QDataStream& stream)

@@ -61,10 +61,10 @@ private:
     void writeMeshEntityAttributes(int dimension, QDataStream& stream);
     void writeAttributeRecords(MeshEntity* entity, QDataStream& stream);
 
-    ModelEntity* readMeshVertex(MeshEntity* vertex, QDataStream& stream);
-    ModelEntity* readMeshEntity(MeshEntity* entity, QDataStream& stream);
-    void writeMeshVertex(MeshEntity* vertex, QDataStream& stream);
-    void writeMeshEntity(MeshEntity* entity, QDataStream& stream);
+    ModelEntity* readMeshVertex(MeshEntity* vertex, InputBlock& block);
+    ModelEntity* readMeshEntity(MeshEntity* entity, InputBlock& block);
+    void writeMeshVertex(MeshEntity* vertex, OutputBlock& block);
+    void writeMeshEntity(MeshEntity* entity, OutputBlock& block);
 
     QMap<short, QString> dictionaryIdsToTags_;
     QMap<QString, short> dictionaryTagsToIds_;

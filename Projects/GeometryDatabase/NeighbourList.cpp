@@ -99,6 +99,20 @@ void NeighbourList::reserve(qsizetype count)
     }
 }
 
+MeshEntity** NeighbourList::extend(qsizetype count)
+{
+    const qsizetype before = size();
+    if (count == 0) {
+        return nullptr;
+    }
+    if (block_ == nullptr || block_->isShared != 0 ||
+        before + count > qsizetype{block_->capacity}) {
+        moveTo(static_cast<quint32>(before + count), false);
+    }
+    block_->size += static_cast<quint32>(count);
+    return block_->entries() + before;
+}
+
 void NeighbourList::replace(qsizetype index, MeshEntity* entity)
 {
     Q_ASSERT(index >= 0 && index < size());

@@ -89,6 +89,10 @@ public:
     /// \brief Makes room for \p count entries in all, and for no more.
     void reserve(qsizetype count);
 
+    /// \brief Makes the list longer by \p count entries, which the caller sets.
+    /// \return the first of them; not null unless \p count is 0
+    MeshEntity** extend(qsizetype count);
+
     /// \brief Appends \p entity.
     void append(MeshEntity* entity)
     {

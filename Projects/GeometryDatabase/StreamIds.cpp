@@ -1,7 +1,5 @@
 #include "StreamIds.h"
 
-#include <QDataStream>
-
 #include <algorithm>
 
 namespace Ovra::Geo
@@ -22,13 +20,6 @@ bool StreamIds::insert(int id)
     }
     others_.insert(id);
     return true;
-}
-
-void StreamIds::check(int id, QDataStream& stream)
-{
-    if (id == 0 || !insert(id)) {
-        stream.setStatus(QDataStream::ReadCorruptData);
-    }
 }
 
 bool StreamIds::isInRun(int id) const

@@ -1,9 +1,8 @@
 #pragma once
 
+#include <QDataStream>
 #include <QList>
 #include <QSet>
-
-class QDataStream;
 
 namespace Ovra::Geo
 {
@@ -22,7 +21,13 @@ public:
 
     /// \brief Takes the id of a record of \p stream in; 0, which is no id, or one that has occurred
     ///        before sets the status QDataStream::ReadCorruptData.
-    void check(int id, QDataStream& stream);
+    template <typename Stream>
+    void check(int id, Stream& stream)
+    {
+        if (id == 0 || !insert(id)) {
+            stream.setStatus(QDataStream::ReadCorruptData);
+        }
+    }
 
 private:
     struct Run

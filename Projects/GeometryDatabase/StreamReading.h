@@ -1,5 +1,7 @@
 #pragma once
 
+#include "InputBlock.h"
+
 #include <QDataStream>
 #include <QFile>
 #include <QIODevice>
@@ -11,8 +13,10 @@
 namespace Ovra::Geo
 {
 
-/// \brief Whether everything that was read from \p stream so far was there and made sense.
-inline bool isOk(const QDataStream& stream)
+/// \brief Whether everything that was read from \p stream, a QDataStream or an InputBlock, so far
+///        was there and made sense.
+template <typename Stream>
+bool isOk(const Stream& stream)
 {
     return stream.status() == QDataStream::Ok;
 }
@@ -27,12 +31,20 @@ Value readValue(QDataStream& stream)
     return value;
 }
 
+/// \brief Reads a number, as from the stream behind \p block.
+template <typename Value>
+Value readValue(InputBlock& block)
+{
+    return block.read<Value>();
+}
+
 /// \brief Reads the signed 32-bit count that heads records.
 ///
 /// The count is what the stream claims: who loops over it tests the stream in every round, and
 /// makes no room ahead.
 /// \return 0 for a negative count, and if the stream has failed, before or here
-inline qint32 readCount(QDataStream& stream)
+template <typename Stream>
+qint32 readCount(Stream& stream)
 {
     const qint32 count = isOk(stream) ? readValue<qint32>(stream) : 0;
     return isOk(stream) && count > 0 ? count : 0;
