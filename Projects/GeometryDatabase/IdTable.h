@@ -54,6 +54,11 @@ public:
         if (isEmpty()) {
             first_ = id;
         }
+        if (id == end() && outliers_.isEmpty() && isWithinReach(id)) {
+            window_.append(entity); // as nearly every id follows the one before
+            ++inWindow_;
+            return;
+        }
         if (!isInWindow(id) && isWithinReach(id)) {
             stretchTo(id);
         }

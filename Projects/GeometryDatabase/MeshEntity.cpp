@@ -255,8 +255,9 @@ void MeshEntity::appendUpwardAdjacencies(int dimension, NeighbourSets* sets)
 
 void MeshEntity::removeFromVertices()
 {
+    const int own = dimension();
     for (MeshEntity* vertex : std::as_const(*this).adjacencies(0)) {
-        vertex->removeAdjacency(this);
+        vertex->adjacencies(own).removeOne(this);
     }
 }
 
@@ -265,7 +266,8 @@ void MeshEntity::removeFromSides(int sideDimension)
     // Lists that sides share stay shared, since a copy for each would take memory by the product of
     // their number and length.
     QHash<const void*, NeighbourList> without;
-    for (MeshEntity* side : getDownwardAdjacencies(this, sideDimension)) {
+    const QSet<MeshEntity*> sides = getDownwardAdjacencies(this, sideDimension);
+    for (MeshEntity* side : sides) {
         NeighbourList& list = side->adjacencies(dimension());
         if (!list.isLong()) {
             list.removeOne(this);

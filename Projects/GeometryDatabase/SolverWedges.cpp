@@ -30,6 +30,7 @@ QList<MeshEntity*> wedgesOf(const ModelEntity* region)
 QList<MeshEntity*> overturned(const MeshEntity* wedge)
 {
     QList<MeshEntity*> vertices;
+    vertices.reserve(6);
     for (const int position : {3, 5, 4, 0, 2, 1}) {
         vertices.append(wedge->adjacencyAt(0, position));
     }

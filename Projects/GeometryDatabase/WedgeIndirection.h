@@ -36,7 +36,7 @@ public:
 private:
     int index_ = 0;
     // clang-format off
-    int table_[6][6] = {
+    static constexpr int table_[6][6] = {
         {0, 1, 2, 3, 4, 5},
         {1, 2, 0, 4, 5, 3},
         {2, 0, 1, 5, 3, 4},
