@@ -238,12 +238,10 @@ private slots:
         for (qsizetype place = 0; place < bytes.size(); ++place) {
             QVERIFY2(readInBlocks(bytes.left(place)) == readOneByOne(bytes.left(place)),
                      QByteArray::number(place).constData());
-            for (const int change : {0x01, 0xFF}) {
-                QByteArray damaged = bytes;
-                damaged[place] = static_cast<char>(damaged.at(place) ^ change);
-                QVERIFY2(readInBlocks(damaged) == readOneByOne(damaged),
-                         QByteArray::number(place).constData());
-            }
+            QByteArray damaged = bytes;
+            damaged[place] = static_cast<char>(damaged.at(place) ^ (place % 2 == 0 ? 0x01 : 0xFF));
+            QVERIFY2(readInBlocks(damaged) == readOneByOne(damaged),
+                     QByteArray::number(place).constData());
         }
     }
 
