@@ -1,5 +1,6 @@
 #include "TextBlock.h"
 
+#include <QIODevice>
 #include <QLocale>
 #include <QtAlgorithms>
 
@@ -23,6 +24,12 @@ bool isPlain(const QTextStream& stream)
            stream.realNumberNotation() == QTextStream::SmartNotation &&
            stream.realNumberPrecision() > 0 && stream.realNumberPrecision() <= MostDigits &&
            stream.locale() == QLocale::c();
+}
+
+bool isDirect(const QTextStream& stream)
+{
+    return stream.device() != nullptr && !stream.device()->isTextModeEnabled() &&
+           stream.encoding() == QStringConverter::Utf8 && !stream.generateByteOrderMark();
 }
 
 // Whether a double may have just so many digits: few powers of two behind the point, or a whole
@@ -62,6 +69,7 @@ bool isTie(double value, int digits)
 TextBlock::TextBlock(QTextStream& stream)
     : stream_(stream)
     , isPlain_(isPlain(stream))
+    , isDirect_(isDirect(stream))
     , precision_(stream.realNumberPrecision())
     , end_(text_.data())
 {
@@ -70,26 +78,6 @@ TextBlock::TextBlock(QTextStream& stream)
 TextBlock::~TextBlock()
 {
     flush();
-}
-
-TextBlock& TextBlock::operator<<(char c)
-{
-    if (!isPlain_) {
-        stream_ << c;
-        return *this;
-    }
-    makeRoom();
-    *end_++ = c;
-    return *this;
-}
-
-TextBlock& TextBlock::operator<<(int value)
-{
-    if (!isPlain_) {
-        stream_ << value;
-        return *this;
-    }
-    return putNumber(value);
 }
 
 TextBlock& TextBlock::operator<<(double value)
@@ -103,28 +91,27 @@ TextBlock& TextBlock::operator<<(double value)
     return putNumber(unsignedZero, std::chars_format::general, precision_);
 }
 
-template <typename... Format>
-TextBlock& TextBlock::putNumber(Format... format)
-{
-    makeRoom();
-    end_ = std::to_chars(end_, text_.data() + Size, format...).ptr;
-    return *this;
-}
-
-void TextBlock::makeRoom()
-{
-    if (text_.data() + Size - end_ < LongestField) {
-        flush();
-    }
-}
-
 void TextBlock::flush()
 {
     if (end_ == text_.data()) {
         return; // an empty string is a field too, and a stream with a field width pads it
     }
-    stream_ << QLatin1String(text_.data(), static_cast<qsizetype>(end_ - text_.data()));
+    const auto size = static_cast<qsizetype>(end_ - text_.data());
+    if (isDirect_) {
+        writeToDevice(text_.data(), size);
+    } else {
+        stream_ << QLatin1String(text_.data(), size);
+    }
     end_ = text_.data();
+}
+
+void TextBlock::writeToDevice(const char* text, qint64 size)
+{
+    stream_.flush();
+    // As the stream does, which writes no more after a failure.
+    if (stream_.status() == QTextStream::Ok && stream_.device()->write(text, size) != size) {
+        stream_.setStatus(QTextStream::WriteFailed);
+    }
 }
 
 } // namespace Ovra::Geo

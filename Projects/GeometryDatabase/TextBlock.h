@@ -5,6 +5,7 @@
 #include <QTextStream>
 
 #include <array>
+#include <charconv>
 
 /// \file
 /// \brief How the long sections of the solver input reach their stream. Not for hosts.
@@ -18,10 +19,11 @@ namespace Ovra::Geo
 /// number through a string of its own: of a section of a million lines that is most of the time.
 /// Where the settings are those that a stream is made with, apart from the precision, the fields
 /// are formatted here, by std::to_chars, to the same text; where they are not, the stream does it
-/// as ever.
+/// as ever. As the text is ASCII, it goes past the stream to a device that would get the same bytes.
 ///
-/// The stream has everything when the block goes, in the order in which it was put; who writes to
-/// the stream beside a block calls flush() first. Settings are looked at when the block is made.
+/// The stream, or its device, has everything when the block goes, in the order in which it was put;
+/// who writes to the stream beside a block calls flush() first. Settings are looked at when the
+/// block is made.
 class OVRA_GEO_EXPORT TextBlock
 {
 public:
@@ -32,24 +34,56 @@ public:
     TextBlock(const TextBlock&) = delete;
     TextBlock& operator=(const TextBlock&) = delete;
 
-    TextBlock& operator<<(char c);
-    TextBlock& operator<<(int value);
+    TextBlock& operator<<(char c)
+    {
+        if (!isPlain_) {
+            stream_ << c;
+            return *this;
+        }
+        makeRoom();
+        *end_++ = c;
+        return *this;
+    }
+
+    TextBlock& operator<<(int value)
+    {
+        if (!isPlain_) {
+            stream_ << value;
+            return *this;
+        }
+        return putNumber(value);
+    }
+
     TextBlock& operator<<(double value);
 
     /// \brief Hands over what has been gathered.
     void flush();
 
 private:
-    static constexpr int Size = 16384;
+    static constexpr int Size =
+        32768; // above what a file gathers by itself, which it then does not
     static constexpr int LongestField = 32; // 17 digits with sign, point, zeros and exponent are 25
 
     template <typename... Format>
-    TextBlock& putNumber(Format... format);
+    TextBlock& putNumber(Format... format)
+    {
+        makeRoom();
+        end_ = std::to_chars(end_, text_.data() + Size, format...).ptr;
+        return *this;
+    }
 
-    void makeRoom();
+    void makeRoom()
+    {
+        if (text_.data() + Size - end_ < LongestField) {
+            flush();
+        }
+    }
+
+    void writeToDevice(const char* text, qint64 size);
 
     QTextStream& stream_;
     bool isPlain_;
+    bool isDirect_;
     int precision_;
     std::array<char, Size> text_;
     char* end_;

@@ -117,4 +117,30 @@ private:
     qsizetype position_ = 0;
 };
 
+/// \brief A device that takes so many bytes and no more.
+class FullDevice : public QIODevice
+{
+public:
+    explicit FullDevice(qint64 room)
+        : room_(room)
+    {
+        open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+    }
+
+    QByteArray taken;
+
+protected:
+    qint64 readData(char*, qint64) override { return -1; }
+
+    qint64 writeData(const char* data, qint64 size) override
+    {
+        const qint64 taking = std::min<qint64>(size, room_ - taken.size());
+        taken.append(data, taking);
+        return taking;
+    }
+
+private:
+    qint64 room_;
+};
+
 } // namespace StreamTesting

@@ -21,32 +21,6 @@ namespace
 
 using Settings = std::function<void(QDataStream&)>;
 
-/// Takes so many bytes and no more.
-class FullDevice : public QIODevice
-{
-public:
-    explicit FullDevice(qint64 room)
-        : room_(room)
-    {
-        open(QIODevice::WriteOnly | QIODevice::Unbuffered);
-    }
-
-    QByteArray taken;
-
-protected:
-    qint64 readData(char*, qint64) override { return -1; }
-
-    qint64 writeData(const char* data, qint64 size) override
-    {
-        const qint64 taking = std::min<qint64>(size, room_ - taken.size());
-        taken.append(data, taking);
-        return taking;
-    }
-
-private:
-    qint64 room_;
-};
-
 /// What reading left behind.
 struct Outcome
 {

@@ -1,3 +1,4 @@
+#include "StreamTesting.h"
 #include "TextBlock.h"
 
 #include <QBuffer>
@@ -57,6 +58,45 @@ QString textOfStream(Setting set)
     writeFields(stream);
     stream.flush();
     return text;
+}
+
+template <typename Sink>
+void writeManyFields(Sink& sink)
+{
+    for (int i = 0; i < 300; ++i) {
+        writeFields(sink);
+    }
+}
+
+QByteArray bytesOfBlock(QIODevice::OpenMode mode, Setting set)
+{
+    QByteArray bytes;
+    QBuffer device(&bytes);
+    device.open(mode);
+    QTextStream stream(&device);
+    set(stream);
+    stream << "ahead ";
+    {
+        TextBlock block(stream);
+        writeManyFields(block);
+    }
+    stream << " behind";
+    stream.flush();
+    return bytes;
+}
+
+QByteArray bytesOfStream(QIODevice::OpenMode mode, Setting set)
+{
+    QByteArray bytes;
+    QBuffer device(&bytes);
+    device.open(mode);
+    QTextStream stream(&device);
+    set(stream);
+    stream << "ahead ";
+    writeManyFields(stream);
+    stream << " behind";
+    stream.flush();
+    return bytes;
 }
 
 // Every exponent, denormals included, with mantissas at random; a longer run on request.
@@ -172,6 +212,49 @@ private slots:
         stream << "c";
         stream.flush();
         QCOMPARE(bytes, QByteArray("a 1 b 2 c"));
+    }
+
+    void aDeviceHasTheBytesOfTheStream_data()
+    {
+        QTest::addColumn<QIODevice::OpenMode>("mode");
+        QTest::addColumn<Setting>("set");
+        const QIODevice::OpenMode write = QIODevice::WriteOnly;
+        QTest::newRow("as made") << write << Setting([](QTextStream&) {});
+        QTest::newRow("text mode") << (write | QIODevice::Text) << Setting([](QTextStream&) {});
+        QTest::newRow("UTF-16") << write << Setting([](QTextStream& s) {
+            s.setEncoding(QStringConverter::Utf16);
+        });
+        QTest::newRow("Latin-1") << write << Setting([](QTextStream& s) {
+            s.setEncoding(QStringConverter::Latin1);
+        });
+        QTest::newRow("byte order mark")
+            << write << Setting([](QTextStream& s) { s.setGenerateByteOrderMark(true); });
+    }
+
+    void aDeviceHasTheBytesOfTheStream()
+    {
+        QFETCH(QIODevice::OpenMode, mode);
+        QFETCH(Setting, set);
+        QVERIFY(bytesOfBlock(mode, set) == bytesOfStream(mode, set));
+    }
+
+    void aDeviceThatFillsUp()
+    {
+        const QByteArray whole = bytesOfStream(QIODevice::WriteOnly, Setting([](QTextStream&) {}));
+        for (const qint64 room : {qint64{0}, qint64{10}, qint64{40000}, qint64{whole.size()}}) {
+            StreamTesting::FullDevice device(room);
+            QTextStream stream(&device);
+            stream << "ahead ";
+            {
+                TextBlock block(stream);
+                writeManyFields(block);
+            }
+            stream << " behind";
+            stream.flush();
+            QCOMPARE(stream.status(),
+                     room < whole.size() ? QTextStream::WriteFailed : QTextStream::Ok);
+            QVERIFY(device.taken == whole.left(room));
+        }
     }
 
     void addsNothingOfItsOwn()
