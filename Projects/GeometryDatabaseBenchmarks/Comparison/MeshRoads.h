@@ -50,40 +50,19 @@ public:
     static void write(benchmark::State& state, const QString& base)
     {
         Side& side = sharedMesh(base);
-        for (auto _ : state) {
-            const QTemporaryDir directory;
-            QFile file(directory.filePath(QStringLiteral("mesh")));
-            if (!file.open(QIODevice::WriteOnly)) {
-                state.SkipWithError("the mesh could not be written");
-            }
+        toFile(state, [&side](QFile& file) {
             QDataStream stream(&file);
             side.write(stream);
-            file.close();
-            state.PauseTiming(); // the folder goes beside the clock
-            state.counters["bytes"] = static_cast<double>(file.size());
-            QFile::remove(file.fileName());
-            state.ResumeTiming();
-        }
+        });
     }
 
     static void text(benchmark::State& state, const QString& base)
     {
         Side& side = sharedMesh(base);
-        for (auto _ : state) {
-            const QTemporaryDir directory;
-            QFile file(directory.filePath(QStringLiteral("text")));
-            if (!file.open(QIODevice::WriteOnly)) {
-                state.SkipWithError("the text could not be written");
-            }
+        toFile(state, [&side](QFile& file) {
             QTextStream stream(&file);
             side.writeText(stream);
-            stream.flush();
-            file.close();
-            state.PauseTiming();
-            state.counters["bytes"] = static_cast<double>(file.size());
-            QFile::remove(file.fileName());
-            state.ResumeTiming();
-        }
+        });
     }
 
     static void upwardLists(benchmark::State& state, const QString& base)
@@ -98,6 +77,21 @@ public:
     }
 
 private:
+    template <typename Write>
+    static void toFile(benchmark::State& state, Write write)
+    {
+        const QTemporaryDir directory;
+        QFile file(directory.filePath(QStringLiteral("file")));
+        for (auto _ : state) {
+            if (!file.open(QIODevice::WriteOnly)) {
+                state.SkipWithError("the file could not be opened");
+            }
+            write(file);
+            file.close();
+        }
+        state.counters["bytes"] = static_cast<double>(file.size());
+    }
+
     static bool readMesh(const QString& base, Side& side)
     {
         return StoredCase::readMesh(base, [&](QDataStream& stream) { side.read(stream); });

