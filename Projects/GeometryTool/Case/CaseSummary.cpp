@@ -1,5 +1,6 @@
 #include "CaseSummary.h"
 
+#include "CaseView.h"
 #include "ElementTopology.h"
 #include "Flatness.h"
 #include "Mesh.h"
@@ -100,9 +101,10 @@ CaseSummary::CaseSummary(const CaseFiles& files, const Database& database, Progr
     listTwins(*database.model());
     isPlanar = liesInAPlane(*database.mesh());
     progress.phase(QStringLiteral("judging the elements"));
+    const CaseView view(database);
     for (int dimension = 1; dimension < 4; ++dimension) {
         if (database.mesh()->count(dimension) > 0) {
-            quality.emplace_back(dimension, MeshQuality(*database.mesh(), dimension, progress));
+            quality.emplace_back(dimension, MeshQuality(view, dimension, progress));
         }
     }
     progress.finish();

@@ -26,8 +26,16 @@ std::size_t slot(int dimension)
 template <typename Entity, typename Container>
 std::vector<Entity*> sortedEntities(const Container& container, int dimension)
 {
-    const QList<Entity*> entities = inIdOrder(container.iterator(dimension));
-    return {entities.begin(), entities.end()};
+    std::vector<Entity*> entities;
+    entities.reserve(static_cast<std::size_t>(container.count(dimension)));
+    for (auto walk = container.iterator(dimension); walk.hasNext();) {
+        entities.push_back(walk.next().value());
+    }
+    // In memory an entity may stand under another id than its own.
+    if (!std::is_sorted(entities.begin(), entities.end(), Entity::lessThan)) {
+        std::sort(entities.begin(), entities.end(), Entity::lessThan);
+    }
+    return entities;
 }
 
 } // namespace
@@ -51,6 +59,30 @@ const std::vector<ModelEntity*>& CaseView::modelEntities(int dimension) const
 const std::vector<MeshEntity*>& CaseView::meshEntities(int dimension) const
 {
     return meshEntities_.at(slot(dimension));
+}
+
+const VertexLists& CaseView::vertexLists(int dimension) const
+{
+    if (!positions_) {
+        positions_.emplace(meshEntities(0));
+    }
+    std::optional<VertexLists>& lists = vertexLists_.at(slot(dimension));
+    if (!lists) {
+        lists.emplace(meshEntities(dimension), *positions_);
+    }
+    return *lists;
+}
+
+const std::vector<Vector>& CaseView::points() const
+{
+    if (!points_) {
+        points_.emplace();
+        points_->reserve(meshEntities(0).size());
+        for (const MeshEntity* vertex : meshEntities(0)) {
+            points_->push_back(vertex->centroid());
+        }
+    }
+    return *points_;
 }
 
 std::vector<MeshEntity*> CaseView::childrenOf(const ModelEntity& entity)

@@ -1,6 +1,10 @@
 #pragma once
 
+#include "Vector.h"
+#include "VertexLists.h"
+
 #include <array>
+#include <optional>
 #include <vector>
 
 namespace Ovra::Geo
@@ -33,6 +37,13 @@ public:
     const std::vector<Geo::ModelEntity*>& modelEntities(int dimension) const;
     const std::vector<Geo::MeshEntity*>& meshEntities(int dimension) const;
 
+    /// \brief The vertices of meshEntities(dimension), made at the first call.
+    /// \pre all vertices that are listed are in the mesh
+    const VertexLists& vertexLists(int dimension) const;
+
+    /// \brief The points of meshEntities(0), made at the first call.
+    const std::vector<Geo::Vector>& points() const;
+
     /// \brief Mesh entities of the model entity's own dimension that stand on it, by id.
     static std::vector<Geo::MeshEntity*> childrenOf(const Geo::ModelEntity& entity);
 
@@ -45,6 +56,9 @@ private:
     int faceDimension_;
     std::array<std::vector<Geo::ModelEntity*>, 4> modelEntities_;
     std::array<std::vector<Geo::MeshEntity*>, 4> meshEntities_;
+    mutable std::optional<VertexPositions> positions_;
+    mutable std::array<std::optional<VertexLists>, 4> vertexLists_;
+    mutable std::optional<std::vector<Geo::Vector>> points_;
 };
 
 } // namespace Ovra::GeoTool

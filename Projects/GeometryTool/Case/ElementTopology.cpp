@@ -1,9 +1,30 @@
 #include "ElementTopology.h"
 
-#include <algorithm>
+#include <array>
+#include <cstddef>
 
 namespace Ovra::GeoTool
 {
+
+namespace
+{
+
+constexpr int mostVertices = 8;
+
+/// By dimension and number of vertices: it is asked several times for each element.
+using KindTable = std::array<std::array<const ElementTopology*, mostVertices + 1>, 4>;
+
+KindTable kindTable()
+{
+    KindTable table = {};
+    for (const ElementTopology& kind : ElementTopology::all()) {
+        table[static_cast<std::size_t>(kind.dimension)]
+             [static_cast<std::size_t>(kind.vertexCount)] = &kind;
+    }
+    return table;
+}
+
+} // namespace
 
 const std::vector<ElementTopology>& ElementTopology::all()
 {
@@ -43,10 +64,12 @@ const std::vector<ElementTopology>& ElementTopology::all()
 
 const ElementTopology* ElementTopology::find(int dimension, int vertexCount)
 {
-    const auto kind = std::find_if(all().begin(), all().end(), [=](const ElementTopology& each) {
-        return each.dimension == dimension && each.vertexCount == vertexCount;
-    });
-    return kind == all().end() ? nullptr : &*kind;
+    static const KindTable table = kindTable();
+    const bool isInTable =
+        dimension >= 0 && dimension <= 3 && vertexCount >= 0 && vertexCount <= mostVertices;
+    return isInTable
+               ? table[static_cast<std::size_t>(dimension)][static_cast<std::size_t>(vertexCount)]
+               : nullptr;
 }
 
 } // namespace Ovra::GeoTool

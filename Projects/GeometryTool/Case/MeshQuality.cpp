@@ -1,12 +1,14 @@
 #include "MeshQuality.h"
 
+#include "CaseView.h"
 #include "ElementTopology.h"
-#include "Mesh.h"
 #include "MeshEntity.h"
 #include "Progress.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <span>
 
 namespace Ovra::GeoTool
 {
@@ -16,13 +18,13 @@ using namespace Ovra::Geo;
 namespace
 {
 
-using Points = std::vector<Vector>;
+using Points = MeshQuality::Points;
 
 constexpr double degenerateFraction = 1e-12;
 
 const Vector& at(const Points& points, int index)
 {
-    return points[static_cast<std::size_t>(index)];
+    return points[index];
 }
 
 int cyclic(const std::vector<int>& ring, std::size_t index)
@@ -49,10 +51,10 @@ Vector mean(const Points& points)
 }
 
 /// Half the cross products about a point: the area vector of each triangle of a side.
-std::vector<Vector> areaVectors(const Points& ring, const Vector& about)
+Points areaVectors(const Points& ring, const Vector& about)
 {
-    std::vector<Vector> vectors;
-    for (std::size_t i = 0; i < ring.size(); ++i) {
+    Points vectors;
+    for (qsizetype i = 0; i < ring.size(); ++i) {
         vectors.push_back(0.5 * ((ring[i] - about) ^ (ring[(i + 1) % ring.size()] - about)));
     }
     return vectors;
@@ -60,7 +62,7 @@ std::vector<Vector> areaVectors(const Points& ring, const Vector& about)
 
 Vector splitPoint(const Points& ring)
 {
-    return ring.size() == 3 ? ring.front() : mean(ring);
+    return ring.size() == 3 ? ring[0] : mean(ring);
 }
 
 double sideVolume(const Points& ring, const Vector& apex)
@@ -86,7 +88,7 @@ double solidVolume(const ElementTopology& topology, const Points& points)
 {
     double volume = 0.0;
     for (const std::vector<int>& side : topology.sides) {
-        volume += sideVolume(pick(side, points), points.front());
+        volume += sideVolume(pick(side, points), points[0]);
     }
     return volume;
 }
@@ -103,7 +105,7 @@ double solidSurface(const ElementTopology& topology, const Points& points)
 double fanArea(const Points& points)
 {
     double area = 0.0;
-    for (std::size_t i = 2; i < points.size(); ++i) {
+    for (qsizetype i = 2; i < points.size(); ++i) {
         area += 0.5 * ((points[i - 1] - points[0]) ^ (points[i] - points[0])).length();
     }
     return area;
@@ -120,30 +122,42 @@ double sizeOf(const ElementTopology& topology, const Points& points)
 double perimeter(const Points& points)
 {
     double length = 0.0;
-    for (std::size_t i = 0; i < points.size(); ++i) {
+    for (qsizetype i = 0; i < points.size(); ++i) {
         length += (points[(i + 1) % points.size()] - points[i]).length();
     }
     return length;
 }
 
+double squareOf(const Vector& vector)
+{
+    return vector * vector;
+}
+
+/// The root is taken once: that of the largest square is the largest of the roots.
 double longestEdge(const ElementTopology& topology, const Points& points)
 {
-    double longest = topology.dimension == 1 ? (points[1] - points[0]).length() : 0.0;
+    double longest = topology.dimension == 1 ? squareOf(points[1] - points[0]) : 0.0;
     for (const std::vector<int>& side : topology.sides) {
         for (std::size_t i = 0; i < side.size(); ++i) {
             longest =
-                std::max(longest, (at(points, cyclic(side, i + 1)) - at(points, side[i])).length());
+                std::max(longest, squareOf(at(points, cyclic(side, i + 1)) - at(points, side[i])));
         }
     }
-    return longest;
+    return std::sqrt(longest);
 }
 
-double aspectOf(const ElementTopology& topology, const Points& points, double measure)
+double powerOf(double base, int exponent)
+{
+    return exponent == 1 ? base : base * powerOf(base, exponent - 1);
+}
+
+double aspectOf(const ElementTopology& topology, const Points& points, double measure,
+                double longest)
 {
     const double boundary =
         topology.dimension == 3 ? solidSurface(topology, points) : perimeter(points);
     const double radius = topology.dimension * measure / boundary;
-    return longestEdge(topology, points) / radius / topology.regularAspect;
+    return longest / radius / topology.regularAspect;
 }
 
 /// One corner of a solid: the vertex and its three neighbours, in the order that spans a positive
@@ -215,7 +229,7 @@ bool isSolidTwisted(const ElementTopology& topology, const Points& points)
 }
 
 /// True if the triangles on both sides of the diagonal from \p from face opposite ways.
-bool foldsAlongDiagonal(const Points& quad, std::size_t from)
+bool foldsAlongDiagonal(const Points& quad, qsizetype from)
 {
     const Vector& a = quad[from];
     const Vector& b = quad[from + 1];
@@ -232,13 +246,12 @@ bool isTwisted(const ElementTopology& topology, const Points& points)
     return points.size() == 4 && foldsAlongDiagonal(points, 0) && foldsAlongDiagonal(points, 1);
 }
 
-bool hasRepeatedVertex(const MeshEntity& element)
+bool hasRepeatedVertex(std::span<const int> vertices)
 {
-    for (int i = 1; i < element.adjacencyCount(0); ++i) {
-        for (int j = 0; j < i; ++j) {
-            if (element.adjacencyAt(0, i) == element.adjacencyAt(0, j)) {
-                return true;
-            }
+    for (std::size_t i = 1; i < vertices.size(); ++i) {
+        if (std::find(vertices.begin(), vertices.begin() + static_cast<std::ptrdiff_t>(i),
+                      vertices[i]) != vertices.begin() + static_cast<std::ptrdiff_t>(i)) {
+            return true;
         }
     }
     return false;
@@ -247,9 +260,17 @@ bool hasRepeatedVertex(const MeshEntity& element)
 Points pointsOf(const MeshEntity& element)
 {
     Points points;
-    points.reserve(static_cast<std::size_t>(element.adjacencyCount(0)));
     for (int i = 0; i < element.adjacencyCount(0); ++i) {
         points.push_back(element.adjacencyAt(0, i)->centroid());
+    }
+    return points;
+}
+
+Points pointsOf(std::span<const int> vertices, const std::vector<Vector>& allPoints)
+{
+    Points points;
+    for (const int vertex : vertices) {
+        points.push_back(allPoints[static_cast<std::size_t>(vertex)]);
     }
     return points;
 }
@@ -268,14 +289,22 @@ void Extremes::add(double value, int id)
     }
 }
 
-MeshQuality::MeshQuality(const Mesh& mesh, int dimension, Progress& progress)
+MeshQuality::MeshQuality(const CaseView& view, int dimension, Progress& progress)
 {
-    const int count = mesh.count(dimension);
-    int done = 0;
-    auto elements = mesh.orderedIterator(dimension);
-    while (elements.hasNext()) {
-        add(*elements.next());
-        progress.update(++done, count, QStringLiteral("elements"));
+    const VertexLists& lists = view.vertexLists(dimension);
+    const std::vector<MeshEntity*>& elements = view.meshEntities(dimension);
+    for (std::size_t i = 0; i < elements.size(); ++i) {
+        const std::span<const int> vertices = lists.of(i);
+        const auto* const topology =
+            ElementTopology::find(dimension, static_cast<int>(vertices.size()));
+        if (topology) {
+            judge(elements[i]->id(), *topology, pointsOf(vertices, view.points()),
+                  hasRepeatedVertex(vertices));
+        } else {
+            unknown_.push_back(elements[i]->id());
+        }
+        progress.update(static_cast<qint64>(i) + 1, static_cast<qint64>(elements.size()),
+                        QStringLiteral("elements"));
     }
 }
 
@@ -286,22 +315,12 @@ double MeshQuality::measureOf(const MeshEntity& element)
     return sizeOf(*topology, pointsOf(element));
 }
 
-void MeshQuality::add(MeshEntity& element)
-{
-    const ElementTopology* const topology =
-        ElementTopology::find(element.dimension(), element.adjacencyCount(0));
-    if (topology) {
-        judge(element.id(), *topology, pointsOf(element), hasRepeatedVertex(element));
-    } else {
-        unknown_.push_back(element.id());
-    }
-}
-
-void MeshQuality::judge(int id, const ElementTopology& topology, const std::vector<Vector>& points,
+void MeshQuality::judge(int id, const ElementTopology& topology, const Points& points,
                         bool repeatsVertex)
 {
     const double size = sizeOf(topology, points);
-    const double scale = std::pow(longestEdge(topology, points), topology.dimension);
+    const double longest = longestEdge(topology, points);
+    const double scale = powerOf(longest, topology.dimension);
     measure_.add(size, id);
     total_ += size;
     // Written so that a measure that is no number counts as degenerate.
@@ -315,7 +334,7 @@ void MeshQuality::judge(int id, const ElementTopology& topology, const std::vect
     const bool hasAspect =
         topology.dimension > 1 && (degenerate_.empty() || degenerate_.back() != id) && size > 0.0;
     if (hasAspect) {
-        aspect_.add(aspectOf(topology, points, size), id);
+        aspect_.add(aspectOf(topology, points, size, longest), id);
     }
 }
 

@@ -2,18 +2,20 @@
 
 #include "Vector.h"
 
+#include <QVarLengthArray>
+
 #include <limits>
 #include <vector>
 
 namespace Ovra::Geo
 {
-class Mesh;
 class MeshEntity;
-} // namespace Ovra::Geo
+}
 
 namespace Ovra::GeoTool
 {
 
+class CaseView;
 struct ElementTopology;
 class Progress;
 
@@ -54,8 +56,11 @@ struct Extremes
 class MeshQuality
 {
 public:
-    /// \brief Judges all elements of \p dimension, 1 to 3, in \p mesh.
-    MeshQuality(const Geo::Mesh& mesh, int dimension, Progress& progress);
+    /// \brief The points of one element. On the stack: there are a million of them to judge.
+    using Points = QVarLengthArray<Geo::Vector, 8>;
+
+    /// \brief Judges all elements of \p dimension, 1 to 3, in the mesh of \p view.
+    MeshQuality(const CaseView& view, int dimension, Progress& progress);
 
     const Extremes& measure() const { return measure_; }
     const Extremes& aspect() const { return aspect_; }
@@ -74,9 +79,7 @@ public:
     static double measureOf(const Ovra::Geo::MeshEntity& element);
 
 private:
-    void add(Geo::MeshEntity& element);
-    void judge(int id, const ElementTopology& topology, const std::vector<Geo::Vector>& points,
-               bool repeatsVertex);
+    void judge(int id, const ElementTopology& topology, const Points& points, bool repeatsVertex);
 
     Extremes measure_;
     Extremes aspect_;

@@ -34,7 +34,7 @@ CaseFindings CaseVerifier::verify(Progress& progress, Topics topics, int limit) 
         {Elements, [&] { ElementCheck(view, findings).run(progress); }},
         {Classification, [&] { ClassificationCheck::run(view, findings); }},
         {ModelLinks, [&] { ModelLinkCheck::run(view, findings); }},
-        {Surfaces, [&] { SideCheck(view, findings).run(); }},
+        {Surfaces, [&] { SideCheck(view, findings).run(progress); }},
         {Attributes,
          [&] {
              AttributeCheck::run(view, findings);

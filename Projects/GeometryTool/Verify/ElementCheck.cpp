@@ -1,5 +1,6 @@
 #include "ElementCheck.h"
 
+#include "Buckets.h"
 #include "CaseView.h"
 #include "Counted.h"
 #include "ElementTopology.h"
@@ -26,11 +27,22 @@ namespace
 
 constexpr std::size_t mostVertices = 8;
 
-/// The vertices of an element without regard to their order.
+/// The vertices of an element without regard to their order, and its position in its list.
 struct VertexSet
 {
-    std::array<int, mostVertices> ids = {};
-    const MeshEntity* element = nullptr;
+    std::array<int, mostVertices> vertices;
+    std::size_t element;
+
+    auto operator<=>(const VertexSet&) const = default; // NOLINT(modernize-use-nullptr)
+};
+
+/// An element, and the one before it that has the same vertices.
+struct Duplicate
+{
+    VertexSet set;
+    std::size_t other;
+
+    auto operator<=>(const Duplicate&) const = default; // NOLINT(modernize-use-nullptr)
 };
 
 bool isFinite(const Vector& point)
@@ -98,15 +110,67 @@ QString measureText(const MeshEntity& entity)
         .arg(MeshQuality::measureOf(entity), 0, 'g', 6);
 }
 
-VertexSet vertexSetOf(const MeshEntity& element)
+/// Those of fewer vertices come first.
+VertexSet vertexSetOf(std::span<const int> vertices, std::size_t element)
 {
-    VertexSet set;
-    set.element = &element;
-    for (int i = 0; i < element.adjacencyCount(0); ++i) {
-        set.ids[static_cast<std::size_t>(i)] = element.adjacencyAt(0, i)->id();
-    }
-    std::sort(set.ids.begin(), set.ids.end());
+    VertexSet set = {{}, element};
+    set.vertices.fill(-1);
+    std::copy(vertices.begin(), vertices.end(), set.vertices.begin());
+    std::sort(set.vertices.begin(), set.vertices.end());
     return set;
+}
+
+/// An element and a number that is the same for all of the same vertices, so that few others need be
+/// looked at.
+struct Hashed
+{
+    unsigned hash;
+    int element;
+
+    auto operator<=>(const Hashed&) const = default; // NOLINT(modernize-use-nullptr)
+};
+
+unsigned hashOf(std::span<const int> vertices)
+{
+    unsigned sum = 0;
+    for (const int vertex : vertices) {
+        const auto number = static_cast<unsigned>(vertex);
+        sum += (number ^ number >> 16U) * number;
+    }
+    return sum;
+}
+
+/// \param elements of the same hash
+void appendEqual(const VertexLists& lists, std::span<const Hashed> elements,
+                 std::vector<Duplicate>& duplicates)
+{
+    std::vector<VertexSet> sets;
+    for (const Hashed& each : elements) {
+        const auto element = static_cast<std::size_t>(each.element);
+        sets.push_back(vertexSetOf(lists.of(element), element));
+    }
+    std::sort(sets.begin(), sets.end());
+    for (std::size_t i = 1; i < sets.size(); ++i) {
+        if (sets[i].vertices == sets[i - 1].vertices) {
+            duplicates.push_back({sets[i], sets[i - 1].element});
+        }
+    }
+}
+
+/// \param elements that share a vertex; come to be sorted
+void appendDuplicates(const VertexLists& lists, std::span<Hashed> elements,
+                      std::vector<Duplicate>& duplicates)
+{
+    std::sort(elements.begin(), elements.end());
+    for (auto begin = elements.begin(); begin != elements.end();) {
+        const auto end = std::find_if(begin, elements.end(), [begin](const Hashed& each) {
+            return each.hash != begin->hash;
+        });
+        if (end - begin > 1) {
+            appendEqual(lists, {begin, end}, duplicates);
+        }
+        begin = end;
+    }
 }
 
 } // namespace
@@ -120,6 +184,21 @@ ElementCheck::ElementCheck(const CaseView& view, FindingSink& sink)
 bool ElementCheck::isWellFormed(const MeshEntity& entity)
 {
     return topologyOf(entity) && !repeatedVertex(entity);
+}
+
+bool ElementCheck::isWellFormed(int dimension, std::span<const int> vertices)
+{
+    if (!ElementTopology::find(dimension, static_cast<int>(vertices.size()))) {
+        return false;
+    }
+    for (std::size_t i = 1; i < vertices.size(); ++i) {
+        for (std::size_t j = 0; j < i; ++j) {
+            if (vertices[i] == vertices[j]) {
+                return false;
+            }
+        }
+    }
+    return true;
 }
 
 void ElementCheck::run(Progress& progress)
@@ -199,7 +278,7 @@ void ElementCheck::checkVertexList(const MeshEntity& entity)
 
 void ElementCheck::checkShapes(int dimension, Progress& progress)
 {
-    const MeshQuality quality(view_.mesh(), dimension, progress);
+    const MeshQuality quality(view_, dimension, progress);
     using Report = void (ElementCheck::*)(MeshEntity&);
     const std::array<std::pair<const std::vector<int>*, Report>, 3> reports = {
         {{&quality.degenerate(), &ElementCheck::reportFlat},
@@ -247,22 +326,27 @@ void ElementCheck::reportTwisted(MeshEntity& entity)
 
 void ElementCheck::checkDuplicates(int dimension)
 {
-    std::vector<VertexSet> sets;
-    sets.reserve(view_.meshEntities(dimension).size());
-    for (const MeshEntity* element : view_.meshEntities(dimension)) {
-        if (isWellFormed(*element)) {
-            sets.push_back(vertexSetOf(*element));
+    const VertexLists& lists = view_.vertexLists(dimension);
+    Buckets<Hashed> bySmallest(view_.meshEntities(0).size(), [&](auto add) {
+        for (std::size_t i = 0; i < lists.size(); ++i) {
+            const std::span<const int> vertices = lists.of(i);
+            if (isWellFormed(dimension, vertices)) {
+                add(static_cast<std::size_t>(*std::min_element(vertices.begin(), vertices.end())),
+                    Hashed{hashOf(vertices), static_cast<int>(i)});
+            }
         }
+    });
+    std::vector<Duplicate> duplicates;
+    for (std::size_t vertex = 0; vertex < bySmallest.count(); ++vertex) {
+        appendDuplicates(lists, bySmallest[vertex], duplicates);
     }
-    std::stable_sort(sets.begin(), sets.end(),
-                     [](const VertexSet& a, const VertexSet& b) { return a.ids < b.ids; });
-    for (std::size_t i = 1; i < sets.size(); ++i) {
-        if (sets[i].ids == sets[i - 1].ids) {
-            sink_.add(FindingKind::DuplicateElement, *sets[i].element,
-                      [other = EntityName(*sets[i - 1].element)] {
-                          return QStringLiteral("has the same vertices as %1").arg(other.text());
-                      });
-        }
+    std::sort(duplicates.begin(), duplicates.end());
+    const std::vector<MeshEntity*>& elements = view_.meshEntities(dimension);
+    for (const Duplicate& duplicate : duplicates) {
+        sink_.add(FindingKind::DuplicateElement, *elements[duplicate.set.element],
+                  [other = EntityName(*elements[duplicate.other])] {
+                      return QStringLiteral("has the same vertices as %1").arg(other.text());
+                  });
     }
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <span>
+
 namespace Ovra::Geo
 {
 class MeshEntity;
@@ -24,6 +26,9 @@ public:
 
     /// \brief True if the entity is of a kind of ElementTopology and names no vertex twice.
     static bool isWellFormed(const Geo::MeshEntity& entity);
+
+    /// \brief The same of an entity of \p dimension with these vertices, by any numbers of theirs.
+    static bool isWellFormed(int dimension, std::span<const int> vertices);
 
     /// \brief Reports an edge, face or region whose number of vertices makes no element.
     static void checkVertexCount(const Geo::MeshEntity& entity, FindingSink& sink);

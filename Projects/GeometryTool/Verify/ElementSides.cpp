@@ -16,17 +16,9 @@ using namespace Ovra::Geo;
 namespace
 {
 
-bool isBefore(const ElementSides::Side& a, const ElementSides::Side& b)
-{
-    if (a.key != b.key) {
-        return a.key < b.key;
-    }
-    return a.element->id() < b.element->id();
-}
-
-/// From the smallest id on, a ring runs towards the smaller of its two neighbours or away from it;
-/// an edge runs up or down.
-bool isRising(const std::vector<int>& ring)
+/// From the smallest vertex on, a ring runs towards the smaller of its two neighbours or away from
+/// it; an edge runs up or down.
+bool isRising(std::span<const int> ring)
 {
     const auto size = ring.size();
     if (size == 2) {
@@ -37,54 +29,60 @@ bool isRising(const std::vector<int>& ring)
     return ring[(start + 1) % size] < ring[(start + size - 1) % size];
 }
 
-ElementSides::Key keyOfRing(const std::vector<int>& ring)
-{
-    return ascendingKey(ring, 0);
-}
-
 } // namespace
 
 ElementSides::ElementSides(const CaseView& view)
+    : sides_(view.meshEntities(0).size(), [&view](auto add) { forEachSide(view, add); })
+    , elements_(view.meshEntities(view.elementDimension()))
 {
-    for (const MeshEntity* element : view.meshEntities(view.elementDimension())) {
-        if (ElementCheck::isWellFormed(*element)) {
-            addSides(*element);
-        }
+    for (std::size_t vertex = 0; vertex < sides_.count(); ++vertex) {
+        std::sort(sides_[vertex].begin(), sides_[vertex].end());
     }
-    std::sort(sides_.begin(), sides_.end(), isBefore);
+    regions_.reserve(elements_.size());
+    for (const MeshEntity* element : elements_) {
+        regions_.push_back(element->parent());
+    }
 }
 
-void ElementSides::addSides(const MeshEntity& element)
+template <typename Action>
+void ElementSides::forEachSide(const CaseView& view, Action action)
 {
-    const auto& topology = *ElementTopology::find(element.dimension(), element.adjacencyCount(0));
-    std::vector<int> ring;
-    for (const std::vector<int>& local : topology.sides) {
-        ring.clear();
-        for (const int index : local) {
-            ring.push_back(element.adjacencyAt(0, index)->id());
+    const int dimension = view.elementDimension();
+    const VertexLists& lists = view.vertexLists(dimension);
+    std::array<int, 4> ring;
+    for (std::size_t i = 0; i < lists.size(); ++i) {
+        const std::span<const int> vertices = lists.of(i);
+        if (!ElementCheck::isWellFormed(dimension, vertices)) {
+            continue;
         }
-        sides_.push_back({keyOfRing(ring), &element, isRising(ring)});
+        for (const std::vector<int>& local :
+             ElementTopology::find(dimension, static_cast<int>(vertices.size()))->sides) {
+            std::transform(local.begin(), local.end(), ring.begin(), [vertices](int corner) {
+                return vertices[static_cast<std::size_t>(corner)];
+            });
+            const std::span<const int> side = std::span(ring).first(local.size());
+            const auto [smallest, a, b, c] = keyOf(side);
+            action(static_cast<std::size_t>(smallest), Side({a, b, c}, i, isRising(side)));
+        }
     }
 }
 
 ElementSides::Run ElementSides::find(const Key& key) const
 {
-    const auto before = [](const Side& side, const Key& value) { return side.key < value; };
-    const auto begin = std::lower_bound(sides_.begin(), sides_.end(), key, before);
-    auto end = begin;
-    while (end != sides_.end() && end->key == key) {
-        ++end;
-    }
+    const auto& [vertex, a, b, c] = key;
+    const std::array<int, 3> others = {a, b, c};
+    const Run sides = sides_[static_cast<std::size_t>(vertex)];
+    const auto begin = std::lower_bound(
+        sides.begin(), sides.end(), others,
+        [](const Side& side, const std::array<int, 3>& value) { return side.others() < value; });
+    const auto end = std::find_if(begin, sides.end(),
+                                  [&others](const Side& side) { return side.others() != others; });
     return {begin, end};
 }
 
-ElementSides::Key ElementSides::keyOf(const MeshEntity& face)
+ElementSides::Key ElementSides::keyOf(std::span<const int> vertices)
 {
-    std::vector<int> ring;
-    for (int i = 0; i < face.adjacencyCount(0) && i < 4; ++i) {
-        ring.push_back(face.adjacencyAt(0, i)->id());
-    }
-    return keyOfRing(ring);
+    return ascendingKey(vertices.first(std::min<std::size_t>(vertices.size(), 4)), -1);
 }
 
 } // namespace Ovra::GeoTool

@@ -1,14 +1,15 @@
 #include "PointerCheck.h"
 
+#include "AddressSet.h"
 #include "CaseView.h"
 #include "Counted.h"
 #include "FindingSink.h"
 #include "MeshEntity.h"
 #include "ModelEntity.h"
 
+#include <algorithm>
 #include <array>
 #include <unordered_map>
-#include <unordered_set>
 
 namespace Ovra::GeoTool
 {
@@ -18,8 +19,7 @@ using namespace Ovra::Geo;
 namespace
 {
 
-template <typename Entity>
-using Alive = std::array<std::unordered_set<const Entity*>, 4>;
+using Alive = std::array<AddressSet, 4>; ///< by dimension
 
 QString dimensionName(std::size_t dimension)
 {
@@ -35,7 +35,8 @@ public:
 
 private:
     template <typename Entity>
-    void checkLists(const Entity& entity, const Alive<Entity>& alive);
+    void checkLists(const Entity& entity, const Alive& alive);
+    bool isAliveInModel(const ModelEntity* entity) const;
     void checkParent(const MeshEntity& entity);
     void checkChildren(const ModelEntity& entity);
     void checkChildCounts();
@@ -50,8 +51,9 @@ private:
 
     const CaseView& view_;
     FindingSink& sink_;
-    Alive<ModelEntity> model_;
-    Alive<MeshEntity> mesh_;
+    Alive model_;
+    Alive mesh_;
+    const ModelEntity* lastParent_ = nullptr; ///< that was found alive; many stand on the same
     bool sound_ = true;
 };
 
@@ -60,10 +62,12 @@ Run::Run(const CaseView& view, FindingSink& sink)
     , sink_(sink)
 {
     for (std::size_t dimension = 0; dimension < 4; ++dimension) {
-        const auto& modelEntities = view.modelEntities(static_cast<int>(dimension));
-        const auto& meshEntities = view.meshEntities(static_cast<int>(dimension));
-        model_[dimension].insert(modelEntities.begin(), modelEntities.end());
-        mesh_[dimension].insert(meshEntities.begin(), meshEntities.end());
+        for (const ModelEntity* entity : view.modelEntities(static_cast<int>(dimension))) {
+            model_[dimension].insert(entity);
+        }
+        for (const MeshEntity* entity : view.meshEntities(static_cast<int>(dimension))) {
+            mesh_[dimension].insert(entity);
+        }
     }
 }
 
@@ -86,12 +90,12 @@ bool Run::check()
 }
 
 template <typename Entity>
-void Run::checkLists(const Entity& entity, const Alive<Entity>& alive)
+void Run::checkLists(const Entity& entity, const Alive& alive)
 {
     for (std::size_t dimension = 0; dimension < 4; ++dimension) {
-        auto neighbours = entity.adjacencyIterator(static_cast<int>(dimension));
-        while (neighbours.hasNext()) {
-            if (alive[dimension].count(neighbours.next()) == 0) {
+        const int count = entity.adjacencyCount(static_cast<int>(dimension));
+        for (int i = 0; i < count; ++i) {
+            if (!alive[dimension].contains(entity.adjacencyAt(static_cast<int>(dimension), i))) {
                 report(FindingKind::DeadPointer, entity, [=] {
                     return QStringLiteral("lists among its %1 one that is no longer there")
                         .arg(dimensionName(dimension));
@@ -101,14 +105,21 @@ void Run::checkLists(const Entity& entity, const Alive<Entity>& alive)
     }
 }
 
+bool Run::isAliveInModel(const ModelEntity* entity) const
+{
+    return std::any_of(model_.begin(), model_.end(),
+                       [entity](const AddressSet& alive) { return alive.contains(entity); });
+}
+
 void Run::checkParent(const MeshEntity& entity)
 {
     const ModelEntity* const parent = entity.parent();
-    bool found = !parent;
-    for (const auto& alive : model_) {
-        found = found || alive.count(parent) > 0;
+    if (parent == lastParent_) {
+        return;
     }
-    if (!found) {
+    if (!parent || isAliveInModel(parent)) {
+        lastParent_ = parent;
+    } else {
         report(FindingKind::DeadPointer, entity,
                [] { return QStringLiteral("stands on a model entity that is no longer there"); });
     }
@@ -120,7 +131,7 @@ void Run::checkChildren(const ModelEntity& entity)
     auto children = entity.childIterator();
     while (children.hasNext()) {
         children.next();
-        if (alive.count(children.value()) == 0) {
+        if (!alive.contains(children.value())) {
             report(FindingKind::DeadPointer, entity,
                    [] { return QStringLiteral("has a mesh child that is no longer there"); });
         } else if (children.value()->parent() != &entity) {
@@ -135,16 +146,23 @@ void Run::checkChildCounts()
 {
     for (int dimension = 0; dimension < 4; ++dimension) {
         std::unordered_map<const ModelEntity*, int> counts;
+        const ModelEntity* last = nullptr;
+        int* count = &counts[last];
         for (const MeshEntity* entity : view_.meshEntities(dimension)) {
-            ++counts[entity->parent()];
+            if (entity->parent() != last) { // runs of entities stand on the same
+                last = entity->parent();
+                count = &counts[last];
+            }
+            ++*count;
         }
         for (const ModelEntity* entity : view_.modelEntities(dimension)) {
             if (counts[entity] != entity->childCount()) {
-                report(FindingKind::LostChild, *entity, [=, count = counts[entity]] {
+                report(FindingKind::LostChild, *entity, [=, standing = counts[entity]] {
                     return QStringLiteral("has %1 in its table, where %2 on it")
                         .arg(counted(entity->childCount(), QStringLiteral("child"),
                                      QStringLiteral("children")),
-                             counted(count, QStringLiteral("mesh entity of its dimension stands"),
+                             counted(standing,
+                                     QStringLiteral("mesh entity of its dimension stands"),
                                      QStringLiteral("mesh entities of its dimension stand")));
                 });
             }

@@ -7,6 +7,7 @@
 #include "MeshEntity.h"
 #include "MeshQuality.h"
 #include "ModelEntity.h"
+#include "Progress.h"
 
 #include <QStringList>
 
@@ -19,26 +20,6 @@ using namespace Ovra::Geo;
 
 namespace
 {
-
-QString elementNames(ElementSides::Run sides)
-{
-    QStringList names;
-    for (const auto& side : sides) {
-        names += EntityName(*side.element).text();
-    }
-    return names.join(QStringLiteral(", "));
-}
-
-QString verticesText(const ElementSides::Key& key)
-{
-    QStringList ids;
-    for (const int id : key) {
-        if (id != 0) {
-            ids += QString::number(id);
-        }
-    }
-    return QStringLiteral("the mesh vertices ") + ids.join(QStringLiteral(", "));
-}
 
 bool isInsideOut(const MeshEntity& element)
 {
@@ -56,12 +37,6 @@ bool bounds(const ModelEntity& face, const ModelEntity* region)
     return false;
 }
 
-bool hasElementIn(ElementSides::Run sides, const ModelEntity* region)
-{
-    return std::any_of(sides.begin(), sides.end(),
-                       [=](const auto& side) { return side.element->parent() == region; });
-}
-
 } // namespace
 
 SideCheck::SideCheck(const CaseView& view, FindingSink& sink)
@@ -69,22 +44,38 @@ SideCheck::SideCheck(const CaseView& view, FindingSink& sink)
     , sink_(sink)
     , sides_(view)
 {
-    for (const MeshEntity* face : view.meshEntities(view.faceDimension())) {
-        if (ElementCheck::isWellFormed(*face)) {
-            covered_.push_back(ElementSides::keyOf(*face));
+    const VertexLists& faces = view.vertexLists(view.faceDimension());
+    for (std::size_t i = 0; i < faces.size(); ++i) {
+        if (ElementCheck::isWellFormed(view.faceDimension(), faces.of(i))) {
+            covered_.push_back(ElementSides::keyOf(faces.of(i)));
         }
     }
     std::sort(covered_.begin(), covered_.end());
 }
 
-void SideCheck::run()
+void SideCheck::run(Progress& progress)
 {
-    for (const MeshEntity* face : view_.meshEntities(view_.faceDimension())) {
-        if (ElementCheck::isWellFormed(*face)) {
-            checkFace(*face);
+    checkFaces();
+    const std::size_t count = sides_.vertexCount();
+    for (std::size_t vertex = 0; vertex < count; ++vertex) {
+        sides_.forEachRun(vertex, [this](const ElementSides::Key& key, ElementSides::Run sides) {
+            checkRun(key, sides);
+        });
+        progress.update(static_cast<qint64>(vertex), static_cast<qint64>(count),
+                        QStringLiteral("vertices"));
+    }
+}
+
+void SideCheck::checkFaces()
+{
+    const int dimension = view_.faceDimension();
+    const VertexLists& lists = view_.vertexLists(dimension);
+    for (std::size_t i = 0; i < lists.size(); ++i) {
+        if (ElementCheck::isWellFormed(dimension, lists.of(i))) {
+            checkFace(*view_.meshEntities(dimension)[i],
+                      sides_.find(ElementSides::keyOf(lists.of(i))));
         }
     }
-    sides_.forEachRun([this](ElementSides::Run sides) { checkRun(sides); });
 }
 
 void SideCheck::checkElementCount(const MeshEntity& face, FindingSink& sink)
@@ -98,9 +89,8 @@ void SideCheck::checkElementCount(const MeshEntity& face, FindingSink& sink)
     }
 }
 
-void SideCheck::checkFace(const MeshEntity& face)
+void SideCheck::checkFace(const MeshEntity& face, ElementSides::Run sides)
 {
-    const ElementSides::Run sides = sides_.find(ElementSides::keyOf(face));
     checkElementCount(face, sink_);
     checkListedElements(face, sides);
     if (face.parent() && face.parent()->dimension() == face.dimension()) {
@@ -110,11 +100,11 @@ void SideCheck::checkFace(const MeshEntity& face)
 
 void SideCheck::checkListedElements(const MeshEntity& face, ElementSides::Run sides)
 {
-    auto elements = face.adjacencyIterator(view_.elementDimension());
-    while (elements.hasNext()) {
-        const MeshEntity* const element = elements.next();
-        const bool isSide = std::any_of(sides.begin(), sides.end(),
-                                        [=](const auto& side) { return side.element == element; });
+    for (int i = 0; i < face.adjacencyCount(view_.elementDimension()); ++i) {
+        const MeshEntity* const element = face.adjacencyAt(view_.elementDimension(), i);
+        const bool isSide = std::any_of(sides.begin(), sides.end(), [&](const auto& side) {
+            return &sides_.elementOf(side) == element;
+        });
         if (!isSide && ElementCheck::isWellFormed(*element)) {
             sink_.add(FindingKind::NoSide, face, [element] {
                 return QStringLiteral("has all its vertices in %1, but is no side of it")
@@ -139,16 +129,23 @@ void SideCheck::checkRegions(const MeshEntity& face, ElementSides::Run sides)
         }
     }
     for (const auto& side : sides) {
-        const ModelEntity* const region = side.element->parent();
+        const ModelEntity* const region = sides_.regionOf(side);
         if (region && modelFace.adjacencyCount(view_.elementDimension()) > 0 &&
             !bounds(modelFace, region)) {
-            sink_.add(FindingKind::ForeignElement, face, [&modelFace, element = side.element] {
-                return QStringLiteral("is a side of %1 in %2, which its %3 does not bound")
-                    .arg(EntityName(*element).text(), EntityName(*element->parent()).text(),
-                         EntityName(modelFace).text());
-            });
+            sink_.add(
+                FindingKind::ForeignElement, face, [&modelFace, &element = sides_.elementOf(side)] {
+                    return QStringLiteral("is a side of %1 in %2, which its %3 does not bound")
+                        .arg(EntityName(element).text(), EntityName(*element.parent()).text(),
+                             EntityName(modelFace).text());
+                });
         }
     }
+}
+
+bool SideCheck::hasElementIn(ElementSides::Run sides, const ModelEntity* region) const
+{
+    return std::any_of(sides.begin(), sides.end(),
+                       [&](const auto& side) { return sides_.regionOf(side) == region; });
 }
 
 void SideCheck::reportMissing(const MeshEntity& face, const ModelEntity& region, bool isBare)
@@ -168,54 +165,75 @@ void SideCheck::reportMissing(const MeshEntity& face, const ModelEntity& region,
     }
 }
 
-void SideCheck::checkRun(ElementSides::Run sides)
+void SideCheck::checkRun(const ElementSides::Key& key, ElementSides::Run sides)
 {
-    if (sides.size() > 2 && !isCovered(sides.front().key)) {
-        sink_.add(FindingKind::TooManyElements, *sides.front().element, [sides] {
+    if (sides.size() > 2 && !isCovered(key)) {
+        sink_.add(FindingKind::TooManyElements, sides_.elementOf(sides.front()), [&] {
             return QStringLiteral("shares its side of %1 with %2; a side lies between two elements")
-                .arg(verticesText(sides.front().key), elementNames(sides.subspan(1)));
+                .arg(verticesText(key), elementNames(sides.subspan(1)));
         });
     }
     if (sides.size() == 2) {
-        checkMeeting(sides);
+        checkMeeting(key, sides);
     }
-    if (sides.size() <= 2 && !isCovered(sides.front().key)) {
-        checkCover(sides);
+    if (sides.size() <= 2) {
+        checkCover(key, sides);
     }
 }
 
-void SideCheck::checkMeeting(ElementSides::Run pair)
+void SideCheck::checkMeeting(const ElementSides::Key& key, ElementSides::Run pair)
 {
-    if (pair.front().rising != pair.back().rising) {
+    if (pair.front().isRising() != pair.back().isRising()) {
         return;
     }
     const bool isPlanar = view_.elementDimension() == 2;
-    if (!isPlanar && (isInsideOut(*pair.front().element) || isInsideOut(*pair.back().element))) {
+    if (!isPlanar && (isInsideOut(sides_.elementOf(pair.front())) ||
+                      isInsideOut(sides_.elementOf(pair.back())))) {
         return; // which is told already
     }
     const auto kind = isPlanar ? FindingKind::MixedOrientation : FindingKind::OverlappingElements;
-    sink_.add(kind, *pair.front().element, [pair, isPlanar] {
+    sink_.add(kind, sides_.elementOf(pair.front()), [&] {
         const QString text =
             isPlanar ? QStringLiteral("runs the same way as %1 along %2; their normals are opposed")
                      : QStringLiteral("lies on the same side of %2 as %1; the two overlap");
-        return text.arg(elementNames(pair.subspan(1)), verticesText(pair.front().key));
+        return text.arg(elementNames(pair.subspan(1)), verticesText(key));
     });
 }
 
-void SideCheck::checkCover(ElementSides::Run sides)
+void SideCheck::checkCover(const ElementSides::Key& key, ElementSides::Run sides)
 {
-    const ModelEntity* const region = sides.front().element->parent();
-    const ModelEntity* const other = sides.back().element->parent();
-    if (sides.size() == 2 && region == other) {
+    const ModelEntity* const region = sides_.regionOf(sides.front());
+    const ModelEntity* const other = sides_.regionOf(sides.back());
+    if ((sides.size() == 2 && region == other) || isCovered(key)) {
         return;
     }
-    sink_.add(FindingKind::UncoveredSide, *sides.front().element, [sides, other] {
+    sink_.add(FindingKind::UncoveredSide, sides_.elementOf(sides.front()), [&] {
         const QString beyond = sides.size() == 1 ? QStringLiteral("the mesh ends")
                                : other           ? EntityName(*other).text() + " begins"
                                                  : QStringLiteral("its region ends");
         return QStringLiteral("has no mesh face on its side of %1, where %2")
-            .arg(verticesText(sides.front().key), beyond);
+            .arg(verticesText(key), beyond);
     });
+}
+
+QString SideCheck::elementNames(ElementSides::Run sides) const
+{
+    QStringList names;
+    for (const auto& side : sides) {
+        names += EntityName(sides_.elementOf(side)).text();
+    }
+    return names.join(QStringLiteral(", "));
+}
+
+QString SideCheck::verticesText(const ElementSides::Key& key) const
+{
+    QStringList ids;
+    for (const int vertex : key) {
+        if (vertex >= 0) {
+            ids += QString::number(view_.meshEntities(0)[static_cast<std::size_t>(vertex)]->id());
+        }
+    }
+    return QStringLiteral("the mesh vertices ") + ids.join(QStringLiteral(", "));
 }
 
 bool SideCheck::isCovered(const ElementSides::Key& key) const

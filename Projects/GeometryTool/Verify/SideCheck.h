@@ -2,6 +2,8 @@
 
 #include "ElementSides.h"
 
+#include <QString>
+
 namespace Ovra::Geo
 {
 class MeshEntity;
@@ -13,6 +15,7 @@ namespace Ovra::GeoTool
 
 class CaseView;
 class FindingSink;
+class Progress;
 
 /// \brief Looks how the elements meet one another, and which of them lie on which mesh face; in a
 /// case without regions which mesh faces lie on which edge.
@@ -25,20 +28,24 @@ public:
     /// \param view, sink not owned; must outlive this object
     SideCheck(const CaseView& view, FindingSink& sink);
 
-    void run();
+    void run(Progress& progress);
 
     /// \brief Reports a mesh face with more than two elements in its upward list.
     static void checkElementCount(const Geo::MeshEntity& face, FindingSink& sink);
 
 private:
-    void checkFace(const Geo::MeshEntity& face);
+    void checkFaces();
+    void checkFace(const Geo::MeshEntity& face, ElementSides::Run sides);
     void checkListedElements(const Geo::MeshEntity& face, ElementSides::Run sides);
     void checkRegions(const Geo::MeshEntity& face, ElementSides::Run sides);
     void reportMissing(const Geo::MeshEntity& face, const Geo::ModelEntity& region, bool isBare);
-    void checkRun(ElementSides::Run sides);
-    void checkMeeting(ElementSides::Run pair);
-    void checkCover(ElementSides::Run sides);
+    void checkRun(const ElementSides::Key& key, ElementSides::Run sides);
+    void checkMeeting(const ElementSides::Key& key, ElementSides::Run pair);
+    void checkCover(const ElementSides::Key& key, ElementSides::Run sides);
     bool isCovered(const ElementSides::Key& key) const;
+    bool hasElementIn(ElementSides::Run sides, const Geo::ModelEntity* region) const;
+    QString elementNames(ElementSides::Run sides) const;
+    QString verticesText(const ElementSides::Key& key) const;
 
     const CaseView& view_;
     FindingSink& sink_;

@@ -1,3 +1,4 @@
+#include "CaseView.h"
 #include "Database.h"
 #include "ElementTopology.h"
 #include "Mesh.h"
@@ -62,7 +63,7 @@ MeshQuality qualityOf(int dimension, const Points& points)
     Database database;
     Progress progress;
     addElement(*database.mesh(), dimension, points);
-    return MeshQuality(*database.mesh(), dimension, progress);
+    return MeshQuality(CaseView(database), dimension, progress);
 }
 
 } // namespace
@@ -199,7 +200,7 @@ private slots:
             addElement(*database.mesh(), 3, unitHex);
         }
         addElement(*database.mesh(), 3, regularWedge);
-        const MeshQuality quality(*database.mesh(), 3, progress);
+        const MeshQuality quality(CaseView(database), 3, progress);
         QCOMPARE(quality.measure().largestId, 1);
         QCOMPARE(quality.measure().smallestId, 4);
     }

@@ -181,6 +181,33 @@ private slots:
         QCOMPARE(findings.warningCount(), 1);
     }
 
+    /// Findings go by ids, and in their order, however far apart the ids lie.
+    void findsElementsOfVerticesOfAnyIds()
+    {
+        Database database;
+        ModelEntity* const region = addModelEntity(database, 3);
+        const std::vector<int> ids = {7, 2000000000, 900000000, 3};
+        for (std::size_t i = 0; i < ids.size(); ++i) {
+            auto* const vertex = new MeshVertex;
+            vertex->setPoint(pointsOf(4)[i]);
+            vertex->setId(ids[i]);
+            database.mesh()->add(vertex);
+        }
+        addElement(database, 3, ids, region);
+        addElement(database, 3, ids, region);
+        database.mesh()->setUpwardAdjacencies();
+        const CaseFindings findings = verify(database);
+        const QString name = QStringLiteral("mesh region %1 at (0.25, 0.25, 0.25) ");
+        QCOMPARE(linesOf(findings, FindingKind::DuplicateElement),
+                 QStringList(name.arg(2) + "has the same vertices as mesh region 1"));
+        const QString overlap = name.arg(1) + "lies on the same side of the mesh vertices %1 as "
+                                              "mesh region 2; the two overlap";
+        QCOMPARE(linesOf(findings, FindingKind::OverlappingElements),
+                 QStringList({overlap.arg("3, 7, 900000000"), overlap.arg("3, 7, 2000000000"),
+                              overlap.arg("3, 900000000, 2000000000"),
+                              overlap.arg("7, 900000000, 2000000000")}));
+    }
+
     void findsPlanarSidesWithoutElement()
     {
         PlanarCase planar; // the second face has no element

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <vector>
+
+namespace Ovra::Geo
+{
+class MeshEntity;
+}
+
+namespace Ovra::GeoTool
+{
+
+/// \brief The positions of mesh vertices in their list, by their ids.
+class VertexPositions
+{
+public:
+    /// \param vertices in ascending order of ids
+    explicit VertexPositions(const std::vector<Geo::MeshEntity*>& vertices);
+
+    /// \brief The position of one of those vertices.
+    int of(const Geo::MeshEntity& vertex) const;
+
+private:
+    std::vector<int> byId_; ///< the positions, while the ids are dense
+    std::vector<int> ids_;  ///< ascending; otherwise
+};
+
+/// \brief The vertices of all mesh entities of one dimension, as positions in the list of all
+/// vertices, in one array.
+///
+/// Vertices lie anywhere in memory, and to ask each one of each element for its id or its place is
+/// a cache miss; most of what a check costs is these. Here they are asked for once.
+class VertexLists
+{
+public:
+    VertexLists(const std::vector<Geo::MeshEntity*>& entities, const VertexPositions& positions);
+
+    /// \brief The vertices of the entity at that position of the list, in their order.
+    std::span<const int> of(std::size_t entity) const
+    {
+        return std::span(vertices_).subspan(starts_[entity], starts_[entity + 1] - starts_[entity]);
+    }
+
+    std::size_t size() const { return starts_.size() - 1; }
+
+private:
+    std::vector<std::size_t> starts_;
+    std::vector<int> vertices_;
+};
+
+} // namespace Ovra::GeoTool

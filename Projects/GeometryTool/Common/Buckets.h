@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <numeric>
+#include <span>
+#include <vector>
+
+namespace Ovra::GeoTool
+{
+
+/// \brief Things by a small number of theirs, those of the same number next to one another and in
+/// the order in which they came.
+///
+/// They are counted and then put in their place, all in one array: linear time, where a sort of all
+/// takes n log n. What has to be in order within a bucket can be sorted there.
+template <typename Thing>
+class Buckets
+{
+public:
+    Buckets() = default;
+
+    /// \param count how many buckets there are
+    /// \param forEach calls what it is given with the bucket and the thing, for each thing; called
+    ///        twice, and must give the same both times
+    template <typename ForEach>
+    Buckets(std::size_t count, ForEach forEach)
+        : starts_(count + 2, 0)
+    {
+        // Two places ahead, so that filling a bucket moves its start to where it belongs.
+        forEach([this](std::size_t bucket, const Thing&) { ++starts_[bucket + 2]; });
+        std::partial_sum(starts_.begin(), starts_.end(), starts_.begin());
+        things_.resize(starts_.back());
+        forEach([this](std::size_t bucket, const Thing& thing) {
+            things_[starts_[bucket + 1]++] = thing;
+        });
+        starts_.pop_back();
+    }
+
+    std::size_t count() const { return starts_.empty() ? 0 : starts_.size() - 1; }
+
+    std::span<const Thing> operator[](std::size_t bucket) const
+    {
+        return std::span(things_).subspan(starts_[bucket], sizeOf(bucket));
+    }
+
+    std::span<Thing> operator[](std::size_t bucket)
+    {
+        return std::span(things_).subspan(starts_[bucket], sizeOf(bucket));
+    }
+
+    /// \brief All things, bucket by bucket.
+    const std::vector<Thing>& things() const { return things_; }
+
+private:
+    std::size_t sizeOf(std::size_t bucket) const { return starts_[bucket + 1] - starts_[bucket]; }
+
+    std::vector<std::size_t> starts_;
+    std::vector<Thing> things_;
+};
+
+} // namespace Ovra::GeoTool
