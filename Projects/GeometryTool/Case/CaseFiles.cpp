@@ -151,10 +151,9 @@ void settleTrailingBytes(const Container& container, const FileFacts& facts, con
                      QStringLiteral("holds no %1 entities but %2; is it a %1 file?")
                          .arg(kind, counted(facts.trailingBytes, QStringLiteral("more byte"))));
     }
-    progress.warning(
-        QStringLiteral("%1 goes on for %2 behind the end of the %3, at byte %4")
-            .arg(facts.path, counted(facts.trailingBytes, QStringLiteral("byte")), kind)
-            .arg(facts.size - facts.trailingBytes));
+    progress.warning(QStringLiteral("%1 goes on for %2 behind the end of the %3, at byte %4")
+                         .arg(facts.path, counted(facts.trailingBytes, QStringLiteral("byte")),
+                              kind, QString::number(facts.size - facts.trailingBytes)));
 }
 
 /// A process that is killed between the two renames of a case leaves a new model beside an old mesh.

@@ -201,9 +201,7 @@ void GmshExtraction::addEntities(int dimension)
         if (tag < 0) {
             throw ToolError(ExitCode::Unsuitable,
                             QStringLiteral("%1: entity %2 of dimension %3 has no positive number")
-                                .arg(input_)
-                                .arg(tag)
-                                .arg(d));
+                                .arg(input_, QString::number(tag), QString::number(d)));
         }
         ImportedEntity entity;
         const auto& before = mesh_.entitiesOf(d);

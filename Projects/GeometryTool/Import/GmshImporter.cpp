@@ -108,8 +108,7 @@ void GmshImporter::scale(ImportedMesh& mesh) const
     if (options_.scale != 1.0 && !ImportScaling::apply(mesh, options_.scale)) {
         throw ToolError(ExitCode::Unsuitable,
                         QStringLiteral("%1: --scale %2 makes its coordinates or measures too large")
-                            .arg(options_.input)
-                            .arg(options_.scale));
+                            .arg(options_.input, QString::number(options_.scale)));
     }
 }
 

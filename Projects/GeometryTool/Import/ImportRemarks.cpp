@@ -70,7 +70,7 @@ QString shortened(const QStringList& texts)
     constexpr qsizetype shown = 10;
     const QString first = texts.mid(0, shown).join(QStringLiteral(", "));
     return texts.size() > shown
-               ? QStringLiteral("%1, and %2 more").arg(first).arg(texts.size() - shown)
+               ? QStringLiteral("%1, and %2 more").arg(first, QString::number(texts.size() - shown))
                : first;
 }
 

@@ -226,18 +226,25 @@ private slots:
         QVERIFY2(run.errors.contains("after 4 mesh vertices"), run.errors.constData());
     }
 
+    void trailingBytesAreAWarning_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("plain") << "tiny";
+        QTest::newRow("as a place in a text") << "50%1 tiny";
+    }
+
     void trailingBytesAreAWarning()
     {
-        QVERIFY(writeContent(path("tiny.geo_model"), model_ + "xyz"));
-        const ToolRun run = runTool({"info", path("tiny")});
+        QFETCH(QString, name);
+        QVERIFY(writeContent(path(name + ".geo_model"), model_ + "xyz"));
+        QVERIFY(writeContent(path(name + ".geo_mesh"), contentOf(path("tiny.geo_mesh"))));
+        const ToolRun run = runTool({"info", path(name)});
         QCOMPARE(run.exitCode, 0);
-        QCOMPARE(run.errors,
-                 QStringLiteral("ovrageo: warning: %1 goes on for 3 bytes behind the end "
-                                "of the model, at byte %2\n")
-                     .arg(path("tiny.geo_model"))
-                     .arg(model_.size())
-                     .toUtf8());
+        QCOMPARE(run.errors, "ovrageo: warning: " + path(name + ".geo_model").toUtf8() +
+                                 " goes on for 3 bytes behind the end of the model, at byte " +
+                                 QByteArray::number(model_.size()) + '\n');
         QVERIFY(run.output.startsWith("Case"));
+        QVERIFY(writeContent(path("tiny.geo_model"), model_ + "xyz"));
         QCOMPARE(runTool({"info", path("tiny"), "--quiet"}).errors, QByteArray());
         QCOMPARE(runTool({"--quiet", "info", path("tiny")}).errors, QByteArray());
     }

@@ -362,6 +362,40 @@ private slots:
         QVERIFY(isOneErrorLine(run.errors));
     }
 
+    void namesFilesWhoseNamesLookLikePlacesInAText_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QByteArray>("words");
+        QTest::newRow("Nastran") << "50%2.bdf" << QByteArray("INCLUDE 'a'\n") << 6
+                                 << QByteArray("50%2.bdf: line 1: INCLUDE is not followed");
+        QTest::newRow("universal")
+            << "50%3.unv" << QByteArray("    -1\n   780\n    -1\n") << 6
+            << QByteArray("50%3.unv: line 2: elements of data set 780 are not read");
+        QTest::newRow("VRML") << "50%2%3.wrl" << QByteArray("#VRML V1.0 ascii\nCube { }\n") << 6
+                              << QByteArray("50%2%3.wrl: line 2: Cube of VRML is not read");
+        QTest::newRow("Abaqus") << "50%2.inp" << QByteArray("*NODE\n1, x\n") << 4
+                                << QByteArray("50%2.inp: line 2: a node needs a number");
+    }
+
+    void namesFilesWhoseNamesLookLikePlacesInAText()
+    {
+        QFETCH(QString, file);
+        QFETCH(QByteArray, content);
+        QFETCH(int, exitCode);
+        QFETCH(QByteArray, words);
+        QVERIFY(writeContent(path(file), content));
+        checkRefused(import(path(file)), exitCode, words);
+    }
+
+    void scaleOfAFileWhoseNameLooksLikeAPlaceInAText()
+    {
+        QVERIFY(QFile::copy(path("two.msh"), path("50%2.msh")));
+        checkRefused(import(path("50%2.msh"), {"--scale", "1e308"}), 6,
+                     "50%2.msh: --scale 1e+308 makes its coordinates or measures too large");
+    }
+
     void refusesWrongOptions_data()
     {
         QTest::addColumn<QStringList>("options");

@@ -179,7 +179,7 @@ bool AbaqusLexer::takeKeyword(QByteArray line)
 
 QString AbaqusLexer::where(const AbaqusLine& line) const
 {
-    return QStringLiteral("%1: line %2").arg(paths_.at(line.file)).arg(line.number);
+    return QStringLiteral("%1: line %2").arg(paths_.at(line.file), QString::number(line.number));
 }
 
 void AbaqusLexer::fail(const QString& what) const

@@ -164,8 +164,7 @@ void BrepReader::requireSurfaces(const TopoDS_Shape& shape) const
         throw ToolError(ExitCode::Unsuitable,
                         QStringLiteral("%1: triangles alone, without a surface to mesh, make up "
                                        "faces of it, %2 in number; save it as .stl instead")
-                            .arg(path_)
-                            .arg(bare));
+                            .arg(path_, QString::number(bare)));
     }
 }
 

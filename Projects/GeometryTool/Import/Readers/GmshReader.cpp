@@ -272,8 +272,7 @@ void GmshReader::generate(const ImportOptions& options, int dimension)
         throw ToolError(ExitCode::Unsuitable,
                         QStringLiteral("%1: holds no elements of dimension %2 and no geometry to "
                                        "mesh")
-                            .arg(options.input)
-                            .arg(dimension));
+                            .arg(options.input, QString::number(dimension)));
     }
     if (options.meshSize > 0) {
         gmsh::option::setNumber("Mesh.MeshSizeMax", options.meshSize);
@@ -292,8 +291,7 @@ void GmshReader::generate(const ImportOptions& options, int dimension)
     if (!hasElements(dimension)) {
         throw ToolError(ExitCode::Unsuitable,
                         QStringLiteral("%1: Gmsh makes no elements of dimension %2 of it")
-                            .arg(options.input)
-                            .arg(dimension));
+                            .arg(options.input, QString::number(dimension)));
     }
     session_.takeWarnings(); // about quality on the way, of which the result tells more
 }

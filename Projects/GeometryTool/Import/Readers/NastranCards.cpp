@@ -135,9 +135,8 @@ void NastranCards::requireOwnContinuation(const NastranCard& card, const QByteAr
             file_.fileName(),
             QStringLiteral("line %1: the continuation %2 does not belong to %3 of line %4; put the "
                            "lines in order")
-                .arg(number_)
-                .arg(QString::fromUtf8(found), QString::fromUtf8(card.name))
-                .arg(card.line));
+                .arg(QString::number(number_), QString::fromUtf8(found),
+                     QString::fromUtf8(card.name), QString::number(card.line)));
     }
 }
 

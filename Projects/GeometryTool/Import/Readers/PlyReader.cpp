@@ -62,7 +62,7 @@ void PlyReader::requireFaces() const
 void PlyReader::readElement(const PlyHeader::Element& element, qint64 position)
 {
     const QString owner =
-        QStringLiteral("%1 %2").arg(QString::fromUtf8(element.name)).arg(position);
+        QStringLiteral("%1 %2").arg(QString::fromUtf8(element.name), QString::number(position));
     std::array<double, 3> place{};
     for (const PlyHeader::Property& property : element.properties) {
         const std::vector<double> found = values(property, owner);
