@@ -1,49 +1,24 @@
-#include "ImportChecks.h"
-#include "ToolRun.h"
-
-#include <QTemporaryDir>
-#include <QTest>
+#include "ImportTest.h"
+#include "TwoCubes.h"
 
 #include <array>
 
+using namespace TwoCubes;
 using Counts = std::vector<int>;
 Q_DECLARE_METATYPE(Counts)
 
 namespace
 {
 
-/// Two unit cubes side by side, numbered along x, then y, then z.
-constexpr std::array<std::array<int, 8>, 2> Cubes{
-    {{1, 2, 5, 4, 7, 8, 11, 10}, {2, 3, 6, 5, 8, 9, 12, 11}}};
-
 QByteArray number(int value)
 {
     return QByteArray::number(value);
 }
 
-template <typename Format>
-QByteArray eachNode(const Format& format)
-{
-    QByteArray text;
-    for (int i = 0; i < 12; ++i) {
-        text += format(i + 1, i % 3, i / 3 % 2, i / 6);
-    }
-    return text;
-}
-
-QByteArray nodesOf(const std::array<int, 8>& cube, char separator = ' ')
-{
-    QByteArray text;
-    for (const int node : cube) {
-        text += separator + number(node);
-    }
-    return text;
-}
-
 /// A node per line, with its number.
 QByteArray plainNodes()
 {
-    return eachNode([](int i, int x, int y, int z) {
+    return eachCorner([](int i, int x, int y, int z) {
         return number(i) + ' ' + number(x) + ' ' + number(y) + ' ' + number(z) + '\n';
     });
 }
@@ -51,14 +26,14 @@ QByteArray plainNodes()
 QByteArray msh2(const QByteArray& left, const QByteArray& right)
 {
     return "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n12\n" + plainNodes() +
-           "$EndNodes\n$Elements\n2\n1 5 " + left + nodesOf(Cubes[0]) + "\n2 5 " + right +
-           nodesOf(Cubes[1]) + "\n$EndElements\n";
+           "$EndNodes\n$Elements\n2\n1 5 " + left + cornersOf(0) + "\n2 5 " + right + cornersOf(1) +
+           "\n$EndElements\n";
 }
 
 QByteArray msh1(const QByteArray& left, const QByteArray& right)
 {
-    return "$NOD\n12\n" + plainNodes() + "$ENDNOD\n$ELM\n2\n1 5 " + left + " 8" +
-           nodesOf(Cubes[0]) + "\n2 5 " + right + " 8" + nodesOf(Cubes[1]) + "\n$ENDELM\n";
+    return "$NOD\n12\n" + plainNodes() + "$ENDNOD\n$ELM\n2\n1 5 " + left + " 8" + cornersOf(0) +
+           "\n2 5 " + right + " 8" + cornersOf(1) + "\n$ENDELM\n";
 }
 
 QByteArray raw(int value)
@@ -74,14 +49,14 @@ QByteArray raw(double value)
 QByteArray binaryMsh2(std::array<int, 2> left, std::array<int, 2> right)
 {
     QByteArray bytes = "$MeshFormat\n2.2 1 8\n" + raw(1) + "\n$EndMeshFormat\n$Nodes\n12\n" +
-                       eachNode([](int i, int x, int y, int z) {
+                       eachCorner([](int i, int x, int y, int z) {
                            return raw(i) + raw(double(x)) + raw(double(y)) + raw(double(z));
                        }) +
                        "\n$EndNodes\n$Elements\n2\n" + raw(5) + raw(2) + raw(2);
     for (std::size_t k = 0; k < 2; ++k) {
         const auto& tags = k == 0 ? left : right;
         bytes += raw(static_cast<int>(k) + 1) + raw(tags[0]) + raw(tags[1]);
-        for (const int node : Cubes[k]) {
+        for (const int node : corners[k]) {
             bytes += raw(node);
         }
     }
@@ -90,17 +65,22 @@ QByteArray binaryMsh2(std::array<int, 2> left, std::array<int, 2> right)
 
 QByteArray nastran(const QByteArray& left, const QByteArray& right)
 {
-    QByteArray text = "CEND\nBEGIN BULK\n" + eachNode([](int i, int x, int y, int z) {
+    QByteArray text = "CEND\nBEGIN BULK\n" + eachCorner([](int i, int x, int y, int z) {
                           return "GRID," + number(i) + ",," + number(x) + ".," + number(y) + ".," +
                                  number(z) + ".\n";
                       });
     for (std::size_t k = 0; k < 2; ++k) {
-        QByteArray nodes = nodesOf(Cubes[k], ',');
+        QByteArray nodes = cornersOf(k, ',');
         nodes.insert(nodes.lastIndexOf(',', nodes.lastIndexOf(',') - 1), ",+\n+");
         text += "CHEXA," + number(static_cast<int>(k) + 1) + ',' + (k == 0 ? left : right) + nodes +
                 '\n';
     }
     return text + "ENDDATA\n";
+}
+
+QByteArray medit(int left, int right)
+{
+    return meditHead() + meditVertices() + meditHexahedra(left, right) + "End\n";
 }
 
 QByteArray universal(int left, int right)
@@ -109,7 +89,7 @@ QByteArray universal(int left, int right)
     const auto real = [](int value) {
         return QByteArray::number(value, 'E', 16).rightJustified(25);
     };
-    QByteArray text = "    -1\n  2411\n" + eachNode([&](int i, int x, int y, int z) {
+    QByteArray text = "    -1\n  2411\n" + eachCorner([&](int i, int x, int y, int z) {
                           return wide(i) + wide(1) + wide(1) + wide(11) + '\n' + real(x) + real(y) +
                                  real(z) + '\n';
                       }) +
@@ -118,7 +98,7 @@ QByteArray universal(int left, int right)
         const int property = k == 0 ? left : right;
         text += wide(static_cast<int>(k) + 1) + wide(115) + wide(property) + wide(property) +
                 wide(7) + wide(8) + '\n';
-        for (const int node : Cubes[k]) {
+        for (const int node : corners[k]) {
             text += wide(node);
         }
         text += '\n';
@@ -129,13 +109,11 @@ QByteArray universal(int left, int right)
 } // namespace
 
 /// Tags, references and properties of 0 and below mean that none is given.
-class TestImportTags : public QObject
+class TestImportTags : public ImportTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY(directory_.isValid()); }
-
     void rebuildsWhereNoneIsGiven_data()
     {
         QTest::addColumn<QString>("suffix");
@@ -165,6 +143,12 @@ private slots:
         row("Nastran, none", "bdf", nastran("0", "0"), {1});
         row("Nastran, blank", "bdf", nastran("", ""), {1});
         row("Nastran, some", "bdf", nastran("5", "0"), {5, 6});
+        row("Medit, none", "mesh", medit(0, 0), {1});
+        row("Medit, negative", "mesh", medit(-7, -7), {1});
+        row("Medit, none and negative", "mesh", medit(0, -7), {1});
+        row("Medit, some and none", "mesh", medit(5, 0), {5, 6});
+        row("Medit, none and some", "mesh", medit(-1, 3), {3, 4});
+        row("Medit, some", "mesh", medit(7, 2), {2, 7});
         row("universal, none", "unv", universal(0, 0), {1});
         row("universal, some", "unv", universal(5, 0), {5, 6});
     }
@@ -174,14 +158,10 @@ private slots:
         QFETCH(QString, suffix);
         QFETCH(QByteArray, content);
         QFETCH(Counts, regions);
-        const QString file = directory_.filePath(QStringLiteral("in.") + suffix);
-        const QString name = directory_.filePath(QStringLiteral("case"));
-        QFile::remove(name + QStringLiteral(".geo_model"));
-        QVERIFY(writeContent(file, content));
-        const ToolRun run = runTool({"import", file, "-o", name});
+        const ToolRun run = importContent("in." + suffix, content);
         QCOMPARE(run.errors, QByteArray());
         QCOMPARE(run.exitCode, 0);
-        ImportedCase imported(name);
+        ImportedCase imported(path("case"));
         Counts found;
         for (auto* region : imported.entities(3)) {
             found.push_back(region->id());
@@ -192,9 +172,6 @@ private slots:
                  regions.size() == 1 ? (Counts{0, 0, 1, 1}) : (Counts{0, 1, 3, 2}));
         QCOMPARE(imported.faults(), QString());
     }
-
-private:
-    QTemporaryDir directory_;
 };
 
 QTEST_APPLESS_MAIN(TestImportTags)

@@ -405,8 +405,8 @@ int AbaqusReader::number(const QByteArray& field) const
     bool ok = false;
     const int value = field.toInt(&ok);
     if (!ok || value <= 0) {
-        lexer_.fail(
-            QStringLiteral("'%1' is no number of a node or element").arg(QString::fromUtf8(field)));
+        lexer_.fail(QStringLiteral("\"%1\" is no number of a node or element")
+                        .arg(QString::fromUtf8(field)));
     }
     return value;
 }
@@ -416,7 +416,7 @@ double AbaqusReader::real(const QByteArray& field) const
     bool ok = false;
     const double value = field.isEmpty() ? 0.0 : QByteArray(field).replace('D', 'E').toDouble(&ok);
     if (!field.isEmpty() && (!ok || !qIsFinite(value))) {
-        lexer_.fail(QStringLiteral("'%1' is no coordinate").arg(QString::fromUtf8(field)));
+        lexer_.fail(QStringLiteral("\"%1\" is no coordinate").arg(QString::fromUtf8(field)));
     }
     return value;
 }

@@ -1,5 +1,6 @@
 #include "MeditReader.h"
 
+#include "Counted.h"
 #include "InputDamage.h"
 #include "MeditTokens.h"
 #include "OpenInput.h"
@@ -64,7 +65,7 @@ QString quoted(std::string_view token)
 
 QString entries(qint64 count)
 {
-    return count == 1 ? QStringLiteral("1 entry") : QStringLiteral("%1 entries").arg(count);
+    return counted(count, QStringLiteral("entry"), QStringLiteral("entries"));
 }
 
 } // namespace
@@ -175,15 +176,16 @@ void MeditReader::requireFit(const Section& section, qint64 numbers) const
     if (count > 0 ? numbers >= count && numbers % count == 0 : count == 0 && numbers == 0) {
         return;
     }
-    failSection(section, QStringLiteral("it announces %1, which its %2 numbers do not make up")
+    failSection(section, QStringLiteral("it announces %1, which its %2 not make up")
                              .arg(entries(count))
-                             .arg(numbers));
+                             .arg(counted(numbers, QStringLiteral("number does"),
+                                          QStringLiteral("numbers do"))));
 }
 
 void MeditReader::failWidth(const Section& section, int wanted, const char* parts) const
 {
-    failSection(section, QStringLiteral("an entry of it has %1 numbers in place of %2: %3")
-                             .arg(section.width)
+    failSection(section, QStringLiteral("an entry of it has %1 in place of %2: %3")
+                             .arg(counted(section.width, QStringLiteral("number")))
                              .arg(wanted)
                              .arg(QLatin1String(parts)));
 }
@@ -191,7 +193,7 @@ void MeditReader::failWidth(const Section& section, int wanted, const char* part
 void MeditReader::failSection(const Section& section, const QString& what) const
 {
     const QString place =
-        QStringLiteral("section %1 of line %2: ").arg(section.name).arg(section.line);
+        QStringLiteral("section %1 of line %2: ").arg(section.name, QString::number(section.line));
     if (section.isLast) {
         InputDamage::cutOff(QFile(path_), place + what);
     }
@@ -238,11 +240,10 @@ void MeditReader::takeElement(const Section& section, qint64 entry, std::vector<
     for (std::size_t& node : nodes) {
         const qint64 number = integer(tokens);
         if (number < 1) {
-            fail(tokens.line(), QStringLiteral("entry %1 of %2 names node %3; nodes are counted "
-                                               "from 1")
-                                    .arg(entry)
-                                    .arg(section.name)
-                                    .arg(number));
+            fail(tokens.line(),
+                 QStringLiteral("entry %1 of %2 names node %3; nodes are counted "
+                                "from 1")
+                     .arg(QString::number(entry), section.name, QString::number(number)));
         }
         if (number > highest_.node) {
             highest_ = {number, entry, tokens.line(), section.name};
@@ -267,10 +268,8 @@ void MeditReader::requireNodes() const
         fail(highest_.line,
              QStringLiteral("entry %1 of %2 names node %3, but Vertices has %4 only; "
                             "the file is damaged, or was put together from two")
-                 .arg(highest_.entry)
-                 .arg(highest_.section)
-                 .arg(highest_.node)
-                 .arg(entries(count)));
+                 .arg(QString::number(highest_.entry), highest_.section,
+                      QString::number(highest_.node), entries(count)));
     }
 }
 

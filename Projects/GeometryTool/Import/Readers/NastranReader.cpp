@@ -224,7 +224,7 @@ qint64 NastranReader::whole(const NastranCard& card, qsizetype field, qint64 bla
     bool ok = false;
     const int value = text.toInt(&ok);
     if (!ok && !text.isEmpty()) {
-        fail(card, QStringLiteral("field %1, '%2', is no whole number")
+        fail(card, QStringLiteral("field %1, \"%2\", is no whole number")
                        .arg(field + 1)
                        .arg(QString::fromUtf8(text)));
     }
@@ -237,7 +237,7 @@ double NastranReader::real(const NastranCard& card, qsizetype field) const
     bool ok = false;
     const double value = withExponent(text).toDouble(&ok);
     if (!text.isEmpty() && (!ok || !qIsFinite(value))) {
-        fail(card, QStringLiteral("field %1, '%2', is no number")
+        fail(card, QStringLiteral("field %1, \"%2\", is no number")
                        .arg(field + 1)
                        .arg(QString::fromUtf8(text)));
     }
@@ -252,7 +252,7 @@ Geo::Vector NastranReader::vector(const NastranCard& card, qsizetype field) cons
 void NastranReader::unsuitable(int line, const QString& what) const
 {
     throw ToolError(ExitCode::Unsuitable,
-                    QStringLiteral("%1: line %2: %3").arg(path_).arg(line).arg(what));
+                    QStringLiteral("%1: line %2: %3").arg(path_, QString::number(line), what));
 }
 
 void NastranReader::fail(const NastranCard& card, const QString& what) const

@@ -1,5 +1,6 @@
 #include "OffReader.h"
 
+#include "Counted.h"
 #include "InputDamage.h"
 #include "OpenInput.h"
 
@@ -18,11 +19,11 @@ QStringList OffReader::read()
     openInput(file_);
     readHeader();
     for (qint64 i = 0; i < vertexCount_; ++i) {
-        requireLine(QStringLiteral("vertices"), i, vertexCount_);
+        requireLine(QStringLiteral("vertex"), i, vertexCount_);
         readVertex();
     }
     for (qint64 i = 0; i < faceCount_; ++i) {
-        requireLine(QStringLiteral("faces"), i, faceCount_);
+        requireLine(QStringLiteral("face"), i, faceCount_);
         readFace();
     }
     return surface_.makeEntities();
@@ -40,7 +41,7 @@ void OffReader::readHeader()
         fail(QStringLiteral("binary object files are not read; save it as text"));
     }
     if (fields_.isEmpty()) {
-        requireLine(QStringLiteral("counts"), 0, 1);
+        requireLine(QStringLiteral("line of counts"), 0, 1);
     }
     vertexCount_ = count(0);
     faceCount_ = count(1);
@@ -100,7 +101,9 @@ void OffReader::requireLine(const QString& what, qint64 found, qint64 wanted)
 {
     if (!nextLine()) {
         InputDamage::cutOff(
-            file_, QStringLiteral("%1 of %2 %3 are there").arg(found).arg(wanted).arg(what));
+            file_, QStringLiteral("of %1, %2")
+                       .arg(counted(wanted, what), counted(found, QStringLiteral("is there"),
+                                                           QStringLiteral("are there"))));
     }
 }
 

@@ -73,12 +73,11 @@ void UniversalReader::readDataset(int number)
     } else if (const int width = groupWidth(number); width > 0) {
         readGroups(width);
     } else if (OlderElements.contains(number)) {
-        throw ToolError(ExitCode::Unsuitable,
-                        QStringLiteral("%1: line %2: elements of data set %3 are not read; save "
-                                       "them in 2412")
-                            .arg(file_.fileName())
-                            .arg(line_)
-                            .arg(number));
+        throw ToolError(
+            ExitCode::Unsuitable,
+            QStringLiteral("%1: line %2: elements of data set %3 are not read; save "
+                           "them in 2412")
+                .arg(file_.fileName(), QString::number(line_), QString::number(number)));
     } else {
         const QString name = QString::number(number);
         if (Conditions.contains(number) && !conditionSets_.contains(name)) {
@@ -94,7 +93,7 @@ void UniversalReader::readNodes(bool inOneLine)
         const qint64 label = number(record.value(0));
         const QList<QByteArray> place = inOneLine ? record.mid(4) : line();
         if (place.size() < 3) {
-            fail(QStringLiteral("node %1 has less than three coordinates").arg(label));
+            fail(QStringLiteral("node %1 has fewer than three coordinates").arg(label));
         }
         if (label < 1 || label > NumberedMesh::HighestNumber ||
             !mesh_.addNode(label, {real(place[0]), real(place[1]), real(place[2])})) {
@@ -183,10 +182,8 @@ void UniversalReader::readGroup(const QList<QByteArray>& record, qsizetype width
     for (qint64 found = 0; found < count;) {
         const QList<QByteArray> members = line();
         if (members.value(0) == Delimiter || members.size() % width != 0) {
-            fail(QStringLiteral("the group %1 has %2 of %3 members")
-                     .arg(name)
-                     .arg(found)
-                     .arg(count));
+            fail(QStringLiteral("the group \"%1\" has %2 of %3 members")
+                     .arg(name, QString::number(found), QString::number(count)));
         }
         for (qsizetype i = 0; i < members.size(); i += width) {
             const qint64 code = number(members[i]);

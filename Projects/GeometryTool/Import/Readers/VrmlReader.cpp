@@ -106,9 +106,7 @@ void VrmlReader::requireKnown(const QByteArray& word) const
     throw ToolError(ExitCode::Unsuitable,
                     QStringLiteral("%1: line %2: %3 of VRML is not read, only IndexedFaceSet where "
                                    "it stands; save it as STL")
-                        .arg(path_)
-                        .arg(tokens_.line())
-                        .arg(QString::fromUtf8(word)));
+                        .arg(path_, QString::number(tokens_.line()), QString::fromUtf8(word)));
 }
 
 void VrmlReader::open()
@@ -161,7 +159,7 @@ void VrmlReader::takePoints()
         }
     }
     if (numbers.size() % 3 != 0) {
-        fail(tokens_.line(), QStringLiteral("a point has less than three coordinates"));
+        fail(tokens_.line(), QStringLiteral("a point has fewer than three coordinates"));
     }
     for (std::size_t i = 0; i < numbers.size(); i += 3) {
         points_.emplace_back(numbers[i], numbers[i + 1], numbers[i + 2]);

@@ -84,8 +84,10 @@ void VtkCheck::check(QFile& file)
         found += numbersInLine(file.readLine());
     }
     if (found < wanted) {
-        InputDamage::cutOff(
-            file, QStringLiteral("there are only %1 of %2 CELL_TYPES").arg(found).arg(wanted));
+        InputDamage::cutOff(file, QStringLiteral("CELL_TYPES announces %1, of which %2")
+                                      .arg(counted(wanted, QStringLiteral("type")),
+                                           counted(found, QStringLiteral("is there"),
+                                                   QStringLiteral("are there"))));
     }
     if (!binary) {
         checkVtkTables(file);

@@ -1,9 +1,5 @@
 #include "AbaqusElementType.h"
-#include "ImportChecks.h"
-#include "ToolRun.h"
-
-#include <QTemporaryDir>
-#include <QTest>
+#include "ImportTest.h"
 
 #include <tuple>
 #include <unistd.h>
@@ -13,13 +9,11 @@ using Shape = std::array<int, 2>;
 using Texts = QMap<QString, QByteArray>;
 
 /// Abaqus input files in the styles of the programs that write them.
-class TestImportAbaqus : public QObject
+class TestImportAbaqus : public ImportTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY(directory_.isValid()); }
-
     // Two tetrahedra, 1 and 2; what is told is the first group of the region of each.
     void takesSets_data()
     {
@@ -127,12 +121,12 @@ private slots:
         row("circle of node sets", "*NSET, NSET=a\nb\n*NSET, NSET=b\na\n",
             "the set \"a\" contains itself, by way of \"b\"");
         row("no name", "*ELSET\n1\n", "line 10: *ELSET without ELSET");
-        row("number 0", "*ELSET, ELSET=a\n0\n", "'0' is no number of a node or element");
-        row("fraction", "*ELSET, ELSET=a\n1.5\n", "'1.5' is no number of a node or element");
-        row("beyond all numbers", "*ELSET, ELSET=a\n4294967297\n", "'4294967297' is no number");
+        row("number 0", "*ELSET, ELSET=a\n0\n", "\"0\" is no number of a node or element");
+        row("fraction", "*ELSET, ELSET=a\n1.5\n", "\"1.5\" is no number of a node or element");
+        row("beyond all numbers", "*ELSET, ELSET=a\n4294967297\n", "\"4294967297\" is no number");
         row("generated backwards", "*ELSET, ELSET=a, GENERATE\n5, 2, 1\n",
             "line 11: the last number, 2, is below the first, 5");
-        row("generated on the spot", "*ELSET, ELSET=a, GENERATE\n1, 5, 0\n", "'0' is no number");
+        row("generated on the spot", "*ELSET, ELSET=a, GENERATE\n1, 5, 0\n", "\"0\" is no number");
         row("instance that is none", "*ELSET, ELSET=a, INSTANCE=Part-1-1\n1\n",
             "line 10: there is no instance \"Part-1-1\"");
         row("section of no set", "*SOLID SECTION, ELSET=b, MATERIAL=m\n",
@@ -231,8 +225,8 @@ private slots:
         const ToolRun run =
             import(PartText + QByteArray(PartText).replace("P-1", "P-2") + assembly(instance("A")));
         QCOMPARE(run.exitCode, 0);
-        QCOMPARE(run.errors, QByteArray("ovrageo: warning: ") + path("case.inp").toUtf8() +
-                                 ": the part \"P-2\" has no instance and is left out\n");
+        QCOMPARE(run.errors,
+                 warningOf("case.inp", "the part \"P-2\" has no instance and is left out"));
     }
 
     void refusesAssemblies_data()
@@ -316,7 +310,7 @@ private slots:
     {
         QFETCH(Texts, files);
         writeAll(files);
-        const ToolRun run = importWritten();
+        const ToolRun run = importFile("case.inp");
         QVERIFY2(run.exitCode == 0, run.errors.constData());
         ImportedCase imported(path("case"));
         QCOMPARE(imported.faults(), QString());
@@ -355,7 +349,7 @@ private slots:
             4, "b.inc: line 1: ./a.inc would be read within itself");
         row("fault in the included file",
             {{"case.inp", "*INCLUDE, INPUT=a.inc\n" + Elements}, {"a.inc", "*NODE\n1, x, 2.\n"}}, 4,
-            "a.inc: line 2: 'x' is no coordinate");
+            "a.inc: line 2: \"x\" is no coordinate");
         row("unknown node in the included file",
             {{"case.inp", Nodes + "*INCLUDE, INPUT=a.inc\n*NSET, NSET=last\n1\n"},
              {"a.inc", "*ELEMENT, TYPE=C3D4\n1, 1, 2, 3, 4\n2, 2, 3,\n4, 9\n"}},
@@ -384,7 +378,7 @@ private slots:
         QFETCH(int, exitCode);
         QFETCH(QByteArray, words);
         writeAll(files);
-        checkRefused(importWritten(), exitCode, words.replace("%1", directory_.path().toUtf8()));
+        checkRefused(importFile("case.inp"), exitCode, words.replace("%1", folder().toUtf8()));
     }
 
     /// From where the file lies, too.
@@ -393,7 +387,7 @@ private slots:
         writeAll({{"case.inp", "*HEADING\n*INCLUDE, INPUT=none.inc\n"}});
         const ToolRun run = runTool({"import", "case.inp", "-o", "case"}, QString(), inDirectory());
         QCOMPARE(run.errors, "ovrageo: error: case.inp: line 2: none.inc: no such file in " +
-                                 directory_.path().toUtf8() + '\n');
+                                 folder().toUtf8() + '\n');
         QCOMPARE(run.exitCode, 3);
     }
 
@@ -401,7 +395,7 @@ private slots:
     {
         writeAll({{"case.inp", "*INCLUDE, INPUT=a.inc\n"}, {"a.inc", "*NODE\n1, x, 2.\n"}});
         const ToolRun run = runTool({"import", "case.inp", "-o", "case"}, QString(), inDirectory());
-        QCOMPARE(run.errors, QByteArray("ovrageo: error: a.inc: line 2: 'x' is no coordinate\n"));
+        QCOMPARE(run.errors, QByteArray("ovrageo: error: a.inc: line 2: \"x\" is no coordinate\n"));
     }
 
     void knowsElementTypes_data()
@@ -558,13 +552,10 @@ private:
     static inline const QByteArray PartText =
         "*Part, name=P-1\n" + Nodes + Elements + "*Elset, elset=Set-1\n1,\n*End Part\n";
 
-    QString path(const QString& name) const { return directory_.filePath(name); }
-    QString path(const char* name) const { return path(QString::fromLatin1(name)); }
-
     /// A modifier for runTool(): the tool starts beside the files.
     std::function<void()> inDirectory() const
     {
-        const QByteArray name = QFile::encodeName(directory_.path());
+        const QByteArray name = QFile::encodeName(folder());
         return [name] { std::ignore = chdir(name.constData()); };
     }
 
@@ -612,17 +603,9 @@ private:
         return text + element + '\n';
     }
 
-    ToolRun import(const QByteArray& text, const QStringList& options = {})
+    ToolRun import(const QByteArray& text, const QStringList& options = {}) const
     {
-        writeContent(path("case.inp"), text);
-        return importWritten(options);
-    }
-
-    ToolRun importWritten(const QStringList& options = {})
-    {
-        QFile::remove(path("case.geo_model"));
-        QFile::remove(path("case.geo_mesh"));
-        return runTool(QStringList{"import", path("case.inp"), "-o", path("case")} + options);
+        return importContent("case.inp", text, options);
     }
 
     void writeAll(const Texts& files)
@@ -656,16 +639,6 @@ private:
         }
         return numbers.join(QLatin1Char(' '));
     }
-
-    void checkRefused(const ToolRun& run, int exitCode, const QByteArray& words)
-    {
-        QVERIFY2(run.exitCode == exitCode, run.errors.constData());
-        QVERIFY2(isOneErrorLine(run.errors), run.errors.constData());
-        QVERIFY2(run.errors.contains(words), run.errors.constData());
-        QVERIFY(!QFile::exists(path("case.geo_model")));
-    }
-
-    QTemporaryDir directory_;
 };
 
 QTEST_APPLESS_MAIN(TestImportAbaqus)

@@ -1,9 +1,5 @@
 #include "GmshFixture.h"
-#include "ImportChecks.h"
-#include "ToolRun.h"
-
-#include <QTemporaryDir>
-#include <QTest>
+#include "ImportTest.h"
 
 #include <BRepTools.hxx>
 #include <BRep_Builder.hxx>
@@ -16,19 +12,18 @@
 
 /// BREP files as the kernel, its test harness and other programs write them: whatever the kernel
 /// reads is whole, and nothing else.
-class TestImportBrep : public QObject
+class TestImportBrep : public ImportTest
 {
     Q_OBJECT
 
 private slots:
     void initTestCase()
     {
-        QVERIFY(directory_.isValid());
         const GmshFixture gmsh;
         GmshFixture::makeTwoBoxes(1.0);
         GmshFixture::write(path("plain.brep"));
         QVERIFY(BRepTools::Read(shape_, path("plain.brep").toStdString().c_str(), BRep_Builder()));
-        QCOMPARE(import("plain.brep").errors, QByteArray());
+        QCOMPARE(importFile("plain.brep", {"--mesh-size", "1"}).errors, QByteArray());
         plain_ = contentOf(path("case.geo_mesh"));
         QVERIFY(!plain_.isEmpty());
     }
@@ -61,8 +56,7 @@ private slots:
     {
         QFETCH(QString, file);
         QFETCH(QByteArray, content);
-        QVERIFY(writeContent(path(file), content));
-        const ToolRun run = import(file);
+        const ToolRun run = import(file, content);
         QCOMPARE(run.errors, QByteArray());
         QCOMPARE(run.exitCode, 0);
         QCOMPARE(contentOf(path("case.geo_mesh")), plain_);
@@ -94,31 +88,21 @@ private slots:
     void refusesWhatIsCutOff()
     {
         QFETCH(QByteArray, cut);
-        QVERIFY(writeContent(path("cut.brep"), cut));
-        const ToolRun run = import(QStringLiteral("cut.brep"));
-        QCOMPARE(run.exitCode, 4);
-        QVERIFY2(isOneErrorLine(run.errors), run.errors.constData());
-        QVERIFY2(run.errors.contains("cut off"), run.errors.constData());
+        const ToolRun run = import("cut.brep", cut);
+        checkRefused(run, 4, "cut off");
     }
 
     void namesThePlaceOfADamage()
     {
-        QVERIFY(writeContent(path("damaged.brep"), text(1).replace("\nCurves ", "\nCurves x")));
-        const ToolRun run = import(QStringLiteral("damaged.brep"));
-        QCOMPARE(run.exitCode, 4);
-        QVERIFY2(isOneErrorLine(run.errors), run.errors.constData());
+        const ToolRun run = import("damaged.brep", text(1).replace("\nCurves ", "\nCurves x"));
         const qsizetype line = text(1).left(text(1).indexOf("\nCurves ") + 1).count('\n') + 1;
-        const QByteArray words = "the geometry kernel gives up at line " + QByteArray::number(line);
-        QVERIFY2(run.errors.contains(words), run.errors.constData());
+        checkRefused(run, 4, "the geometry kernel gives up at line " + QByteArray::number(line));
     }
 
     void refusesAVersionThatTheKernelDoesNotKnow()
     {
-        QVERIFY(writeContent(path("new.brep"), text(1).replace("Topology V1,", "Topology V9,")));
-        const ToolRun run = import(QStringLiteral("new.brep"));
-        QCOMPARE(run.exitCode, 6);
-        QVERIFY2(run.errors.contains("does not know the version \"CASCADE Topology V9,"),
-                 run.errors.constData());
+        const ToolRun run = import("new.brep", text(1).replace("Topology V1,", "Topology V9,"));
+        checkRefused(run, 6, "does not know the version \"CASCADE Topology V9,");
     }
 
     void refusesFacesWithoutASurface()
@@ -127,23 +111,15 @@ private slots:
         BRep_Builder().MakeFace(face, triangles());
         std::ostringstream stream;
         BRepTools::Write(face, stream);
-        QVERIFY(writeContent(path("bare.brep"), QByteArray::fromStdString(stream.str())));
-        const ToolRun run = import(QStringLiteral("bare.brep"));
-        QCOMPARE(run.exitCode, 6);
-        QVERIFY2(run.errors.contains("triangles alone"), run.errors.constData());
+        const ToolRun run = import("bare.brep", QByteArray::fromStdString(stream.str()));
+        checkRefused(run, 6, "triangles alone");
     }
 
 private:
-    QString path(const QString& name) const { return directory_.filePath(name); }
-    QString path(const char* name) const { return path(QString::fromLatin1(name)); }
-
-    ToolRun import(const QString& file)
+    ToolRun import(const QString& file, const QByteArray& content) const
     {
-        QFile::remove(path("case.geo_model"));
-        QFile::remove(path("case.geo_mesh"));
-        return runTool({"import", path(file), "-o", path("case"), "--mesh-size", "1"});
+        return importContent(file, content, {"--mesh-size", "1"});
     }
-    ToolRun import(const char* file) { return import(QString::fromLatin1(file)); }
 
     QByteArray text(int version) const
     {
@@ -184,7 +160,6 @@ private:
         return QByteArray::fromStdString(out.str());
     }
 
-    QTemporaryDir directory_;
     TopoDS_Shape shape_;
     QByteArray plain_;
 };

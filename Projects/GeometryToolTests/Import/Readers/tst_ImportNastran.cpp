@@ -1,19 +1,13 @@
-#include "ImportChecks.h"
-#include "ToolRun.h"
-
-#include <QTemporaryDir>
-#include <QTest>
+#include "ImportTest.h"
 
 using Counts = std::vector<int>;
 
 /// Forms of fields, coordinate systems and kinds of elements of Nastran files.
-class TestImportNastran : public QObject
+class TestImportNastran : public ImportTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY(directory_.isValid()); }
-
     void readsAllForms_data()
     {
         QTest::addColumn<QByteArray>("content");
@@ -100,8 +94,7 @@ private slots:
         QFETCH(QByteArray, content);
         QFETCH(QByteArray, warning);
         const ToolRun run = import(content);
-        QCOMPARE(run.errors,
-                 "ovrageo: warning: " + path("case.bdf").toUtf8() + ": " + warning + '\n');
+        QCOMPARE(run.errors, warningOf("case.bdf", warning));
         QCOMPARE(run.exitCode, 0);
         ImportedCase imported(path("case"));
         QCOMPARE(imported.meshCounts()[0], 4);
@@ -110,22 +103,17 @@ private slots:
 
     void refuses_data()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<int>("exitCode");
-        QTest::addColumn<QByteArray>("words");
-        const auto row = [](const char* name, const QByteArray& content, int exitCode,
-                            const char* words) {
-            QTest::newRow(name) << content << exitCode << QByteArray(words);
-        };
+        addRefusalColumns();
+        const auto row = addRefusal;
         const QByteArray whole = Grids + "CTETRA,1,7,1,2,3,4\nENDDATA\n";
         row("blanks between fields", "GRID    1               0.00E+00 0.00E+00 0.00E+00\n" + whole,
-            4, "line 1: GRID: field 6, '0 0.00E+', is no number");
+            4, "line 1: GRID: field 6, \"0 0.00E+\", is no number");
         row("no coordinate", QByteArray(whole).replace("2.,", "2x,"), 4,
-            "line 2: GRID: field 4, '2x', is no number");
+            "line 2: GRID: field 4, \"2x\", is no number");
         row("not finite", QByteArray(whole).replace("2.,", "inf,"), 4,
-            "line 2: GRID: field 4, 'inf', is no number");
+            "line 2: GRID: field 4, \"inf\", is no number");
         row("no number of a node", QByteArray(whole).replace("1,2,3,4", "1,2,c,4"), 4,
-            "line 5: CTETRA: field 6, 'c', is no whole number");
+            "line 5: CTETRA: field 6, \"c\", is no whole number");
         row("corner not given", QByteArray(whole).replace("1,2,3,4", "1,2,3"), 4,
             "line 5: CTETRA: corner 4 of 4 is not given");
         row("unknown node", QByteArray(whole).replace("1,2,3,4", "1,2,3,5"), 4,
@@ -153,17 +141,7 @@ private slots:
         row("no elements", Grids + "ENDDATA\n", 4, "there are no elements in it");
     }
 
-    void refuses()
-    {
-        QFETCH(QByteArray, content);
-        QFETCH(int, exitCode);
-        QFETCH(QByteArray, words);
-        const ToolRun run = import(content);
-        QVERIFY2(run.exitCode == exitCode, run.errors.constData());
-        QVERIFY2(isOneErrorLine(run.errors), run.errors.constData());
-        QVERIFY2(run.errors.contains(words), run.errors.constData());
-        QVERIFY(!QFile::exists(path("case.geo_model")));
-    }
+    void refuses() { checkRefusal("case.bdf"); }
 
 private:
     static inline const QByteArray Grids = "GRID,1,,0.,0.,0.\nGRID,2,,2.,0.,0.\n"
@@ -178,18 +156,7 @@ private:
         return text + '\n';
     }
 
-    QString path(const char* name) const { return directory_.filePath(QString::fromLatin1(name)); }
-
-    ToolRun import(const QByteArray& content)
-    {
-        QFile::remove(path("case.geo_model"));
-        QFile::remove(path("case.geo_mesh"));
-        return writeContent(path("case.bdf"), content)
-                   ? runTool({"import", path("case.bdf"), "-o", path("case")})
-                   : ToolRun();
-    }
-
-    QTemporaryDir directory_;
+    ToolRun import(const QByteArray& content) const { return importContent("case.bdf", content); }
 };
 
 QTEST_APPLESS_MAIN(TestImportNastran)

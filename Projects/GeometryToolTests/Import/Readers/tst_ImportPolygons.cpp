@@ -1,20 +1,15 @@
-#include "ImportChecks.h"
-#include "ToolRun.h"
+#include "ImportTest.h"
 
-#include <QTemporaryDir>
-#include <QTest>
 #include <QtEndian>
 
 using Counts = std::vector<int>;
 
 /// Surfaces of polygons in PLY, VTK and VRML files, and the bodies that they bound.
-class TestImportPolygons : public QObject
+class TestImportPolygons : public ImportTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY(directory_.isValid()); }
-
     void fillsACube_data()
     {
         QTest::addColumn<QString>("suffix");
@@ -70,14 +65,7 @@ private slots:
     {
         QFETCH(QString, suffix);
         QFETCH(QByteArray, content);
-        const ToolRun run = import(suffix, content);
-        QVERIFY2(run.exitCode == 0, run.errors.constData());
-        QCOMPARE(run.errors, QByteArray());
-        ImportedCase imported(path("case"));
-        QCOMPARE(imported.modelCounts(), (Counts{0, 0, 1, 1}));
-        QCOMPARE(imported.mesh()->count(2), 12);
-        QCOMPARE(imported.faults(), QString());
-        QVERIFY(qAbs(ImportedCase::volume(imported.entities(3)[0]) - 1.0) < 1e-9);
+        checkFilledCube(import(suffix, content));
     }
 
     void warnsOfAnOpenSurface()
@@ -100,10 +88,6 @@ private slots:
         refusedPly();
         refusedVtk();
         refusedVrml();
-        row("GetFEM", "mesh", "% GETFEM MESH FILE\nBEGIN POINTS LIST\nPOINT 0 1 2\nEND MESH\n", 4,
-            "not a Medit file in text form: it does not begin with MeshVersionFormatted");
-        row("NETGEN", "mesh", "mesh3d\ndimension\n3\ngeomtype\n0\n", 4,
-            "not a Medit file in text form: it does not begin with MeshVersionFormatted");
     }
 
     void refuses()
@@ -112,11 +96,7 @@ private slots:
         QFETCH(QByteArray, content);
         QFETCH(int, exitCode);
         QFETCH(QByteArray, words);
-        const ToolRun run = import(suffix, content);
-        QVERIFY2(run.exitCode == exitCode, run.errors.constData());
-        QVERIFY2(isOneErrorLine(run.errors), run.errors.constData());
-        QVERIFY2(run.errors.contains(words), run.errors.constData());
-        QVERIFY(!QFile::exists(path("case.geo_model")));
+        checkRefused(import(suffix, content), exitCode, words);
     }
 
 private:
@@ -240,6 +220,11 @@ private:
         row("VTK, grid", "vtk", QByteArray(vtk).replace("POLYDATA", "STRUCTURED_GRID"), 6,
             "DATASET STRUCTURED_GRID is not read; UNSTRUCTURED_GRID and POLYDATA are");
         row("VTK, cut off", "vtk", vtk + "POLYGONS 6 30\n4 0 1 2", 4, "polygon 0 is not whole");
+        row("VTK, types of cells cut off", "vtk",
+            "# vtk DataFile Version 3.0\nx\nASCII\nDATASET UNSTRUCTURED_GRID\nPOINTS 4 float\n0 0 "
+            "0\n"
+            "1 0 0\n0 1 0\n0 0 1\nCELLS 2 10\n4 0 1 2 3\n4 0 1 2 3\nCELL_TYPES 2\n10\n",
+            4, ": CELL_TYPES announces 2 types, of which 1 is there\n");
         row("VTK, no such vertex", "vtk", vtk + "POLYGONS 1 4\n3 0 1 8\n", 4,
             "line 15: polygon 0: there is no vertex 8");
         row("VTK, no number", "vtk", vtk + "POLYGONS 1 4\n3 0 1 x\n", 4,
@@ -274,18 +259,10 @@ private:
             "line 2: \"inf\" is no coordinate");
     }
 
-    QString path(const QString& name) const { return directory_.filePath(name); }
-
-    ToolRun import(const QString& suffix, const QByteArray& content)
+    ToolRun import(const QString& suffix, const QByteArray& content) const
     {
-        QFile::remove(path("case.geo_model"));
-        QFile::remove(path("case.geo_mesh"));
-        const QString file = path("case.") + suffix;
-        return writeContent(file, content) ? runTool({"import", file, "-o", path("case")})
-                                           : ToolRun();
+        return importContent("case." + suffix, content);
     }
-
-    QTemporaryDir directory_;
 };
 
 QTEST_APPLESS_MAIN(TestImportPolygons)

@@ -1,21 +1,16 @@
-#include "ImportChecks.h"
-#include "ToolRun.h"
+#include "ImportTest.h"
 
-#include <QTemporaryDir>
-#include <QTest>
 #include <QtEndian>
 
 using Counts = std::vector<int>;
 Q_DECLARE_METATYPE(Counts)
 
 /// Surfaces of triangles in STL and OFF files, and the bodies that they bound.
-class TestImportTriangles : public QObject
+class TestImportTriangles : public ImportTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY(directory_.isValid()); }
-
     void readsTextsInAllStyles_data()
     {
         QTest::addColumn<QByteArray>("text");
@@ -41,8 +36,7 @@ private slots:
     void readsTextsInAllStyles()
     {
         QFETCH(QByteArray, text);
-        QVERIFY(writeContent(path("case.stl"), text));
-        const ToolRun run = import("case.stl");
+        const ToolRun run = importContent("case.stl", text);
         QVERIFY2(run.exitCode == 0, run.errors.constData());
         const bool hasFlat = text.count("facet normal") > 24 / 2;
         QCOMPARE(run.errors, hasFlat ? "ovrageo: warning: " + path("case.stl").toUtf8() +
@@ -68,13 +62,8 @@ private slots:
     void readsBinaryFiles()
     {
         QFETCH(QByteArray, header);
-        QVERIFY(writeContent(path("case.stl"), binary(header, box(0, 1))));
-        const ToolRun run = import("case.stl");
-        QVERIFY2(run.exitCode == 0, run.errors.constData());
-        ImportedCase imported(path("case"));
-        QCOMPARE(imported.modelCounts(), (Counts{0, 0, 1, 1}));
-        QCOMPARE(imported.faults(), QString());
-        QVERIFY(qAbs(ImportedCase::volume(imported.entities(3)[0]) - 1.0) < 1e-7);
+        const ToolRun run = importContent("case.stl", binary(header, box(0, 1)));
+        checkFilledCube(run);
     }
 
     void makesABodyOfEachSolid_data()
@@ -107,8 +96,7 @@ private slots:
         QFETCH(QByteArray, text);
         QFETCH(QStringList, names);
         QFETCH(QList<double>, volumes);
-        QVERIFY(writeContent(path("case.stl"), text));
-        const ToolRun run = import("case.stl");
+        const ToolRun run = importContent("case.stl", text);
         QVERIFY2(run.exitCode == 0, run.errors.constData());
         ImportedCase imported(path("case"));
         QCOMPARE(imported.faults(), QString());
@@ -124,9 +112,8 @@ private slots:
 
     void warnsOfSolidsThatTouch()
     {
-        QVERIFY(writeContent(path("case.stl"),
-                             solid("a", box(0, 1)) + solid("b", moved(box(0, 1), 1))));
-        const ToolRun run = import("case.stl");
+        const ToolRun run =
+            importContent("case.stl", solid("a", box(0, 1)) + solid("b", moved(box(0, 1), 1)));
         QCOMPARE(run.exitCode, 0);
         QVERIFY2(run.errors.contains("its surface encloses no volume: 5 edges belong to more than "
                                      "two triangles; only the surface is imported"),
@@ -140,9 +127,8 @@ private slots:
         const Triangles inlet(all.begin(), all.begin() + 2);
         const Triangles outlet(all.begin() + 2, all.begin() + 4);
         const Triangles walls(all.begin() + 4, all.end());
-        QVERIFY(writeContent(path("case.stl"), solid("inlet", inlet) + solid("outlet", outlet) +
-                                                   solid("walls", walls)));
-        const ToolRun run = import("case.stl");
+        const ToolRun run = importContent(
+            "case.stl", solid("inlet", inlet) + solid("outlet", outlet) + solid("walls", walls));
         QVERIFY2(run.exitCode == 0, run.errors.constData());
         ImportedCase imported(path("case"));
         QCOMPARE(imported.faults(), QString());
@@ -159,8 +145,8 @@ private slots:
 
     void keepsNamesOfASurfaceAlone()
     {
-        QVERIFY(writeContent(path("case.stl"), solid("a", box(0, 1)) + solid("b", box(5, 7))));
-        QCOMPARE(import("case.stl", {"--dimension", "2"}).exitCode, 0);
+        const QByteArray text = solid("a", box(0, 1)) + solid("b", box(5, 7));
+        QCOMPARE(importContent("case.stl", text, {"--dimension", "2"}).exitCode, 0);
         ImportedCase imported(path("case"));
         QCOMPARE(imported.modelCounts(), (Counts{0, 0, 2, 0}));
         QCOMPARE(imported.entities(2)[0]->name(), QStringLiteral("a"));
@@ -171,8 +157,7 @@ private slots:
     {
         Triangles open = box(0, 1);
         open.pop_back();
-        QVERIFY(writeContent(path("case.stl"), solid("box", open)));
-        const ToolRun run = import("case.stl");
+        const ToolRun run = importContent("case.stl", solid("box", open));
         QCOMPARE(run.exitCode, 0);
         QCOMPARE(run.errors, "ovrageo: warning: " + path("case.stl").toUtf8() +
                                  ": its surface encloses no volume: 3 edges belong to one triangle "
@@ -230,8 +215,7 @@ private slots:
     {
         QFETCH(QByteArray, text);
         QFETCH(QByteArray, words);
-        QVERIFY(writeContent(path("case.stl"), text));
-        checkRefused(import("case.stl"), words);
+        checkRefused(importContent("case.stl", text), 4, words);
     }
 
     void readsOff_data()
@@ -263,15 +247,7 @@ private slots:
     void readsOff()
     {
         QFETCH(QByteArray, text);
-        QVERIFY(writeContent(path("case.off"), text));
-        const ToolRun run = import("case.off");
-        QVERIFY2(run.exitCode == 0, run.errors.constData());
-        QCOMPARE(run.errors, QByteArray());
-        ImportedCase imported(path("case"));
-        QCOMPARE(imported.modelCounts(), (Counts{0, 0, 1, 1}));
-        QCOMPARE(imported.mesh()->count(2), 12);
-        QCOMPARE(imported.faults(), QString());
-        QVERIFY(qAbs(ImportedCase::volume(imported.entities(3)[0]) - 1.0) < 1e-9);
+        checkFilledCube(importContent("case.off", text));
     }
 
     void refusesWrongOff_data()
@@ -286,14 +262,15 @@ private slots:
         row("script", "SystemCall \"x\";\n", "line 1: not an object file");
         row("four coordinates", "4OFF\n" + Counted, "line 1: not an object file");
         row("binary", "OFF BINARY\n" + Counted, "binary object files are not read");
-        row("no counts", "OFF\n", "0 of 1 counts are there");
+        row("no counts", "OFF\n", "of 1 line of counts, 0 are there");
         row("counts in words", "OFF\neight 6 12\n", "line 2: \"eight\" is no number of vertices");
         row("negative count", "OFF\n-8 6 12\n", "\"-8\" is no number of vertices");
         row("no faces", "OFF\n8 0 0\n", "line 2: holds no faces");
         row("counts beyond the file", QByteArray(plain).replace("8 6", "8 4000000000000000000"),
-            "6 of 4000000000000000000 faces are there");
+            "of 4000000000000000000 faces, 6 are there");
         row("vertices beyond the file", QByteArray(plain).replace("8 6", "4000000000000000000 6"),
-            "14 of 4000000000000000000 vertices are there");
+            "of 4000000000000000000 vertices, 14 are there");
+        row("cut off", "OFF\n2 1 0\n0 0 0\n", "at byte 16: of 2 vertices, 1 is there\n");
         row("position that is none", QByteArray(plain).replace("0 3 2 1", "0 3 2 8"),
             "there is no vertex 8; they are counted from 0 to 7");
         row("too few positions", QByteArray(plain).replace("4 0 3 2 1", "4 0 3 2"),
@@ -314,8 +291,7 @@ private slots:
     {
         QFETCH(QByteArray, text);
         QFETCH(QByteArray, words);
-        QVERIFY(writeContent(path("case.off"), text));
-        checkRefused(import("case.off"), words);
+        checkRefused(importContent("case.off", text), 4, words);
     }
 
 private:
@@ -423,26 +399,6 @@ private:
         }
         return bytes;
     }
-
-    QString path(const QString& name) const { return directory_.filePath(name); }
-    QString path(const char* name) const { return path(QString::fromLatin1(name)); }
-
-    ToolRun import(const char* file, const QStringList& options = {})
-    {
-        QFile::remove(path("case.geo_model"));
-        QFile::remove(path("case.geo_mesh"));
-        return runTool(QStringList{"import", path(file), "-o", path("case")} + options);
-    }
-
-    void checkRefused(const ToolRun& run, const QByteArray& words)
-    {
-        QVERIFY2(run.exitCode == 4, run.errors.constData());
-        QVERIFY2(isOneErrorLine(run.errors), run.errors.constData());
-        QVERIFY2(run.errors.contains(words), run.errors.constData());
-        QVERIFY(!QFile::exists(path("case.geo_model")));
-    }
-
-    QTemporaryDir directory_;
 };
 
 QTEST_APPLESS_MAIN(TestImportTriangles)

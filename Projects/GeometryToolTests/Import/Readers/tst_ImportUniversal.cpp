@@ -1,19 +1,16 @@
-#include "ImportChecks.h"
-#include "ToolRun.h"
+#include "ImportTest.h"
+#include "TwoCubes.h"
 
-#include <QTemporaryDir>
-#include <QTest>
+#include <span>
 
 using Counts = std::vector<int>;
 
 /// Groups and kinds of elements of universal files: two cubes in a row along x, with an inlet.
-class TestImportUniversal : public QObject
+class TestImportUniversal : public ImportTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY(directory_.isValid()); }
-
     void takesNamesFromGroups_data()
     {
         QTest::addColumn<int>("dataset");
@@ -67,7 +64,7 @@ private slots:
             << set(2467, group("springs", {{8, 77}}))
             << QByteArray("groups without an element that is imported: springs");
         QTest::newRow("elements of one node")
-            << set(2412, element(8, 161, {1}) + element(9, 161, {2}))
+            << set(2412, element(8, 161, std::vector{1}) + element(9, 161, std::vector{2}))
             << QByteArray("2 elements of one node are left out");
         QTest::newRow("boundary conditions")
             << set(791, "         1         1\ninlet\n")
@@ -79,16 +76,15 @@ private slots:
         QFETCH(QByteArray, more);
         QFETCH(QByteArray, warning);
         const ToolRun run = import(mesh() + more);
-        QCOMPARE(run.errors,
-                 "ovrageo: warning: " + path("case.unv").toUtf8() + ": " + warning + '\n');
+        QCOMPARE(run.errors, warningOf("case.unv", warning));
         QCOMPARE(run.exitCode, 0);
         QCOMPARE(ImportedCase(path("case")).meshCounts()[3], 2);
     }
 
     void takesLinesOfShells()
     {
-        const ToolRun run =
-            import(mesh() + set(2412, element(8, 171, {1, 2})) + set(2467, group("rim", {{8, 8}})));
+        const ToolRun run = import(mesh() + set(2412, element(8, 171, std::vector{1, 2})) +
+                                   set(2467, group("rim", {{8, 8}})));
         QCOMPARE(run.errors, QByteArray());
         ImportedCase imported(path("case"));
         QVERIFY(names(imported, 1).contains("rim"));
@@ -97,16 +93,11 @@ private slots:
 
     void refuses_data()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<int>("exitCode");
-        QTest::addColumn<QByteArray>("words");
-        const auto row = [](const char* name, const QByteArray& content, int exitCode,
-                            const char* words) {
-            QTest::newRow(name) << content << exitCode << QByteArray(words);
-        };
+        addRefusalColumns();
+        const auto row = addRefusal;
         row("group beyond its set",
             mesh() + set(2467, group("a", {{8, 1}}).replace("1\na", "9\na")), 4,
-            ": the group a has 1 of 9 members");
+            ": the group \"a\" has 1 of 9 members");
         row("member that is no number",
             mesh() + set(2467, group("a", {{8, 1}}).replace("8 1", "8 x")), 4,
             "\"x\" is no whole number");
@@ -114,7 +105,7 @@ private slots:
             "the record of a group needs 8 numbers");
         row("older elements", mesh() + set(780, "1\n"), 6,
             "elements of data set 780 are not read; save them in 2412");
-        row("strange kinds", mesh() + set(2412, element(8, 136, {1, 2})), 6,
+        row("strange kinds", mesh() + set(2412, element(8, 136, std::vector{1, 2})), 6,
             "elements of kinds that cannot be imported: 1 of type 136");
         row("too many nodes", mesh() + set(2412, "8 115 4 4 7 3\n1 2 3 4\n"), 4,
             "an element has 4 nodes where its record announces 3");
@@ -126,17 +117,7 @@ private slots:
         row("no elements", set(2411, "1 1 1 11\n5 5 5\n"), 4, "there are no elements in it");
     }
 
-    void refuses()
-    {
-        QFETCH(QByteArray, content);
-        QFETCH(int, exitCode);
-        QFETCH(QByteArray, words);
-        const ToolRun run = import(content);
-        QVERIFY2(run.exitCode == exitCode, run.errors.constData());
-        QVERIFY2(isOneErrorLine(run.errors), run.errors.constData());
-        QVERIFY2(run.errors.contains(words), run.errors.constData());
-        QVERIFY(!QFile::exists(path("case.geo_model")));
-    }
+    void refuses() { checkRefusal("case.unv"); }
 
 private:
     using Members = std::vector<std::array<int, 2>>;
@@ -148,7 +129,7 @@ private:
         return "    -1\n" + number(dataset).rightJustified(6) + '\n' + lines + "    -1\n";
     }
 
-    static QByteArray element(int label, int type, const std::vector<int>& nodes)
+    static QByteArray element(int label, int type, std::span<const int> nodes)
     {
         QByteArray text = number(label) + ' ' + number(type) + " 4 4 7 " +
                           number(static_cast<qsizetype>(nodes.size())) + '\n';
@@ -175,16 +156,13 @@ private:
     /// Nodes 1 to 12, three along x, and the elements 1 to 3 of property 4.
     static QByteArray mesh()
     {
-        QByteArray nodes;
-        int label = 0;
-        for (const char* side : {" 0 0\n", " 1 0\n", " 0 1\n", " 1 1\n"}) {
-            for (const char* x : {"0", "1", "2"}) {
-                nodes += number(++label) + " 1 1 11\n" + x + side;
-            }
-        }
-        return set(2411, nodes) + set(2412, element(1, 115, {1, 2, 5, 4, 7, 8, 11, 10}) +
-                                                element(2, 115, {2, 3, 6, 5, 8, 9, 12, 11}) +
-                                                element(3, 94, {1, 4, 10, 7}));
+        const QByteArray nodes = TwoCubes::eachCorner([](int label, int x, int y, int z) {
+            return number(label) + " 1 1 11\n" + number(x) + ' ' + number(y) + ' ' + number(z) +
+                   '\n';
+        });
+        return set(2411, nodes) + set(2412, element(1, 115, TwoCubes::corners[0]) +
+                                                element(2, 115, TwoCubes::corners[1]) +
+                                                element(3, 94, std::vector{1, 4, 10, 7}));
     }
 
     static QStringList names(ImportedCase& imported, int dimension)
@@ -196,18 +174,7 @@ private:
         return all;
     }
 
-    QString path(const char* name) const { return directory_.filePath(QString::fromLatin1(name)); }
-
-    ToolRun import(const QByteArray& content)
-    {
-        QFile::remove(path("case.geo_model"));
-        QFile::remove(path("case.geo_mesh"));
-        return writeContent(path("case.unv"), content)
-                   ? runTool({"import", path("case.unv"), "-o", path("case")})
-                   : ToolRun();
-    }
-
-    QTemporaryDir directory_;
+    ToolRun import(const QByteArray& content) const { return importContent("case.unv", content); }
 };
 
 QTEST_APPLESS_MAIN(TestImportUniversal)
