@@ -1,7 +1,6 @@
 #include "SurfaceFilling.h"
 
 #include "Counted.h"
-#include "UnionFind.h"
 
 #include <algorithm>
 #include <cmath>
@@ -116,22 +115,37 @@ void SurfaceFilling::checkClosed()
     }
 }
 
+// By edges: bodies may have a corner in common.
+UnionFind SurfaceFilling::connectedTriangles() const
+{
+    UnionFind sets(triangles_.size());
+    std::map<std::pair<std::size_t, std::size_t>, std::size_t> firstAt;
+    for (std::size_t i = 0; i < triangles_.size(); ++i) {
+        const auto& corners = triangles_[i].corners;
+        for (std::size_t n = 0; n < 3; ++n) {
+            sets.join(
+                firstAt.emplace(std::minmax(corners[n], corners[(n + 1) % 3]), i).first->second, i);
+        }
+    }
+    return sets;
+}
+
 void SurfaceFilling::partIntoPieces()
 {
-    UnionFind sets(points_.size());
-    for (const auto& [corners, patch] : triangles_) {
-        sets.join(corners[0], corners[1]);
-        sets.join(corners[0], corners[2]);
-    }
+    UnionFind sets = connectedTriangles();
     std::map<std::size_t, std::size_t> pieceOf;
-    for (const Triangle& triangle : triangles_) {
+    for (std::size_t i = 0; i < triangles_.size(); ++i) {
+        const Triangle& triangle = triangles_[i];
         const auto& corners = triangle.corners;
-        const auto [found, isNew] = pieceOf.emplace(sets.find(corners[0]), pieces_.size());
+        const auto [found, isNew] = pieceOf.emplace(sets.find(i), pieces_.size());
         if (isNew) {
             pieces_.emplace_back();
         }
         Piece& piece = pieces_[found->second];
         piece.triangles.push_back(triangle);
+        for (const std::size_t corner : corners) {
+            piece.box += points_[corner];
+        }
         piece.volume += ((points_[corners[0]] ^ points_[corners[1]]) * points_[corners[2]]) / 6.0;
     }
 }
@@ -154,22 +168,35 @@ void SurfaceFilling::nestPieces()
     }
 }
 
-// Bodies that touch have points on one another's surface; these tell nothing.
+// Where bodies overlap, some points of one lie in the other and some do not.
 bool SurfaceFilling::isInside(const Piece& inner, const Piece& outer) const
 {
-    constexpr std::size_t mostTries = 1000;
-    constexpr double fourPi = 12.566370614359172;
-    constexpr double margin = 0.01;
-    for (std::size_t i = 0; i < std::min(inner.triangles.size(), mostTries); ++i) {
-        const auto& corners = inner.triangles[i].corners;
-        const Vector centre =
-            (points_[corners[0]] + points_[corners[1]] + points_[corners[2]]) / 3.0;
-        const double share = std::abs(solidAngle(outer, centre)) / fourPi;
-        if (share < margin || share > 1.0 - margin) {
-            return share > margin;
+    constexpr std::size_t samples = 16;
+    constexpr double twoPi = 6.283185307179586;
+    if (!outer.box.contains(inner.box)) {
+        return false;
+    }
+    const std::size_t step = std::max<std::size_t>(1, inner.triangles.size() / samples);
+    for (std::size_t i = 0; i < inner.triangles.size(); i += step) {
+        if (std::abs(solidAngle(outer, pointUnder(inner, inner.triangles[i]))) < twoPi) {
+            return false;
         }
     }
-    return false;
+    return true;
+}
+
+// Bodies that touch have points on one another's surface, which tell nothing; a little below its
+// surface, a point of one is in the other or out of it.
+Vector SurfaceFilling::pointUnder(const Piece& piece, const Triangle& triangle) const
+{
+    constexpr double depth = 1e-4;
+    const Vector& a = points_[triangle.corners[0]];
+    const Vector& b = points_[triangle.corners[1]];
+    const Vector& c = points_[triangle.corners[2]];
+    Vector normal = (b - a) ^ (c - a);
+    const double size = std::sqrt(normal.length());
+    normal.normalize();
+    return (a + b + c) / 3.0 - std::copysign(depth * size, piece.volume) * normal;
 }
 
 // 4 pi inside, 0 outside (Van Oosterom and Strackee, The solid angle of a plane triangle, 1983).
@@ -193,8 +220,10 @@ void SurfaceFilling::addVolumes() const
 {
     gmsh::clear();
     Groups groups;
+    std::set<std::size_t> placed;
     for (std::size_t i = 0; i < pieces_.size(); ++i) {
-        gmsh::model::geo::addSurfaceLoop(addSurfaces(pieces_[i], groups), static_cast<int>(i) + 1);
+        gmsh::model::geo::addSurfaceLoop(addSurfaces(pieces_[i], groups, placed),
+                                         static_cast<int>(i) + 1);
     }
     for (std::size_t i = 0; i < pieces_.size(); ++i) {
         if (pieces_[i].isHollow()) {
@@ -229,7 +258,9 @@ bool SurfaceFilling::givesItsNameToTheVolume(const Piece& piece) const
 }
 
 /// \brief Makes a surface for each patch of a piece; their tags.
-std::vector<int> SurfaceFilling::addSurfaces(const Piece& piece, Groups& groups) const
+/// \param placed positions of the points that are nodes already
+std::vector<int> SurfaceFilling::addSurfaces(const Piece& piece, Groups& groups,
+                                             std::set<std::size_t>& placed) const
 {
     std::map<std::size_t, std::vector<std::size_t>> corners; // by patch
     for (const Triangle& triangle : piece.triangles) {
@@ -238,7 +269,6 @@ std::vector<int> SurfaceFilling::addSurfaces(const Piece& piece, Groups& groups)
     }
     const bool isNamed = !givesItsNameToTheVolume(piece);
     std::vector<int> surfaces;
-    std::set<std::size_t> known;
     for (const auto& [patch, positions] : corners) {
         const int surface = gmsh::model::addDiscreteEntity(2);
         surfaces.push_back(surface);
@@ -246,7 +276,7 @@ std::vector<int> SurfaceFilling::addSurfaces(const Piece& piece, Groups& groups)
         std::vector<std::size_t> nodes;
         for (const std::size_t position : positions) {
             nodes.push_back(position + 1);
-            if (known.insert(position).second) {
+            if (placed.insert(position).second) {
                 added.push_back(position);
             }
         }

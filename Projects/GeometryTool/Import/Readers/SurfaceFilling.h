@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Box.h"
+#include "UnionFind.h"
 #include "Vector.h"
 
 #include <QString>
@@ -7,6 +9,7 @@
 #include <array>
 #include <cstddef>
 #include <map>
+#include <set>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -17,7 +20,7 @@ namespace Ovra::GeoTool
 
 /// \brief Turns the triangulated surface in Gmsh's current model into volumes to be meshed.
 ///
-/// A body is a connected, closed piece of the surface. A piece inside another one bounds the outer
+/// A body is a closed piece of the surface that hangs together by edges. A piece inside another one bounds the outer
 /// volume from within; its own inside is a volume too, unless its triangles are turned inwards,
 /// which makes it a hollow. The triangles stay the boundary of the mesh as they are, in a surface for
 /// each piece and each surface that they come from.
@@ -48,6 +51,7 @@ private:
     struct Piece
     {
         std::vector<Triangle> triangles;
+        Geo::Box box;
         double volume = 0; ///< negative when turned inwards
         int around = -1;   ///< the smallest piece that this one lies in
         int depth = 0;
@@ -62,11 +66,14 @@ private:
     void readTriangles();
     void readPatch(int surface);
     void checkClosed();
+    UnionFind connectedTriangles() const;
     void partIntoPieces();
     void nestPieces();
     bool isInside(const Piece& inner, const Piece& outer) const;
+    Geo::Vector pointUnder(const Piece& piece, const Triangle& triangle) const;
     double solidAngle(const Piece& piece, const Geo::Vector& point) const;
-    std::vector<int> addSurfaces(const Piece& piece, Groups& groups) const;
+    std::vector<int> addSurfaces(const Piece& piece, Groups& groups,
+                                 std::set<std::size_t>& placed) const;
     void addNodes(int surface, const std::vector<std::size_t>& positions) const;
     bool givesItsNameToTheVolume(const Piece& piece) const;
 

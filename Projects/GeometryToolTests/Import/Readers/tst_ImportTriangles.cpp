@@ -88,6 +88,18 @@ private slots:
             {124, 1});
         row("nested, the inner one first", solid("core", box(1, 2)) + solid("case", box(0, 5)),
             {"core", "case"}, {1, 124});
+        row("one on another", solid("board", box(0, 5)) + solid("chip", moved(box(1, 2), 4)),
+            {"board", "chip"}, {125, 1});
+        row("one on another, in the other order",
+            solid("chip", moved(box(1, 2), 4)) + solid("board", box(0, 5)), {"chip", "board"},
+            {1, 125});
+        row("one on another, with a corner in common",
+            solid("board", box(0, 2)) + solid("chip", moved(box(0, 1), 2)), {"board", "chip"},
+            {8, 1});
+        row("corner to corner", solid("left", box(0, 1)) + solid("right", box(1, 2)),
+            {"left", "right"}, {1, 1});
+        row("overlapping", solid("board", box(0, 5)) + solid("chip", moved(box(1, 2), 3.5)),
+            {"board", "chip"}, {125, 1});
         row("hollow", solid("case", box(0, 5)) + solid("hole", turned(box(1, 2))), {"case"}, {124});
     }
 
