@@ -1,8 +1,6 @@
 #include "GmshImporter.h"
 
 #include "AttributesFile.h"
-#include "CadContacts.h"
-#include "CadModel.h"
 #include "Database.h"
 #include "EntityGeometry.h"
 #include "EntitySplitting.h"
@@ -11,6 +9,7 @@
 #include "GmshSession.h"
 #include "ImportRemarks.h"
 #include "ImportScaling.h"
+#include "LooseBodySearch.h"
 #include "MeshTransfer.h"
 #include "Model.h"
 #include "ModelEntity.h"
@@ -19,8 +18,6 @@
 #include "TopologyCompletion.h"
 #include "TopologyLinks.h"
 #include "VolumeAdvice.h"
-
-#include <cmath>
 
 namespace Ovra::GeoTool
 {
@@ -75,6 +72,9 @@ void GmshImporter::import(Geo::Database& database, const AttributesFile* attribu
     if (isSurface && options_.dimension == 0 && !reader.isOpennessTold()) {
         warnOfSurfacesInSpace(session);
     }
+    const LooseBodies loose = isSurface // joined edges would make no volume of it
+                                  ? LooseBodies()
+                                  : looseBodies(session, mesh, reader.isMeshedHere());
     scale(mesh);
     if (attributes != nullptr) {
         attributes->leaveWithoutMesh(mesh);
@@ -89,9 +89,7 @@ void GmshImporter::import(Geo::Database& database, const AttributesFile* attribu
         attributes->apply(mesh, *database.model());
         remarks.warnOfMaterials(attributes->path());
     }
-    if (!isSurface) { // joined edges would make no volume of it
-        warnOfLooseBodies(session, remarks, dimension);
-    }
+    remarks.warnOfLooseBodies(options_.input, loose, options_.scale);
 }
 
 void GmshImporter::warnOfSurfacesInSpace(GmshSession& session) const
@@ -112,23 +110,15 @@ void GmshImporter::scale(ImportedMesh& mesh) const
     }
 }
 
-void GmshImporter::warnOfLooseBodies(GmshSession& session, const ImportRemarks& remarks,
-                                     int dimension) const
+LooseBodies GmshImporter::looseBodies(GmshSession& session, const ImportedMesh& mesh,
+                                      bool isMeshedHere) const
 {
-    if (dimension != CadModel::bodyDimension() || !CadModel::isOfKernel()) {
-        remarks.warnOfLooseBodies(options_.input, nullptr);
-        return;
-    }
     progress_.phase(QStringLiteral("looking for bodies that touch"));
-    std::vector<CadContacts::Contact> contacts;
+    LooseBodies found;
     session.run(options_.input, [&] {
-        const double tolerance = options_.joinTolerance.value_or(CadModel::contactTolerance());
-        contacts = CadContacts(tolerance).find();
+        found = LooseBodySearch(mesh, options_.joinTolerance, isMeshedHere).search();
     });
-    for (CadContacts::Contact& contact : contacts) {
-        contact.size *= std::pow(options_.scale, dimension - 1);
-    }
-    remarks.warnOfLooseBodies(options_.input, &contacts);
+    return found;
 }
 
 } // namespace Ovra::GeoTool

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "GmshReader.h"
+#include "LooseBodies.h"
 
 #include <QString>
 
@@ -14,7 +15,6 @@ namespace Ovra::GeoTool
 
 class AttributesFile;
 class GmshSession;
-class ImportRemarks;
 class Progress;
 struct ImportedMesh;
 
@@ -32,7 +32,8 @@ private:
     void warnOfSurfacesInSpace(GmshSession& session) const;
     void scale(ImportedMesh& mesh) const;
 
-    void warnOfLooseBodies(GmshSession& session, const ImportRemarks& remarks, int dimension) const;
+    LooseBodies looseBodies(GmshSession& session, const ImportedMesh& mesh,
+                            bool isMeshedHere) const;
 
     ImportOptions options_;
     Progress& progress_;

@@ -1,10 +1,12 @@
 #include "ImportRemarks.h"
 
 #include "AttributeCheck.h"
+#include "AttributeRule.h"
 #include "Counted.h"
 #include "EntityName.h"
 #include "EntityNames.h"
 #include "IdOrder.h"
+#include "LooseBodies.h"
 #include "Model.h"
 #include "ModelEntity.h"
 #include "Progress.h"
@@ -14,6 +16,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <map>
 #include <utility>
 
@@ -36,29 +39,46 @@ QString both(const ModelEntity& a, const ModelEntity& b)
     return QStringLiteral("%1 and %2").arg(idAndName(a), idAndName(b));
 }
 
-/// \brief Two bodies that touch.
-struct Contact
+/// \brief Two bodies and what they have in common.
+struct BodyPair
 {
     const ModelEntity* first;
     const ModelEntity* second;
     double size;
 };
 
-/// \brief The faces put together by the bodies that they bound, ascending by id.
-std::vector<Contact> byBodies(const std::vector<CoincidentFaces::Pair>& pairs)
+/// \brief Whether an attribute of a face names the other.
+bool names(const ModelEntity& face, const ModelEntity& other)
 {
-    std::map<std::pair<int, int>, Contact> contacts;
-    for (const CoincidentFaces::Pair& pair : pairs) {
-        const int bodies = pair.first->dimension() + 1;
-        const ModelEntity* a = pair.first->adjacencyAt(bodies, 0);
-        const ModelEntity* b = pair.second->adjacencyAt(bodies, 0);
+    const auto& rules = AttributeRule::naming();
+    return std::any_of(rules.begin(), rules.end(), [&](const AttributeRule& rule) {
+        return rule.names == AttributeRule::Names::ModelFace &&
+               face.attributes().contains(rule.type) &&
+               face.attributes().value(rule.type, QVariant()).toInt() == other.id();
+    });
+}
+
+/// \brief The contacts of faces that are not tied, put together by the bodies that they bound,
+/// ascending by id.
+std::vector<BodyPair> byBodies(const Model& model, const std::vector<BodyContact>& contacts)
+{
+    const int faces = model.faceDimension();
+    std::map<std::pair<int, int>, BodyPair> pairs;
+    for (const BodyContact& contact : contacts) {
+        const ModelEntity* face = model.entity(faces, contact.face);
+        const ModelEntity* other = model.entity(faces, contact.other);
+        if (face == nullptr || other == nullptr || names(*face, *other) || names(*other, *face)) {
+            continue;
+        }
+        const ModelEntity* a = face->adjacencyAt(faces + 1, 0);
+        const ModelEntity* b = other->adjacencyAt(faces + 1, 0);
         const auto [low, high] = std::minmax(
             a, b, [](const auto* left, const auto* right) { return left->id() < right->id(); });
-        contacts.try_emplace({low->id(), high->id()}, Contact{low, high, 0}).first->second.size +=
-            pair.size;
+        pairs.try_emplace({low->id(), high->id()}, BodyPair{low, high, 0}).first->second.size +=
+            contact.size;
     }
-    std::vector<Contact> list;
-    for (const auto& entry : contacts) {
+    std::vector<BodyPair> list;
+    for (const auto& entry : pairs) {
         list.push_back(entry.second);
     }
     return list;
@@ -75,15 +95,14 @@ QString shortened(const QStringList& texts)
 }
 
 /// \brief "1 (board) and 2 (chip) over an area of 9, ..."
-QString listed(const std::vector<Contact>& contacts)
+/// \param words "over an area of"
+QString listed(const std::vector<BodyPair>& pairs, const QString& words, double factor)
 {
     QStringList texts;
-    for (const Contact& contact : contacts) {
-        texts.append(QStringLiteral("%1 over %2 of %3")
-                         .arg(both(*contact.first, *contact.second),
-                              contact.first->dimension() == 3 ? QStringLiteral("an area")
-                                                              : QStringLiteral("a length"),
-                              QString::number(contact.size, 'g', 6)));
+    for (const BodyPair& pair : pairs) {
+        texts.append(QStringLiteral("%1 %2 %3")
+                         .arg(both(*pair.first, *pair.second), words,
+                              QString::number(factor * pair.size, 'g', 6)));
     }
     return shortened(texts);
 }
@@ -110,6 +129,53 @@ QString materialOf(const ModelEntity& entity)
     return entity.attributes().value(AttributeType::MaterialType, QVariant()).toString();
 }
 
+QString adviceForMeshes()
+{
+    return QStringLiteral("a mesh cannot be cut: mesh them together in the program that the file "
+                          "comes from, or import their geometry (STEP, IGES, BREP) with --join");
+}
+
+/// \brief What joins all contacts.
+QString adviceOn(const LooseBodies& loose)
+{
+    double needed = 0;
+    for (const BodyContact& contact : loose.contacts) {
+        needed = std::max(needed, contact.tolerance);
+    }
+    const QString option =
+        needed > loose.tolerance
+            ? QStringLiteral("--join --join-tolerance %1").arg(loose.wideTolerance)
+            : QStringLiteral("--join");
+    switch (loose.remedy) {
+    case LooseBodies::Remedy::Join:
+        return loose.wideTolerance > 0
+                   ? option + QStringLiteral(" cuts them along one another")
+                   : QStringLiteral("up to %1 lies between them, too much for --join here; close "
+                                    "that in the program that the file comes from")
+                         .arg(needed, 0, 'g', 2);
+    case LooseBodies::Remedy::JoinUnmeshed:
+        return QStringLiteral("--join cuts them along one another if the script leaves out its "
+                              "Mesh command");
+    case LooseBodies::Remedy::OtherGeometry:
+        break;
+    }
+    return adviceForMeshes();
+}
+
+QString overlapAdvice(const LooseBodies& loose)
+{
+    switch (loose.remedy) {
+    case LooseBodies::Remedy::Join:
+        return QStringLiteral("--join gives it to the smaller one");
+    case LooseBodies::Remedy::JoinUnmeshed:
+        return QStringLiteral("--join gives it to the smaller one if the script leaves out its "
+                              "Mesh command");
+    case LooseBodies::Remedy::OtherGeometry:
+        break;
+    }
+    return adviceForMeshes();
+}
+
 /// \brief Whether a body lacks the material that it would take part with.
 bool needsMaterial(const ModelEntity& body)
 {
@@ -126,43 +192,56 @@ ImportRemarks::ImportRemarks(const Model& model, Progress& progress)
 {
 }
 
-std::vector<CoincidentFaces::Pair>
-ImportRemarks::loosePairs(const std::vector<CadContacts::Contact>& contacts) const
+void ImportRemarks::warnOfLooseBodies(const QString& input, const LooseBodies& loose,
+                                      double scale) const
 {
-    const int dimension = model_.faceDimension();
-    std::vector<CoincidentFaces::Pair> pairs;
-    for (const CadContacts::Contact& contact : contacts) {
-        const ModelEntity* face = model_.entity(dimension, contact.face);
-        const ModelEntity* other = model_.entity(dimension, contact.other);
-        const bool known = face != nullptr && other != nullptr;
-        if (known && !CoincidentFaces::areTied(*face, *other)) {
-            pairs.push_back({face, other, contact.size});
-        }
-    }
-    return pairs;
+    warnOfContacts(input, loose, scale);
+    warnOfOverlaps(input, loose, scale);
 }
 
-void ImportRemarks::warnOfLooseBodies(const QString& input,
-                                      const std::vector<CadContacts::Contact>* contacts) const
+void ImportRemarks::warnOfContacts(const QString& input, const LooseBodies& loose,
+                                   double scale) const
 {
-    const std::vector<Contact> found =
-        byBodies(contacts == nullptr ? CoincidentFaces::in(model_) : loosePairs(*contacts));
+    const int faces = model_.faceDimension();
+    const std::vector<BodyPair> found = byBodies(model_, loose.contacts);
     if (found.empty()) {
         return;
     }
-    const int bodies = found.front().first->dimension();
-    const QString advice =
-        contacts == nullptr
-            ? QStringLiteral("join them in the program that the file comes from, or in a script")
-            : QStringLiteral("--join cuts them along one another");
-    progress_.warning(
-        QStringLiteral("%1: %2 without being joined: %3; nothing passes between them; %4, see "
-                       "Import.md")
-            .arg(input,
-                 counted(static_cast<qint64>(found.size()),
-                         QStringLiteral("pair of %1 touches").arg(pluralOf(bodies)),
-                         QStringLiteral("pairs of %1 touch").arg(pluralOf(bodies))),
-                 listed(found), advice));
+    const QString words =
+        faces == 2 ? QStringLiteral("over an area of") : QStringLiteral("over a length of");
+    const QString bodies = pluralOf(faces + 1);
+    progress_.warning(QStringLiteral("%1: %2 without being joined: %3; nothing passes between "
+                                     "them; %4, see Import.md")
+                          .arg(input,
+                               counted(static_cast<qint64>(found.size()),
+                                       QStringLiteral("pair of %1 touches").arg(bodies),
+                                       QStringLiteral("pairs of %1 touch").arg(bodies)),
+                               listed(found, words, std::pow(scale, faces)), adviceOn(loose)));
+}
+
+void ImportRemarks::warnOfOverlaps(const QString& input, const LooseBodies& loose,
+                                   double scale) const
+{
+    const int dimension = model_.faceDimension() + 1;
+    std::vector<BodyPair> found;
+    for (const LooseBodies::Overlap& overlap : loose.overlaps) {
+        found.push_back({model_.entity(dimension, overlap.body),
+                         model_.entity(dimension, overlap.other), overlap.size});
+    }
+    if (found.empty()) {
+        return;
+    }
+    const QString words =
+        dimension == 3 ? QStringLiteral("by a volume of") : QStringLiteral("by an area of");
+    const QString bodies = pluralOf(dimension);
+    progress_.warning(QStringLiteral("%1: %2: %3; what they have in common is meshed for each of "
+                                     "them; %4, see Import.md")
+                          .arg(input,
+                               counted(static_cast<qint64>(found.size()),
+                                       QStringLiteral("pair of %1 overlaps").arg(bodies),
+                                       QStringLiteral("pairs of %1 overlap").arg(bodies)),
+                               listed(found, words, std::pow(scale, dimension)),
+                               overlapAdvice(loose)));
 }
 
 void ImportRemarks::warnOfMaterials(const QString& attributes) const

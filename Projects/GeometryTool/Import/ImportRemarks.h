@@ -1,11 +1,6 @@
 #pragma once
 
-#include "CadContacts.h"
-#include "CoincidentFaces.h"
-
 #include <QString>
-
-#include <vector>
 
 namespace Ovra::Geo
 {
@@ -16,6 +11,7 @@ namespace Ovra::GeoTool
 {
 
 class Progress;
+struct LooseBodies;
 
 /// \brief Warns of what makes an imported model useless for what users go on to do with it, though
 /// it is sound.
@@ -24,10 +20,9 @@ class ImportRemarks
 public:
     ImportRemarks(const Geo::Model& model, Progress& progress);
 
-    /// \brief Bodies that touch without being joined, but for faces that are tied.
-    /// \param contacts as the geometry kernel finds them; null where there is no kernel to ask
-    void warnOfLooseBodies(const QString& input,
-                           const std::vector<CadContacts::Contact>* contacts) const;
+    /// \brief Bodies that touch or overlap without being joined, but for faces that are tied.
+    /// \param scale of lengths of the model to those of the input
+    void warnOfLooseBodies(const QString& input, const LooseBodies& loose, double scale) const;
 
     /// \brief Values of material_type that the library does not know, each told once, and regions
     /// that have none, by name where others have one.
@@ -37,8 +32,8 @@ public:
 private:
     void warnOfUnknownMaterials(const QString& attributes) const;
     void warnOfMissingMaterials(const QString& attributes) const;
-    std::vector<CoincidentFaces::Pair>
-    loosePairs(const std::vector<CadContacts::Contact>& contacts) const;
+    void warnOfContacts(const QString& input, const LooseBodies& loose, double scale) const;
+    void warnOfOverlaps(const QString& input, const LooseBodies& loose, double scale) const;
 
     const Geo::Model& model_;
     Progress& progress_;

@@ -85,10 +85,10 @@ private slots:
     void closesGapsUpToTheGivenTolerance()
     {
         QVERIFY(writeScript("Box(1) = {0, 0, 0, 10, 10, 1};\nBox(2) = {2, 2, 1.002, 3, 3, 1};\n"));
-        QCOMPARE(import("bodies.geo").errors, QByteArray());
         QVERIFY(import("bodies.geo", {"--join-tolerance", "0.005"})
                     .errors.contains("1 and 2 over an area of 9;"));
-        QCOMPARE(import("bodies.geo", {"--join"}).errors, QByteArray());
+        QCOMPARE(import("bodies.geo", {"--join", "--join-tolerance", "0.001"}).errors,
+                 QByteArray());
         ImportedCase apart(path("case"));
         QCOMPARE(sharedAreasOf(apart), QList<double>());
         const ToolRun run = import("bodies.geo", {"--join", "--join-tolerance", "0.005"});

@@ -6,6 +6,9 @@
 #include <array>
 #include <cmath>
 #include <gmsh.h>
+#include <map>
+#include <set>
+#include <tuple>
 
 namespace Ovra::GeoTool
 {
@@ -15,8 +18,6 @@ using Geo::Vector;
 
 namespace
 {
-
-constexpr double negligible = 10; ///< contacts narrower than so many tolerances pass nothing
 
 /// \brief A number for kinds of which two different ones have no more than curves in common.
 int kindOf(const std::string& type)
@@ -45,57 +46,123 @@ std::array<double, 3> commonWidths(const Box& a, const Box& b)
     return widths;
 }
 
-/// \brief Size of the pieces that two faces have both been cut into.
-double commonSize(const CadModel::Entities& first, const CadModel::Entities& second)
-{
-    double size = 0;
-    for (const auto& piece : first) {
-        if (std::find(second.begin(), second.end(), piece) != second.end()) {
-            size += CadModel::measure(piece.first, piece.second);
-        }
-    }
-    return size;
-}
-
 } // namespace
 
-CadContacts::CadContacts(double tolerance)
+CadContacts::CadContacts(double tolerance, Reach reach)
     : dimension_(CadModel::bodyDimension() - 1)
     , tolerance_(tolerance)
+    , reach_(std::move(reach))
 {
 }
 
-std::vector<CadContacts::Contact> CadContacts::find() const
+std::vector<BodyContact> CadContacts::find() const
 {
-    const std::vector<Side> all = sides();
-    std::vector<Contact> contacts;
+    const Sides all = sides();
+    std::vector<BodyContact> contacts = touching(all);
+    const std::vector<BodyContact> others = apart(all, contacts);
+    contacts.insert(contacts.end(), others.begin(), others.end());
+    std::sort(contacts.begin(), contacts.end(), [](const BodyContact& a, const BodyContact& b) {
+        return std::tie(a.face, a.other) < std::tie(b.face, b.other);
+    });
+    return contacts;
+}
+
+CadContacts::Pairs CadContacts::pairsWithin(const Sides& all, const Reach& reach) const
+{
+    double most = 0;
     std::vector<std::size_t> byLeft(all.size());
     for (std::size_t i = 0; i < all.size(); ++i) {
         byLeft[i] = i;
+        most = std::max(most, reach(all[i].body, all[i].body));
     }
     std::stable_sort(byLeft.begin(), byLeft.end(), [&all](std::size_t a, std::size_t b) {
         return all[a].box.minimum().x() < all[b].box.minimum().x();
     });
-    std::vector<std::vector<int>> partners(all.size());
+    Pairs pairs;
     for (auto a = byLeft.begin(); a != byLeft.end(); ++a) {
-        const double reach = all[*a].box.maximum().x() + tolerance_;
-        for (auto b = a + 1; b != byLeft.end() && all[*b].box.minimum().x() <= reach; ++b) {
-            if (mayTouch(all[*a], all[*b])) {
-                partners[std::min(*a, *b)].push_back(all[std::max(*a, *b)].tag);
+        const double end = all[*a].box.maximum().x() + most;
+        for (auto b = a + 1; b != byLeft.end() && all[*b].box.minimum().x() <= end; ++b) {
+            if (mayTouch(all[*a], all[*b], reach(all[*a].body, all[*b].body))) {
+                pairs.push_back(std::minmax(*a, *b));
             }
         }
     }
-    for (std::size_t i = 0; i < all.size(); ++i) {
-        std::sort(partners[i].begin(), partners[i].end());
-        const std::vector<Contact> found = common(all[i].tag, partners[i]);
+    std::sort(pairs.begin(), pairs.end());
+    return pairs;
+}
+
+std::vector<BodyContact> CadContacts::touching(const Sides& all) const
+{
+    std::map<std::size_t, std::vector<int>> partners;
+    for (const auto& [a, b] : pairsWithin(all, [this](int, int) { return tolerance_; })) {
+        partners[a].push_back(all[b].tag);
+    }
+    std::vector<BodyContact> contacts;
+    for (const auto& [side, others] : partners) {
+        const std::vector<BodyContact> found = common(all[side].tag, others, tolerance_);
         contacts.insert(contacts.end(), found.begin(), found.end());
     }
     return contacts;
 }
 
-std::vector<CadContacts::Side> CadContacts::sides() const
+std::vector<BodyContact> CadContacts::apart(const Sides& all,
+                                            const std::vector<BodyContact>& known) const
 {
-    std::vector<Side> sides;
+    constexpr double share = 0.1; // of an edge; the kernel takes shorter ones for points
+    std::set<std::pair<int, int>> done;
+    for (const BodyContact& contact : known) {
+        done.emplace(contact.face, contact.other);
+    }
+    std::vector<BodyContact> contacts;
+    for (const auto& [first, second] : pairsWithin(all, reach_)) {
+        const Side& a = all[first];
+        const Side& b = all[second];
+        const bool isTried = a.flat && b.flat && offset(a, b) <= tolerance_;
+        const double limit =
+            std::min({reach_(a.body, b.body), share * shortestEdge(a), share * shortestEdge(b)});
+        if (isTried || limit <= tolerance_ || done.count({a.tag, b.tag}) > 0) {
+            continue;
+        }
+        const std::optional<BodyContact> contact = within(limit, a, b);
+        if (contact) {
+            contacts.push_back(*contact);
+        }
+    }
+    return contacts;
+}
+
+/// \brief With a tolerance up to \p limit that is not much more than it takes.
+std::optional<BodyContact> CadContacts::within(double limit, const Side& a, const Side& b) const
+{
+    constexpr double margin = 1.25;
+    const std::vector<BodyContact> widest = common(a.tag, {b.tag}, limit);
+    if (widest.empty()) {
+        return std::nullopt;
+    }
+    const double least = a.flat && b.flat ? margin * offset(a, b) : 0;
+    for (double t = std::max(2 * tolerance_, least); t < limit; t *= 2) {
+        const std::vector<BodyContact> contact = common(a.tag, {b.tag}, t);
+        if (!contact.empty()) {
+            return contact.front();
+        }
+    }
+    return widest.front();
+}
+
+double CadContacts::shortestEdge(const Side& side) const
+{
+    gmsh::vectorpair edges;
+    gmsh::model::getBoundary({{dimension_, side.tag}}, edges, false, false, dimension_ == 1);
+    double shortest = side.box.extent().length();
+    for (const auto& [d, tag] : edges) {
+        shortest = d == 1 ? std::min(shortest, CadModel::measure(d, tag)) : shortest;
+    }
+    return shortest;
+}
+
+CadContacts::Sides CadContacts::sides() const
+{
+    Sides sides;
     for (const int tag : CadModel::entities(dimension_)) {
         std::vector<int> upward;
         std::vector<int> downward;
@@ -144,55 +211,46 @@ void CadContacts::locateFlat(Side& side, const std::vector<double>& parameters) 
     side.normal.normalize();
 }
 
-bool CadContacts::mayTouch(const Side& a, const Side& b) const
+bool CadContacts::mayTouch(const Side& a, const Side& b, double tolerance) const
 {
     if (a.body == b.body || (a.kind != b.kind && a.kind != 0 && b.kind != 0)) {
         return false;
     }
     const std::array<double, 3> widths = commonWidths(a.box, b.box);
     const auto narrowest = static_cast<std::size_t>(dimension_ - 1);
-    return widths[narrowest] > negligible * tolerance_ && widths.back() >= -tolerance_ &&
-           isInLine(a, b);
+    return widths[narrowest] > BodyContact::narrow * tolerance && widths.back() >= -tolerance &&
+           isInLine(a, b, tolerance);
 }
 
-bool CadContacts::isInLine(const Side& a, const Side& b) const
+bool CadContacts::isInLine(const Side& a, const Side& b, double tolerance) const
 {
     if (!a.flat || !b.flat) {
-        return std::abs(a.radius - b.radius) <= 2 * tolerance_ || a.kind != b.kind;
+        return std::abs(a.radius - b.radius) <= 2 * tolerance || a.kind != b.kind;
     }
-    const Vector along = b.point - a.point;
+    const double along = (b.point - a.point).length();
     const double size = a.box.extent().length() + b.box.extent().length();
     const double turn =
         (a.normal ^ b.normal).length() * std::min(a.box.extent().length(), b.box.extent().length());
-    const double offset =
-        dimension_ == 2 ? std::abs(along * a.normal) : (along ^ a.normal).length();
-    const double slack = tolerance_ + 1e-9 * size;
-    return turn <= slack && offset <= slack + turn * along.length() / size;
+    const double slack = tolerance + 1e-9 * size;
+    return turn <= slack && offset(a, b) <= slack + turn * along / size;
 }
 
-std::vector<CadContacts::Contact> CadContacts::common(int tag, const std::vector<int>& others) const
+/// \brief How far the planes or lines of two flat sides are apart.
+double CadContacts::offset(const Side& a, const Side& b) const
 {
-    if (others.empty()) {
-        return {};
-    }
-    gmsh::vectorpair object;
-    gmsh::vectorpair tools;
-    gmsh::vectorpair wanted;
-    for (const int other : others) {
-        wanted.emplace_back(dimension_, other);
-    }
-    gmsh::model::occ::copy({{dimension_, tag}}, object);
-    gmsh::model::occ::copy(wanted, tools);
-    const CadModel::Fragments fragments = CadModel::fragment(object, tools, tolerance_);
-    std::vector<Contact> contacts;
+    const Vector along = b.point - a.point;
+    return dimension_ == 2 ? std::abs(along * a.normal) : (along ^ a.normal).length();
+}
+
+std::vector<BodyContact> CadContacts::common(int tag, const std::vector<int>& others,
+                                             double tolerance) const
+{
+    const std::vector<double> sizes = CadModel::commonSizes(dimension_, tag, others, tolerance);
+    std::vector<BodyContact> contacts;
     for (std::size_t i = 0; i < others.size(); ++i) {
-        const double size = commonSize(fragments.origins.front(), fragments.origins.at(i + 1));
-        if (size > std::pow(negligible * tolerance_, dimension_)) {
-            contacts.push_back({tag, others[i], size});
+        if (sizes[i] > std::pow(BodyContact::narrow * tolerance, dimension_)) {
+            contacts.push_back({tag, others[i], sizes[i], tolerance});
         }
-    }
-    for (const CadModel::Entities& copies : {fragments.pieces, object, tools}) {
-        CadModel::remove(copies);
     }
     return contacts;
 }

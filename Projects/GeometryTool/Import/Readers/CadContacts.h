@@ -1,8 +1,12 @@
 #pragma once
 
+#include "BodyContact.h"
 #include "Box.h"
 
 #include <cstddef>
+#include <functional>
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace Ovra::GeoTool
@@ -17,18 +21,16 @@ namespace Ovra::GeoTool
 class CadContacts
 {
 public:
-    struct Contact
-    {
-        int face;    ///< the lower number
-        int other;   ///< the higher number
-        double size; ///< area or length that the two have in common
-    };
+    /// \brief How far two bodies, by their numbers, may be apart or overlap and still count.
+    using Reach = std::function<double(int body, int other)>;
 
-    /// \param tolerance gaps and overlaps up to this length count as contact
-    explicit CadContacts(double tolerance);
+    /// \param tolerance gaps and overlaps up to this length are no more than rounding
+    /// \param reach for wider ones; those of faces end at a tenth of their shortest edge
+    CadContacts(double tolerance, Reach reach);
 
-    /// \brief All contacts, ascending by the first number, then by the second.
-    std::vector<Contact> find() const;
+    /// \brief All contacts, ascending by the first number, then by the second. Each has the
+    /// tolerance that it was found with, which is not much more than it takes.
+    std::vector<BodyContact> find() const;
 
 private:
     struct Side
@@ -42,16 +44,26 @@ private:
         Geo::Vector normal; ///< of a plane, or direction of a line
         double radius;      ///< of a cylinder, sphere or circle; 0 for others
     };
+    using Sides = std::vector<Side>;
+    using Pairs = std::vector<std::pair<std::size_t, std::size_t>>; ///< positions, ascending
 
-    std::vector<Side> sides() const;
+    Sides sides() const;
     void locate(Side& side) const;
     void locateFlat(Side& side, const std::vector<double>& parameters) const;
-    bool mayTouch(const Side& a, const Side& b) const;
-    bool isInLine(const Side& a, const Side& b) const;
-    std::vector<Contact> common(int tag, const std::vector<int>& others) const;
+    Pairs pairsWithin(const Sides& all, const Reach& reach) const;
+    bool mayTouch(const Side& a, const Side& b, double tolerance) const;
+    bool isInLine(const Side& a, const Side& b, double tolerance) const;
+    double offset(const Side& a, const Side& b) const;
+    std::vector<BodyContact> touching(const Sides& all) const;
+    std::vector<BodyContact> apart(const Sides& all, const std::vector<BodyContact>& known) const;
+    std::optional<BodyContact> within(double limit, const Side& a, const Side& b) const;
+    double shortestEdge(const Side& side) const;
+    std::vector<BodyContact> common(int tag, const std::vector<int>& others,
+                                    double tolerance) const;
 
     int dimension_; ///< of the faces
     double tolerance_;
+    Reach reach_;
 };
 
 } // namespace Ovra::GeoTool

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <gmsh.h>
+#include <new>
 
 namespace Ovra::GeoTool
 {
@@ -32,6 +33,40 @@ QStringList groupNames(int dimension, int tag)
         }
     }
     return names;
+}
+
+/// \brief Size of the pieces that two entities have both been cut into.
+double commonSize(const CadModel::Entities& first, const CadModel::Entities& second)
+{
+    double size = 0;
+    for (const auto& piece : first) {
+        if (std::find(second.begin(), second.end(), piece) != second.end()) {
+            size += CadModel::measure(piece.first, piece.second);
+        }
+    }
+    return size;
+}
+
+std::vector<double> sizesInCommon(int dimension, int tag, const std::vector<int>& others,
+                                  double tolerance)
+{
+    CadModel::Entities object;
+    CadModel::Entities tools;
+    CadModel::Entities wanted;
+    for (const int other : others) {
+        wanted.emplace_back(dimension, other);
+    }
+    gmsh::model::occ::copy({{dimension, tag}}, object);
+    gmsh::model::occ::copy(wanted, tools);
+    const CadModel::Fragments fragments = CadModel::fragment(object, tools, tolerance);
+    std::vector<double> sizes;
+    for (std::size_t i = 0; i < others.size(); ++i) {
+        sizes.push_back(commonSize(fragments.origins.front(), fragments.origins.at(i + 1)));
+    }
+    for (const CadModel::Entities& copies : {fragments.pieces, object, tools}) {
+        CadModel::remove(copies);
+    }
+    return sizes;
 }
 
 } // namespace
@@ -140,6 +175,18 @@ CadModel::Fragments CadModel::fragment(const Entities& objects, const Entities& 
     gmsh::model::occ::fragment(objects, tools, fragments.pieces, fragments.origins, -1,
                                removeInputs, removeInputs);
     return fragments;
+}
+
+std::vector<double> CadModel::commonSizes(int dimension, int tag, const std::vector<int>& others,
+                                          double tolerance)
+{
+    try {
+        return sizesInCommon(dimension, tag, others, tolerance);
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (...) { // a question that the kernel cannot answer is no fault of the input
+        return std::vector<double>(others.size(), 0);
+    }
 }
 
 void CadModel::remove(const Entities& entities)

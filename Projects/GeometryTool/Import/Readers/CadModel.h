@@ -67,6 +67,11 @@ public:
     /// and the model does not show the pieces until it is synchronized.
     static Fragments fragment(const Entities& objects, const Entities& tools, double tolerance);
 
+    /// \brief Length, area or volume that an entity has in common with each of others of its
+    /// dimension, 0 where the kernel fails; the model stays as it is.
+    static std::vector<double> commonSizes(int dimension, int tag, const std::vector<int>& others,
+                                           double tolerance);
+
     /// \brief Removes entities from the kernel, and all that bounds nothing else then; those that are
     /// gone already are passed over.
     static void remove(const Entities& entities);

@@ -278,6 +278,7 @@ void GmshReader::generate(const ImportOptions& options, int dimension)
         gmsh::option::setNumber("Mesh.MeshSizeMax", options.meshSize);
         gmsh::option::setNumber("Mesh.MeshSizeMin", 0);
     }
+    isMeshedHere_ = true;
     useOneThread();
     // In one call, as Gmsh's own users have it: meshing in steps gives another mesh.
     progress_.phase(QStringLiteral("meshing %1").arg(options.input));

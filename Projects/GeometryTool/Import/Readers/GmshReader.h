@@ -39,6 +39,9 @@ public:
     /// \brief Whether it has been told that faces enclose no volume.
     bool isOpennessTold() const { return isOpennessTold_; }
 
+    /// \brief Whether the mesh was made here and not by the input.
+    bool isMeshedHere() const { return isMeshedHere_; }
+
 private:
     void requireReader(const QString& path) const;
     void open(const QString& path);
@@ -52,6 +55,7 @@ private:
     GmshSession& session_;
     Progress& progress_;
     bool isOpennessTold_ = false;
+    bool isMeshedHere_ = false;
 };
 
 } // namespace Ovra::GeoTool

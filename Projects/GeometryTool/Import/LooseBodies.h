@@ -1,0 +1,34 @@
+#pragma once
+
+#include "BodyContact.h"
+
+#include <vector>
+
+namespace Ovra::GeoTool
+{
+
+/// \brief Bodies of an input that touch or overlap without being joined, in its unit.
+struct LooseBodies
+{
+    struct Overlap
+    {
+        int body;    ///< the lower id
+        int other;   ///< the higher id
+        double size; ///< volume, or area in a planar model, that the two have in common
+    };
+
+    enum class Remedy
+    {
+        Join,          ///< by --join
+        JoinUnmeshed,  ///< by --join, once the input leaves meshing to the import
+        OtherGeometry, ///< there is no geometry that could be cut
+    };
+
+    std::vector<BodyContact> contacts; ///< ascending; none of bodies that overlap
+    std::vector<Overlap> overlaps;     ///< ascending; none that closing the contacts would end
+    Remedy remedy = Remedy::OtherGeometry;
+    double tolerance = 0;     ///< with which the import joins unless told otherwise
+    double wideTolerance = 0; ///< that closes all contacts; 0 if joining with it fails
+};
+
+} // namespace Ovra::GeoTool

@@ -1,0 +1,206 @@
+#include "MeshOverlaps.h"
+
+#include "BoxTree.h"
+#include "ElementShape.h"
+#include "ImportedMesh.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace Ovra::GeoTool
+{
+
+using ConvexClip::Polygon;
+using Geo::Box;
+using Geo::Vector;
+
+namespace
+{
+
+Polygon cornersOf(const ImportedMesh& mesh, const ImportedElement& element)
+{
+    Polygon corners;
+    for (int n = 0; n < element.nodeCount; ++n) {
+        corners.push_back(mesh.point(element, n));
+    }
+    return corners;
+}
+
+Box boxOf(const ImportedMesh& mesh, const ImportedElement& element)
+{
+    Box box;
+    for (int n = 0; n < element.nodeCount; ++n) {
+        box += mesh.point(element, n);
+    }
+    return box;
+}
+
+std::vector<Box> boxesOf(const ImportedMesh& mesh,
+                         const std::vector<const ImportedElement*>& elements)
+{
+    std::vector<Box> boxes;
+    for (const ImportedElement* element : elements) {
+        boxes.push_back(boxOf(mesh, *element));
+    }
+    return boxes;
+}
+
+Vector middleOf(const Polygon& corners)
+{
+    Vector sum;
+    for (const Vector& corner : corners) {
+        sum += corner;
+    }
+    return sum / static_cast<double>(corners.size());
+}
+
+} // namespace
+
+MeshOverlaps::MeshOverlaps(const ImportedMesh& mesh)
+    : mesh_(mesh)
+    , dimension_(mesh.elementDimension)
+{
+}
+
+std::set<MeshOverlaps::Pair> MeshOverlaps::find() const
+{
+    std::set<Pair> pairs;
+    if (mesh_.entitiesOf(dimension_).size() > 1) {
+        addCrossings(pairs);
+        addTwins(pairs);
+    }
+    return pairs;
+}
+
+void MeshOverlaps::addCrossings(std::set<Pair>& pairs) const
+{
+    std::vector<const ImportedElement*> facets;
+    for (const ImportedElement& facet : mesh_.elementsOf(dimension_ - 1)) {
+        if (!bodiesAt(facet).empty()) {
+            facets.push_back(&facet);
+        }
+    }
+    const BoxTree tree(boxesOf(mesh_, facets));
+    for (const ImportedElement& element : mesh_.elementsOf(dimension_)) {
+        tree.forEachMeeting(boxOf(mesh_, element), [&](std::size_t i) {
+            const std::set<int>& bodies = bodiesAt(*facets[i]);
+            if (bodies.contains(element.entity)) {
+                return; // bounds it
+            }
+            const Pair first = std::minmax(*bodies.begin(), element.entity);
+            if (pairs.contains(first) || !passesThrough(*facets[i], element)) {
+                return;
+            }
+            for (const int body : bodies) {
+                pairs.insert(std::minmax(body, element.entity));
+            }
+        });
+    }
+}
+
+// Of two bodies that are the same, no surface passes through the other.
+void MeshOverlaps::addTwins(std::set<Pair>& pairs) const
+{
+    constexpr double closeness = 1e-6;
+    const auto& bodies = mesh_.entitiesOf(dimension_);
+    for (std::size_t a = 0; a < bodies.size(); ++a) {
+        for (std::size_t b = a + 1; b < bodies.size(); ++b) {
+            const ImportedGeometry& first = bodies[a].geometry;
+            const ImportedGeometry& second = bodies[b].geometry;
+            if (!bodies[a].discarded && !bodies[b].discarded &&
+                first.box.matches(second.box, closeness) &&
+                std::abs(first.measure - second.measure) <= closeness * first.measure) {
+                pairs.emplace(static_cast<int>(a), static_cast<int>(b));
+            }
+        }
+    }
+}
+
+const std::set<int>& MeshOverlaps::bodiesAt(const ImportedElement& facet) const
+{
+    return mesh_.entity(dimension_ - 1, facet.entity)
+        .adjacent[static_cast<std::size_t>(dimension_)];
+}
+
+bool MeshOverlaps::passesThrough(const ImportedElement& facet, const ImportedElement& element) const
+{
+    constexpr double rounding = 1e-6;
+    const Polygon corners = cornersOf(mesh_, facet);
+    const double depth = rounding * boxOf(mesh_, element).extent().length();
+    const std::vector<Simplex> simplices = simplicesOf(element);
+    return std::any_of(simplices.begin(), simplices.end(), [&](const Simplex& simplex) {
+        std::vector<HalfSpace> inside = boundsOf(simplex);
+        for (HalfSpace& space : inside) {
+            space.point += depth * space.normal;
+        }
+        return ConvexClip::size(ConvexClip::clipped(corners, inside), dimension_ - 1) > 0;
+    });
+}
+
+std::vector<MeshOverlaps::Simplex> MeshOverlaps::simplicesOf(const ImportedElement& element) const
+{
+    const Polygon corners = cornersOf(mesh_, element);
+    if (element.nodeCount == dimension_ + 1) {
+        return {corners};
+    }
+    if (dimension_ == 2) {
+        return {{corners[0], corners[1], corners[2]}, {corners[0], corners[2], corners[3]}};
+    }
+    const Vector middle = middleOf(corners);
+    std::vector<Simplex> simplices;
+    for (const auto& local : ElementShape::faces(element.nodeCount)) {
+        const Polygon side = cornersOf(mesh_, ElementShape::face(element, local));
+        for (std::size_t n = 1; n + 1 < side.size(); ++n) {
+            simplices.push_back({side[0], side[n], side[n + 1], middle});
+        }
+    }
+    return simplices;
+}
+
+std::vector<HalfSpace> MeshOverlaps::boundsOf(const Simplex& simplex) const
+{
+    return dimension_ == 2 ? ConvexClip::column(simplex)
+                           : ConvexClip::sides({simplex[0], simplex[1], simplex[2], simplex[3]});
+}
+
+double MeshOverlaps::measure(const Pair& pair) const
+{
+    const auto& bodies = mesh_.entitiesOf(dimension_);
+    const auto first =
+        elementsOf(pair.first, bodies[static_cast<std::size_t>(pair.second)].geometry.box);
+    const auto second =
+        elementsOf(pair.second, bodies[static_cast<std::size_t>(pair.first)].geometry.box);
+    const BoxTree tree(boxesOf(mesh_, first));
+    double sum = 0;
+    for (const ImportedElement* element : second) {
+        tree.forEachMeeting(boxOf(mesh_, *element),
+                            [&](std::size_t i) { sum += common(*first[i], *element); });
+    }
+    return sum;
+}
+
+std::vector<const ImportedElement*> MeshOverlaps::elementsOf(int body, const Box& within) const
+{
+    std::vector<const ImportedElement*> elements;
+    for (const ImportedElement& element : mesh_.elementsOf(dimension_)) {
+        if (element.entity == body && boxOf(mesh_, element).intersects(within)) {
+            elements.push_back(&element);
+        }
+    }
+    return elements;
+}
+
+double MeshOverlaps::common(const ImportedElement& a, const ImportedElement& b) const
+{
+    double sum = 0;
+    for (const Simplex& other : simplicesOf(b)) {
+        const std::vector<HalfSpace> inside = boundsOf(other);
+        for (const Simplex& p : simplicesOf(a)) {
+            sum += dimension_ == 2 ? ConvexClip::size(ConvexClip::clipped(p, inside), 2)
+                                   : ConvexClip::volume({p[0], p[1], p[2], p[3]}, inside);
+        }
+    }
+    return sum;
+}
+
+} // namespace Ovra::GeoTool

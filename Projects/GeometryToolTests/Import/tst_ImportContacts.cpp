@@ -1,0 +1,338 @@
+#include "GmshFixture.h"
+#include "ImportChecks.h"
+#include "ToolRun.h"
+
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+/// Bodies that nearly touch, overlap, or touch in meshes: what import says, and that its advice
+/// works.
+class TestImportContacts : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { QVERIFY(directory_.isValid()); }
+
+    void advisesATolerance_data()
+    {
+        QTest::addColumn<QByteArray>("shapes");
+        QTest::addColumn<QByteArray>("words");
+        QTest::addColumn<int>("shared"); // faces of two bodies, once they are joined
+        const auto row = [](const char* name, const char* shapes, const char* words, int shared) {
+            QTest::newRow(name) << QByteArray(shapes) << QByteArray(words) << shared;
+        };
+        row("a gap", "Box(1) = {0, 0, 0, 10, 10, 1};\nBox(2) = {2, 2, 1.002, 3, 3, 1};\n",
+            "1 and 2 over an area of 9; nothing passes between them; --join --join-tolerance "
+            "0.0025 cuts them along one another, see Import.md\n",
+            1);
+        row("sunk in", "Box(1) = {0, 0, 0, 10, 10, 1};\nBox(2) = {2, 2, 0.998, 3, 3, 1};\n",
+            "1 and 2 over an area of 9; nothing passes between them; --join --join-tolerance "
+            "0.0025 ",
+            1);
+        row("two gaps, the wider one counts",
+            "Box(1) = {0, 0, 0, 10, 10, 1};\nBox(2) = {1, 2, 1.002, 3, 3, 1};\n"
+            "Box(3) = {6, 2, 1.004, 3, 3, 1};\n",
+            "2 pairs of regions touch without being joined: 1 and 2 over an area of 9, 1 and 3 "
+            "over an area of 9; nothing passes between them; --join --join-tolerance 0.005 ",
+            2);
+        row("a contact and a gap",
+            "Box(1) = {0, 0, 0, 10, 10, 1};\nBox(2) = {1, 2, 1, 3, 3, 1};\n"
+            "Box(3) = {6, 2, 1.004, 3, 3, 1};\n",
+            "--join --join-tolerance 0.005 ", 2);
+        row("a nut with little play",
+            "Cylinder(1) = {0, 0, 0, 0, 0, 10, 1};\nCylinder(2) = {0, 0, 4, 0, 0, 2, 2};\n"
+            "Cylinder(3) = {0, 0, 3, 0, 0, 5, 1.002};\n"
+            "BooleanDifference(4) = {Volume{2}; Delete;} {Volume{3}; Delete;};\n",
+            "1 and 4 over an area of 12.59", 1);
+        row("planar", "Rectangle(1) = {0, 0, 0, 1, 1};\nRectangle(2) = {1.0005, 0.5, 0, 1, 1};\n",
+            "1 and 2 over a length of 0.5; nothing passes between them; --join --join-tolerance "
+            "0.00063 ",
+            1);
+    }
+
+    void advisesATolerance()
+    {
+        QFETCH(QByteArray, shapes);
+        QFETCH(QByteArray, words);
+        QVERIFY(writeScript(shapes));
+        const ToolRun run = import("bodies.geo");
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY2(isOneWarning(run.errors) && run.errors.contains(words), run.errors.constData());
+        static const QRegularExpression advice(QStringLiteral("--join-tolerance ([0-9.e-]+) "));
+        const QString tolerance = advice.match(QString::fromUtf8(run.errors)).captured(1);
+        const ToolRun joined = import("bodies.geo", {"--join", "--join-tolerance", tolerance});
+        QCOMPARE(joined.errors, QByteArray());
+        ImportedCase imported(path("case"));
+        QCOMPARE(imported.faults(), QString());
+        QTEST(sharedFacesOf(imported), "shared");
+    }
+
+    void isSilentWhereAGapIsToStay_data()
+    {
+        QTest::addColumn<QByteArray>("shapes");
+        QTest::addColumn<QStringList>("options");
+        const QByteArray gap = "Box(1) = {0, 0, 0, 10, 10, 1};\nBox(2) = {2, 2, 1.002, 3, 3, 1};\n";
+        QTest::newRow("by a tolerance") << gap << QStringList{"--join-tolerance", "0.001"};
+        QTest::newRow("as elements are fine") << gap << QStringList{"--mesh-size", "0.15"};
+        QTest::newRow("as it is wide")
+            << QByteArray("Box(1) = {0, 0, 0, 10, 10, 1};\nBox(2) = {2, 2, 1.05, 3, 3, 1};\n")
+            << QStringList();
+    }
+
+    void isSilentWhereAGapIsToStay()
+    {
+        QFETCH(QByteArray, shapes);
+        QFETCH(QStringList, options);
+        QVERIFY(writeScript("Box(9) = {0, 0, -2, 1, 1, 1};\n" + shapes));
+        const ToolRun run = import("bodies.geo", options);
+        QCOMPARE(run.errors, QByteArray());
+        QCOMPARE(run.exitCode, 0);
+    }
+
+    void saysThatTheScriptIsNotToMesh()
+    {
+        QVERIFY(
+            writeScript("Box(1) = {0, 0, 0, 1, 1, 1};\nBox(2) = {1, 0, 0, 1, 1, 1};\nMesh 3;\n"));
+        const ToolRun run = import("bodies.geo");
+        QVERIFY2(run.errors.contains("--join cuts them along one another if the script leaves out "
+                                     "its Mesh command, see Import.md\n"),
+                 run.errors.constData());
+        QCOMPARE(import("bodies.geo", {"--join"}).exitCode, 6);
+    }
+
+    void warnsOfOverlaps_data()
+    {
+        QTest::addColumn<QByteArray>("shapes");
+        QTest::addColumn<QByteArray>("words");
+        const auto row = [](const char* name, const char* shapes, const char* words) {
+            QTest::newRow(name) << QByteArray(shapes) << QByteArray(words);
+        };
+        row("half sunk in",
+            "Box(1) = {0, 0, 0, 10, 10, 1};\nBox(2) = {2, 2, 0.5, 3, 3, 1};\n"
+            "Physical Volume(\"board\") = {1};\nPhysical Volume(\"chip\") = {2};\n",
+            "1 pair of regions overlaps: 1 (board) and 2 (chip) by a volume of 4.5; what they have "
+            "in common is meshed for each of them; ");
+        row("one in another",
+            "Box(1) = {0, 0, 0, 10, 10, 10};\nBox(2) = {4, 4, 4, 1, 2, 1};\n"
+            "Box(3) = {7, 7, 7, 2, 2, 1};\n",
+            "2 pairs of regions overlap: 1 and 2 by a volume of 2, 1 and 3 by a volume of 4;");
+        row("twice in one place", "Box(1) = {0, 0, 0, 1, 1, 1};\nBox(2) = {0, 0, 0, 1, 1, 1};\n",
+            "1 and 2 by a volume of 1;");
+        row("flush at a side", "Box(1) = {0, 0, 0, 10, 10, 1};\nBox(2) = {0, 2, 0.5, 3, 3, 0.5};\n",
+            "1 pair of regions overlaps: 1 and 2 by a volume of 4.5;");
+        row("bars that cross",
+            "Box(1) = {0, 0, 0, 10, 1, 1};\nBox(2) = {4, -4, 0.25, 1, 10, 0.5};\n",
+            "1 and 2 by a volume of 0.5;");
+        row("planar", "Rectangle(1) = {0, 0, 0, 1, 1};\nRectangle(2) = {0.5, 0.75, 0, 1, 1};\n",
+            "1 pair of faces overlaps: 1 and 2 by an area of 0.125;");
+        row("hexahedra",
+            "Box(1) = {0, 0, 0, 1, 1, 1};\nBox(2) = {0.5, 0.5, 0.25, 1, 1, 1};\n"
+            "Transfinite Curve {1:24} = 4;\nTransfinite Surface {1:12};\n"
+            "Transfinite Volume {1:2};\nRecombine Surface {1:12};\n",
+            "1 and 2 by a volume of 0.1875;");
+    }
+
+    void warnsOfOverlaps()
+    {
+        QFETCH(QByteArray, shapes);
+        QFETCH(QByteArray, words);
+        QVERIFY(writeScript(shapes));
+        const ToolRun run = import("bodies.geo");
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY2(isOneWarning(run.errors) && run.errors.contains(words) &&
+                     run.errors.endsWith("--join gives it to the smaller one, see Import.md\n"),
+                 run.errors.constData());
+        QVERIFY(writeMesh());
+        const ToolRun ofMesh = import("bodies.msh");
+        QCOMPARE(ofMesh.exitCode, 0);
+        QVERIFY2(isOneWarning(ofMesh.errors) && ofMesh.errors.contains(words) &&
+                     ofMesh.errors.endsWith("with --join, see Import.md\n"),
+                 ofMesh.errors.constData());
+    }
+
+    void tellsOfOverlapsInTheUnitOfTheCase()
+    {
+        QVERIFY(writeScript("Box(1) = {0, 0, 0, 10, 10, 1};\nBox(2) = {2, 2, 0.5, 3, 3, 1};\n"));
+        QVERIFY(import("bodies.geo", {"--scale", "0.1"}).errors.contains("by a volume of 0.0045;"));
+        QVERIFY(writeMesh());
+        QVERIFY(import("bodies.msh", {"--scale", "0.1"}).errors.contains("by a volume of 0.0045;"));
+    }
+
+    void warnsOfOverlapsOnceWhereTheyAreJoined()
+    {
+        QVERIFY(writeScript("Box(1) = {0, 0, 0, 10, 10, 1};\nBox(2) = {2, 2, 0.5, 3, 3, 1};\n"));
+        const ToolRun run = import("bodies.geo", {"--join"});
+        QVERIFY2(isOneWarning(run.errors) && run.errors.contains("which goes to region 2"),
+                 run.errors.constData());
+    }
+
+    void warnsOfContactsOfMeshes_data()
+    {
+        QTest::addColumn<QByteArray>("shapes");
+        QTest::addColumn<QByteArray>("words");
+        const auto row = [](const char* name, const char* shapes, const char* words) {
+            QTest::newRow(name) << QByteArray(shapes) << QByteArray(words);
+        };
+        row("a chip on a board",
+            "Box(1) = {0, 0, 0, 10, 10, 1};\nBox(2) = {2, 2, 1, 3, 3, 1};\n"
+            "Physical Volume(\"board\") = {1};\nPhysical Volume(\"chip\") = {2};\n",
+            "1 pair of regions touches without being joined: 1 (board) and 2 (chip) over an area "
+            "of 9; nothing passes between them; ");
+        row("over the rim, turned",
+            "Box(1) = {0, 0, 0, 10, 10, 1};\nBox(2) = {0, 0, 1, 1, 1, 1};\n"
+            "Rotate {{0, 0, 1}, {0, 0, 0}, Pi / 4} {Volume{2};}\n",
+            "1 and 2 over an area of 0.5;");
+        row("a gap", "Box(1) = {0, 0, 0, 10, 10, 1};\nBox(2) = {2, 2, 1.002, 3, 3, 1};\n",
+            "1 and 2 over an area of 9;");
+        row("sunk in", "Box(1) = {0, 0, 0, 10, 10, 1};\nBox(2) = {2, 2, 0.998, 3, 3, 1};\n",
+            "1 and 2 over an area of 9");
+        row("askew in space",
+            "Box(1) = {0, 0, 0, 4, 4, 1};\nBox(2) = {1, 1, 1, 1, 2, 1};\n"
+            "Rotate {{1, 2, 3}, {5, 0, 0}, 1} {Volume{1:2};}\n",
+            "1 and 2 over an area of 2;");
+        row("planar", "Rectangle(1) = {0, 0, 0, 1, 1};\nRectangle(2) = {1, 0.75, 0, 1, 1};\n",
+            "1 pair of faces touches without being joined: 1 and 2 over a length of 0.25;");
+        row("quadrilaterals",
+            "Box(1) = {0, 0, 0, 1, 1, 1};\nBox(2) = {1, 0.5, 0.25, 1, 1, 1};\n"
+            "Transfinite Curve {1:24} = 4;\nTransfinite Surface {1:12};\n"
+            "Transfinite Volume {1:2};\nRecombine Surface {1:12};\n",
+            "1 and 2 over an area of 0.375;");
+    }
+
+    void warnsOfContactsOfMeshes()
+    {
+        QFETCH(QByteArray, shapes);
+        QFETCH(QByteArray, words);
+        QVERIFY(writeScript(shapes));
+        QVERIFY(writeMesh());
+        const ToolRun run = import("bodies.msh");
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY2(isOneWarning(run.errors) && run.errors.contains(words), run.errors.constData());
+    }
+
+    void isSilentAboutMeshesThatAreSound_data()
+    {
+        QTest::addColumn<QByteArray>("shapes");
+        const auto row = [](const char* name, const char* shapes) {
+            QTest::newRow(name) << QByteArray(shapes);
+        };
+        row("joined", "Box(1) = {0, 0, 0, 1, 1, 1};\nBox(2) = {1, 0.5, 0, 1, 1, 1};\nCoherence;\n");
+        row("apart", "Box(1) = {0, 0, 0, 1, 1, 1};\nBox(2) = {1.1, 0, 0, 1, 1, 1};\n");
+        row("edge to edge", "Box(1) = {0, 0, 0, 1, 1, 1};\nBox(2) = {1, 1, 0, 1, 1, 1};\n");
+        row("an edge on a face", "Box(1) = {0, 0, 0, 4, 4, 1};\nBox(2) = {0, 0, 0, 1, 1, 1};\n"
+                                 "Rotate {{0, 1, 0}, {0, 0, 0}, Pi / 4} {Volume{2};}\n"
+                                 "Translate {1, 1, 1 + Sqrt(0.5)} {Volume{2};}\n");
+        row("joined and round",
+            "Box(1) = {-2, -2, 0, 4, 4, 2};\nSphere(2) = {0, 0, 1, 0.75};\nCoherence;\n");
+        row("planar and joined", "Rectangle(1) = {0, 0, 0, 1, 1};\nDisk(2) = {1, 1, 0, 0.5};\n"
+                                 "Coherence;\n");
+    }
+
+    void isSilentAboutMeshesThatAreSound()
+    {
+        QFETCH(QByteArray, shapes);
+        QVERIFY(writeScript(shapes));
+        QVERIFY(writeMesh());
+        const ToolRun run = import("bodies.msh");
+        QCOMPARE(run.errors, QByteArray());
+        QCOMPARE(run.exitCode, 0);
+    }
+
+    // Two bodies of an STL file, each of which is closed.
+    void warnsOfContactsOfStlFiles_data()
+    {
+        QTest::addColumn<double>("height");
+        QTest::addColumn<QByteArray>("words");
+        const QByteArray area = "1 pair of regions touches without being joined: 1 (board) and 2 "
+                                "(chip) over an area of 9; nothing passes between them; a mesh "
+                                "cannot be cut: mesh them together in the program that the file "
+                                "comes from, or import their geometry (STEP, IGES, BREP) with "
+                                "--join, see Import.md\n";
+        QTest::newRow("touching") << 1.0 << area;
+        QTest::newRow("a gap") << 1.001 << area;
+        QTest::newRow("overlapping") << 0.5
+                                     << QByteArray("1 pair of regions overlaps: 1 (board) and 2 "
+                                                   "(chip) by a volume of 4.5;");
+    }
+
+    void warnsOfContactsOfStlFiles()
+    {
+        QFETCH(double, height);
+        QFETCH(QByteArray, words);
+        QVERIFY(writeContent(path("bodies.stl"), solid("board", {0, 0, 0}, {10, 10, 1}) +
+                                                     solid("chip", {2, 2, height}, {5, 5, 2})));
+        const ToolRun run = import("bodies.stl");
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY2(isOneWarning(run.errors) && run.errors.contains(words), run.errors.constData());
+    }
+
+private:
+    using Point = std::array<double, 3>;
+
+    QString path(const char* name) const { return directory_.filePath(QString::fromLatin1(name)); }
+
+    ToolRun import(const char* file, const QStringList& options = {})
+    {
+        return runTool(QStringList{"import", path(file), "-o", path("case")} + options);
+    }
+
+    bool writeScript(const QByteArray& shapes)
+    {
+        return writeContent(path("bodies.geo"), "SetFactory(\"OpenCASCADE\");\n" + shapes);
+    }
+
+    /// \brief What Gmsh makes of the script, as a mesh without geometry.
+    bool writeMesh()
+    {
+        const GmshFixture gmsh;
+        gmsh::open(path("bodies.geo").toStdString());
+        gmsh::model::mesh::generate(gmsh::model::getDimension());
+        GmshFixture::write(path("bodies.msh"));
+        return QFile::exists(path("bodies.msh"));
+    }
+
+    static bool isOneWarning(const QByteArray& errors)
+    {
+        return errors.startsWith("ovrageo: warning: ") && errors.count('\n') == 1;
+    }
+
+    static int sharedFacesOf(ImportedCase& imported)
+    {
+        const int dimension = imported.model()->faceDimension();
+        int shared = 0;
+        for (const auto* face : imported.entities(dimension)) {
+            shared += face->adjacencyCount(dimension + 1) == 2 ? 1 : 0;
+        }
+        return shared;
+    }
+
+    /// \brief A box of twelve triangles, turned outwards.
+    static QByteArray solid(const QByteArray& name, const Point& low, const Point& high)
+    {
+        static const int sides[6][4] = {{0, 2, 3, 1}, {4, 5, 7, 6}, {0, 1, 5, 4},
+                                        {2, 6, 7, 3}, {0, 4, 6, 2}, {1, 3, 7, 5}};
+        const auto corner = [&](int i) {
+            QByteArray line = "vertex";
+            for (int axis = 0; axis < 3; ++axis) {
+                const auto at = static_cast<std::size_t>(axis);
+                line += ' ' + QByteArray::number((i >> axis) % 2 == 0 ? low[at] : high[at]);
+            }
+            return line + '\n';
+        };
+        QByteArray text = "solid " + name + '\n';
+        for (const auto& side : sides) {
+            for (const int last : {2, 3}) {
+                text += "facet normal 0 0 0\nouter loop\n" + corner(side[0]) +
+                        corner(side[last - 1]) + corner(side[last]) + "endloop\nendfacet\n";
+            }
+        }
+        return text + "endsolid " + name + '\n';
+    }
+
+    QTemporaryDir directory_;
+};
+
+QTEST_APPLESS_MAIN(TestImportContacts)
+#include "tst_ImportContacts.moc"
