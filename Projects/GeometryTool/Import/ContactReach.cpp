@@ -48,6 +48,15 @@ double ContactReach::of(int body) const
     return found == reaches_.end() ? 0 : found->second;
 }
 
+double ContactReach::most() const
+{
+    double most = 0;
+    for (const auto& entry : reaches_) {
+        most = std::max(most, entry.second);
+    }
+    return most;
+}
+
 double ContactReach::between(int body, int other) const
 {
     return std::min(of(body), of(other));

@@ -19,6 +19,9 @@ public:
     /// \brief Between two bodies, by their ids; 0 where one of them has no elements.
     double between(int body, int other) const;
 
+    /// \brief The greatest between any two.
+    double most() const;
+
 private:
     double of(int body) const;
 

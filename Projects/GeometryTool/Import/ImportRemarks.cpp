@@ -150,9 +150,8 @@ QString adviceOn(const LooseBodies& loose)
     case LooseBodies::Remedy::Join:
         return loose.wideTolerance > 0
                    ? option + QStringLiteral(" cuts them along one another")
-                   : QStringLiteral("up to %1 lies between them, too much for --join here; close "
-                                    "that in the program that the file comes from")
-                         .arg(needed, 0, 'g', 2);
+                   : QStringLiteral("--join fails over them, join them in the program that the "
+                                    "file comes from");
     case LooseBodies::Remedy::JoinUnmeshed:
         return QStringLiteral("--join cuts them along one another if the script leaves out its "
                               "Mesh command");
@@ -166,7 +165,10 @@ QString overlapAdvice(const LooseBodies& loose)
 {
     switch (loose.remedy) {
     case LooseBodies::Remedy::Join:
-        return QStringLiteral("--join gives it to the smaller one");
+        return loose.wideTolerance > 0
+                   ? QStringLiteral("--join gives it to the smaller one")
+                   : QStringLiteral("--join fails over them, part them in the program that the "
+                                    "file comes from");
     case LooseBodies::Remedy::JoinUnmeshed:
         return QStringLiteral("--join gives it to the smaller one if the script leaves out its "
                               "Mesh command");

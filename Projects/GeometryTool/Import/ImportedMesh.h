@@ -75,6 +75,14 @@ struct ImportedMesh
     {
         return nodes[static_cast<std::size_t>(element.nodes[static_cast<std::size_t>(node)])].point;
     }
+    Geo::Box boxOf(const ImportedElement& element) const
+    {
+        Geo::Box box;
+        for (int n = 0; n < element.nodeCount; ++n) {
+            box += point(element, n);
+        }
+        return box;
+    }
     ImportedEntity& entity(int dimension, int position)
     {
         return entities[static_cast<std::size_t>(dimension)][static_cast<std::size_t>(position)];

@@ -14,7 +14,7 @@ struct LooseBodies
     {
         int body;    ///< the lower id
         int other;   ///< the higher id
-        double size; ///< volume, or area in a planar model, that the two have in common
+        double size; ///< volume, or area in a model without regions, that the two have in common
     };
 
     enum class Remedy
@@ -28,7 +28,7 @@ struct LooseBodies
     std::vector<Overlap> overlaps;     ///< ascending; none that closing the contacts would end
     Remedy remedy = Remedy::OtherGeometry;
     double tolerance = 0;     ///< with which the import joins unless told otherwise
-    double wideTolerance = 0; ///< that closes all contacts; 0 if joining with it fails
+    double wideTolerance = 0; ///< that closes all contacts; 0 if joining fails, as far as tried
 };
 
 } // namespace Ovra::GeoTool

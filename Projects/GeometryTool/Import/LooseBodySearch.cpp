@@ -138,18 +138,17 @@ int LooseBodySearch::bodyOf(int face) const
     return bodies.empty() ? -1 : mesh_.entity(dimension_, *bodies.begin()).id;
 }
 
-/// \brief The tolerance that the contacts need, if joining with it works.
+/// \brief The tolerance that the contacts need, if joining with it works. Plain contacts are not
+/// tried.
 double LooseBodySearch::tried(const LooseBodies& found)
 {
     double needed = found.tolerance;
     for (const BodyContact& contact : found.contacts) {
         needed = std::max(needed, contact.tolerance);
     }
-    if (needed <= found.tolerance) {
-        return needed;
-    }
-    needed = roundedUp(needed);
-    return joinsWith(needed) ? needed : 0;
+    const bool isWide = needed > found.tolerance;
+    needed = isWide ? roundedUp(needed) : needed;
+    return (!isWide && found.overlaps.empty()) || joinsWith(needed) ? needed : 0;
 }
 
 } // namespace Ovra::GeoTool

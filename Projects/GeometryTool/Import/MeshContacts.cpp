@@ -1,5 +1,6 @@
 #include "MeshContacts.h"
 
+#include "BodyBoxes.h"
 #include "BoxTree.h"
 #include "ContactReach.h"
 #include "ImportedMesh.h"
@@ -36,10 +37,11 @@ MeshContacts::MeshContacts(const ImportedMesh& mesh, const ContactReach& reach)
 
 void MeshContacts::addFacets()
 {
+    const BodyBoxes boxes(mesh_, reach_.most());
     for (const ImportedElement& element : mesh_.elementsOf(dimension_)) {
         const ImportedEntity& face = mesh_.entity(dimension_, element.entity);
         const auto& bodies = face.adjacent[static_cast<std::size_t>(mesh_.elementDimension)];
-        if (bodies.size() != 1) {
+        if (bodies.size() != 1 || !boxes.hasOther(mesh_.boxOf(element), bodies)) {
             continue;
         }
         const int body = mesh_.entity(mesh_.elementDimension, *bodies.begin()).id;

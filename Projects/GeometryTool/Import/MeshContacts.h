@@ -16,7 +16,7 @@ struct ImportedMesh;
 /// lie on one another wholly or in part. What CadContacts does where there is geometry.
 ///
 /// Each pair of mesh faces whose boxes meet is clipped against one another, the one by the column
-/// over the other; what they have in common counts if it lies within the reach. In a planar model,
+/// over the other; what they have in common counts if it lies within the reach. In a model without regions,
 /// edges are looked at.
 class MeshContacts
 {

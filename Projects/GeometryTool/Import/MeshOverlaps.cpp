@@ -1,5 +1,6 @@
 #include "MeshOverlaps.h"
 
+#include "BodyBoxes.h"
 #include "BoxTree.h"
 #include "ElementShape.h"
 #include "ImportedMesh.h"
@@ -26,21 +27,12 @@ Polygon cornersOf(const ImportedMesh& mesh, const ImportedElement& element)
     return corners;
 }
 
-Box boxOf(const ImportedMesh& mesh, const ImportedElement& element)
-{
-    Box box;
-    for (int n = 0; n < element.nodeCount; ++n) {
-        box += mesh.point(element, n);
-    }
-    return box;
-}
-
 std::vector<Box> boxesOf(const ImportedMesh& mesh,
                          const std::vector<const ImportedElement*>& elements)
 {
     std::vector<Box> boxes;
     for (const ImportedElement* element : elements) {
-        boxes.push_back(boxOf(mesh, *element));
+        boxes.push_back(mesh.boxOf(*element));
     }
     return boxes;
 }
@@ -74,15 +66,17 @@ std::set<MeshOverlaps::Pair> MeshOverlaps::find() const
 
 void MeshOverlaps::addCrossings(std::set<Pair>& pairs) const
 {
+    const BodyBoxes boxes(mesh_);
     std::vector<const ImportedElement*> facets;
     for (const ImportedElement& facet : mesh_.elementsOf(dimension_ - 1)) {
-        if (!bodiesAt(facet).empty()) {
+        const std::set<int>& bodies = bodiesAt(facet);
+        if (!bodies.empty() && boxes.hasOther(mesh_.boxOf(facet), bodies)) {
             facets.push_back(&facet);
         }
     }
     const BoxTree tree(boxesOf(mesh_, facets));
     for (const ImportedElement& element : mesh_.elementsOf(dimension_)) {
-        tree.forEachMeeting(boxOf(mesh_, element), [&](std::size_t i) {
+        tree.forEachMeeting(mesh_.boxOf(element), [&](std::size_t i) {
             const std::set<int>& bodies = bodiesAt(*facets[i]);
             if (bodies.contains(element.entity)) {
                 return; // bounds it
@@ -126,7 +120,7 @@ bool MeshOverlaps::passesThrough(const ImportedElement& facet, const ImportedEle
 {
     constexpr double rounding = 1e-6;
     const Polygon corners = cornersOf(mesh_, facet);
-    const double depth = rounding * boxOf(mesh_, element).extent().length();
+    const double depth = rounding * mesh_.boxOf(element).extent().length();
     const std::vector<Simplex> simplices = simplicesOf(element);
     return std::any_of(simplices.begin(), simplices.end(), [&](const Simplex& simplex) {
         std::vector<HalfSpace> inside = boundsOf(simplex);
@@ -173,7 +167,7 @@ double MeshOverlaps::measure(const Pair& pair) const
     const BoxTree tree(boxesOf(mesh_, first));
     double sum = 0;
     for (const ImportedElement* element : second) {
-        tree.forEachMeeting(boxOf(mesh_, *element),
+        tree.forEachMeeting(mesh_.boxOf(*element),
                             [&](std::size_t i) { sum += common(*first[i], *element); });
     }
     return sum;
@@ -183,7 +177,7 @@ std::vector<const ImportedElement*> MeshOverlaps::elementsOf(int body, const Box
 {
     std::vector<const ImportedElement*> elements;
     for (const ImportedElement& element : mesh_.elementsOf(dimension_)) {
-        if (element.entity == body && boxOf(mesh_, element).intersects(within)) {
+        if (element.entity == body && mesh_.boxOf(element).intersects(within)) {
             elements.push_back(&element);
         }
     }

@@ -28,7 +28,7 @@ public:
     /// bodies touch, meshes may overlap though the shapes do not.
     std::set<Pair> find() const;
 
-    /// \brief Volume, or area in a planar model, that the elements of two bodies have in common.
+    /// \brief Volume, or area in a model without regions, that the elements of two bodies have in common.
     double measure(const Pair& pair) const;
 
 private:

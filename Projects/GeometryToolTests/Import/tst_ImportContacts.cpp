@@ -118,8 +118,6 @@ private slots:
             "Box(1) = {0, 0, 0, 10, 10, 10};\nBox(2) = {4, 4, 4, 1, 2, 1};\n"
             "Box(3) = {7, 7, 7, 2, 2, 1};\n",
             "2 pairs of regions overlap: 1 and 2 by a volume of 2, 1 and 3 by a volume of 4;");
-        row("twice in one place", "Box(1) = {0, 0, 0, 1, 1, 1};\nBox(2) = {0, 0, 0, 1, 1, 1};\n",
-            "1 and 2 by a volume of 1;");
         row("flush at a side", "Box(1) = {0, 0, 0, 10, 10, 1};\nBox(2) = {0, 2, 0.5, 3, 3, 0.5};\n",
             "1 pair of regions overlaps: 1 and 2 by a volume of 4.5;");
         row("bars that cross",
@@ -150,6 +148,22 @@ private slots:
         QVERIFY2(isOneWarning(ofMesh.errors) && ofMesh.errors.contains(words) &&
                      ofMesh.errors.endsWith("with --join, see Import.md\n"),
                  ofMesh.errors.constData());
+    }
+
+    void saysWhereJoiningFails()
+    {
+        QVERIFY(writeScript("Box(1) = {0, 0, 0, 1, 1, 1};\nBox(2) = {0, 0, 0, 1, 1, 1};\n"));
+        const ToolRun run = import("bodies.geo");
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY2(
+            isOneWarning(run.errors) &&
+                run.errors.contains(": 1 pair of regions overlaps: 1 and 2 by a volume of 1;") &&
+                run.errors.endsWith("--join fails over them, part them in the program that "
+                                    "the file comes from, see Import.md\n"),
+            run.errors.constData());
+        QCOMPARE(import("bodies.geo", {"--join"}).exitCode, 6);
+        QVERIFY(writeMesh());
+        QVERIFY(import("bodies.msh").errors.contains("1 and 2 by a volume of 1;"));
     }
 
     void tellsOfOverlapsInTheUnitOfTheCase()

@@ -4,7 +4,7 @@ namespace Ovra::GeoTool
 {
 
 /// \brief Two faces, each of one body alone, that lie on one another wholly or in part; edges in a
-/// planar model.
+/// model without regions.
 struct BodyContact
 {
     static constexpr double narrow = 10; ///< contacts narrower than so many tolerances pass nothing
