@@ -27,9 +27,8 @@ double shortestEdge(const ImportedMesh& mesh, const ImportedElement& element)
 
 } // namespace
 
-ContactReach::ContactReach(const ImportedMesh& mesh)
+ContactReach::ContactReach(const ImportedMesh& mesh, double share)
 {
-    constexpr double share = 0.01;
     const auto& bodies = mesh.entitiesOf(mesh.elementDimension);
     std::vector<double> sums(bodies.size(), 0);
     std::vector<double> counts(bodies.size(), 0);

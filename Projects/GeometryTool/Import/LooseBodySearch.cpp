@@ -74,10 +74,13 @@ void LooseBodySearch::searchGeometry(LooseBodies& found) const
 {
     found.remedy = isMeshedHere_ ? LooseBodies::Remedy::Join : LooseBodies::Remedy::JoinUnmeshed;
     found.tolerance = tolerance_.value_or(CadModel::contactTolerance());
-    const ContactReach reach(mesh_);
-    found.contacts = CadContacts(found.tolerance, [this, &reach](int body, int other) {
-                         return tolerance_.value_or(reach.between(body, other));
-                     }).find();
+    CadContacts contacts(found.tolerance);
+    const ContactReach reach(mesh_, ContactReach::meant);
+    if (!tolerance_) {
+        contacts.setReach([&reach](int body, int other) { return reach.between(body, other); },
+                          nearFaces());
+    }
+    found.contacts = contacts.find();
     for (const auto& [first, second] : MeshOverlaps(mesh_).find()) {
         const int body = mesh_.entity(dimension_, first).id;
         const int other = mesh_.entity(dimension_, second).id;
@@ -89,9 +92,20 @@ void LooseBodySearch::searchGeometry(LooseBodies& found) const
     }
 }
 
+/// \brief Faces whose meshes lie near one another, by id, the lower one first.
+std::set<std::pair<int, int>> LooseBodySearch::nearFaces() const
+{
+    std::set<std::pair<int, int>> pairs;
+    const ContactReach reach(mesh_, ContactReach::meshed);
+    for (const BodyContact& contact : MeshContacts(mesh_, reach).findAll()) {
+        pairs.emplace(contact.face, contact.other);
+    }
+    return pairs;
+}
+
 void LooseBodySearch::searchMesh(LooseBodies& found) const
 {
-    found.contacts = MeshContacts(mesh_, ContactReach(mesh_)).find();
+    found.contacts = MeshContacts(mesh_, ContactReach(mesh_, ContactReach::meant)).find();
     const MeshOverlaps overlaps(mesh_);
     for (const auto& pair : overlaps.find()) {
         found.overlaps.push_back({mesh_.entity(dimension_, pair.first).id,

@@ -3,6 +3,7 @@
 #include "LooseBodies.h"
 
 #include <optional>
+#include <set>
 #include <utility>
 
 namespace Ovra::GeoTool
@@ -27,6 +28,7 @@ public:
 private:
     void searchGeometry(LooseBodies& found) const;
     void searchMesh(LooseBodies& found) const;
+    std::set<std::pair<int, int>> nearFaces() const;
     void dropExplained(LooseBodies& found) const;
     std::pair<int, int> bodiesOf(const BodyContact& contact) const;
     int bodyOf(int face) const;

@@ -2,7 +2,6 @@
 
 #include "BodyBoxes.h"
 #include "BoxTree.h"
-#include "ContactReach.h"
 #include "ImportedMesh.h"
 
 #include <algorithm>
@@ -71,6 +70,13 @@ void MeshContacts::addFacet(int face, int body, const Polygon& corners)
 
 std::vector<BodyContact> MeshContacts::find() const
 {
+    std::vector<BodyContact> contacts = findAll();
+    std::erase_if(contacts, [this](const BodyContact& contact) { return !isWide(contact); });
+    return contacts;
+}
+
+std::vector<BodyContact> MeshContacts::findAll() const
+{
     std::vector<Box> boxes;
     for (const Facet& facet : facets_) {
         boxes.push_back(facet.box);
@@ -89,13 +95,11 @@ std::vector<BodyContact> MeshContacts::find() const
             }
         });
     }
-    std::vector<BodyContact> wide;
+    std::vector<BodyContact> all;
     for (const auto& entry : contacts) {
-        if (isWide(entry.second)) {
-            wide.push_back(entry.second);
-        }
+        all.push_back(entry.second);
     }
-    return wide;
+    return all;
 }
 
 double MeshContacts::commonSize(const Facet& a, const Facet& b) const

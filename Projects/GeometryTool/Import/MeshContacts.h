@@ -2,6 +2,7 @@
 
 #include "BodyContact.h"
 #include "Box.h"
+#include "ContactReach.h"
 #include "ConvexClip.h"
 
 #include <vector>
@@ -9,7 +10,6 @@
 namespace Ovra::GeoTool
 {
 
-class ContactReach;
 struct ImportedMesh;
 
 /// \brief Finds where bodies of a mesh touch without being joined: mesh faces of two bodies that
@@ -25,6 +25,9 @@ public:
 
     /// \brief All contacts, ascending by the first number, then by the second.
     std::vector<BodyContact> find() const;
+
+    /// \brief As find(), with those too that are so narrow that nothing passes.
+    std::vector<BodyContact> findAll() const;
 
 private:
     struct Facet
@@ -43,7 +46,7 @@ private:
     bool isWide(const BodyContact& contact) const;
 
     const ImportedMesh& mesh_;
-    const ContactReach& reach_;
+    const ContactReach reach_;
     int dimension_; ///< of the faces
     std::vector<Facet> facets_;
 };

@@ -48,11 +48,16 @@ std::array<double, 3> commonWidths(const Box& a, const Box& b)
 
 } // namespace
 
-CadContacts::CadContacts(double tolerance, Reach reach)
+CadContacts::CadContacts(double tolerance)
     : dimension_(CadModel::bodyDimension() - 1)
     , tolerance_(tolerance)
-    , reach_(std::move(reach))
 {
+}
+
+void CadContacts::setReach(Reach reach, std::set<std::pair<int, int>> pairs)
+{
+    reach_ = std::move(reach);
+    nearby_ = std::move(pairs);
 }
 
 std::vector<BodyContact> CadContacts::find() const
@@ -67,22 +72,20 @@ std::vector<BodyContact> CadContacts::find() const
     return contacts;
 }
 
-CadContacts::Pairs CadContacts::pairsWithin(const Sides& all, const Reach& reach) const
+CadContacts::Pairs CadContacts::pairs(const Sides& all) const
 {
-    double most = 0;
     std::vector<std::size_t> byLeft(all.size());
     for (std::size_t i = 0; i < all.size(); ++i) {
         byLeft[i] = i;
-        most = std::max(most, reach(all[i].body, all[i].body));
     }
     std::stable_sort(byLeft.begin(), byLeft.end(), [&all](std::size_t a, std::size_t b) {
         return all[a].box.minimum().x() < all[b].box.minimum().x();
     });
     Pairs pairs;
     for (auto a = byLeft.begin(); a != byLeft.end(); ++a) {
-        const double end = all[*a].box.maximum().x() + most;
+        const double end = all[*a].box.maximum().x() + tolerance_;
         for (auto b = a + 1; b != byLeft.end() && all[*b].box.minimum().x() <= end; ++b) {
-            if (mayTouch(all[*a], all[*b], reach(all[*a].body, all[*b].body))) {
+            if (mayTouch(all[*a], all[*b], tolerance_)) {
                 pairs.push_back(std::minmax(*a, *b));
             }
         }
@@ -94,7 +97,7 @@ CadContacts::Pairs CadContacts::pairsWithin(const Sides& all, const Reach& reach
 std::vector<BodyContact> CadContacts::touching(const Sides& all) const
 {
     std::map<std::size_t, std::vector<int>> partners;
-    for (const auto& [a, b] : pairsWithin(all, [this](int, int) { return tolerance_; })) {
+    for (const auto& [a, b] : pairs(all)) {
         partners[a].push_back(all[b].tag);
     }
     std::vector<BodyContact> contacts;
@@ -108,27 +111,37 @@ std::vector<BodyContact> CadContacts::touching(const Sides& all) const
 std::vector<BodyContact> CadContacts::apart(const Sides& all,
                                             const std::vector<BodyContact>& known) const
 {
-    constexpr double share = 0.1; // of an edge; the kernel takes shorter ones for points
     std::set<std::pair<int, int>> done;
     for (const BodyContact& contact : known) {
         done.emplace(contact.face, contact.other);
     }
+    std::map<int, const Side*> byTag;
+    for (const Side& side : all) {
+        byTag[side.tag] = &side;
+    }
     std::vector<BodyContact> contacts;
-    for (const auto& [first, second] : pairsWithin(all, reach_)) {
-        const Side& a = all[first];
-        const Side& b = all[second];
-        const bool isTried = a.flat && b.flat && offset(a, b) <= tolerance_;
-        const double limit =
-            std::min({reach_(a.body, b.body), share * shortestEdge(a), share * shortestEdge(b)});
-        if (isTried || limit <= tolerance_ || done.count({a.tag, b.tag}) > 0) {
-            continue;
-        }
-        const std::optional<BodyContact> contact = within(limit, a, b);
-        if (contact) {
-            contacts.push_back(*contact);
+    for (const auto& pair : nearby_) {
+        const bool isKnown = byTag.count(pair.first) > 0 && byTag.count(pair.second) > 0;
+        if (isKnown && done.count(pair) == 0) {
+            const auto contact = apart(*byTag.at(pair.first), *byTag.at(pair.second));
+            if (contact) {
+                contacts.push_back(*contact);
+            }
         }
     }
     return contacts;
+}
+
+std::optional<BodyContact> CadContacts::apart(const Side& a, const Side& b) const
+{
+    constexpr double share = 0.1; // of an edge; the kernel takes shorter ones for points
+    const bool isTried = a.flat && b.flat && offset(a, b) <= tolerance_;
+    const double limit =
+        std::min({reach_(a.body, b.body), share * shortestEdge(a), share * shortestEdge(b)});
+    if (isTried || limit <= tolerance_ || !mayTouch(a, b, limit)) {
+        return std::nullopt;
+    }
+    return within(limit, a, b);
 }
 
 /// \brief With a tolerance up to \p limit that is not much more than it takes.

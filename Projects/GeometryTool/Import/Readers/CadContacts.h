@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <functional>
 #include <optional>
+#include <set>
 #include <utility>
 #include <vector>
 
@@ -25,8 +26,13 @@ public:
     using Reach = std::function<double(int body, int other)>;
 
     /// \param tolerance gaps and overlaps up to this length are no more than rounding
-    /// \param reach for wider ones; those of faces end at a tenth of their shortest edge
-    CadContacts(double tolerance, Reach reach);
+    explicit CadContacts(double tolerance);
+
+    /// \brief Looks for wider gaps and overlaps too, up to \p reach and a tenth of the shortest edge
+    /// of the two faces.
+    /// \param pairs of faces that may have any, by numbers, the lower one first: to ask the kernel
+    /// for all would take too long
+    void setReach(Reach reach, std::set<std::pair<int, int>> pairs);
 
     /// \brief All contacts, ascending by the first number, then by the second. Each has the
     /// tolerance that it was found with, which is not much more than it takes.
@@ -50,12 +56,13 @@ private:
     Sides sides() const;
     void locate(Side& side) const;
     void locateFlat(Side& side, const std::vector<double>& parameters) const;
-    Pairs pairsWithin(const Sides& all, const Reach& reach) const;
+    Pairs pairs(const Sides& all) const;
     bool mayTouch(const Side& a, const Side& b, double tolerance) const;
     bool isInLine(const Side& a, const Side& b, double tolerance) const;
     double offset(const Side& a, const Side& b) const;
     std::vector<BodyContact> touching(const Sides& all) const;
     std::vector<BodyContact> apart(const Sides& all, const std::vector<BodyContact>& known) const;
+    std::optional<BodyContact> apart(const Side& a, const Side& b) const;
     std::optional<BodyContact> within(double limit, const Side& a, const Side& b) const;
     double shortestEdge(const Side& side) const;
     std::vector<BodyContact> common(int tag, const std::vector<int>& others,
@@ -64,6 +71,7 @@ private:
     int dimension_; ///< of the faces
     double tolerance_;
     Reach reach_;
+    std::set<std::pair<int, int>> nearby_; ///< numbers of faces
 };
 
 } // namespace Ovra::GeoTool
