@@ -1,8 +1,10 @@
 #include "InputBlock.h"
 
-#include <QIODevice>
+#include <QBuffer>
+#include <QFileDevice>
 
 #include <algorithm>
+#include <exception>
 
 namespace Ovra::Geo
 {
@@ -10,11 +12,20 @@ namespace Ovra::Geo
 namespace
 {
 
+// Whether the device gives back what it shows. Others than Qt's may do without a buffer and seek().
+bool canShow(const QIODevice& device)
+{
+    return !device.isSequential() && !device.isTextModeEnabled() &&
+           !device.isTransactionStarted() &&
+           (!device.openMode().testFlag(QIODevice::Unbuffered) ||
+            qobject_cast<const QBuffer*>(&device) != nullptr ||
+            qobject_cast<const QFileDevice*>(&device) != nullptr);
+}
+
 bool isDirect(const QDataStream& stream)
 {
-    const QIODevice* const device = stream.device();
-    return device != nullptr && !device->isSequential() && !device->isTextModeEnabled() &&
-           !device->isTransactionStarted() && stream.byteOrder() == QDataStream::BigEndian &&
+    return stream.device() != nullptr && canShow(*stream.device()) &&
+           stream.byteOrder() == QDataStream::BigEndian &&
            stream.version() >= QDataStream::Qt_4_6 &&
            stream.floatingPointPrecision() == QDataStream::DoublePrecision;
 }
@@ -23,13 +34,15 @@ bool isDirect(const QDataStream& stream)
 
 InputBlock::InputBlock(QDataStream& stream)
     : stream_(stream)
-    , isDirect_(isDirect(stream))
+    , exceptions_(std::uncaught_exceptions())
 {
 }
 
-InputBlock::~InputBlock()
+InputBlock::~InputBlock() noexcept(false)
 {
-    stepOver();
+    if (std::uncaught_exceptions() == exceptions_) {
+        stepOver();
+    }
 }
 
 QDataStream& InputBlock::stream()
@@ -41,10 +54,10 @@ QDataStream& InputBlock::stream()
 
 bool InputBlock::look(std::ptrdiff_t bytes)
 {
-    if (!isDirect_) {
+    stepOver();
+    if (!isDirect(stream_)) {
         return false;
     }
-    stepOver();
     bytes_.resize(static_cast<std::size_t>(
         std::clamp<qsizetype>(4 * static_cast<qsizetype>(bytes_.size()), Least, Most)));
     const qint64 shown = stream_.device()->peek(bytes_.data(), static_cast<qint64>(bytes_.size()));
@@ -55,10 +68,11 @@ bool InputBlock::look(std::ptrdiff_t bytes)
 
 void InputBlock::stepOver()
 {
-    if (next_ != taken_) {
-        stream_.device()->skip(next_ - taken_);
-    }
+    const std::ptrdiff_t taken = next_ - taken_;
     taken_ = next_ = end_ = nullptr;
+    if (taken > 0) {
+        stream_.device()->skip(taken);
+    }
 }
 
 } // namespace Ovra::Geo

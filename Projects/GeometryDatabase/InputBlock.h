@@ -1,11 +1,10 @@
 #pragma once
 
+#include "BlockBytes.h"
 #include "GeometryDatabaseExport.h"
 
 #include <QDataStream>
-#include <QtEndian>
 
-#include <cstring>
 #include <vector>
 
 /// \file
@@ -22,13 +21,14 @@ namespace Ovra::Geo
 /// show bytes without waiting for them, and a stream whose numbers have the form that it is made
 /// with; from all others numbers are read one by one.
 ///
-/// The stream stands behind the last number that was read after stream(), and when the block goes.
+/// The stream stands behind the last number that was read after stream(), and when the block goes;
+/// not if an exception does away with the block.
 class OVRA_GEO_EXPORT InputBlock
 {
 public:
     /// \brief A block ahead of \p stream, which must outlive it.
     explicit InputBlock(QDataStream& stream);
-    ~InputBlock();
+    ~InputBlock() noexcept(false);
 
     InputBlock(const InputBlock&) = delete;
     InputBlock& operator=(const InputBlock&) = delete;
@@ -53,7 +53,7 @@ public:
             stream() >> number;
             return number;
         }
-        const auto number = qFromBigEndian<Number>(next_);
+        const auto number = fromBigEndian<Number>(next_);
         next_ += size;
         return number;
     }
@@ -66,7 +66,7 @@ private:
     void stepOver();
 
     QDataStream& stream_;
-    const bool isDirect_;
+    const int exceptions_;
     std::vector<char> bytes_;
     const char* taken_ = nullptr; // where the device stands
     const char* next_ = nullptr;

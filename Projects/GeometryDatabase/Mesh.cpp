@@ -4,7 +4,7 @@
 #include "EntityTable.h"
 #include "MeshEntity.h"
 #include "UpwardLists.h"
-#include "VertexLists.h"
+#include "VertexListFiller.h"
 
 #include <QVariant>
 
@@ -33,6 +33,16 @@ UpwardLists::Limits limitsOf(const Mesh& mesh, int dimension, qint64 vertexCount
     const auto size = static_cast<double>(vertexCount);
     limits.steps = static_cast<qint64>(size * (64 + std::sqrt(size) / 4));
     return limits;
+}
+
+// Gives the number of vertices that the elements list.
+qint64 addElementsToVertices(const std::array<IdTable<MeshEntity>, 4>& entities)
+{
+    VertexListFiller lists(entities[0]);
+    for (int d = 1; d <= 3; ++d) {
+        lists.append(entities[static_cast<size_t>(d)], d);
+    }
+    return lists.count();
 }
 
 } // namespace
@@ -106,15 +116,11 @@ void Mesh::setUpwardAdjacencies()
 
 bool Mesh::setUpwardAdjacencies(Limit limit)
 {
-    VertexLists vertexLists(entities_[0]);
-    for (int d = 1; d <= 3; ++d) {
-        vertexLists.append(entities_[static_cast<size_t>(d)], d);
-    }
+    const qint64 vertexCount = addElementsToVertices(entities_);
     bool isComplete = true;
     for (int d = 1; d <= 2; ++d) {
-        const UpwardLists lists(d + 1, limit == Limit::None
-                                           ? UpwardLists::Limits()
-                                           : limitsOf(*this, d + 1, vertexLists.count()));
+        const UpwardLists lists(d + 1, limit == Limit::None ? UpwardLists::Limits()
+                                                            : limitsOf(*this, d + 1, vertexCount));
         for (auto entities = iterator(d); entities.hasNext();) {
             entities.next().value()->setUpwardAdjacencies();
         }

@@ -208,7 +208,7 @@ private:
     friend class Mesh;
     friend class MeshSerializer;
     friend class UpwardLists;
-    friend class VertexLists;
+    friend class VertexListFiller;
 
     using Neighbours = QVarLengthArray<MeshEntity*, 16>;
 

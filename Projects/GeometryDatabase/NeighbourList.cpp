@@ -99,7 +99,7 @@ void NeighbourList::reserve(qsizetype count)
     }
 }
 
-MeshEntity** NeighbourList::extend(qsizetype count)
+MeshEntity** NeighbourList::makeRoom(qsizetype count)
 {
     const qsizetype before = size();
     if (count == 0) {
@@ -109,7 +109,6 @@ MeshEntity** NeighbourList::extend(qsizetype count)
         before + count > qsizetype{block_->capacity}) {
         moveTo(static_cast<quint32>(before + count), false);
     }
-    block_->size += static_cast<quint32>(count);
     return block_->entries() + before;
 }
 

@@ -89,9 +89,12 @@ public:
     /// \brief Makes room for \p count entries in all, and for no more.
     void reserve(qsizetype count);
 
-    /// \brief Makes the list longer by \p count entries, which the caller sets.
-    /// \return the first of them; not null unless \p count is 0
-    MeshEntity** extend(qsizetype count);
+    /// \brief Makes room for \p count more entries, which are none of the list's before takeIn().
+    /// \return the place of the first of them; not null unless \p count is 0
+    MeshEntity** makeRoom(qsizetype count);
+
+    /// \brief Makes the list longer by \p count entries, which have been set where makeRoom() said.
+    void takeIn(qsizetype count) { block_->size += static_cast<quint32>(count); }
 
     /// \brief Appends \p entity.
     void append(MeshEntity* entity)

@@ -1,5 +1,7 @@
 #include "OutputBlock.h"
 
+#include <exception>
+
 namespace Ovra::Geo
 {
 
@@ -8,7 +10,7 @@ namespace
 
 bool isDirect(const QDataStream& stream)
 {
-    return stream.byteOrder() == QDataStream::BigEndian &&
+    return stream.device() != nullptr && stream.byteOrder() == QDataStream::BigEndian &&
            stream.version() >= QDataStream::Qt_4_6 &&
            stream.floatingPointPrecision() == QDataStream::DoublePrecision;
 }
@@ -17,15 +19,16 @@ bool isDirect(const QDataStream& stream)
 
 OutputBlock::OutputBlock(QDataStream& stream)
     : stream_(stream)
-    , isDirect_(isDirect(stream))
+    , exceptions_(std::uncaught_exceptions())
     , bytes_(Size)
-    , end_(bytes_.data())
 {
 }
 
-OutputBlock::~OutputBlock()
+OutputBlock::~OutputBlock() noexcept(false)
 {
-    flush();
+    if (std::uncaught_exceptions() == exceptions_) {
+        flush();
+    }
 }
 
 QDataStream& OutputBlock::stream()
@@ -34,11 +37,25 @@ QDataStream& OutputBlock::stream()
     return stream_;
 }
 
+bool OutputBlock::makeRoom()
+{
+    flush();
+    if (!isDirect(stream_)) {
+        return false;
+    }
+    end_ = bytes_.data();
+    limit_ = end_ + Size;
+    return true;
+}
+
 void OutputBlock::flush()
 {
-    if (end_ != bytes_.data()) {
-        stream_.writeRawData(bytes_.data(), static_cast<int>(end_ - bytes_.data()));
-        end_ = bytes_.data();
+    const qint64 size = end_ == nullptr ? 0 : end_ - bytes_.data();
+    end_ = limit_ = nullptr;
+    // As the stream does, which writes no more after a failure.
+    if (size > 0 && stream_.status() == QDataStream::Ok &&
+        !writeWhole(*stream_.device(), bytes_.data(), size)) {
+        stream_.setStatus(QDataStream::WriteFailed);
     }
 }
 

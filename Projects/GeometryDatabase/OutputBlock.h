@@ -1,9 +1,9 @@
 #pragma once
 
+#include "BlockBytes.h"
 #include "GeometryDatabaseExport.h"
 
 #include <QDataStream>
-#include <QtEndian>
 
 #include <vector>
 
@@ -18,13 +18,14 @@ namespace Ovra::Geo
 ///
 /// A QDataStream hands each number to its device by itself, which takes most of the time of writing
 /// a mesh. Where the form of numbers is not the one that a stream is made with, the stream does it.
-/// The stream has everything after stream(), and when the block goes.
+/// The stream has everything after stream(), and when the block goes, unless an exception does away
+/// with it.
 class OVRA_GEO_EXPORT OutputBlock
 {
 public:
     /// \brief A block ahead of \p stream, which must outlive it.
     explicit OutputBlock(QDataStream& stream);
-    ~OutputBlock();
+    ~OutputBlock() noexcept(false);
 
     OutputBlock(const OutputBlock&) = delete;
     OutputBlock& operator=(const OutputBlock&) = delete;
@@ -36,14 +37,11 @@ public:
     template <typename Number>
     OutputBlock& operator<<(Number number)
     {
-        if (!isDirect_) {
+        if (limit_ - end_ < static_cast<std::ptrdiff_t>(sizeof(Number)) && !makeRoom()) {
             stream_ << number;
             return *this;
         }
-        if (bytes_.data() + Size - end_ < static_cast<std::ptrdiff_t>(sizeof(Number))) {
-            flush();
-        }
-        qToBigEndian(number, end_);
+        toBigEndian(number, end_);
         end_ += sizeof(Number);
         return *this;
     }
@@ -51,12 +49,14 @@ public:
 private:
     static constexpr int Size = 65536;
 
+    bool makeRoom();
     void flush();
 
     QDataStream& stream_;
-    const bool isDirect_;
+    const int exceptions_;
     std::vector<char> bytes_;
-    char* end_;
+    char* end_ = nullptr; // of what was put; null, as is the next, while the stream takes its turn
+    char* limit_ = nullptr;
 };
 
 } // namespace Ovra::Geo

@@ -1,12 +1,13 @@
 #include "TextBlock.h"
 
-#include <QIODevice>
+#include "BlockBytes.h"
+
 #include <QLocale>
 #include <QtAlgorithms>
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
+#include <exception>
 
 namespace Ovra::Geo
 {
@@ -70,14 +71,17 @@ TextBlock::TextBlock(QTextStream& stream)
     : stream_(stream)
     , isPlain_(isPlain(stream))
     , isDirect_(isDirect(stream))
+    , exceptions_(std::uncaught_exceptions())
     , precision_(stream.realNumberPrecision())
     , end_(text_.data())
 {
 }
 
-TextBlock::~TextBlock()
+TextBlock::~TextBlock() noexcept(false)
 {
-    flush();
+    if (std::uncaught_exceptions() == exceptions_) {
+        flush();
+    }
 }
 
 TextBlock& TextBlock::operator<<(double value)
@@ -96,20 +100,18 @@ void TextBlock::flush()
     if (end_ == text_.data()) {
         return; // an empty string is a field too, and a stream with a field width pads it
     }
-    const auto size = static_cast<qsizetype>(end_ - text_.data());
-    if (isDirect_) {
-        writeToDevice(text_.data(), size);
-    } else {
-        stream_ << QLatin1String(text_.data(), size);
-    }
+    const QLatin1String text(text_.data(), static_cast<qsizetype>(end_ - text_.data()));
     end_ = text_.data();
-}
-
-void TextBlock::writeToDevice(const char* text, qint64 size)
-{
+    // The first block goes through the stream, which then knows that it has been written to; and all
+    // do when it is not as it should be, when it keeps text for later.
+    if (!isDirect_ || !streamHasText_ || stream_.status() != QTextStream::Ok) {
+        stream_ << text;
+        streamHasText_ = true;
+        return;
+    }
     stream_.flush();
-    // As the stream does, which writes no more after a failure.
-    if (stream_.status() == QTextStream::Ok && stream_.device()->write(text, size) != size) {
+    if (stream_.status() == QTextStream::Ok &&
+        !writeWhole(*stream_.device(), text.data(), text.size())) {
         stream_.setStatus(QTextStream::WriteFailed);
     }
 }

@@ -23,13 +23,13 @@ namespace Ovra::Geo
 ///
 /// The stream, or its device, has everything when the block goes, in the order in which it was put;
 /// who writes to the stream beside a block calls flush() first. Settings are looked at when the
-/// block is made.
+/// block is made. What an exception leaves in a block goes with it.
 class OVRA_GEO_EXPORT TextBlock
 {
 public:
     /// \brief A block ahead of \p stream, which must outlive it.
     explicit TextBlock(QTextStream& stream);
-    ~TextBlock();
+    ~TextBlock() noexcept(false);
 
     TextBlock(const TextBlock&) = delete;
     TextBlock& operator=(const TextBlock&) = delete;
@@ -79,11 +79,11 @@ private:
         }
     }
 
-    void writeToDevice(const char* text, qint64 size);
-
     QTextStream& stream_;
     bool isPlain_;
     bool isDirect_;
+    bool streamHasText_ = false;
+    int exceptions_;
     int precision_;
     std::array<char, Size> text_;
     char* end_;

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <stdexcept>
 
 /// \file
 /// \brief What the tests of streams share.
@@ -137,6 +138,58 @@ protected:
         const qint64 taking = std::min<qint64>(size, room_ - taken.size());
         taken.append(data, taking);
         return taking;
+    }
+
+private:
+    qint64 room_;
+};
+
+/// \brief A device that takes a part of what it is given at a time, and all in the end.
+class SlowDevice : public QIODevice
+{
+public:
+    explicit SlowDevice(qint64 most)
+        : most_(most)
+    {
+        open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+    }
+
+    QByteArray taken;
+
+protected:
+    qint64 readData(char*, qint64) override { return -1; }
+
+    qint64 writeData(const char* data, qint64 size) override
+    {
+        const qint64 taking = std::min(size, most_);
+        taken.append(data, taking);
+        return taking;
+    }
+
+private:
+    qint64 most_;
+};
+
+/// \brief A device that throws when it has as many bytes as it takes.
+class ThrowingDevice : public QIODevice
+{
+public:
+    explicit ThrowingDevice(qint64 room)
+        : room_(room)
+    {
+        open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+    }
+
+protected:
+    qint64 readData(char*, qint64) override { return -1; }
+
+    qint64 writeData(const char*, qint64 size) override
+    {
+        room_ -= size;
+        if (room_ < 0) {
+            throw std::runtime_error("no more room");
+        }
+        return size;
     }
 
 private:

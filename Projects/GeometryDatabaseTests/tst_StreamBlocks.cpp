@@ -21,6 +21,34 @@ namespace
 
 using Settings = std::function<void(QDataStream&)>;
 
+/// Not sequential by what it says, without a buffer and without seek().
+class OneWayDevice : public QIODevice
+{
+public:
+    explicit OneWayDevice(QByteArray bytes)
+        : bytes_(std::move(bytes))
+    {
+        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    }
+
+    qint64 size() const override { return bytes_.size(); }
+
+protected:
+    qint64 readData(char* data, qint64 size) override
+    {
+        const qint64 giving = std::min<qint64>(size, bytes_.size() - given_);
+        std::memcpy(data, bytes_.constData() + given_, static_cast<size_t>(giving));
+        given_ += giving;
+        return giving;
+    }
+
+    qint64 writeData(const char*, qint64) override { return -1; }
+
+private:
+    QByteArray bytes_;
+    qint64 given_ = 0;
+};
+
 /// What reading left behind.
 struct Outcome
 {
@@ -294,6 +322,88 @@ private slots:
             QCOMPARE(stream.status(),
                      room < whole.size() ? QDataStream::WriteFailed : QDataStream::Ok);
             QVERIFY(device.taken == whole.left(device.taken.size()));
+        }
+    }
+
+    void aDeviceThatTakesPartsAtATime()
+    {
+        SlowDevice device(4096);
+        QDataStream stream(&device);
+        {
+            OutputBlock block(stream);
+            putNumbers(block);
+        }
+        QCOMPARE(stream.status(), QDataStream::Ok);
+        QVERIFY(device.taken == binary([](QDataStream& plain) { putNumbers(plain); }));
+    }
+
+    void aDeviceThatThrows()
+    {
+        for (const qint64 room : {0, 10, 1000, 100000}) {
+            ThrowingDevice device(room);
+            QDataStream stream(&device);
+            const auto write = [&stream] {
+                OutputBlock block(stream);
+                putNumbers(block);
+            };
+            QVERIFY_EXCEPTION_THROWN(write(), std::runtime_error);
+        }
+    }
+
+    // What is shown of it is gone, as it neither keeps it nor can go back.
+    void aDeviceWithoutBufferAndWayBack()
+    {
+        const QByteArray mesh = sample(MeshSerializer::Format2014a);
+        OneWayDevice device(mesh);
+        const Outcome outcome = read(device);
+        QCOMPARE(outcome.status, QDataStream::Ok);
+        QCOMPARE(outcome.mesh, readOneByOne(mesh).mesh);
+    }
+
+    void bitsOfADoubleStay()
+    {
+        const QByteArray bytes = hex("3FF2BE881DE2F6FF 7FF0000000000001 FFF8000000000123");
+        QDataStream stream(bytes);
+        InputBlock input(stream);
+        QCOMPARE(binary([&](QDataStream& output) {
+                     OutputBlock block(output);
+                     for (int i = 0; i < 3; ++i) {
+                         block << input.read<double>();
+                     }
+                 }),
+                 bytes);
+    }
+
+    // As the operators of values may, which a host registers.
+    void settingsThatChangeOnTheWay()
+    {
+        const auto put = [](auto& numbers, auto streamOf) {
+            numbers << qint32{1} << 1.5;
+            streamOf().setByteOrder(QDataStream::LittleEndian);
+            streamOf().setFloatingPointPrecision(QDataStream::SinglePrecision);
+            numbers << qint32{1} << 1.5;
+            streamOf().setByteOrder(QDataStream::BigEndian);
+            streamOf().setFloatingPointPrecision(QDataStream::DoublePrecision);
+            numbers << qint32{1} << 1.5;
+        };
+        const QByteArray expected = binary([&](QDataStream& stream) {
+            put(stream, [&stream]() -> QDataStream& { return stream; });
+        });
+        const QByteArray bytes = binary([&](QDataStream& stream) {
+            OutputBlock block(stream);
+            put(block, [&block]() -> QDataStream& { return block.stream(); });
+        });
+        QCOMPARE(bytes, expected);
+
+        QDataStream stream(bytes);
+        InputBlock block(stream);
+        for (const bool isPlain : {true, false, true}) {
+            block.stream().setByteOrder(isPlain ? QDataStream::BigEndian
+                                                : QDataStream::LittleEndian);
+            block.stream().setFloatingPointPrecision(isPlain ? QDataStream::DoublePrecision
+                                                             : QDataStream::SinglePrecision);
+            QCOMPARE(block.read<qint32>(), 1);
+            QCOMPARE(block.read<double>(), 1.5);
         }
     }
 

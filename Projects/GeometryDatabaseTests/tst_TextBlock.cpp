@@ -257,6 +257,83 @@ private slots:
         }
     }
 
+    void aDeviceThatTakesPartsAtATime()
+    {
+        StreamTesting::SlowDevice device(20000);
+        QTextStream stream(&device);
+        QByteArray expected;
+        {
+            TextBlock block(stream);
+            writeManyFields(block);
+        }
+        QTextStream plain(&expected);
+        writeManyFields(plain);
+        plain.flush();
+        QCOMPARE(stream.status(), QTextStream::Ok);
+        stream.flush();
+        QVERIFY(device.taken == expected);
+    }
+
+    void aDeviceThatThrows()
+    {
+        for (const qint64 room : {0, 100000}) {
+            StreamTesting::ThrowingDevice device(room);
+            QTextStream stream(&device);
+            const auto write = [&stream] {
+                TextBlock block(stream);
+                for (int i = 0; i < 10; ++i) {
+                    writeManyFields(block);
+                }
+            };
+            QVERIFY_EXCEPTION_THROWN(write(), std::runtime_error);
+            stream.setDevice(nullptr); // who would write the rest
+        }
+    }
+
+    // A stream whose status is not Ok keeps its text for later.
+    void aStreamThatHasReadToTheEnd()
+    {
+        const auto written = [](bool inBlock) {
+            QByteArray bytes;
+            QBuffer device(&bytes);
+            device.open(QIODevice::ReadWrite);
+            QTextStream stream(&device);
+            stream.setStatus(QTextStream::ReadPastEnd);
+            if (inBlock) {
+                TextBlock block(stream);
+                writeManyFields(block);
+            } else {
+                writeManyFields(stream);
+            }
+            stream << "end";
+            stream.resetStatus();
+            stream.flush();
+            return bytes;
+        };
+        QVERIFY(written(true) == written(false));
+    }
+
+    void settingsBetweenSections()
+    {
+        const auto written = [](bool inBlock) {
+            QByteArray bytes;
+            QBuffer device(&bytes);
+            device.open(QIODevice::WriteOnly);
+            QTextStream stream(&device);
+            if (inBlock) {
+                TextBlock block(stream);
+                writeManyFields(block);
+            } else {
+                writeManyFields(stream);
+            }
+            stream.setGenerateByteOrderMark(true);
+            stream << "end";
+            stream.flush();
+            return bytes;
+        };
+        QVERIFY(written(true) == written(false));
+    }
+
     void addsNothingOfItsOwn()
     {
         QString text;

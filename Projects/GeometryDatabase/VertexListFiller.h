@@ -16,11 +16,11 @@ class MeshEntity;
 /// element is fetched once, for its place in a table; the elements of each place are counted, the
 /// lists get the length that they need, and are then filled by place. That saves a third of the
 /// time of appending to one list after the other, and lists that are longer than they need be.
-class VertexLists
+class VertexListFiller
 {
 public:
     /// \param vertices of the mesh, which do not change meanwhile
-    explicit VertexLists(const IdTable<MeshEntity>& vertices);
+    explicit VertexListFiller(const IdTable<MeshEntity>& vertices);
 
     /// \brief Appends \p elements of \p dimension, in the order of their ids, to the list of that
     ///        dimension of each vertex that they list; twice to one that is listed twice.
@@ -40,8 +40,9 @@ private:
 
     int placeOf(const MeshEntity* vertex) const;
     std::vector<quint32> countElements(const IdTable<MeshEntity>& elements);
-    void extendLists(int dimension, const std::vector<quint32>& counts);
+    void makeRoom(int dimension, const std::vector<quint32>& counts);
     void fillLists(const IdTable<MeshEntity>& elements, int dimension);
+    void takeIn(int dimension, const std::vector<quint32>& counts);
 
     // Of vertices whose id is below their number or so; others, or such as have another id than the
     // table knows, are rare, and appended to by themselves.

@@ -1,4 +1,4 @@
-#include "VertexLists.h"
+#include "VertexListFiller.h"
 
 #include "MeshEntity.h"
 
@@ -7,7 +7,7 @@
 namespace Ovra::Geo
 {
 
-VertexLists::VertexLists(const IdTable<MeshEntity>& vertices)
+VertexListFiller::VertexListFiller(const IdTable<MeshEntity>& vertices)
     : places_(2 * static_cast<std::size_t>(vertices.size()) + 1)
 {
     for (IdTableWalk<MeshEntity> walk(vertices); walk.hasNext();) {
@@ -18,21 +18,24 @@ VertexLists::VertexLists(const IdTable<MeshEntity>& vertices)
     }
 }
 
-int VertexLists::placeOf(const MeshEntity* vertex) const
+int VertexListFiller::placeOf(const MeshEntity* vertex) const
 {
     const auto place = static_cast<std::size_t>(vertex->id()); // a negative one is far off
     return place < places_.size() && places_[place].vertex == vertex ? vertex->id() : Nowhere;
 }
 
-void VertexLists::append(const IdTable<MeshEntity>& elements, int dimension)
+void VertexListFiller::append(const IdTable<MeshEntity>& elements, int dimension)
 {
-    extendLists(dimension, countElements(elements));
+    // The lists are longer only when all is done that can run out of memory.
+    const std::vector<quint32> counts = countElements(elements);
+    makeRoom(dimension, counts);
     fillLists(elements, dimension);
+    takeIn(dimension, counts);
     count_ += static_cast<qint64>(placesOfElements_.size());
-    placesOfElements_ = {};
+    placesOfElements_.clear();
 }
 
-std::vector<quint32> VertexLists::countElements(const IdTable<MeshEntity>& elements)
+std::vector<quint32> VertexListFiller::countElements(const IdTable<MeshEntity>& elements)
 {
     std::vector<quint32> counts(places_.size());
     constexpr std::size_t usual = 4;
@@ -49,16 +52,25 @@ std::vector<quint32> VertexLists::countElements(const IdTable<MeshEntity>& eleme
     return counts;
 }
 
-void VertexLists::extendLists(int dimension, const std::vector<quint32>& counts)
+void VertexListFiller::makeRoom(int dimension, const std::vector<quint32>& counts)
 {
     for (std::size_t i = 0; i < places_.size(); ++i) {
         if (counts[i] != 0) {
-            places_[i].next = places_[i].vertex->adjacencies(dimension).extend(counts[i]);
+            places_[i].next = places_[i].vertex->adjacencies(dimension).makeRoom(counts[i]);
         }
     }
 }
 
-void VertexLists::fillLists(const IdTable<MeshEntity>& elements, int dimension)
+void VertexListFiller::takeIn(int dimension, const std::vector<quint32>& counts)
+{
+    for (std::size_t i = 0; i < places_.size(); ++i) {
+        if (counts[i] != 0) {
+            places_[i].vertex->adjacencies(dimension).takeIn(counts[i]);
+        }
+    }
+}
+
+void VertexListFiller::fillLists(const IdTable<MeshEntity>& elements, int dimension)
 {
     auto place = placesOfElements_.cbegin();
     for (IdTableWalk<MeshEntity> walk(elements); walk.hasNext();) {
