@@ -64,7 +64,7 @@ const std::vector<MeshEntity*>& CaseView::meshEntities(int dimension) const
 const VertexLists& CaseView::vertexLists(int dimension) const
 {
     if (!positions_) {
-        positions_.emplace(meshEntities(0));
+        positions_ = positionsOf(meshEntities(0));
     }
     std::optional<VertexLists>& lists = vertexLists_.at(slot(dimension));
     if (!lists) {

@@ -56,7 +56,7 @@ private:
     int faceDimension_;
     std::array<std::vector<Geo::ModelEntity*>, 4> modelEntities_;
     std::array<std::vector<Geo::MeshEntity*>, 4> meshEntities_;
-    mutable std::optional<VertexPositions> positions_;
+    mutable std::optional<IdPositions> positions_;
     mutable std::array<std::optional<VertexLists>, 4> vertexLists_;
     mutable std::optional<std::vector<Geo::Vector>> points_;
 };

@@ -50,10 +50,24 @@ Vector mean(const Points& points)
     return sum / static_cast<double>(points.size());
 }
 
+bool isFinite(const Vector& vector)
+{
+    return std::isfinite(vector.x() + vector.y() + vector.z());
+}
+
 /// Half the cross products about a point: the area vector of each triangle of a side.
 Points areaVectors(const Points& ring, const Vector& about)
 {
     Points vectors;
+    if (ring.size() == 3) {
+        // About its first vertex, where splitPoint() has it, the other two are nothing; among
+        // numbers that are not finite they are no numbers.
+        vectors.push_back(0.5 * ((ring[1] - about) ^ (ring[2] - about)));
+        if (isFinite(vectors[0])) {
+            return vectors;
+        }
+        vectors.clear();
+    }
     for (qsizetype i = 0; i < ring.size(); ++i) {
         vectors.push_back(0.5 * ((ring[i] - about) ^ (ring[(i + 1) % ring.size()] - about)));
     }

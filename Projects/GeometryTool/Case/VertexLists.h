@@ -1,5 +1,7 @@
 #pragma once
 
+#include "IdPositions.h"
+
 #include <cstddef>
 #include <span>
 #include <vector>
@@ -13,19 +15,8 @@ namespace Ovra::GeoTool
 {
 
 /// \brief The positions of mesh vertices in their list, by their ids.
-class VertexPositions
-{
-public:
-    /// \param vertices in ascending order of ids
-    explicit VertexPositions(const std::vector<Geo::MeshEntity*>& vertices);
-
-    /// \brief The position of one of those vertices.
-    int of(const Geo::MeshEntity& vertex) const;
-
-private:
-    std::vector<int> byId_; ///< the positions, while the ids are dense
-    std::vector<int> ids_;  ///< ascending; otherwise
-};
+/// \param vertices in ascending order of ids
+IdPositions positionsOf(const std::vector<Geo::MeshEntity*>& vertices);
 
 /// \brief The vertices of all mesh entities of one dimension, as positions in the list of all
 /// vertices, in one array.
@@ -35,7 +26,8 @@ private:
 class VertexLists
 {
 public:
-    VertexLists(const std::vector<Geo::MeshEntity*>& entities, const VertexPositions& positions);
+    /// \param positions of all vertices that the entities list
+    VertexLists(const std::vector<Geo::MeshEntity*>& entities, const IdPositions& positions);
 
     /// \brief The vertices of the entity at that position of the list, in their order.
     std::span<const int> of(std::size_t entity) const

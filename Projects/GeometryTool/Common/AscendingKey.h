@@ -13,23 +13,28 @@ namespace Ovra::GeoTool
 /// in ascending order, and behind them \p filler.
 inline std::array<int, 4> ascendingKey(std::span<const int> numbers, int filler)
 {
-    std::array<int, 4> key;
-    key.fill(std::numeric_limits<int>::max());
-    std::copy(numbers.begin(), numbers.end(), key.begin());
-    // A network that sorts four without a branch: keys are made of every side of every element, and
-    // std::sort takes four times as long for one.
-    const auto order = [&key](std::size_t a, std::size_t b) {
-        const int low = std::min(key[a], key[b]);
-        key[b] = std::max(key[a], key[b]);
-        key[a] = low;
+    // A network that sorts four in registers: keys are made of every side of every element, and
+    // sorting them in an array takes several times as long.
+    const std::size_t size = numbers.size();
+    const auto numberAt = [&](std::size_t i) {
+        return i < size ? numbers[i] : std::numeric_limits<int>::max();
     };
-    order(0, 1);
-    order(2, 3);
-    order(0, 2);
-    order(1, 3);
-    order(1, 2);
-    std::fill(key.begin() + static_cast<std::ptrdiff_t>(numbers.size()), key.end(), filler);
-    return key;
+    const auto order = [](int& low, int& high) {
+        const int lower = std::min(low, high);
+        high = std::max(low, high);
+        low = lower;
+    };
+    int a = numberAt(0);
+    int b = numberAt(1);
+    int c = numberAt(2);
+    int d = numberAt(3);
+    order(a, b);
+    order(c, d);
+    order(a, c);
+    order(b, d);
+    order(b, c);
+    return {size > 0 ? a : filler, size > 1 ? b : filler, size > 2 ? c : filler,
+            size > 3 ? d : filler};
 }
 
 } // namespace Ovra::GeoTool

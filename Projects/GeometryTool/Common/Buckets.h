@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <numeric>
 #include <span>
+#include <type_traits>
 #include <vector>
 
 namespace Ovra::GeoTool
@@ -20,18 +21,18 @@ public:
     Buckets() = default;
 
     /// \param count how many buckets there are
-    /// \param forEach calls what it is given with the bucket and the thing, for each thing; called
-    ///        twice, and must give the same both times
+    /// \param forEach calls what it is given with the bucket and the thing, or a function that makes
+    ///        the thing, for each thing; called twice, and must give the same both times
     template <typename ForEach>
     Buckets(std::size_t count, ForEach forEach)
         : starts_(count + 2, 0)
     {
         // Two places ahead, so that filling a bucket moves its start to where it belongs.
-        forEach([this](std::size_t bucket, const Thing&) { ++starts_[bucket + 2]; });
+        forEach([this](std::size_t bucket, const auto&) { ++starts_[bucket + 2]; });
         std::partial_sum(starts_.begin(), starts_.end(), starts_.begin());
         things_.resize(starts_.back());
-        forEach([this](std::size_t bucket, const Thing& thing) {
-            things_[starts_[bucket + 1]++] = thing;
+        forEach([this](std::size_t bucket, const auto& thing) {
+            things_[starts_[bucket + 1]++] = made(thing);
         });
         starts_.pop_back();
     }
@@ -52,6 +53,16 @@ public:
     const std::vector<Thing>& things() const { return things_; }
 
 private:
+    template <typename ThingOrMaker>
+    static Thing made(const ThingOrMaker& thing)
+    {
+        if constexpr (std::is_invocable_v<ThingOrMaker>) {
+            return thing();
+        } else {
+            return thing;
+        }
+    }
+
     std::size_t sizeOf(std::size_t bucket) const { return starts_[bucket + 1] - starts_[bucket]; }
 
     std::vector<std::size_t> starts_;

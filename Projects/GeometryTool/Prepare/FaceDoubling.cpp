@@ -12,8 +12,11 @@
 #include "ModelEntity.h"
 #include "Utility.h"
 #include "VertexCopies.h"
+#include "VertexLists.h"
 
 #include <QMap>
+
+#include <vector>
 
 namespace Ovra::GeoTool
 {
@@ -55,12 +58,37 @@ QString FaceDoubling::doubleFaces(const AttributeType& link, const QString& side
             counted(mesh().count(0) - vertexCount, QStringLiteral("new vertex")));
 }
 
+QList<const MeshEntity*> FaceDoubling::verticesBetweenRegions() const
+{
+    const QList<MeshEntity*> vertices = inIdOrder(mesh().iterator(0));
+    const IdPositions positions = positionsOf({vertices.begin(), vertices.end()});
+    std::vector<const ModelEntity*> regions(static_cast<std::size_t>(vertices.size()));
+    std::vector<bool> isBetween(regions.size());
+    for (auto elements = mesh().iterator(regionDimension()); elements.hasNext();) {
+        const MeshEntity& element = *elements.next().value();
+        for (int i = 0; i < element.adjacencyCount(0); ++i) {
+            const auto vertex =
+                static_cast<std::size_t>(positions.find(element.adjacencyAt(0, i)->id()));
+            isBetween[vertex] =
+                isBetween[vertex] || (regions[vertex] && regions[vertex] != element.parent());
+            regions[vertex] = element.parent();
+        }
+    }
+    QList<const MeshEntity*> found;
+    for (qsizetype i = 0; i < vertices.size(); ++i) {
+        if (isBetween[static_cast<std::size_t>(i)]) {
+            found.append(vertices.at(i));
+        }
+    }
+    return found;
+}
+
 void FaceDoubling::requireApart(const Sides& sides, const QString& rule) const
 {
     const auto isBefore = [](const ModelEntity* a, const ModelEntity* b) {
         return !b || a->id() < b->id();
     };
-    for (const MeshEntity* vertex : inIdOrder(mesh().iterator(0))) {
+    for (const MeshEntity* vertex : verticesBetweenRegions()) {
         const ModelEntity* lowest = nullptr;
         const ModelEntity* other = nullptr;
         const QList<MeshEntity*> elements = elementsAt(*vertex);

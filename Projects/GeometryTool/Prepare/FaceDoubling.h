@@ -37,6 +37,10 @@ protected:
     void requireApart(const Sides& sides, const QString& rule) const;
 
 private:
+    /// \brief Vertices that elements of more than one region share, by id. Few of all: the walk
+    ///        over the elements in their order spares one over the elements about each vertex.
+    QList<const Geo::MeshEntity*> verticesBetweenRegions() const;
+
     /// \brief What \p face, which is new, needs besides.
     virtual void settle(Geo::ModelEntity& face) const;
 

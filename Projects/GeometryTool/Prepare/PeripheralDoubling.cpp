@@ -142,6 +142,9 @@ void PeripheralDoubling::requireOneSide(const ModelEntity& device, const MeshEnt
 
 QString PeripheralDoubling::run(Solver& solver)
 {
+    if (devices().isEmpty()) {
+        return QString();
+    }
     requireAtStart();
     for (const ModelEntity* device : devices()) {
         require(*device);

@@ -59,9 +59,11 @@ QList<ModelEntity*> PreparationStep::regionsAt(const ModelEntity& face) const
 
 QList<MeshEntity*> PreparationStep::elementsAt(const MeshEntity& meshFace) const
 {
+    const int count = meshFace.adjacencyCount(regionDimension());
     QList<MeshEntity*> elements;
-    for (auto walk = meshFace.adjacencyIterator(regionDimension()); walk.hasNext();) {
-        elements.append(walk.next());
+    elements.reserve(count);
+    for (int i = 0; i < count; ++i) {
+        elements.append(meshFace.adjacencyAt(regionDimension(), i));
     }
     return elements;
 }

@@ -119,11 +119,11 @@ QString UnreferencedRemoval::run(Solver& solver)
             home.value()->addChild(home.key());
         }
     }
-    refreshUpwardLists();
     const std::array<int, 3> after = countsOf(mesh());
     if (after == before) {
         return QString();
     }
+    refreshUpwardLists();
     return QStringLiteral("%1, %2 and %3 removed")
         .arg(counted(before[0] - after[0], QStringLiteral("vertex")),
              counted(before[1] - after[1], QStringLiteral("edge")),

@@ -136,10 +136,13 @@ void WedgeDecomposition::requireUndoubled(const MeshEntity& wedge) const
 
 QList<MeshEntity*> WedgeDecomposition::elementsWith(int vertexCount) const
 {
-    QList<MeshEntity*> elements = inIdOrder(mesh().iterator(3));
-    elements.removeIf([vertexCount](const MeshEntity* element) {
-        return element->adjacencyCount(0) != vertexCount;
-    });
+    QList<MeshEntity*> elements;
+    for (auto walk = mesh().iterator(3); walk.hasNext();) {
+        MeshEntity* const element = walk.next().value();
+        if (element->adjacencyCount(0) == vertexCount) {
+            elements.append(element);
+        }
+    }
     return elements;
 }
 
@@ -147,9 +150,11 @@ QList<MeshEntity*> WedgeDecomposition::quadrilateralsAtWedges() const
 {
     QList<MeshEntity*> meshFaces = inIdOrder(mesh().iterator(2));
     meshFaces.removeIf([this](const MeshEntity* meshFace) {
+        if (meshFace->adjacencyCount(0) != quadrilateralSize) {
+            return true;
+        }
         const QList<MeshEntity*> elements = elementsAt(*meshFace);
-        return meshFace->adjacencyCount(0) != quadrilateralSize ||
-               std::none_of(elements.begin(), elements.end(), isWedge);
+        return std::none_of(elements.begin(), elements.end(), isWedge);
     });
     return meshFaces;
 }

@@ -1,9 +1,9 @@
 #include "ElementCheck.h"
 
-#include "Buckets.h"
 #include "CaseView.h"
 #include "Counted.h"
 #include "ElementTopology.h"
+#include "EqualSets.h"
 #include "FindingSink.h"
 #include "Mesh.h"
 #include "MeshEntity.h"
@@ -24,26 +24,6 @@ using namespace Ovra::Geo;
 
 namespace
 {
-
-constexpr std::size_t mostVertices = 8;
-
-/// The vertices of an element without regard to their order, and its position in its list.
-struct VertexSet
-{
-    std::array<int, mostVertices> vertices;
-    std::size_t element;
-
-    auto operator<=>(const VertexSet&) const = default; // NOLINT(modernize-use-nullptr)
-};
-
-/// An element, and the one before it that has the same vertices.
-struct Duplicate
-{
-    VertexSet set;
-    std::size_t other;
-
-    auto operator<=>(const Duplicate&) const = default; // NOLINT(modernize-use-nullptr)
-};
 
 bool isFinite(const Vector& point)
 {
@@ -77,7 +57,7 @@ const MeshEntity* repeatedVertexOfMany(const MeshEntity& entity)
 /// The first vertex that stands in the list again, or null.
 const MeshEntity* repeatedVertex(const MeshEntity& entity)
 {
-    if (entity.adjacencyCount(0) > static_cast<int>(mostVertices)) {
+    if (entity.adjacencyCount(0) > static_cast<int>(EqualSets::MostVertices)) {
         return repeatedVertexOfMany(entity);
     }
     for (int i = 1; i < entity.adjacencyCount(0); ++i) {
@@ -108,69 +88,6 @@ QString measureText(const MeshEntity& entity)
     return QStringLiteral("%1 of %2")
         .arg(QLatin1String(names.at(static_cast<std::size_t>(entity.dimension()))))
         .arg(MeshQuality::measureOf(entity), 0, 'g', 6);
-}
-
-/// Those of fewer vertices come first.
-VertexSet vertexSetOf(std::span<const int> vertices, std::size_t element)
-{
-    VertexSet set = {{}, element};
-    set.vertices.fill(-1);
-    std::copy(vertices.begin(), vertices.end(), set.vertices.begin());
-    std::sort(set.vertices.begin(), set.vertices.end());
-    return set;
-}
-
-/// An element and a number that is the same for all of the same vertices, so that few others need be
-/// looked at.
-struct Hashed
-{
-    unsigned hash;
-    int element;
-
-    auto operator<=>(const Hashed&) const = default; // NOLINT(modernize-use-nullptr)
-};
-
-unsigned hashOf(std::span<const int> vertices)
-{
-    unsigned sum = 0;
-    for (const int vertex : vertices) {
-        const auto number = static_cast<unsigned>(vertex);
-        sum += (number ^ number >> 16U) * number;
-    }
-    return sum;
-}
-
-/// \param elements of the same hash
-void appendEqual(const VertexLists& lists, std::span<const Hashed> elements,
-                 std::vector<Duplicate>& duplicates)
-{
-    std::vector<VertexSet> sets;
-    for (const Hashed& each : elements) {
-        const auto element = static_cast<std::size_t>(each.element);
-        sets.push_back(vertexSetOf(lists.of(element), element));
-    }
-    std::sort(sets.begin(), sets.end());
-    for (std::size_t i = 1; i < sets.size(); ++i) {
-        if (sets[i].vertices == sets[i - 1].vertices) {
-            duplicates.push_back({sets[i], sets[i - 1].element});
-        }
-    }
-}
-
-/// \param elements that share a vertex; come to be sorted
-void appendDuplicates(const VertexLists& lists, std::span<Hashed> elements,
-                      std::vector<Duplicate>& duplicates)
-{
-    std::sort(elements.begin(), elements.end());
-    for (auto begin = elements.begin(); begin != elements.end();) {
-        const auto end = std::find_if(begin, elements.end(), [begin](const Hashed& each) {
-            return each.hash != begin->hash;
-        });
-        if (end - begin > 1) {
-            appendEqual(lists, {begin, end}, duplicates);
-        }
-        begin = end;
-    }
 }
 
 } // namespace
@@ -327,26 +244,21 @@ void ElementCheck::reportTwisted(MeshEntity& entity)
 void ElementCheck::checkDuplicates(int dimension)
 {
     const VertexLists& lists = view_.vertexLists(dimension);
-    Buckets<Hashed> bySmallest(view_.meshEntities(0).size(), [&](auto add) {
-        for (std::size_t i = 0; i < lists.size(); ++i) {
-            const std::span<const int> vertices = lists.of(i);
-            if (isWellFormed(dimension, vertices)) {
-                add(static_cast<std::size_t>(*std::min_element(vertices.begin(), vertices.end())),
-                    Hashed{hashOf(vertices), static_cast<int>(i)});
-            }
+    const std::vector<EqualSets::Group> groups = EqualSets::find(
+        view_.meshEntities(0).size(), lists.size(), [dimension, &lists](std::size_t element) {
+            const std::span<const int> vertices = lists.of(element);
+            return isWellFormed(dimension, vertices) ? vertices : std::span<const int>();
+        });
+    const auto elementAt = [&](int position) -> const MeshEntity& {
+        return *view_.meshEntities(dimension)[static_cast<std::size_t>(position)];
+    };
+    for (const EqualSets::Group& group : groups) {
+        for (std::size_t i = 1; i < group.size(); ++i) {
+            sink_.add(FindingKind::DuplicateElement, elementAt(group[i]),
+                      [other = EntityName(elementAt(group[i - 1]))] {
+                          return QStringLiteral("has the same vertices as %1").arg(other.text());
+                      });
         }
-    });
-    std::vector<Duplicate> duplicates;
-    for (std::size_t vertex = 0; vertex < bySmallest.count(); ++vertex) {
-        appendDuplicates(lists, bySmallest[vertex], duplicates);
-    }
-    std::sort(duplicates.begin(), duplicates.end());
-    const std::vector<MeshEntity*>& elements = view_.meshEntities(dimension);
-    for (const Duplicate& duplicate : duplicates) {
-        sink_.add(FindingKind::DuplicateElement, *elements[duplicate.set.element],
-                  [other = EntityName(*elements[duplicate.other])] {
-                      return QStringLiteral("has the same vertices as %1").arg(other.text());
-                  });
     }
 }
 

@@ -61,8 +61,10 @@ void ElementSides::forEachSide(const CaseView& view, Action action)
                 return vertices[static_cast<std::size_t>(corner)];
             });
             const std::span<const int> side = std::span(ring).first(local.size());
-            const auto [smallest, a, b, c] = keyOf(side);
-            action(static_cast<std::size_t>(smallest), Side({a, b, c}, i, isRising(side)));
+            action(static_cast<std::size_t>(*std::min_element(side.begin(), side.end())), [&] {
+                const Key key = keyOf(side);
+                return Side({key[1], key[2], key[3]}, i, isRising(side));
+            });
         }
     }
 }
