@@ -91,6 +91,16 @@ NodeKey ElementShape::key(const ImportedElement& element)
     return {ascendingKey(std::span(element.nodes).first(count), NodeKey::NoNode)};
 }
 
+NodeKey ElementShape::faceKey(const ImportedElement& element, const std::vector<int>& local)
+{
+    std::array<int, 4> nodes;
+    const auto end =
+        std::transform(local.begin(), local.end(), nodes.begin(), [&element](int node) {
+            return element.nodes[static_cast<std::size_t>(node)];
+        });
+    return {ascendingKey({nodes.begin(), end}, NodeKey::NoNode)};
+}
+
 NodeKey ElementShape::key(const std::array<int, 2>& edge)
 {
     return {ascendingKey(edge, NodeKey::NoNode)};

@@ -38,6 +38,9 @@ public:
                       std::vector<std::array<int, 2>>& result);
 
     static NodeKey key(const ImportedElement& element);
+
+    /// \brief The key of face \p local of a volume element, without making it.
+    static NodeKey faceKey(const ImportedElement& element, const std::vector<int>& local);
     static NodeKey key(const std::array<int, 2>& edge);
 
     /// \brief Signed volume of a volume element; four-sided faces count as four triangles about

@@ -13,29 +13,29 @@ namespace
 
 using Set = std::vector<int>;
 
+} // namespace
+
+EntitySplitting::EntitySplitting(ImportedMesh& mesh, const SideTable& volumeSides)
+    : mesh_(mesh)
+    , volumeSides_(volumeSides)
+{
+}
+
 /// \brief For each element of \p dimension, the entities one dimension up whose elements have it as
 /// a side, ascending and with repetitions.
-std::vector<Set> entitiesAbove(const ImportedMesh& mesh, int dimension)
+std::vector<Set> EntitySplitting::entitiesAbove(int dimension, const SideTable& sides) const
 {
-    const SideTable sides(mesh, dimension + 1);
     std::vector<Set> result;
-    for (const ImportedElement& element : mesh.elementsOf(dimension)) {
+    for (const ImportedElement& element : mesh_.elementsOf(dimension)) {
         Set above;
         for (const auto& side : sides.find(ElementShape::key(element))) {
             above.push_back(
-                mesh.elementsOf(dimension + 1)[static_cast<std::size_t>(side.element)].entity);
+                mesh_.elementsOf(dimension + 1)[static_cast<std::size_t>(side.element)].entity);
         }
         std::sort(above.begin(), above.end());
         result.push_back(above);
     }
     return result;
-}
-
-} // namespace
-
-EntitySplitting::EntitySplitting(ImportedMesh& mesh)
-    : mesh_(mesh)
-{
 }
 
 void EntitySplitting::split()
@@ -55,7 +55,7 @@ void EntitySplitting::splitRegions()
 {
     const auto& elements = mesh_.elementsOf(3);
     UnionFind bodies(elements.size());
-    SideTable(mesh_, 3).forEachRun([&](std::span<const SideTable::Side> run) {
+    volumeSides_.forEachRun([&](std::span<const SideTable::Side> run) {
         for (const auto& side : run) {
             const auto a = static_cast<std::size_t>(run.front().element);
             const auto b = static_cast<std::size_t>(side.element);
@@ -76,7 +76,7 @@ void EntitySplitting::splitRegions()
 void EntitySplitting::splitFaces()
 {
     const auto& elements = mesh_.elementsOf(2);
-    const std::vector<Set> regions = entitiesAbove(mesh_, 2);
+    const std::vector<Set> regions = entitiesAbove(2, volumeSides_);
     UnionFind patches(elements.size());
     SideTable(mesh_, 2).forEachRun([&](std::span<const SideTable::Side> run) {
         for (std::size_t i = 0; i < run.size(); ++i) {
@@ -106,7 +106,7 @@ void EntitySplitting::splitFaces()
 void EntitySplitting::splitEdges()
 {
     const auto& elements = mesh_.elementsOf(1);
-    const std::vector<Set> faces = entitiesAbove(mesh_, 1);
+    const std::vector<Set> faces = entitiesAbove(1, SideTable(mesh_, 2));
     std::vector<std::vector<std::size_t>> atNode(mesh_.nodes.size());
     for (std::size_t i = 0; i < elements.size(); ++i) {
         for (std::size_t n = 0; n < 2; ++n) {

@@ -19,7 +19,8 @@ namespace Ovra::GeoTool
 class EntitySplitting
 {
 public:
-    explicit EntitySplitting(ImportedMesh& mesh);
+    /// \param volumeSides of the mesh
+    EntitySplitting(ImportedMesh& mesh, const SideTable& volumeSides);
 
     /// \brief Splits regions, then faces, edges and vertices.
     void split();
@@ -32,7 +33,10 @@ private:
     bool staysWhole(int dimension, const ImportedElement& element) const;
     void apply(int dimension, const std::vector<std::size_t>& labels);
 
+    std::vector<std::vector<int>> entitiesAbove(int dimension, const SideTable& sides) const;
+
     ImportedMesh& mesh_;
+    const SideTable& volumeSides_;
 };
 
 } // namespace Ovra::GeoTool

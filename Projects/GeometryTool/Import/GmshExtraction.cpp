@@ -3,6 +3,7 @@
 #include "Counted.h"
 #include "ElementShape.h"
 #include "ElementTopology.h"
+#include "EqualSets.h"
 #include "InputFileCheck.h"
 #include "Progress.h"
 #include "SideTable.h"
@@ -12,6 +13,10 @@
 #include <algorithm>
 #include <gmsh.h>
 #include <limits>
+#include <set>
+#include <span>
+#include <stdexcept>
+#include <utility>
 
 namespace Ovra::GeoTool
 {
@@ -62,6 +67,14 @@ bool isKnown(const Kind& kind)
            std::any_of(std::begin(families), std::end(families), [&kind](const char* family) {
                return kind.name.startsWith(QLatin1String(family));
            });
+}
+
+qint64 elementCount(int gmshType, int entity)
+{
+    std::vector<std::size_t> elements;
+    std::vector<std::size_t> nodes;
+    gmsh::model::mesh::getElementsByType(gmshType, elements, nodes, entity);
+    return static_cast<qint64>(elements.size());
 }
 
 bool isDiscrete(int dimension, int tag)
@@ -135,6 +148,35 @@ bool isTurnedLike(const ImportedElement& side, const ImportedElement& other)
     const auto end = begin + other.nodeCount;
     const auto found = std::find(begin, end, side.nodes[0]);
     return (found + 1 == end ? *begin : *(found + 1)) == side.nodes[1];
+}
+
+/// \brief For each element whether one before it has the same nodes and lies on the same entity.
+std::vector<bool> repeatedIn(const ImportedMesh& mesh, int dimension)
+{
+    const auto& elements = mesh.elementsOf(dimension);
+    std::vector<bool> repeated(elements.size(), false);
+    const std::vector<EqualSets::Group> groups =
+        EqualSets::find(mesh.nodes.size(), elements.size(), [&elements](std::size_t i) {
+            return std::span(elements[i].nodes)
+                .first(static_cast<std::size_t>(elements[i].nodeCount));
+        });
+    for (const EqualSets::Group& group : groups) {
+        std::set<int> entities;
+        for (const int position : group) {
+            const auto element = static_cast<std::size_t>(position);
+            repeated[element] = !entities.insert(elements[element].entity).second;
+        }
+    }
+    return repeated;
+}
+
+/// \brief Room for \p count more, without more than there need be for the last and largest.
+void reserveMore(std::vector<ImportedElement>& elements, std::size_t count)
+{
+    const std::size_t size = elements.size() + count;
+    if (size > elements.capacity()) {
+        elements.reserve(count > elements.size() ? size : std::max(size, 2 * elements.capacity()));
+    }
 }
 
 } // namespace
@@ -264,13 +306,13 @@ void GmshExtraction::requireKnownKinds(int dimension) const
     gmsh::model::getEntities(entities);
     for (const auto& [d, tag] : entities) {
         std::vector<int> types;
-        std::vector<std::vector<std::size_t>> elements;
-        std::vector<std::vector<std::size_t>> nodes;
-        gmsh::model::mesh::getElements(types, elements, nodes, d, tag);
-        for (std::size_t i = 0; i < types.size() && d <= dimension; ++i) {
-            const Kind kind = kindOf(types[i]);
+        if (d <= dimension) {
+            gmsh::model::mesh::getElementTypes(types, d, tag);
+        }
+        for (const int type : types) {
+            const Kind kind = kindOf(type);
             if (!isKnown(kind)) {
-                unknown.add(kind.name, static_cast<qint64>(elements[i].size()));
+                unknown.add(kind.name, elementCount(type, tag));
             }
         }
     }
@@ -294,10 +336,23 @@ void GmshExtraction::addNodes()
     }
     std::sort(mesh_.nodes.begin(), mesh_.nodes.end(),
               [](const ImportedNode& a, const ImportedNode& b) { return a.gmshTag < b.gmshTag; });
-    for (std::size_t i = 0; i < mesh_.nodes.size(); ++i) {
-        nodePositions_.emplace(mesh_.nodes[i].gmshTag, static_cast<int>(i));
+    std::vector<std::int64_t> ascending;
+    ascending.reserve(mesh_.nodes.size());
+    for (const ImportedNode& node : mesh_.nodes) {
+        ascending.push_back(static_cast<std::int64_t>(node.gmshTag));
     }
+    nodePositions_ = IdPositions(std::move(ascending));
     between_.assign(mesh_.nodes.size(), false);
+}
+
+/// \brief Throws std::out_of_range for a node that Gmsh did not list.
+std::size_t GmshExtraction::positionOfNode(std::size_t tag) const
+{
+    const int position = nodePositions_.find(static_cast<std::int64_t>(tag));
+    if (position < 0) {
+        throw std::out_of_range("an element names a node that is not there");
+    }
+    return static_cast<std::size_t>(position);
 }
 
 void GmshExtraction::classifyNodes(int dimension)
@@ -310,7 +365,7 @@ void GmshExtraction::classifyNodes(int dimension)
         gmsh::model::mesh::getNodes(tags, coordinates, parameters, dimension,
                                     mesh_.entity(dimension, i).gmshTag);
         for (const std::size_t tag : tags) {
-            ImportedNode& node = mesh_.nodes[static_cast<std::size_t>(nodePositions_.at(tag))];
+            ImportedNode& node = mesh_.nodes[positionOfNode(tag)];
             node.dimension = dimension;
             node.entity = i;
         }
@@ -337,17 +392,18 @@ void GmshExtraction::addElementsOf(int dimension, int position)
         if (kind.order > 1) {
             higherOrder_ += static_cast<long long>(elements[t].size());
         }
+        reserveMore(mesh_.elementsOf(dimension), elements[t].size());
         for (std::size_t e = 0; e < elements[t].size(); ++e) {
             const auto* first = nodes[t].data() + e * static_cast<std::size_t>(kind.nodes);
             ImportedElement element;
             element.entity = position;
             element.nodeCount = kind.corners;
             for (int n = 0; n < kind.nodes; ++n) {
-                const int node = nodePositions_.at(first[n]);
+                const std::size_t node = positionOfNode(first[n]);
                 if (n < kind.corners) {
-                    element.nodes[static_cast<std::size_t>(n)] = node;
+                    element.nodes[static_cast<std::size_t>(n)] = static_cast<int>(node);
                 } else {
-                    between_[static_cast<std::size_t>(node)] = true;
+                    between_[node] = true;
                 }
             }
             mesh_.elementsOf(dimension).push_back(element);
@@ -358,22 +414,7 @@ void GmshExtraction::addElementsOf(int dimension, int position)
 void GmshExtraction::removeDuplicates(int dimension)
 {
     auto& elements = mesh_.elementsOf(dimension);
-    std::vector<std::pair<std::array<int, 9>, std::size_t>> keys;
-    keys.reserve(elements.size());
-    for (std::size_t i = 0; i < elements.size(); ++i) {
-        std::array<int, 8> nodes = elements[i].nodes;
-        std::fill(nodes.begin() + elements[i].nodeCount, nodes.end(), -1);
-        std::sort(nodes.begin(), nodes.end());
-        std::array<int, 9> key{};
-        std::copy(nodes.begin(), nodes.end(), key.begin());
-        key[8] = elements[i].entity;
-        keys.emplace_back(key, i);
-    }
-    std::sort(keys.begin(), keys.end());
-    std::vector<bool> repeated(elements.size(), false);
-    for (std::size_t i = 1; i < keys.size(); ++i) {
-        repeated[keys[i].second] = keys[i].first == keys[i - 1].first;
-    }
+    const std::vector<bool> repeated = repeatedIn(mesh_, dimension);
     std::size_t next = 0;
     const auto kept = std::remove_if(elements.begin(), elements.end(),
                                      [&](const ImportedElement&) { return repeated[next++]; });

@@ -1,10 +1,9 @@
 #pragma once
 
+#include "IdPositions.h"
 #include "ImportedMesh.h"
 
 #include <QString>
-
-#include <unordered_map>
 
 namespace Ovra::GeoTool
 {
@@ -36,6 +35,7 @@ private:
     void classifyNodes(int dimension);
     void addElements(int dimension);
     void addElementsOf(int dimension, int position);
+    std::size_t positionOfNode(std::size_t tag) const;
     void removeDuplicates(int dimension);
     void turnVolumes();
     void turnPlanarFaces();
@@ -47,7 +47,7 @@ private:
     QString input_;
     Progress& progress_;
     ImportedMesh mesh_;
-    std::unordered_map<std::size_t, int> nodePositions_; ///< by Gmsh's tag
+    IdPositions nodePositions_; ///< by Gmsh's tag
     std::vector<bool> between_; ///< nodes that only elements of higher order had
     long long higherOrder_ = 0;
 };

@@ -19,6 +19,8 @@
 #include "TopologyLinks.h"
 #include "VolumeAdvice.h"
 
+#include <gmsh.h>
+
 namespace Ovra::GeoTool
 {
 
@@ -27,11 +29,14 @@ namespace
 
 bool isSurfaceInSpace(const ImportedMesh& mesh)
 {
+    if (mesh.elementDimension != 2) {
+        return false;
+    }
     std::vector<Geo::Vector> points;
     for (const ImportedNode& node : mesh.nodes) {
         points.push_back(node.point);
     }
-    return mesh.elementDimension == 2 && !Flatness::isFlat(points);
+    return !Flatness::isFlat(points);
 }
 
 void makeAirFluid(const ImportedMesh& mesh, Geo::Model& model)
@@ -59,10 +64,12 @@ void GmshImporter::import(Geo::Database& database, const AttributesFile* attribu
     GmshReader reader(session, progress_);
     const int dimension = reader.read(options_);
     ImportedMesh mesh = GmshExtraction(options_.input, progress_).extract(dimension);
+    if (dimension == 3) { // surfaces may yet be asked for what they enclose
+        session.run(options_.input, [] { gmsh::model::mesh::clear(); });
+    }
     progress_.phase(QStringLiteral("building the topology"));
     TopologyLinks::close(mesh);
-    EntitySplitting(mesh).split();
-    TopologyCompletion(mesh, options_.input).complete();
+    completeTopology(mesh);
     TopologyLinks::classifyNodes(mesh);
     TopologyLinks::close(mesh);
     TopologyLinks::addTouching(mesh);
@@ -90,6 +97,13 @@ void GmshImporter::import(Geo::Database& database, const AttributesFile* attribu
         remarks.warnOfMaterials(attributes->path());
     }
     remarks.warnOfLooseBodies(options_.input, loose, options_.scale);
+}
+
+void GmshImporter::completeTopology(ImportedMesh& mesh) const
+{
+    const SideTable volumeSides(mesh, 3); // neither step changes the elements of volumes
+    EntitySplitting(mesh, volumeSides).split();
+    TopologyCompletion(mesh, volumeSides, options_.input).complete();
 }
 
 void GmshImporter::warnOfSurfacesInSpace(GmshSession& session) const

@@ -29,6 +29,7 @@ public:
     void import(Geo::Database& database, const AttributesFile* attributes);
 
 private:
+    void completeTopology(ImportedMesh& mesh) const;
     void warnOfSurfacesInSpace(GmshSession& session) const;
     void scale(ImportedMesh& mesh) const;
 

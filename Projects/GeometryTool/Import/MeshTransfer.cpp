@@ -1,5 +1,6 @@
 #include "MeshTransfer.h"
 
+#include "Buckets.h"
 #include "Database.h"
 #include "Mesh.h"
 #include "MeshEntity.h"
@@ -9,8 +10,6 @@
 #include "ModelFace.h"
 #include "ModelRegion.h"
 #include "ModelVertex.h"
-
-#include <algorithm>
 
 namespace Ovra::GeoTool
 {
@@ -148,14 +147,13 @@ void MeshTransfer::addMeshElements(int dimension)
     if (dimension == 0) {
         return; // a node on a model vertex is its mesh already
     }
-    std::vector<const ImportedElement*> order;
-    for (const ImportedElement& element : mesh_.elementsOf(dimension)) {
-        order.push_back(&element);
-    }
-    std::stable_sort(
-        order.begin(), order.end(),
-        [](const ImportedElement* a, const ImportedElement* b) { return a->entity < b->entity; });
-    for (const ImportedElement* element : order) {
+    const Buckets<const ImportedElement*> byEntity(
+        mesh_.entitiesOf(dimension).size(), [&](auto add) {
+            for (const ImportedElement& element : mesh_.elementsOf(dimension)) {
+                add(static_cast<std::size_t>(element.entity), &element);
+            }
+        });
+    for (const ImportedElement* element : byEntity.things()) {
         MeshEntity* entity = MeshEntity::create(dimension);
         for (int n = 0; n < element->nodeCount; ++n) {
             entity->addAdjacency(

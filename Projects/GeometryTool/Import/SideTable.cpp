@@ -5,7 +5,28 @@
 namespace Ovra::GeoTool
 {
 
+namespace
+{
+
+std::size_t bucketOf(const NodeKey& key)
+{
+    return static_cast<std::size_t>(key.nodes.front());
+}
+
+} // namespace
+
 SideTable::SideTable(const ImportedMesh& mesh, int dimension)
+    : sides_(mesh.nodes.size(), [&](auto add) {
+        forEachSide(mesh, dimension, [&add](const Side& side) { add(bucketOf(side.key), side); });
+    })
+{
+    for (std::size_t node = 0; node < sides_.count(); ++node) {
+        std::sort(sides_[node].begin(), sides_[node].end());
+    }
+}
+
+template <typename Action>
+void SideTable::forEachSide(const ImportedMesh& mesh, int dimension, Action action)
 {
     std::vector<std::array<int, 2>> edges;
     const auto& elements = mesh.elementsOf(dimension);
@@ -13,26 +34,24 @@ SideTable::SideTable(const ImportedMesh& mesh, int dimension)
         int local = 0;
         if (dimension == 3) {
             for (const auto& face : ElementShape::faces(elements[e].nodeCount)) {
-                sides_.push_back({ElementShape::key(ElementShape::face(elements[e], face)),
-                                  static_cast<int>(e), local++});
+                action({ElementShape::faceKey(elements[e], face), static_cast<int>(e), local++});
             }
             continue;
         }
         ElementShape::edges(elements[e], dimension, edges);
         for (const auto& edge : edges) {
-            sides_.push_back({ElementShape::key(edge), static_cast<int>(e), local++});
+            action({ElementShape::key(edge), static_cast<int>(e), local++});
         }
     }
-    std::sort(sides_.begin(), sides_.end());
 }
 
 std::span<const SideTable::Side> SideTable::find(const NodeKey& key) const
 {
+    const std::span<const Side> bucket = sides_[bucketOf(key)];
     const auto [begin, end] =
-        std::equal_range(sides_.begin(), sides_.end(), Side{key, 0, 0},
+        std::equal_range(bucket.begin(), bucket.end(), Side{key, 0, 0},
                          [](const Side& a, const Side& b) { return a.key < b.key; });
-    return std::span<const Side>(sides_).subspan(static_cast<std::size_t>(begin - sides_.begin()),
-                                                 static_cast<std::size_t>(end - begin));
+    return {begin, end};
 }
 
 } // namespace Ovra::GeoTool

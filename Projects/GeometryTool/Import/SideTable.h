@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Buckets.h"
 #include "ElementShape.h"
 #include "ImportedMesh.h"
 
@@ -11,6 +12,9 @@ namespace Ovra::GeoTool
 
 /// \brief The sides of all elements of one dimension, sorted by their nodes: the faces of volume
 /// elements or the edges of surface elements.
+///
+/// They are put together by their smallest node and sorted there: a sort of all sides was a third
+/// of the time that an import takes.
 ///
 /// It reads the mesh once, when it is made, and keeps positions of elements.
 class SideTable
@@ -27,7 +31,7 @@ public:
     SideTable(const ImportedMesh& mesh, int dimension);
 
     /// \brief All sides, those with the same nodes next to one another.
-    const std::vector<Side>& sides() const { return sides_; }
+    const std::vector<Side>& sides() const { return sides_.things(); }
 
     /// \brief The sides with these nodes; ascending by element.
     std::span<const Side> find(const NodeKey& key) const;
@@ -36,18 +40,22 @@ public:
     template <typename Action>
     void forEachRun(Action action) const
     {
-        for (std::size_t begin = 0; begin < sides_.size();) {
+        const std::span<const Side> all(sides());
+        for (std::size_t begin = 0; begin < all.size();) {
             std::size_t end = begin + 1;
-            while (end < sides_.size() && sides_[end].key == sides_[begin].key) {
+            while (end < all.size() && all[end].key == all[begin].key) {
                 ++end;
             }
-            action(std::span<const Side>(sides_).subspan(begin, end - begin));
+            action(all.subspan(begin, end - begin));
             begin = end;
         }
     }
 
 private:
-    std::vector<Side> sides_;
+    template <typename Action>
+    static void forEachSide(const ImportedMesh& mesh, int dimension, Action action);
+
+    Buckets<Side> sides_; ///< by the smallest node
 };
 
 } // namespace Ovra::GeoTool

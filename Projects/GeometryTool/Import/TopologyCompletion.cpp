@@ -42,15 +42,20 @@ std::vector<int> entitiesOf(const std::vector<ImportedElement>& elements,
 }
 
 /// \brief Whether the side is inside one entity: two elements of the same entity share it.
-bool isInside(const std::vector<int>& entities)
+bool isInside(const std::vector<ImportedElement>& elements, std::span<const SideTable::Side> run)
 {
-    return entities.size() == 2 && entities[0] == entities[1];
+    const auto entityOf = [&elements](const SideTable::Side& side) {
+        return elements[static_cast<std::size_t>(side.element)].entity;
+    };
+    return run.size() == 2 && entityOf(run.front()) == entityOf(run.back());
 }
 
 } // namespace
 
-TopologyCompletion::TopologyCompletion(ImportedMesh& mesh, const QString& input)
+TopologyCompletion::TopologyCompletion(ImportedMesh& mesh, const SideTable& volumeSides,
+                                       const QString& input)
     : mesh_(mesh)
+    , volumeSides_(volumeSides)
     , input_(input)
 {
 }
@@ -88,17 +93,16 @@ void TopologyCompletion::completeFaces()
     const std::vector<NodeKey> present = sortedKeys(mesh_.elementsOf(2));
     Missing missing;
     Owners owners;
-    SideTable(mesh_, 3).forEachRun([&](std::span<const SideTable::Side> run) {
+    volumeSides_.forEachRun([&](std::span<const SideTable::Side> run) {
         requireTwoSided(run);
-        const std::vector<int> regions = entitiesOf(elements, run);
-        if (isInside(regions) || contains(present, run.front().key)) {
+        if (isInside(elements, run) || contains(present, run.front().key)) {
             return;
         }
         const ImportedElement& element = elements[static_cast<std::size_t>(run.front().element)];
         const auto& local =
             ElementShape::faces(element.nodeCount)[static_cast<std::size_t>(run.front().local)];
         missing.push_back(ElementShape::face(element, local));
-        owners.push_back(regions);
+        owners.push_back(entitiesOf(elements, run));
     });
     placeOnEmptyEntities(2, missing, owners);
     addPatches(missing, owners);
@@ -111,8 +115,7 @@ void TopologyCompletion::completeEdges()
     Missing missing;
     Owners owners;
     SideTable(mesh_, 2).forEachRun([&](std::span<const SideTable::Side> run) {
-        const std::vector<int> faces = entitiesOf(elements, run);
-        if (isInside(faces) || contains(present, run.front().key)) {
+        if (isInside(elements, run) || contains(present, run.front().key)) {
             return;
         }
         ImportedElement edge;
@@ -120,7 +123,7 @@ void TopologyCompletion::completeEdges()
         edge.nodes[0] = run.front().key.nodes[0];
         edge.nodes[1] = run.front().key.nodes[1];
         missing.push_back(edge);
-        owners.push_back(faces);
+        owners.push_back(entitiesOf(elements, run));
     });
     placeOnEmptyEntities(1, missing, owners);
     addChains(missing, owners);

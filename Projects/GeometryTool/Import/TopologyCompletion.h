@@ -21,8 +21,9 @@ namespace Ovra::GeoTool
 class TopologyCompletion
 {
 public:
+    /// \param volumeSides of the mesh
     /// \param input the name of the file, for messages
-    TopologyCompletion(ImportedMesh& mesh, const QString& input);
+    TopologyCompletion(ImportedMesh& mesh, const SideTable& volumeSides, const QString& input);
 
     /// \brief Adds faces, then edges, then vertices. Throws ToolError InputDamaged if more than two
     /// volume elements share a face.
@@ -45,6 +46,7 @@ private:
     bool isEnd(const std::vector<int>& edgesAtNode) const;
 
     ImportedMesh& mesh_;
+    const SideTable& volumeSides_;
     QString input_;
 };
 
