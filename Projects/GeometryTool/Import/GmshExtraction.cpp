@@ -464,7 +464,7 @@ void GmshExtraction::turnPlanarFaces()
 void GmshExtraction::turnOuterSides()
 {
     const int dimension = mesh_.elementDimension;
-    const SideTable sides(mesh_, dimension);
+    const SideTable sides = SideTable::onElementsBelow(mesh_, dimension);
     for (ImportedElement& element : mesh_.elementsOf(dimension - 1)) {
         const auto above = sides.find(ElementShape::key(element));
         if (above.size() == 1 && !isTurnedLike(element, outwardSide(mesh_, above.front()))) {

@@ -13,11 +13,38 @@ std::size_t bucketOf(const NodeKey& key)
     return static_cast<std::size_t>(key.nodes.front());
 }
 
+bool areAllIn(const std::vector<bool>& nodes, const NodeKey& key)
+{
+    return std::all_of(key.nodes.begin(), key.nodes.end(), [&nodes](int node) {
+        return node == NodeKey::NoNode || nodes[static_cast<std::size_t>(node)];
+    });
+}
+
 } // namespace
 
 SideTable::SideTable(const ImportedMesh& mesh, int dimension)
+    : SideTable(mesh, dimension, Nodes(mesh.nodes.size(), true))
+{
+}
+
+SideTable SideTable::onElementsBelow(const ImportedMesh& mesh, int dimension)
+{
+    Nodes nodes(mesh.nodes.size(), false);
+    for (const ImportedElement& element : mesh.elementsOf(dimension - 1)) {
+        for (std::size_t n = 0; n < static_cast<std::size_t>(element.nodeCount); ++n) {
+            nodes[static_cast<std::size_t>(element.nodes[n])] = true;
+        }
+    }
+    return {mesh, dimension, nodes};
+}
+
+SideTable::SideTable(const ImportedMesh& mesh, int dimension, const Nodes& nodes)
     : sides_(mesh.nodes.size(), [&](auto add) {
-        forEachSide(mesh, dimension, [&add](const Side& side) { add(bucketOf(side.key), side); });
+        forEachSide(mesh, dimension, [&](const Side& side) {
+            if (areAllIn(nodes, side.key)) {
+                add(bucketOf(side.key), side);
+            }
+        });
     })
 {
     for (std::size_t node = 0; node < sides_.count(); ++node) {

@@ -30,6 +30,10 @@ public:
 
     SideTable(const ImportedMesh& mesh, int dimension);
 
+    /// \brief Of the sides of elements of \p dimension those whose nodes all lie on elements of one
+    /// dimension less: all that can be found by one of these, and a fraction of all.
+    static SideTable onElementsBelow(const ImportedMesh& mesh, int dimension);
+
     /// \brief All sides, those with the same nodes next to one another.
     const std::vector<Side>& sides() const { return sides_.things(); }
 
@@ -52,6 +56,11 @@ public:
     }
 
 private:
+    /// For each node whether sides may have it.
+    using Nodes = std::vector<bool>;
+
+    SideTable(const ImportedMesh& mesh, int dimension, const Nodes& nodes);
+
     template <typename Action>
     static void forEachSide(const ImportedMesh& mesh, int dimension, Action action);
 

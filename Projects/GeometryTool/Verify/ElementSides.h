@@ -23,7 +23,7 @@ class CaseView;
 /// Elements of no known kind or with a repeated vertex have no sides here. The sides are put
 /// together by their smallest vertex and sorted there, with all that tells them apart in one place:
 /// whatever else is asked of an element is a cache miss. A sort of all sides took twice the memory
-/// and four times the time.
+/// and a multiple of the time.
 class ElementSides
 {
 public:
