@@ -6,6 +6,7 @@
 #include "MeshVertex.h"
 #include "ModelEntity.h"
 #include "NeighbourSets.h"
+#include "NeighbourTable.h"
 #include "UpwardLists.h"
 
 #include <QHash>
@@ -21,8 +22,8 @@ namespace
 
 using Neighbours = QVarLengthArray<MeshEntity*, 16>;
 
-// Up to this many candidates, scanning a list beats hashing or sorting it, however long it is.
-constexpr qsizetype FewCandidates = 32;
+// Up to this many candidates, scanning a list beats making a table of it, however long it is.
+constexpr qsizetype FewCandidates = 8;
 
 template <typename Predicate>
 void removeIf(Neighbours& candidates, Predicate predicate)
@@ -31,17 +32,29 @@ void removeIf(Neighbours& candidates, Predicate predicate)
     candidates.resize(end - candidates.begin());
 }
 
-void intersect(Neighbours& candidates, const QSet<MeshEntity*>& set)
+template <typename Set>
+void keepThoseIn(const Set& set, Neighbours& candidates)
 {
     removeIf(candidates, [&set](MeshEntity* entity) { return !set.contains(entity); });
+}
+
+NeighbourTable tableOf(const NeighbourList& list)
+{
+    NeighbourTable table;
+    for (const MeshEntity* entity : list) {
+        table.insert(entity);
+    }
+    return table;
 }
 
 void intersect(Neighbours& candidates, const NeighbourList& list)
 {
     if (candidates.size() <= FewCandidates) {
-        removeIf(candidates, [&list](MeshEntity* entity) { return !list.contains(entity); });
+        keepThoseIn(list, candidates);
+    } else if (list.size() <= NeighbourTable::Most) {
+        keepThoseIn(tableOf(list), candidates);
     } else {
-        intersect(candidates, QSet<MeshEntity*>(list.begin(), list.end()));
+        keepThoseIn(QSet<MeshEntity*>(list.begin(), list.end()), candidates);
     }
 }
 
@@ -57,8 +70,13 @@ void removeDuplicatesOfMany(Neighbours& candidates)
 
 void removeDuplicates(Neighbours& candidates)
 {
-    if (candidates.size() > FewCandidates) {
+    if (candidates.size() > NeighbourTable::Most) {
         removeDuplicatesOfMany(candidates);
+        return;
+    }
+    if (candidates.size() > FewCandidates) {
+        NeighbourTable seen;
+        removeIf(candidates, [&seen](MeshEntity* entity) { return !seen.insert(entity); });
         return;
     }
     auto end = candidates.begin();
@@ -150,7 +168,7 @@ MeshEntity::Neighbours MeshEntity::neighboursOfAll(const Entities& entities, int
     }
     const NeighbourList& start = std::as_const(**shortest).adjacencies(dimension);
     result.append(start.begin(), start.size());
-    if (result.size() > FewCandidates) {
+    if (result.size() > NeighbourTable::Most) {
         removeDuplicates(result);
     }
     for (auto i = entities.begin(); i != entities.end(); ++i) {
@@ -159,7 +177,7 @@ MeshEntity::Neighbours MeshEntity::neighboursOfAll(const Entities& entities, int
         }
         const NeighbourList& list = std::as_const(**i).adjacencies(dimension);
         if (sets != nullptr && list.size() > NeighbourSets::Few) {
-            intersect(result, sets->of(*i, list));
+            keepThoseIn(sets->of(*i, list), result);
         } else {
             intersect(result, list);
         }

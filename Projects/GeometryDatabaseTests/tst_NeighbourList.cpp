@@ -1,5 +1,8 @@
+#include "MeshEdge.h"
+#include "MeshFace.h"
 #include "MeshVertex.h"
 #include "NeighbourList.h"
+#include "NeighbourTable.h"
 
 #include <QTest>
 
@@ -168,6 +171,53 @@ private slots:
         const auto* const place = list.begin();
         fill(list, strangers.first(9));
         QCOMPARE(list.begin(), place);
+    }
+
+    void tableHoldsAsManyAsItPromises()
+    {
+        std::vector<MeshVertex> vertices(2 * NeighbourTable::Most);
+        NeighbourTable table;
+        for (std::size_t i = 0; i < NeighbourTable::Most; ++i) {
+            QVERIFY(table.insert(&vertices[2 * i]));
+        }
+        for (std::size_t i = 0; i < NeighbourTable::Most; ++i) {
+            QVERIFY(!table.insert(&vertices[2 * i]));
+            QVERIFY(table.contains(&vertices[2 * i]));
+            QVERIFY(!table.contains(&vertices[2 * i + 1]));
+        }
+    }
+
+    // Lists of a length for each way of looking up, in which every entry stands twice.
+    void commonNeighbours_data()
+    {
+        QTest::addColumn<int>("count");
+        for (const int count : {0, 1, 4, 5, 30, 64, 65, 200}) {
+            QTest::addRow("%d", count) << count;
+        }
+    }
+
+    void commonNeighbours()
+    {
+        QFETCH(int, count);
+        std::vector<MeshFace> faces(static_cast<std::size_t>(3 * count));
+        MeshVertex a;
+        MeshVertex b;
+        QSet<MeshEntity*> expected;
+        for (int i = 0; i < count; ++i) {
+            for (int twice = 0; twice < 2; ++twice) {
+                a.addAdjacency(&faces[static_cast<std::size_t>(i)]);
+                a.addAdjacency(&faces[static_cast<std::size_t>(count + i)]);
+                b.addAdjacency(&faces[static_cast<std::size_t>(3 * count - 1 - i)]);
+                b.addAdjacency(&faces[static_cast<std::size_t>(count + i)]);
+            }
+            expected.insert(&faces[static_cast<std::size_t>(count + i)]);
+        }
+        MeshEdge edge;
+        edge.addAdjacency(&a);
+        edge.addAdjacency(&b);
+        QCOMPARE(MeshEntity::getUpwardAdjacencies(&edge, 2), expected);
+        edge.setUpwardAdjacencies();
+        QCOMPARE(edge.adjacencyCount(2), count);
     }
 };
 
