@@ -41,6 +41,15 @@ ContactReach::ContactReach(const ImportedMesh& mesh, double share)
     }
 }
 
+ContactReach ContactReach::everywhere(const ImportedMesh& mesh, double distance)
+{
+    ContactReach reach;
+    for (const ImportedEntity& body : mesh.entitiesOf(mesh.elementDimension)) {
+        reach.reaches_[body.id] = distance;
+    }
+    return reach;
+}
+
 double ContactReach::of(int body) const
 {
     const auto found = reaches_.find(body);

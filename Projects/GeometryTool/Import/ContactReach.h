@@ -21,6 +21,9 @@ public:
 
     ContactReach(const ImportedMesh& mesh, double share);
 
+    /// \brief The same \p distance between all bodies.
+    static ContactReach everywhere(const ImportedMesh& mesh, double distance);
+
     /// \brief Between two bodies, by their ids; 0 where one of them has no elements.
     double between(int body, int other) const;
 
@@ -28,6 +31,8 @@ public:
     double most() const;
 
 private:
+    ContactReach() = default;
+
     double of(int body) const;
 
     std::map<int, double> reaches_; ///< by id of the body

@@ -69,12 +69,15 @@ bool isKnown(const Kind& kind)
            });
 }
 
-qint64 elementCount(int gmshType, int entity)
+/// By all types, since Gmsh gives no elements of a kind without nodes when asked for that alone.
+qint64 elementCount(int gmshType, int dimension, int entity)
 {
-    std::vector<std::size_t> elements;
-    std::vector<std::size_t> nodes;
-    gmsh::model::mesh::getElementsByType(gmshType, elements, nodes, entity);
-    return static_cast<qint64>(elements.size());
+    std::vector<int> types;
+    std::vector<std::vector<std::size_t>> elements;
+    std::vector<std::vector<std::size_t>> nodes;
+    gmsh::model::mesh::getElements(types, elements, nodes, dimension, entity);
+    const auto place = std::find(types.begin(), types.end(), gmshType) - types.begin();
+    return static_cast<qint64>(elements.at(static_cast<std::size_t>(place)).size());
 }
 
 bool isDiscrete(int dimension, int tag)
@@ -312,7 +315,7 @@ void GmshExtraction::requireKnownKinds(int dimension) const
         for (const int type : types) {
             const Kind kind = kindOf(type);
             if (!isKnown(kind)) {
-                unknown.add(kind.name, elementCount(type, tag));
+                unknown.add(kind.name, elementCount(type, d, tag));
             }
         }
     }

@@ -105,12 +105,16 @@ std::set<std::pair<int, int>> LooseBodySearch::nearFaces() const
 
 void LooseBodySearch::searchMesh(LooseBodies& found) const
 {
-    found.contacts = MeshContacts(mesh_, ContactReach(mesh_, ContactReach::meant)).find();
+    const ContactReach reach = tolerance_ ? ContactReach::everywhere(mesh_, *tolerance_)
+                                          : ContactReach(mesh_, ContactReach::meant);
+    found.contacts = MeshContacts(mesh_, reach).find();
     const MeshOverlaps overlaps(mesh_);
     for (const auto& pair : overlaps.find()) {
-        found.overlaps.push_back({mesh_.entity(dimension_, pair.first).id,
-                                  mesh_.entity(dimension_, pair.second).id,
-                                  overlaps.measure(pair)});
+        const double size = overlaps.measure(pair);
+        if (size > 0) {
+            found.overlaps.push_back({mesh_.entity(dimension_, pair.first).id,
+                                      mesh_.entity(dimension_, pair.second).id, size});
+        }
     }
 }
 

@@ -18,6 +18,9 @@ using Geo::Vector;
 namespace
 {
 
+// A share of lengths and sizes that differences of coordinates cannot tell from nothing.
+constexpr double rounding = 1e-6;
+
 Polygon cornersOf(const ImportedMesh& mesh, const ImportedElement& element)
 {
     Polygon corners;
@@ -44,6 +47,12 @@ Vector middleOf(const Polygon& corners)
         sum += corner;
     }
     return sum / static_cast<double>(corners.size());
+}
+
+bool areAlike(const ImportedEntity& a, const ImportedEntity& b)
+{
+    return !a.discarded && !b.discarded && a.geometry.box.matches(b.geometry.box, rounding) &&
+           std::abs(a.geometry.measure - b.geometry.measure) <= rounding * a.geometry.measure;
 }
 
 } // namespace
@@ -95,18 +104,18 @@ void MeshOverlaps::addCrossings(std::set<Pair>& pairs) const
 // Of two bodies that are the same, no surface passes through the other.
 void MeshOverlaps::addTwins(std::set<Pair>& pairs) const
 {
-    constexpr double closeness = 1e-6;
     const auto& bodies = mesh_.entitiesOf(dimension_);
+    std::vector<Box> boxes;
+    for (const ImportedEntity& body : bodies) {
+        boxes.push_back(body.geometry.box);
+    }
+    const BoxTree tree(boxes);
     for (std::size_t a = 0; a < bodies.size(); ++a) {
-        for (std::size_t b = a + 1; b < bodies.size(); ++b) {
-            const ImportedGeometry& first = bodies[a].geometry;
-            const ImportedGeometry& second = bodies[b].geometry;
-            if (!bodies[a].discarded && !bodies[b].discarded &&
-                first.box.matches(second.box, closeness) &&
-                std::abs(first.measure - second.measure) <= closeness * first.measure) {
+        tree.forEachMeeting(boxes[a], [&](std::size_t b) {
+            if (a < b && areAlike(bodies[a], bodies[b])) {
                 pairs.emplace(static_cast<int>(a), static_cast<int>(b));
             }
-        }
+        });
     }
 }
 
@@ -118,7 +127,6 @@ const std::set<int>& MeshOverlaps::bodiesAt(const ImportedElement& facet) const
 
 bool MeshOverlaps::passesThrough(const ImportedElement& facet, const ImportedElement& element) const
 {
-    constexpr double rounding = 1e-6;
     const Polygon corners = cornersOf(mesh_, facet);
     const double depth = rounding * mesh_.boxOf(element).extent().length();
     const std::vector<Simplex> simplices = simplicesOf(element);
@@ -131,7 +139,23 @@ bool MeshOverlaps::passesThrough(const ImportedElement& facet, const ImportedEle
     });
 }
 
+// Without flat ones, whose sides do not tell what lies between them.
 std::vector<MeshOverlaps::Simplex> MeshOverlaps::simplicesOf(const ImportedElement& element) const
+{
+    const double extent = mesh_.boxOf(element).extent().length();
+    std::vector<Simplex> simplices = partsOf(element);
+    std::erase_if(simplices, [&](const Simplex& simplex) { return isFlat(simplex, extent); });
+    return simplices;
+}
+
+bool MeshOverlaps::isFlat(const Simplex& p, double extent) const
+{
+    const double size =
+        dimension_ == 2 ? ConvexClip::size(p, 2) : ConvexClip::volume({p[0], p[1], p[2], p[3]});
+    return size <= rounding * std::pow(extent, dimension_);
+}
+
+std::vector<MeshOverlaps::Simplex> MeshOverlaps::partsOf(const ImportedElement& element) const
 {
     const Polygon corners = cornersOf(mesh_, element);
     if (element.nodeCount == dimension_ + 1) {
@@ -170,7 +194,9 @@ double MeshOverlaps::measure(const Pair& pair) const
         tree.forEachMeeting(mesh_.boxOf(*element),
                             [&](std::size_t i) { sum += common(*first[i], *element); });
     }
-    return sum;
+    const double smaller = std::min(bodies[static_cast<std::size_t>(pair.first)].geometry.measure,
+                                    bodies[static_cast<std::size_t>(pair.second)].geometry.measure);
+    return sum > rounding * smaller ? sum : 0;
 }
 
 std::vector<const ImportedElement*> MeshOverlaps::elementsOf(int body, const Box& within) const

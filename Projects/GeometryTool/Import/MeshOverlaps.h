@@ -28,7 +28,8 @@ public:
     /// bodies touch, meshes may overlap though the shapes do not.
     std::set<Pair> find() const;
 
-    /// \brief Volume, or area in a model without regions, that the elements of two bodies have in common.
+    /// \brief Volume, or area in a model without regions, that the elements of two bodies have in
+    /// common; 0 if it is less than rounding can make of the smaller body.
     double measure(const Pair& pair) const;
 
 private:
@@ -39,6 +40,8 @@ private:
     const std::set<int>& bodiesAt(const ImportedElement& facet) const;
     bool passesThrough(const ImportedElement& facet, const ImportedElement& element) const;
     std::vector<Simplex> simplicesOf(const ImportedElement& element) const;
+    std::vector<Simplex> partsOf(const ImportedElement& element) const;
+    bool isFlat(const Simplex& simplex, double extent) const;
     std::vector<HalfSpace> boundsOf(const Simplex& simplex) const;
     double common(const ImportedElement& a, const ImportedElement& b) const;
     std::vector<const ImportedElement*> elementsOf(int body, const Geo::Box& within) const;

@@ -254,6 +254,47 @@ private slots:
         QCOMPARE(run.exitCode, 0);
     }
 
+    // Bodies of the same box and size, and such as have a flat element.
+    void isSilentAboutMeshesOfSharedNodes_data()
+    {
+        QTest::addColumn<QByteArray>("nodes");
+        QTest::addColumn<QByteArray>("elements");
+        const QByteArray cube = "8\n1 0 0 0\n2 1 0 0\n3 1 1 0\n4 0 1 0\n"
+                                "5 0 0 1\n6 1 0 1\n7 1 1 1\n8 0 1 1\n";
+        QTest::newRow("wedges of a cube")
+            << cube << QByteArray("2\n1 6 2 1 1 1 2 3 5 6 7\n2 6 2 2 2 1 3 4 5 7 8\n");
+        QTest::newRow("triangles of a square")
+            << cube << QByteArray("2\n1 2 2 1 1 1 2 3\n2 2 2 2 2 1 3 4\n");
+        const QByteArray diamond = "6\n1 0 0 0\n2 1 0 0\n3 1 1 0\n4 0 1 0\n5 .5 .5 -1\n6 .5 .5 1\n";
+        QTest::newRow("a flat element above")
+            << diamond
+            << QByteArray("5\n1 4 2 1 1 1 3 2 5\n2 4 2 1 1 1 4 3 5\n3 4 2 2 2 1 2 4 6\n"
+                          "4 4 2 2 2 2 3 4 6\n5 4 2 2 2 1 4 3 2\n");
+        QTest::newRow("a flat element below")
+            << diamond
+            << QByteArray("5\n1 4 2 1 1 1 3 2 5\n2 4 2 1 1 1 4 3 5\n3 4 2 2 2 1 2 4 6\n"
+                          "4 4 2 2 2 2 3 4 6\n5 4 2 1 1 1 2 3 4\n");
+    }
+
+    void isSilentAboutMeshesOfSharedNodes()
+    {
+        QFETCH(QByteArray, nodes);
+        QFETCH(QByteArray, elements);
+        QVERIFY(writeContent(path("bodies.msh"), "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n" +
+                                                     nodes + "$EndNodes\n$Elements\n" + elements +
+                                                     "$EndElements\n"));
+        const ToolRun run = import("bodies.msh");
+        QVERIFY2(!run.errors.contains("overlap"), run.errors.constData());
+        QCOMPARE(run.exitCode, 0);
+    }
+
+    void isSilentWhereAGapOfStlIsToStay()
+    {
+        QVERIFY(writeContent(path("bodies.stl"), solid("board", {0, 0, 0}, {10, 10, 1}) +
+                                                     solid("chip", {2, 2, 1.001}, {5, 5, 2})));
+        QCOMPARE(import("bodies.stl", {"--join-tolerance", "0.0001"}).errors, QByteArray());
+    }
+
     // Two bodies of an STL file, each of which is closed.
     void warnsOfContactsOfStlFiles_data()
     {
