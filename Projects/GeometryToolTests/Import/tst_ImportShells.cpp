@@ -185,10 +185,12 @@ private slots:
         QTest::newRow("script of a mesh")
             << "in.geo" << QByteArray("Merge \"cube.msh\";\n") << filling;
         QTest::newRow("open mesh") << "in.msh" << mesh(cubeTriangles().mid(1))
-                                   << "they enclose no volume: 3 edges belong to one triangle only";
+                                   << "its surface encloses no volume: 3 edges belong to one "
+                                      "triangle only";
         QTest::newRow("quadrilaterals")
-            << "in.msh" << mesh({"1 4 3 2", "1 2 6 5"}, 3)
-            << "they enclose no volume: it is not made of plain triangles";
+            << "in.msh"
+            << mesh({"1 4 3 2", "5 6 7 8", "1 2 6 5", "2 3 7 6", "3 4 8 7", "4 1 5 8"}, 3)
+            << notOfTriangles();
     }
 
     void warnsOfSurfacesInSpace()
@@ -208,6 +210,15 @@ private slots:
             QCOMPARE(import(file, {"--dimension", "3"}).errors, QByteArray());
             QCOMPARE(ImportedCase(path("case")).modelCounts()[3], 1);
         }
+    }
+
+    void fillsNoQuadrilaterals()
+    {
+        QVERIFY(writeContent(path("in.msh"), mesh({"1 4 3 2", "1 2 6 5"}, 3)));
+        const ToolRun run = import("in.msh", {"--dimension", "3"});
+        QCOMPARE(run.exitCode, 6);
+        QCOMPARE(QString::fromUtf8(run.errors),
+                 QStringLiteral("ovrageo: error: %1: %2\n").arg(path("in.msh"), notOfTriangles()));
     }
 
     void makesAVolumeAsImportMdAdvises_data()
@@ -290,6 +301,12 @@ private:
                     faces[i] + '\n';
         }
         return text + "$EndElements\n";
+    }
+
+    static QString notOfTriangles()
+    {
+        return "its surface is not of plain triangles alone and cannot be filled; make triangles "
+               "of it, or a volume in the program that the file comes from";
     }
 
     QString path(const QString& name) const { return directory_.filePath(name); }

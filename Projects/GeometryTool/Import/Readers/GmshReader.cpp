@@ -308,9 +308,8 @@ void GmshReader::fillIfSurface(const ImportOptions& options)
     progress_.phase(QStringLiteral("looking for closed bodies"));
     SurfaceFilling filling(isSurfaceFormat(options.input));
     session_.run(options.input, [&filling] { filling.collect(); });
-    if (!filling.openness().isEmpty()) {
-        const QString text = QStringLiteral("%1: its surface encloses no volume: %2")
-                                 .arg(options.input, filling.openness());
+    if (!filling.obstacle().isEmpty()) {
+        const QString text = QStringLiteral("%1: %2").arg(options.input, filling.obstacle());
         if (options.dimension == 3) {
             throw ToolError(ExitCode::Unsuitable, text);
         }

@@ -42,7 +42,7 @@ void SurfaceFilling::collect()
     readPoints();
     readTriangles();
     checkClosed();
-    if (!openness_.isEmpty()) {
+    if (!obstacle_.isEmpty()) {
         return;
     }
     partIntoPieces();
@@ -66,7 +66,10 @@ void SurfaceFilling::readTriangles()
     std::vector<int> types;
     gmsh::model::mesh::getElementTypes(types, 2);
     if (types != std::vector<int>{TriangleType}) {
-        openness_ = QStringLiteral("it is not made of plain triangles");
+        obstacle_ =
+            QStringLiteral("its surface is not of plain triangles alone and cannot be filled; "
+                           "make triangles of it, or a volume in the program that the file "
+                           "comes from");
         return;
     }
     gmsh::vectorpair surfaces;
@@ -103,14 +106,17 @@ void SurfaceFilling::checkClosed()
         open += count < 2 ? 1 : 0;
         branching += count > 2 ? 1 : 0;
     }
-    if (!openness_.isEmpty()) {
+    if (!obstacle_.isEmpty()) {
         return;
     }
+    const QString enclosesNothing = QStringLiteral("its surface encloses no volume: ");
     if (open > 0) {
-        openness_ = counted(open, QStringLiteral("edge belongs to one triangle only"),
-                            QStringLiteral("edges belong to one triangle only"));
+        obstacle_ =
+            enclosesNothing + counted(open, QStringLiteral("edge belongs to one triangle only"),
+                                      QStringLiteral("edges belong to one triangle only"));
     } else if (branching > 0) {
-        openness_ = counted(branching, QStringLiteral("edge belongs to more than two triangles"),
+        obstacle_ = enclosesNothing +
+                    counted(branching, QStringLiteral("edge belongs to more than two triangles"),
                             QStringLiteral("edges belong to more than two triangles"));
     }
 }

@@ -34,11 +34,11 @@ public:
     /// \brief Reads the surface from Gmsh and parts it into pieces.
     void collect();
 
-    /// \brief Why nothing can be filled, in words; empty when all pieces are closed.
-    QString openness() const { return openness_; }
+    /// \brief Why nothing can be filled, "its surface ..."; empty when all pieces are closed.
+    QString obstacle() const { return obstacle_; }
 
     /// \brief Replaces Gmsh's model by one with the surfaces of the pieces, the volumes between
-    /// them, and a physical group for each name; needs openness() to be empty.
+    /// them, and a physical group for each name; needs obstacle() to be empty.
     void addVolumes() const;
 
 private:
@@ -83,7 +83,7 @@ private:
     std::vector<Triangle> triangles_;
     std::vector<std::string> names_; ///< of the surfaces that were read
     std::vector<Piece> pieces_;
-    QString openness_;
+    QString obstacle_;
 };
 
 } // namespace Ovra::GeoTool

@@ -62,9 +62,9 @@ QString onMesh()
     constexpr bool namesBodies = false;
     SurfaceFilling filling(namesBodies);
     filling.collect();
-    return filling.openness().isEmpty()
+    return filling.obstacle().isEmpty()
                ? QStringLiteral("--dimension 3 fills the volume that they enclose")
-               : QStringLiteral("they enclose no volume: ") + filling.openness();
+               : filling.obstacle();
 }
 
 } // namespace
