@@ -1,6 +1,7 @@
 #include "GmshImporter.h"
 
 #include "AttributesFile.h"
+#include "CadModel.h"
 #include "Database.h"
 #include "EntityGeometry.h"
 #include "EntitySplitting.h"
@@ -9,6 +10,7 @@
 #include "GmshSession.h"
 #include "ImportRemarks.h"
 #include "ImportScaling.h"
+#include "InputFileCheck.h"
 #include "LooseBodySearch.h"
 #include "MeshTransfer.h"
 #include "Model.h"
@@ -37,6 +39,11 @@ bool isSurfaceInSpace(const ImportedMesh& mesh)
         points.push_back(node.point);
     }
     return !Flatness::isFlat(points);
+}
+
+bool isOfOtherKernel()
+{
+    return CadModel::hasShapesOnly() && !CadModel::isOfKernel();
 }
 
 void makeAirFluid(const ImportedMesh& mesh, Geo::Model& model)
@@ -131,7 +138,12 @@ LooseBodies GmshImporter::looseBodies(GmshSession& session, const ImportedMesh& 
     LooseBodies found;
     session.run(options_.input, [&] {
         found = LooseBodySearch(mesh, options_.joinTolerance, isMeshedHere).search();
+        if (InputFileCheck::isScript(options_.input) && isOfOtherKernel()) {
+            found.remedy = isMeshedHere ? LooseBodies::Remedy::OtherKernel
+                                        : LooseBodies::Remedy::OtherKernelUnmeshed;
+        }
     });
+    found.givenTolerance = options_.joinTolerance;
     return found;
 }
 

@@ -11,6 +11,7 @@
 #include "ModelEntity.h"
 #include "Progress.h"
 
+#include <QLocale>
 #include <QSet>
 #include <QVariant>
 
@@ -129,53 +130,56 @@ QString materialOf(const ModelEntity& entity)
     return entity.attributes().value(AttributeType::MaterialType, QVariant()).toString();
 }
 
-QString adviceForMeshes()
+/// \brief "--join" with the tolerance that it takes.
+QString joinOption(const LooseBodies& loose)
 {
+    const QString option = QStringLiteral("--join");
+    if (loose.wideTolerance > loose.tolerance) {
+        return option + QStringLiteral(" --join-tolerance %1").arg(loose.wideTolerance);
+    }
+    return loose.givenTolerance
+               ? option + QStringLiteral(" --join-tolerance ") +
+                     QString::number(*loose.givenTolerance, 'g', QLocale::FloatingPointShortest)
+               : option;
+}
+
+/// \brief What helps.
+/// \param effect of joining, "cuts them along one another"
+/// \param otherwise what is to be done where joining fails, "join them"
+QString adviceOn(const LooseBodies& loose, const QString& effect, const QString& otherwise)
+{
+    const QString joining = joinOption(loose) + ' ' + effect;
+    switch (loose.remedy) {
+    case LooseBodies::Remedy::Join:
+        return loose.wideTolerance > 0
+                   ? joining
+                   : QStringLiteral("--join fails over them, %1 in the program that the file "
+                                    "comes from")
+                         .arg(otherwise);
+    case LooseBodies::Remedy::JoinUnmeshed:
+        return joining + QStringLiteral(" if the script leaves out its Mesh command");
+    case LooseBodies::Remedy::OtherKernel:
+        return joining + QStringLiteral(" if the script begins with SetFactory(\"OpenCASCADE\")");
+    case LooseBodies::Remedy::OtherKernelUnmeshed:
+        return joining + QStringLiteral(" if the script begins with SetFactory(\"OpenCASCADE\") "
+                                        "and leaves out its Mesh command");
+    case LooseBodies::Remedy::OtherGeometry:
+        break;
+    }
     return QStringLiteral("a mesh cannot be cut: mesh them together in the program that the file "
                           "comes from, or import their geometry (STEP, IGES, BREP) with --join");
 }
 
-/// \brief What joins all contacts.
-QString adviceOn(const LooseBodies& loose)
+QString contactAdvice(const LooseBodies& loose)
 {
-    double needed = 0;
-    for (const BodyContact& contact : loose.contacts) {
-        needed = std::max(needed, contact.tolerance);
-    }
-    const QString option =
-        needed > loose.tolerance
-            ? QStringLiteral("--join --join-tolerance %1").arg(loose.wideTolerance)
-            : QStringLiteral("--join");
-    switch (loose.remedy) {
-    case LooseBodies::Remedy::Join:
-        return loose.wideTolerance > 0
-                   ? option + QStringLiteral(" cuts them along one another")
-                   : QStringLiteral("--join fails over them, join them in the program that the "
-                                    "file comes from");
-    case LooseBodies::Remedy::JoinUnmeshed:
-        return QStringLiteral("--join cuts them along one another if the script leaves out its "
-                              "Mesh command");
-    case LooseBodies::Remedy::OtherGeometry:
-        break;
-    }
-    return adviceForMeshes();
+    return adviceOn(loose, QStringLiteral("cuts them along one another"),
+                    QStringLiteral("join them"));
 }
 
 QString overlapAdvice(const LooseBodies& loose)
 {
-    switch (loose.remedy) {
-    case LooseBodies::Remedy::Join:
-        return loose.wideTolerance > 0
-                   ? QStringLiteral("--join gives it to the smaller one")
-                   : QStringLiteral("--join fails over them, part them in the program that the "
-                                    "file comes from");
-    case LooseBodies::Remedy::JoinUnmeshed:
-        return QStringLiteral("--join gives it to the smaller one if the script leaves out its "
-                              "Mesh command");
-    case LooseBodies::Remedy::OtherGeometry:
-        break;
-    }
-    return adviceForMeshes();
+    return adviceOn(loose, QStringLiteral("gives it to the smaller one"),
+                    QStringLiteral("part them"));
 }
 
 /// \brief Whether a body lacks the material that it would take part with.
@@ -218,7 +222,7 @@ void ImportRemarks::warnOfContacts(const QString& input, const LooseBodies& loos
                                counted(static_cast<qint64>(found.size()),
                                        QStringLiteral("pair of %1 touches").arg(bodies),
                                        QStringLiteral("pairs of %1 touch").arg(bodies)),
-                               listed(found, words, std::pow(scale, faces)), adviceOn(loose)));
+                               listed(found, words, std::pow(scale, faces)), contactAdvice(loose)));
 }
 
 void ImportRemarks::warnOfOverlaps(const QString& input, const LooseBodies& loose,

@@ -2,6 +2,7 @@
 
 #include "BodyContact.h"
 
+#include <optional>
 #include <vector>
 
 namespace Ovra::GeoTool
@@ -19,15 +20,18 @@ struct LooseBodies
 
     enum class Remedy
     {
-        Join,          ///< by --join
-        JoinUnmeshed,  ///< by --join, once the input leaves meshing to the import
-        OtherGeometry, ///< there is no geometry that could be cut
+        Join,                ///< by --join
+        JoinUnmeshed,        ///< by --join, once the input leaves meshing to the import
+        OtherKernel,         ///< by --join, once the script uses the kernel that can cut
+        OtherKernelUnmeshed, ///< the same, once it leaves meshing to the import too
+        OtherGeometry,       ///< there is no geometry that could be cut
     };
 
     std::vector<BodyContact> contacts; ///< ascending; none of bodies that overlap
     std::vector<Overlap> overlaps;     ///< ascending; none that closing the contacts would end
     Remedy remedy = Remedy::OtherGeometry;
-    double tolerance = 0;     ///< with which the import joins unless told otherwise
+    std::optional<double> givenTolerance; ///< as the user has it, with which the advice goes on
+    double tolerance = 0;                 ///< with which the import joins unless told otherwise
     double wideTolerance = 0; ///< that closes all contacts; 0 if joining fails, as far as tried
 };
 

@@ -102,6 +102,99 @@ private slots:
         QCOMPARE(import("bodies.geo", {"--join"}).exitCode, 6);
     }
 
+    void advisesTheToleranceThatIsGiven_data()
+    {
+        QTest::addColumn<QByteArray>("shapes");
+        QTest::addColumn<QByteArray>("words");
+        QTest::newRow("a gap")
+            << QByteArray("Box(1) = {0, 0, 0, 10, 10, 1};\nBox(2) = {2, 2, 1.002, 3, 3, 1};\n")
+            << QByteArray("; --join --join-tolerance 0.005 cuts them along one another, see "
+                          "Import.md\n");
+        QTest::newRow("an overlap")
+            << QByteArray("Box(1) = {0, 0, 0, 10, 10, 1};\nBox(2) = {2, 2, 0.5, 3, 3, 1};\n")
+            << QByteArray("; --join --join-tolerance 0.005 gives it to the smaller one, see "
+                          "Import.md\n");
+        QTest::newRow("a script that meshes")
+            << QByteArray("Box(1) = {0, 0, 0, 10, 10, 1};\nBox(2) = {2, 2, 1.002, 3, 3, 1};\n"
+                          "Mesh 3;\n")
+            << QByteArray("; --join --join-tolerance 0.005 cuts them along one another if the "
+                          "script leaves out its Mesh command, see Import.md\n");
+    }
+
+    void advisesTheToleranceThatIsGiven()
+    {
+        QFETCH(QByteArray, shapes);
+        QFETCH(QByteArray, words);
+        QVERIFY(writeScript(shapes));
+        const ToolRun run = import("bodies.geo", {"--join-tolerance", "0.005"});
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY2(isOneWarning(run.errors) && run.errors.endsWith(words), run.errors.constData());
+    }
+
+    void advisesTheKernelThatCuts_data()
+    {
+        QTest::addColumn<QByteArray>("script");
+        QTest::addColumn<QStringList>("options");
+        QTest::addColumn<QByteArray>("words");
+        QTest::newRow("planar") << square(1, 0, 0) + square(11, 1, 0.25) << QStringList()
+                                << QByteArray("over a length of 0.75; nothing passes between them; "
+                                              "--join cuts them along one another if ");
+        QTest::newRow("in space")
+            << square(1, 0, 0) + square(11, 1, 0.25) +
+                   "Extrude {0, 0, 1} {Surface{1};}\nExtrude {0, 0, 1} {Surface{11};}\n"
+            << QStringList()
+            << QByteArray("over an area of 0.75; nothing passes between them; --join cuts them "
+                          "along one another if ");
+        QTest::newRow("an overlap")
+            << square(1, 0, 0) + square(11, 0.5, 0.25) << QStringList()
+            << QByteArray("by an area of 0.375; what they have in common is meshed for each of "
+                          "them; --join gives it to the smaller one if ");
+        QTest::newRow("with a tolerance")
+            << square(1, 0, 0) + square(11, 1, 0.25) << QStringList{"--join-tolerance", "1e-05"}
+            << QByteArray("; --join --join-tolerance 1e-05 cuts them along one another if ");
+    }
+
+    void advisesTheKernelThatCuts()
+    {
+        QFETCH(QByteArray, script);
+        QFETCH(QStringList, options);
+        QFETCH(QByteArray, words);
+        const QByteArray kernel = "SetFactory(\"OpenCASCADE\")";
+        QVERIFY(writeContent(path("bodies.geo"), script));
+        const ToolRun run = import("bodies.geo", options);
+        QVERIFY2(isOneWarning(run.errors) && run.errors.endsWith(words + "the script begins with " +
+                                                                 kernel + ", see Import.md\n"),
+                 run.errors.constData());
+        QVERIFY(writeContent(path("bodies.geo"), kernel + ";\n" + script));
+        const ToolRun joined = import("bodies.geo", QStringList{"--join"} + options);
+        QCOMPARE(joined.exitCode, 0);
+        ImportedCase imported(path("case"));
+        QCOMPARE(imported.faults(), QString());
+        QVERIFY(sharedFacesOf(imported) > 0);
+    }
+
+    void advisesTheKernelAndNotToMesh()
+    {
+        QVERIFY(
+            writeContent(path("bodies.geo"), square(1, 0, 0) + square(11, 1, 0.25) + "Mesh 2;\n"));
+        const ToolRun run = import("bodies.geo");
+        QVERIFY2(run.errors.endsWith("; --join cuts them along one another if the script begins "
+                                     "with SetFactory(\"OpenCASCADE\") and leaves out its Mesh "
+                                     "command, see Import.md\n"),
+                 run.errors.constData());
+    }
+
+    void advisesNoKernelForAMeshThatAScriptLoads()
+    {
+        QVERIFY(writeScript("Rectangle(1) = {0, 0, 0, 1, 1};\n"
+                            "Rectangle(2) = {1, 0.25, 0, 1, 1};\n"));
+        QVERIFY(writeMesh());
+        QVERIFY(writeContent(path("bodies.geo"), "Merge \"bodies.msh\";\n"));
+        const ToolRun run = import("bodies.geo");
+        QVERIFY2(run.errors.contains("; a mesh cannot be cut: mesh them together"),
+                 run.errors.constData());
+    }
+
     void warnsOfOverlaps_data()
     {
         QTest::addColumn<QByteArray>("shapes");
@@ -331,6 +424,26 @@ private:
     ToolRun import(const char* file, const QStringList& options = {})
     {
         return runTool(QStringList{"import", path(file), "-o", path("case")} + options);
+    }
+
+    /// \brief A unit square of the built-in kernel, whose entities are numbered from \p first.
+    static QByteArray square(int first, double x, double y)
+    {
+        QByteArray corners;
+        QByteArray sides;
+        for (int i = 0; i < 4; ++i) {
+            const double cornerX = x + (i == 1 || i == 2 ? 1 : 0);
+            const double cornerY = y + i / 2;
+            corners += "Point(" + QByteArray::number(first + i) + ") = {" +
+                       QByteArray::number(cornerX) + ", " + QByteArray::number(cornerY) + ", 0};\n";
+            sides += "Line(" + QByteArray::number(first + i) + ") = {" +
+                     QByteArray::number(first + i) + ", " +
+                     QByteArray::number(first + (i + 1) % 4) + "};\n";
+        }
+        const QByteArray number = QByteArray::number(first);
+        return corners + sides + "Curve Loop(" + number + ") = {" + number + ":" +
+               QByteArray::number(first + 3) + "};\nPlane Surface(" + number + ") = {" + number +
+               "};\n";
     }
 
     bool writeScript(const QByteArray& shapes)

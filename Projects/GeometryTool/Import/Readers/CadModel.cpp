@@ -69,6 +69,21 @@ std::vector<double> sizesInCommon(int dimension, int tag, const std::vector<int>
     return sizes;
 }
 
+CadModel::Entities aboveVertices()
+{
+    CadModel::Entities all;
+    gmsh::model::getEntities(all);
+    std::erase_if(all, [](const auto& entity) { return entity.first == 0; });
+    return all;
+}
+
+bool isShape(const std::pair<int, int>& entity)
+{
+    std::string type;
+    gmsh::model::getType(entity.first, entity.second, type);
+    return type.rfind("Discrete", 0) != 0;
+}
+
 } // namespace
 
 bool CadModel::isOfKernel()
@@ -85,13 +100,14 @@ bool CadModel::isOfKernel()
 
 bool CadModel::hasShapes()
 {
-    gmsh::vectorpair all;
-    gmsh::model::getEntities(all);
-    return std::any_of(all.begin(), all.end(), [](const auto& entity) {
-        std::string type;
-        gmsh::model::getType(entity.first, entity.second, type);
-        return entity.first > 0 && type.rfind("Discrete", 0) != 0;
-    });
+    const CadModel::Entities all = aboveVertices();
+    return std::any_of(all.begin(), all.end(), isShape);
+}
+
+bool CadModel::hasShapesOnly()
+{
+    const CadModel::Entities all = aboveVertices();
+    return !all.empty() && std::all_of(all.begin(), all.end(), isShape);
 }
 
 int CadModel::bodyDimension()

@@ -23,6 +23,9 @@ public:
     /// alone.
     static bool hasShapes();
 
+    /// \brief Whether there are such, and no curves, surfaces or volumes of a mesh alone.
+    static bool hasShapesOnly();
+
     /// \brief 3, or 2 for a model without volumes.
     static int bodyDimension();
 
