@@ -440,7 +440,7 @@ void GmshExtraction::turnVolumes()
         const bool isWedge = element.nodeCount == nodesOfWedge;
         wedges += isWedge ? 1 : 0;
         flat += volume == 0.0 ? 1 : 0;
-        if (volume >= 0) {
+        if (!(volume < 0)) { // nor is what is too large to be told
             continue;
         }
         ElementShape::flip(element, 3);

@@ -278,66 +278,6 @@ private slots:
         QCOMPARE(import(file, {"--mesh-size", "1"}).exitCode, 0);
     }
 
-    void saysWhichLineNamesAnUnknownNode_data()
-    {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QByteArray>("node");
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QByteArray>("place");
-        const QByteArray msh4 =
-            "$MeshFormat\n4.1 0 8\n$EndMeshFormat\n$Nodes\n1 4 1 4\n3 1 0 4\n1\n"
-            "2\n3\n4\n0 0 0\n1 0 0\n0 1 0\n0 0 1\n$EndNodes\n$Elements\n"
-            "1 1 1 1\n3 1 4 1\n657 1 2 3 657\n$EndElements\n";
-        const QByteArray points = "1 0 0 0\n2 1 0 0\n3 0 1 0\n4 0 0 1\n";
-        QTest::newRow("msh 4") << "in.msh" << QByteArray("657") << msh4
-                               << QByteArray(", $Elements: an element");
-        QTest::newRow("msh 2") << "in.msh" << QByteArray("657")
-                               << "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n4\n" + points +
-                                      "$EndNodes\n$Elements\n1\n657 4 2 1 1 1 2 3 657\n"
-                                      "$EndElements\n"
-                               << QByteArray(", $Elements: an element");
-        QTest::newRow("msh 1") << "in.msh" << QByteArray("657")
-                               << "$NOD\n4\n" + points +
-                                      "$ENDNOD\n$ELM\n1\n1 4 1 1 4 1 2 3 657\n$ENDELM\n"
-                               << QByteArray(", $ELM: an element");
-        QTest::newRow("Nastran") << "in.bdf" << QByteArray("657")
-                                 << QByteArray("BEGIN BULK\nGRID,1,,0.,0.,0.\nGRID,2,,1.,0.,0.\n"
-                                               "GRID,3,,0.,1.,0.\nGRID,4,,0.,0.,1.\n"
-                                               "CTETRA,1,1,1,2,3,657\nENDDATA\n")
-                                 << QByteArray(": element 1");
-        QTest::newRow("Abaqus") << "in.inp" << QByteArray("657")
-                                << QByteArray("*NODE\n1, 0., 0., 0.\n2, 1., 0., 0.\n"
-                                              "3, 0., 1., 0.\n*ELEMENT, TYPE=C3D4\n"
-                                              "1, 1, 2, 3, 657\n")
-                                << QByteArray(": element 1");
-        QTest::newRow("universal")
-            << "in.unv" << QByteArray("657")
-            << QByteArray("    -1\n  2411\n1 1 1 11\n0 0 0\n2 1 1 11\n1 0 0\n3 1 1 11\n"
-                          "0 1 0\n    -1\n    -1\n  2412\n657 91 1 1 7 3\n1 2 657\n    -1\n")
-            << QByteArray(": element 657");
-        QTest::newRow("VTK") << "in.vtk" << QByteArray("657")
-                             << QByteArray("# vtk DataFile Version 2.0\nx\nASCII\n"
-                                           "DATASET UNSTRUCTURED_GRID\nPOINTS 4 double\n0 0 0\n"
-                                           "1 0 0\n0 1 0\n0 0 1\nCELLS 1 5\n4 0 1 2 657\n"
-                                           "CELL_TYPES 1\n10\n")
-                             << QByteArray(", CELLS: an element");
-    }
-
-    void saysWhichLineNamesAnUnknownNode()
-    {
-        QFETCH(QString, file);
-        QFETCH(QByteArray, node);
-        QFETCH(QByteArray, content);
-        QFETCH(QByteArray, place);
-        QVERIFY(writeContent(path(file), content));
-        const qsizetype last = content.lastIndexOf(node + '\n');
-        const QByteArray line = QByteArray::number(content.left(last).count('\n') + 1);
-        checkRefused(import(path(file)), 4,
-                     file.toUtf8() + ": line " + line + place +
-                         " names node 657, which the file does not have; the file is "
-                         "damaged, or was put together from files whose nodes are numbered apart");
-    }
-
     void refusesOverlappingElements()
     {
         QVERIFY(writeContent(path("overlap.msh"),

@@ -7,6 +7,7 @@
 #include "Counted.h"
 #include "DeclaredElements.h"
 #include "GmshSession.h"
+#include "InputDamage.h"
 #include "InputFileCheck.h"
 #include "KnownSuffix.h"
 #include "MeditReader.h"
@@ -31,6 +32,7 @@
 #include <QTemporaryFile>
 
 #include <algorithm>
+#include <cmath>
 #include <gmsh.h>
 #include <optional>
 
@@ -173,6 +175,7 @@ int GmshReader::read(const ImportOptions& options)
     open(options.input);
     tellOfThreads(options.input);
     requireAllElements(options.input);
+    requireFiniteNodes(options.input);
     makeSolids(options);
     fillIfSurface(options);
     const int dimension = targetDimension(options);
@@ -250,6 +253,24 @@ void GmshReader::requireAllElements(const QString& path) const
                                  counted(declared - loaded, QStringLiteral("is of a kind"),
                                          QStringLiteral("are of kinds"))));
     }
+}
+
+void GmshReader::requireFiniteNodes(const QString& path) const
+{
+    std::vector<std::size_t> tags;
+    std::vector<double> coordinates;
+    std::vector<double> parameters;
+    gmsh::model::mesh::getNodes(tags, coordinates, parameters);
+    const auto place = std::find_if(coordinates.begin(), coordinates.end(),
+                                    [](double coordinate) { return !std::isfinite(coordinate); });
+    if (place == coordinates.end()) {
+        return;
+    }
+    const auto node = static_cast<std::size_t>(place - coordinates.begin()) / 3;
+    const bool isVtk = InputFileCheck::suffix(path) == QLatin1String("vtk"); // without numbers
+    InputDamage::damaged(path, QStringLiteral("node %1%2 has a coordinate that is no finite number")
+                                   .arg(tags[node])
+                                   .arg(isVtk ? QStringLiteral(", counted from 1,") : QString()));
 }
 
 int GmshReader::targetDimension(const ImportOptions& options) const

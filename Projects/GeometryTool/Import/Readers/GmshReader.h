@@ -46,6 +46,7 @@ private:
     void requireReader(const QString& path) const;
     void open(const QString& path);
     void requireAllElements(const QString& path) const;
+    void requireFiniteNodes(const QString& path) const;
     int targetDimension(const ImportOptions& options) const;
     void generate(const ImportOptions& options, int dimension);
     void fillIfSurface(const ImportOptions& options);
