@@ -142,7 +142,12 @@ private slots:
     {
         QVERIFY(writeContent(path("exit.geo"), "SetFactory(\"OpenCASCADE\");\n"
                                                "Box(1) = {0, 0, 0, 1, 1, 1};\nExit;\n"));
-        checkRefused(import(path("exit.geo")), 4,
+        // Gmsh leaves its memory behind, which a sanitizer build would tell by the exit code.
+        const QByteArray options = qgetenv("ASAN_OPTIONS");
+        qputenv("ASAN_OPTIONS", options + ":detect_leaks=0");
+        const ToolRun run = import(path("exit.geo"));
+        qputenv("ASAN_OPTIONS", options);
+        checkRefused(run, 4,
                      "exit.geo: it ended Gmsh itself, as Exit does in a script; leave that out");
     }
 
