@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDataStream>
 #include <QIODevice>
 #include <QtEndian>
 
@@ -10,6 +11,15 @@
 
 namespace Ovra::Geo
 {
+
+/// \brief Whether numbers of \p stream have the form that a stream is made with, which is that of
+///        fromBigEndian() and toBigEndian().
+inline bool hasPlainNumbers(const QDataStream& stream)
+{
+    return stream.byteOrder() == QDataStream::BigEndian &&
+           stream.version() >= QDataStream::Qt_4_6 &&
+           stream.floatingPointPrecision() == QDataStream::DoublePrecision;
+}
 
 /// \brief The bits of a number. A byte-swapped double is no double: a processor that has it in its
 ///        hands as one may change it.

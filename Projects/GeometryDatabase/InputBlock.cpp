@@ -24,10 +24,7 @@ bool canShow(const QIODevice& device)
 
 bool isDirect(const QDataStream& stream)
 {
-    return stream.device() != nullptr && canShow(*stream.device()) &&
-           stream.byteOrder() == QDataStream::BigEndian &&
-           stream.version() >= QDataStream::Qt_4_6 &&
-           stream.floatingPointPrecision() == QDataStream::DoublePrecision;
+    return stream.device() != nullptr && canShow(*stream.device()) && hasPlainNumbers(stream);
 }
 
 } // namespace

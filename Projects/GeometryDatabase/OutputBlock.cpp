@@ -10,9 +10,7 @@ namespace
 
 bool isDirect(const QDataStream& stream)
 {
-    return stream.device() != nullptr && stream.byteOrder() == QDataStream::BigEndian &&
-           stream.version() >= QDataStream::Qt_4_6 &&
-           stream.floatingPointPrecision() == QDataStream::DoublePrecision;
+    return stream.device() != nullptr && hasPlainNumbers(stream);
 }
 
 } // namespace
