@@ -94,10 +94,10 @@ private:
 class SequentialDevice : public QIODevice
 {
 public:
-    explicit SequentialDevice(const QByteArray& bytes)
+    explicit SequentialDevice(const QByteArray& bytes, OpenMode mode = QIODevice::ReadOnly)
         : bytes_(bytes)
     {
-        open(QIODevice::ReadOnly);
+        open(mode);
     }
 
     bool isSequential() const override { return true; }
@@ -118,26 +118,37 @@ private:
     qsizetype position_ = 0;
 };
 
-/// \brief A device that takes so many bytes and no more.
-class FullDevice : public QIODevice
+/// \brief A device to write to, without a buffer of its own.
+class SinkDevice : public QIODevice
 {
 public:
-    explicit FullDevice(qint64 room)
-        : room_(room)
-    {
-        open(QIODevice::WriteOnly | QIODevice::Unbuffered);
-    }
+    SinkDevice() { open(QIODevice::WriteOnly | QIODevice::Unbuffered); }
 
     QByteArray taken;
 
 protected:
     qint64 readData(char*, qint64) override { return -1; }
 
+    qint64 take(const char* data, qint64 size)
+    {
+        taken.append(data, size);
+        return size;
+    }
+};
+
+/// \brief A device that takes so many bytes and no more.
+class FullDevice : public SinkDevice
+{
+public:
+    explicit FullDevice(qint64 room)
+        : room_(room)
+    {
+    }
+
+protected:
     qint64 writeData(const char* data, qint64 size) override
     {
-        const qint64 taking = std::min<qint64>(size, room_ - taken.size());
-        taken.append(data, taking);
-        return taking;
+        return take(data, std::min<qint64>(size, room_ - taken.size()));
     }
 
 private:
@@ -145,51 +156,40 @@ private:
 };
 
 /// \brief A device that takes a part of what it is given at a time, and all in the end.
-class SlowDevice : public QIODevice
+class SlowDevice : public SinkDevice
 {
 public:
     explicit SlowDevice(qint64 most)
         : most_(most)
     {
-        open(QIODevice::WriteOnly | QIODevice::Unbuffered);
     }
 
-    QByteArray taken;
-
 protected:
-    qint64 readData(char*, qint64) override { return -1; }
-
     qint64 writeData(const char* data, qint64 size) override
     {
-        const qint64 taking = std::min(size, most_);
-        taken.append(data, taking);
-        return taking;
+        return take(data, std::min(size, most_));
     }
 
 private:
     qint64 most_;
 };
 
-/// \brief A device that throws when it has as many bytes as it takes.
-class ThrowingDevice : public QIODevice
+/// \brief A device that throws rather than take more bytes than it has room for.
+class ThrowingDevice : public SinkDevice
 {
 public:
     explicit ThrowingDevice(qint64 room)
         : room_(room)
     {
-        open(QIODevice::WriteOnly | QIODevice::Unbuffered);
     }
 
 protected:
-    qint64 readData(char*, qint64) override { return -1; }
-
-    qint64 writeData(const char*, qint64 size) override
+    qint64 writeData(const char* data, qint64 size) override
     {
-        room_ -= size;
-        if (room_ < 0) {
+        if (taken.size() + size > room_) {
             throw std::runtime_error("no more room");
         }
-        return size;
+        return take(data, size);
     }
 
 private:

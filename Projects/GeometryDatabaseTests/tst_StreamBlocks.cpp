@@ -22,31 +22,20 @@ namespace
 using Settings = std::function<void(QDataStream&)>;
 
 /// Not sequential by what it says, without a buffer and without seek().
-class OneWayDevice : public QIODevice
+class OneWayDevice : public SequentialDevice
 {
 public:
-    explicit OneWayDevice(QByteArray bytes)
-        : bytes_(std::move(bytes))
+    explicit OneWayDevice(const QByteArray& bytes)
+        : SequentialDevice(bytes, QIODevice::ReadOnly | QIODevice::Unbuffered)
+        , size_(bytes.size())
     {
-        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
     }
 
-    qint64 size() const override { return bytes_.size(); }
-
-protected:
-    qint64 readData(char* data, qint64 size) override
-    {
-        const qint64 giving = std::min<qint64>(size, bytes_.size() - given_);
-        std::memcpy(data, bytes_.constData() + given_, static_cast<size_t>(giving));
-        given_ += giving;
-        return giving;
-    }
-
-    qint64 writeData(const char*, qint64) override { return -1; }
+    bool isSequential() const override { return false; }
+    qint64 size() const override { return size_; }
 
 private:
-    QByteArray bytes_;
-    qint64 given_ = 0;
+    qint64 size_;
 };
 
 /// What reading left behind.
