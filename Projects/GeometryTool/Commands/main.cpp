@@ -1,4 +1,5 @@
 #include "ConvertCommand.h"
+#include "ExportCommand.h"
 #include "ImportCommand.h"
 #include "InfoCommand.h"
 #include "PrepareCommand.h"
@@ -24,7 +25,7 @@ namespace
 /// A new subcommand is one more line here.
 constexpr auto addCommands = {
     addImportCommand, addInfoCommand,    addVerifyCommand,      addConvertCommand,
-    addTextCommand,   addPrepareCommand, addSolverInputCommand,
+    addTextCommand,   addPrepareCommand, addSolverInputCommand, addExportCommand,
 };
 
 int fail(Progress& progress, ExitCode exitCode, QString text)

@@ -1,0 +1,107 @@
+#include "ExportCommand.h"
+
+#include "CaseFiles.h"
+#include "CaseView.h"
+#include "ExportFormat.h"
+#include "ExportJob.h"
+#include "OutputCheck.h"
+#include "OutputFiles.h"
+#include "Progress.h"
+#include "ToolError.h"
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace Ovra::GeoTool
+{
+
+namespace
+{
+
+struct Options
+{
+    std::string name;
+    std::string output;
+    std::optional<std::string> format;
+    ExportOptions job;
+};
+
+const ExportFormat& formatOf(const Options& options)
+{
+    const ExportFormat& format =
+        options.format ? ExportFormat::ofSuffix(QString::fromStdString(*options.format))
+                       : ExportFormat::ofFile(QString::fromStdString(options.output));
+    format.require();
+    return format;
+}
+
+void requireSeekable(const ExportFormat& format, const QString& output)
+{
+    const bool isStream =
+        OutputFiles::isStandardOutput(output) || OutputFiles::isDeviceOrPipe(output);
+    if (isStream && format.content == ExportFormat::Content::Binary) {
+        throw ToolError(
+            ExitCode::Usage,
+            QStringLiteral("cannot write to %1: a .%2 file is binary; name a file to write")
+                .arg(output, format.suffix));
+    }
+}
+
+void run(const Options& options, Progress& progress)
+{
+    const QString output = QString::fromStdString(options.output);
+    const ExportFormat& format = formatOf(options); // wrong arguments are told before a long load
+    requireSeekable(format, output);
+    CaseFiles source(QString::fromStdString(options.name));
+    if (!OutputFiles::isStandardOutput(output)) {
+        OutputCheck::requireFile(output, source.paths());
+    }
+    CaseDatabase database;
+    source.load(database, progress);
+    const CaseView view(database);
+    OutputFiles files;
+    format.write({view, output, options.job, files, progress});
+    files.commit();
+    progress.finish();
+}
+
+void addOptions(CLI::App& command, Options& options)
+{
+    command.add_option("NAME", options.name, "The case, with or without a suffix")->required();
+    command
+        .add_option("-o,--output", options.output,
+                    "The file to write, in the format of its suffix: " +
+                        ExportFormat::suffixes().toStdString() +
+                        "; - for standard output, where the format is text")
+        ->type_name("FILE")
+        ->required();
+    command
+        .add_option("--format", options.format, "The format, in place of the suffix of the file")
+        ->type_name("SUFFIX");
+}
+
+std::string footer()
+{
+    QString text = QStringLiteral("Formats:\n");
+    for (const ExportFormat& format : ExportFormat::all()) {
+        text +=
+            QStringLiteral("  .%1 %2\n").arg(format.suffix.leftJustified(5), format.description);
+    }
+    return (text + QStringLiteral("\nExample:\n  ovrageo export wing -o wing.vtu")).toStdString();
+}
+
+} // namespace
+
+void addExportCommand(CLI::App& app, Progress& progress)
+{
+    CLI::App* const command =
+        app.add_subcommand("export", "Write a case in a format of other programs");
+    const auto options = std::make_shared<Options>();
+    addOptions(*command, *options);
+    command->footer(footer());
+    command->callback([options, &progress] { run(*options, progress); });
+}
+
+} // namespace Ovra::GeoTool

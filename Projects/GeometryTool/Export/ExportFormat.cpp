@@ -1,0 +1,71 @@
+#include "ExportFormat.h"
+
+#include "ToolError.h"
+#include "VtkExport.h"
+
+#include <QFileInfo>
+#include <QStringList>
+
+#include <algorithm>
+
+namespace Ovra::GeoTool
+{
+
+namespace
+{
+
+const ExportFormat* find(const QString& suffix)
+{
+    const std::vector<ExportFormat>& formats = ExportFormat::all();
+    const auto found = std::find_if(formats.begin(), formats.end(), [&](const auto& format) {
+        return format.suffix.compare(suffix, Qt::CaseInsensitive) == 0;
+    });
+    return found == formats.end() ? nullptr : &*found;
+}
+
+ToolError unknown(const QString& what)
+{
+    return ToolError(ExitCode::Usage,
+                     QStringLiteral("%1; known are %2").arg(what, ExportFormat::suffixes()));
+}
+
+} // namespace
+
+const std::vector<ExportFormat>& ExportFormat::all()
+{
+    static const std::vector<ExportFormat> table = {
+        {"vtu", "VTK: the elements", Content::Binary, true, requireVtk, writeVtu},
+    };
+    return table;
+}
+
+const ExportFormat& ExportFormat::ofSuffix(const QString& suffix)
+{
+    const ExportFormat* const found = find(suffix);
+    if (!found) {
+        throw unknown(QStringLiteral("no format has the suffix .%1").arg(suffix));
+    }
+    return *found;
+}
+
+const ExportFormat& ExportFormat::ofFile(const QString& path)
+{
+    const QString suffix = QFileInfo(path).suffix();
+    if (suffix.isEmpty()) {
+        throw unknown(QStringLiteral("the output %1 has no suffix to tell its format; give it one "
+                                     "or name the format with --format")
+                          .arg(path));
+    }
+    return ofSuffix(suffix);
+}
+
+QString ExportFormat::suffixes()
+{
+    QStringList list;
+    for (const ExportFormat& format : all()) {
+        list += QLatin1Char('.') + format.suffix;
+    }
+    return list.join(QStringLiteral(", "));
+}
+
+} // namespace Ovra::GeoTool

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QString>
+
+#include <vector>
+
+namespace Ovra::GeoTool
+{
+
+struct ExportJob;
+
+/// \brief A format that `ovrageo export` writes, chosen by the suffix of the output.
+struct ExportFormat
+{
+    /// Whether a pipe or standard output can take the file: it is text, written in one go.
+    enum class Content
+    {
+        Text,
+        Binary
+    };
+
+    QString suffix; ///< without the dot, in lower case
+    QString description;
+    Content content = Content::Binary;
+    bool hasParts = false;       ///< whether it can be written in parts
+    void (*require)() = nullptr; ///< throws ToolError where this build cannot write it
+    void (*write)(const ExportJob& job) = nullptr;
+
+    /// \brief All formats, in the order in which the help lists them.
+    static const std::vector<ExportFormat>& all();
+
+    /// \brief The format of that suffix, in whatever case; throws ToolError Usage, with all that
+    /// are known, if there is none.
+    static const ExportFormat& ofSuffix(const QString& suffix);
+
+    /// \brief The format of a file by its name; throws as ofSuffix() does.
+    static const ExportFormat& ofFile(const QString& path);
+
+    /// \brief ".vtu, .vtp, ...".
+    static QString suffixes();
+};
+
+} // namespace Ovra::GeoTool

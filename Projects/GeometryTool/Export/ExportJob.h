@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+
+namespace Ovra::GeoTool
+{
+
+class CaseView;
+class OutputFiles;
+class Progress;
+
+struct ExportOptions
+{
+    int parts = 1;               ///< pieces to cut the elements into
+    bool keepInterfaces = false; ///< no cut parts a periodic pair or a doubled interface
+};
+
+/// \brief One export, for the function that writes its format.
+struct ExportJob
+{
+    const CaseView& view;
+    QString path; ///< the file to write, as the user named it
+    ExportOptions options;
+    OutputFiles& files; ///< takes each file that the format has, \ref path itself last
+    Progress& progress;
+};
+
+} // namespace Ovra::GeoTool

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+#include <vtkSmartPointer.h>
+
+class vtkCellArray;
+class vtkPoints;
+class vtkUnsignedCharArray;
+
+namespace Ovra::GeoTool
+{
+
+class CaseView;
+
+/// \brief Points and cells of some mesh entities of one dimension, as VTK has them.
+class GridCells
+{
+public:
+    /// \param selection positions in CaseView::meshEntities(dimension)
+    GridCells(const CaseView& view, int dimension, const std::vector<std::size_t>& selection);
+
+    vtkSmartPointer<vtkPoints> points() const;
+    vtkSmartPointer<vtkCellArray> cells() const { return cells_; }
+    vtkSmartPointer<vtkUnsignedCharArray> types() const { return types_; }
+
+    /// \brief Of each point, the position in CaseView::meshEntities(0); ascending.
+    const std::vector<int>& vertices() const { return vertices_; }
+
+private:
+    void choosePoints(const std::vector<std::size_t>& selection);
+    void fillCells(const std::vector<std::size_t>& selection);
+
+    const CaseView& view_;
+    int dimension_;
+    std::vector<int> vertices_;
+    std::vector<int> pointOf_; ///< by position of the vertex; -1 where it is no point
+    vtkSmartPointer<vtkCellArray> cells_;
+    vtkSmartPointer<vtkUnsignedCharArray> types_;
+};
+
+} // namespace Ovra::GeoTool

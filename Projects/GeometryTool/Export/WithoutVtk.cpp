@@ -1,0 +1,17 @@
+#include "MissingFeature.h"
+#include "VtkExport.h"
+
+namespace Ovra::GeoTool
+{
+
+void requireVtk()
+{
+    throw missingFeature(QStringLiteral("VTK"), QStringLiteral("OVRA_WITH_VTK"));
+}
+
+void writeVtu(const ExportJob&)
+{
+    requireVtk();
+}
+
+} // namespace Ovra::GeoTool

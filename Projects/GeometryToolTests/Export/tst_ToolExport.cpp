@@ -1,0 +1,101 @@
+#include "TinyCase.h"
+#include "ToolRun.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <sys/resource.h>
+
+/// \brief What holds for exports of every format.
+class ToolExportTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        QVERIFY(directory_.isValid());
+        QVERIFY(TinyCase().save(name()));
+    }
+
+    void refusesWhatItCannotWrite_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QByteArray>("begin");
+
+        QTest::newRow("unknown suffix")
+            << QStringList{"-o", "x.foo"}
+            << QByteArray("no format has the suffix .foo; known are .vtu");
+        QTest::newRow("unknown format")
+            << QStringList{"-o", "x.vtu", "--format", "bar"}
+            << QByteArray("no format has the suffix .bar; known are .vtu");
+        QTest::newRow("no suffix")
+            << QStringList{"-o", "x"}
+            << QByteArray("the output x has no suffix to tell its format; give it one or name the "
+                          "format with --format; known are .vtu");
+        QTest::newRow("binary to standard output")
+            << QStringList{"-o", "-", "--format", "vtu"}
+            << QByteArray("cannot write to -: a .vtu file is binary; name a file to write\n");
+        QTest::newRow("binary to a device")
+            << QStringList{"-o", "/dev/null", "--format", "vtu"}
+            << QByteArray(
+                   "cannot write to /dev/null: a .vtu file is binary; name a file to write\n");
+    }
+
+    void refusesWhatItCannotWrite()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QByteArray, begin);
+        const ToolRun run = runTool(QStringList{"export", name()} + arguments);
+        QCOMPARE(run.exitCode, 2);
+        QVERIFY2(run.errors.startsWith("ovrageo: error: " + begin), run.errors.constData());
+        QVERIFY(isOneErrorLine(run.errors));
+    }
+
+    void replacesNoInput()
+    {
+        const QByteArray before = contentOf(name() + ".geo_mesh");
+        const ToolRun run =
+            runTool({"export", name(), "-o", name() + ".geo_mesh", "--format", "vtu"});
+        QCOMPARE(run.exitCode, 2);
+        QCOMPARE(contentOf(name() + ".geo_mesh"), before);
+    }
+
+    void takesTheFormatFromTheSuffixInAnyCase()
+    {
+        QVERIFY(writes({"-o", directory_.filePath("a.vtu")}));
+        QVERIFY(writes({"-o", directory_.filePath("B.VTU")}));
+        QVERIFY(writes({"-o", directory_.filePath("c"), "--format", "vtu"}));
+        const QByteArray expected = contentOf(directory_.filePath("a.vtu"));
+        QVERIFY(expected.startsWith("<VTKFile type=\"UnstructuredGrid\""));
+        QCOMPARE(contentOf(directory_.filePath("B.VTU")), expected);
+        QCOMPARE(contentOf(directory_.filePath("c")), expected);
+    }
+
+    void leavesNothingWhereTheDiskIsFull()
+    {
+        const QString path = directory_.filePath("full.vtu");
+        const ToolRun run = runTool({"export", name(), "-o", path}, QString(), [] {
+            const rlimit limit = {1024, 1024};
+            setrlimit(RLIMIT_FSIZE, &limit);
+        });
+        QCOMPARE(run.errors,
+                 "ovrageo: error: cannot write " + path.toUtf8() + ": File too large\n");
+        QCOMPARE(run.exitCode, 5);
+        QVERIFY(!QFile::exists(path));
+    }
+
+private:
+    QString name() const { return directory_.filePath("tiny"); }
+
+    bool writes(const QStringList& arguments) const
+    {
+        const ToolRun run = runTool(QStringList{"export", name()} + arguments);
+        return run.exitCode == 0 && run.output.isEmpty() && run.errors.isEmpty();
+    }
+
+    QTemporaryDir directory_;
+};
+
+QTEST_GUILESS_MAIN(ToolExportTest)
+#include "tst_ToolExport.moc"
