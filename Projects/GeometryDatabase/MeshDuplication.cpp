@@ -4,6 +4,9 @@
 #include "MeshVertex.h"
 #include "ModelEntity.h"
 #include "Utility.h"
+#include "VertexMap.h"
+
+#include <QHash>
 
 namespace Ovra::Geo
 {
@@ -12,6 +15,26 @@ namespace
 {
 
 using RegionTest = MeshDuplication::RegionTest;
+
+// Many thousand elements ask about a few model entities, and their kind is told by comparing texts.
+class RememberedTest
+{
+public:
+    explicit RememberedTest(RegionTest test)
+        : test_(std::move(test))
+    {
+    }
+
+    bool operator()(ModelEntity* entity)
+    {
+        const auto known = answers_.constFind(entity);
+        return known != answers_.cend() ? *known : *answers_.insert(entity, test_(entity));
+    }
+
+private:
+    RegionTest test_;
+    QHash<ModelEntity*, bool> answers_;
+};
 
 bool touchesMeshedRegion(const ModelEntity* face, int regionDimension, const RegionTest& test)
 {
@@ -25,23 +48,23 @@ bool touchesMeshedRegion(const ModelEntity* face, int regionDimension, const Reg
     return false;
 }
 
-void moveElements(MeshVertex* vertex, MeshVertex* copy, int dimension, const RegionTest& test)
+void moveElements(MeshVertex* vertex, MeshVertex* copy, int dimension, RememberedTest& movesFrom)
 {
     auto elements = vertex->adjacencyIterator(dimension);
     while (elements.hasNext()) {
         MeshEntity* element = elements.next();
-        if (test(element->parent())) {
+        if (movesFrom(element->parent())) {
             Utility::replaceAdjacencies(element, vertex, copy);
         }
     }
 }
 
-void moveMeshFaces(MeshVertex* vertex, MeshVertex* copy, int dimension, const RegionTest& test)
+void moveMeshFaces(MeshVertex* vertex, MeshVertex* copy, int dimension, RememberedTest& movesFrom)
 {
     auto meshFaces = vertex->adjacencyIterator(dimension);
     while (meshFaces.hasNext()) {
         MeshEntity* meshFace = meshFaces.next();
-        if (touchesMeshedRegion(meshFace->parent(), dimension + 1, test)) {
+        if (movesFrom(meshFace->parent())) {
             Utility::replaceAdjacencies(meshFace, vertex, copy);
         }
     }
@@ -89,9 +112,14 @@ MeshEntity* MeshDuplication::lastElementOutside(MeshEntity* meshFace, const Mode
 void MeshDuplication::moveToCopies(const VertexMap& copies, int faceDimension,
                                    const RegionTest& takesCopies)
 {
-    for (auto pair = copies.cbegin(); pair != copies.cend(); ++pair) {
-        moveElements(pair.key(), pair.value(), faceDimension + 1, takesCopies);
-        moveMeshFaces(pair.key(), pair.value(), faceDimension, takesCopies);
+    RememberedTest regions(takesCopies);
+    RememberedTest faces([&](ModelEntity* face) {
+        return touchesMeshedRegion(face, faceDimension + 1, takesCopies);
+    });
+    const QList<VertexMap::Pair> pairs = copies.pairs();
+    for (const auto& [vertex, copy] : pairs) {
+        moveElements(vertex, copy, faceDimension + 1, regions);
+        moveMeshFaces(vertex, copy, faceDimension, faces);
     }
 }
 

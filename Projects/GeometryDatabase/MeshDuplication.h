@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QHash>
-
 #include <functional>
 
 namespace Ovra::Geo
@@ -11,6 +9,7 @@ class Mesh;
 class MeshEntity;
 class MeshVertex;
 class ModelEntity;
+class VertexMap;
 
 /// \brief What the operations of Solver that double parts of a mesh have in common.
 ///
@@ -18,7 +17,6 @@ class ModelEntity;
 class MeshDuplication
 {
 public:
-    using VertexMap = QHash<MeshVertex*, MeshVertex*>;
     using VertexCopier = std::function<MeshVertex*(MeshVertex*)>;
     using RegionTest = std::function<bool(ModelEntity*)>;
 
@@ -43,6 +41,7 @@ public:
     ///
     /// \param copies        from each vertex to its copy
     /// \param faceDimension the dimension of the mesh faces
+    /// \param takesCopies   asked once for each region that stands at the vertices
     static void moveToCopies(const VertexMap& copies, int faceDimension,
                              const RegionTest& takesCopies);
 

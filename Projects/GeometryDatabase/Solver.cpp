@@ -161,10 +161,12 @@ void Solver::splitMesh(ModelEntity* oldFace, ModelEntity* newFace, ModelEntity* 
 
 MeshVertex* Solver::addSplitVertex(MeshVertex* vertex)
 {
-    MeshVertex*& copy = vertexMap_[vertex];
-    if (!copy) {
-        copy = MeshDuplication::addVertexCopy(database_->mesh(), vertex);
+    if (MeshVertex* copy = vertexMap_.copyOf(vertex)) {
+        return copy;
     }
+
+    MeshVertex* copy = MeshDuplication::addVertexCopy(database_->mesh(), vertex);
+    vertexMap_.insert(vertex, copy);
     return copy;
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "GeometryDatabaseExport.h"
+#include "VertexMap.h"
 
-#include <QHash>
 #include <QList>
 #include <QSet>
 #include <QString>
@@ -226,7 +226,7 @@ private:
     QString error_;
     double extrusionTolerance_ = 0.01;
     /// From a mesh vertex to its duplicate; scratch of the current duplicating operation.
-    QHash<MeshVertex*, MeshVertex*> vertexMap_;
+    VertexMap vertexMap_;
 };
 
 } // namespace Ovra::Geo

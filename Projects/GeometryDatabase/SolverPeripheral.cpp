@@ -97,12 +97,12 @@ void Solver::splitPeripheralMesh(ModelEntity* oldFace, ModelEntity* newFace, Mod
 
 MeshVertex* Solver::addPeripheralVertex(MeshVertex* vertex)
 {
-    MeshVertex*& copy = vertexMap_[vertex];
-    if (copy) {
+    if (MeshVertex* copy = vertexMap_.copyOf(vertex)) {
         return copy;
     }
 
-    copy = MeshDuplication::addVertexCopy(database_->mesh(), vertex);
+    MeshVertex* copy = MeshDuplication::addVertexCopy(database_->mesh(), vertex);
+    vertexMap_.insert(vertex, copy);
     vertex->attributes().insert(AttributeType::StatorVertex, copy->id());
     copy->attributes().insert(AttributeType::RotorVertex, vertex->id());
     return copy;

@@ -130,12 +130,12 @@ void Solver::replicateMesh(ModelEntity* oldEntity, ModelEntity* newEntity)
 
 MeshVertex* Solver::addReplicatedVertex(MeshVertex* vertex)
 {
-    MeshVertex*& copy = vertexMap_[vertex];
-    if (copy) {
+    if (MeshVertex* copy = vertexMap_.copyOf(vertex)) {
         return copy;
     }
 
-    copy = MeshDuplication::addVertexCopy(database_->mesh(), vertex);
+    MeshVertex* copy = MeshDuplication::addVertexCopy(database_->mesh(), vertex);
+    vertexMap_.insert(vertex, copy);
     if (!vertex->attributes().contains(AttributeType::NewMotionVertex)) {
         vertex->attributes().insert(AttributeType::NewMotionVertex, copy->id());
     }

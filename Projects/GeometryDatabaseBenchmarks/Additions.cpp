@@ -43,6 +43,8 @@ Additions::Additions(Database& before, Database& after)
             MeshEntity* entity = walk.next().value();
             if (isNew(entity, *before.mesh())) {
                 record(entity);
+            } else {
+                recordTakeovers(entity, *before.mesh());
             }
         }
     }
@@ -71,6 +73,17 @@ void Additions::record(MeshEntity* entity)
     records_.push_back(std::move(record));
 }
 
+void Additions::recordTakeovers(MeshEntity* entity, const Mesh& before)
+{
+    const MeshEntity* former = before.entity(entity->dimension(), entity->id());
+    for (int i = 0; i < entity->adjacencyCount(0); ++i) {
+        const MeshEntity* vertex = entity->adjacencyAt(0, i);
+        if (vertex->id() != former->adjacencyAt(0, i)->id() && isNew(vertex, before)) {
+            takeovers_.push_back({placeOf(entity), i, placeOf(vertex)});
+        }
+    }
+}
+
 std::size_t Additions::placeOf(const MeshEntity* entity)
 {
     const Key key{entity->dimension(), entity->id()};
@@ -93,6 +106,9 @@ double Additions::make(Database& before)
         }
         for (const Record& record : records_) {
             linkUpward(record);
+        }
+        for (const Takeover& takeover : takeovers_) {
+            takeOver(takeover);
         }
     });
 }
@@ -143,6 +159,15 @@ void Additions::linkUpward(const Record& record)
     for (const std::size_t user : record.upward) {
         entities_[record.place]->addAdjacency(entities_[user]);
     }
+}
+
+void Additions::takeOver(const Takeover& takeover)
+{
+    MeshEntity* entity = entities_[takeover.place];
+    MeshEntity* former = entity->adjacencyAt(0, takeover.index);
+    former->removeAdjacency(entity);
+    entity->replaceAdjacency(former, entities_[takeover.vertex]);
+    entities_[takeover.vertex]->addAdjacency(entity);
 }
 
 } // namespace Benchmarks
