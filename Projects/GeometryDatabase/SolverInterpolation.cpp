@@ -5,6 +5,7 @@
 #include "Model.h"
 #include "ModelEntity.h"
 #include "NearTree.h"
+#include "NearTreeBuilder.h"
 #include "PeriodicTransform.h"
 #include "Solver.h"
 #include "Utility.h"
@@ -141,17 +142,28 @@ quint32 scattered(int id)
     return x;
 }
 
-template <typename LessThan>
-QList<MeshEntity*> sorted(const QSet<MeshEntity*>& vertices, LessThan lessThan)
+// By ascending \p keyOf of their ids, which is asked once for each.
+template <typename KeyOf>
+QList<MeshVertex*> sorted(const QSet<MeshEntity*>& vertices, KeyOf keyOf)
 {
-    QList<MeshEntity*> result(vertices.cbegin(), vertices.cend());
-    std::sort(result.begin(), result.end(), lessThan);
+    QList<std::pair<decltype(keyOf(0)), MeshVertex*>> keys;
+    keys.reserve(vertices.size());
+    for (MeshEntity* vertex : vertices) {
+        keys.emplaceBack(keyOf(vertex->id()), static_cast<MeshVertex*>(vertex));
+    }
+    std::sort(keys.begin(), keys.end());
+
+    QList<MeshVertex*> result;
+    result.reserve(keys.size());
+    for (const auto& [key, vertex] : std::as_const(keys)) {
+        result.append(vertex);
+    }
     return result;
 }
 
-bool scatteredLessThan(const MeshEntity* a, const MeshEntity* b)
+int ownId(int id)
 {
-    return scattered(a->id()) < scattered(b->id());
+    return id;
 }
 
 // Finds the vertices of one face by place; owns the tree, and one query node for all searches.
@@ -184,11 +196,10 @@ void tieEach(const QSet<MeshEntity*>& vertices, const AttributeType& link, Verte
 {
     // Neighbours in the mesh have ids close to each other: in their order, one search goes through
     // the same part of memory as the one before.
-    for (MeshEntity* entity : sorted(vertices, MeshEntity::lessThan)) {
-        if (entity->attributes().contains(link)) {
+    for (MeshVertex* vertex : sorted(vertices, ownId)) {
+        if (vertex->attributes().contains(link)) {
             continue;
         }
-        auto* vertex = static_cast<MeshVertex*>(entity);
         const Vector point = place(vertex->point());
         tie(vertex, point, partner.nearest(point));
     }
@@ -346,17 +357,11 @@ void Solver::clearExtrusionAttributes() const
 
 NearTree* Solver::buildNearTree(const QSet<MeshEntity*>& vertices) const
 {
-    auto* root = new NearTree;
-    bool empty = true;
-    for (const MeshEntity* vertex : sorted(vertices, scatteredLessThan)) {
-        auto* node = empty ? root : new NearTree;
-        node->set(vertex->id(), static_cast<const MeshVertex*>(vertex)->point(), 0.0);
-        if (!empty) {
-            root->insert(node);
-        }
-        empty = false;
+    NearTreeBuilder builder;
+    for (const MeshVertex* vertex : sorted(vertices, scattered)) {
+        builder.append(vertex->id(), vertex->point());
     }
-    return root;
+    return builder.build();
 }
 
 } // namespace Ovra::Geo

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "GeometryDatabaseExport.h"
 #include "IdTable.h"
 
 #include <QHash>
@@ -21,7 +22,7 @@ class MeshVertex;
 /// their ids, which follow that order as well as any, the answers lie close together; in a hash of
 /// pointers each is a cache miss, which took a fifth of the time of replicating a region of 500,000
 /// tetrahedra.
-class VertexMap
+class OVRA_GEO_EXPORT VertexMap
 {
 public:
     using Pair = std::pair<MeshVertex*, MeshVertex*>;
