@@ -312,8 +312,9 @@ MeshQuality::MeshQuality(const CaseView& view, int dimension, Progress& progress
         const auto* const topology =
             ElementTopology::find(dimension, static_cast<int>(vertices.size()));
         if (topology) {
-            judge(elements[i]->id(), *topology, pointsOf(vertices, view.points()),
-                  hasRepeatedVertex(vertices));
+            totals_[elements[i]->parent()] +=
+                judge(elements[i]->id(), *topology, pointsOf(vertices, view.points()),
+                      hasRepeatedVertex(vertices));
         } else {
             unknown_.push_back(elements[i]->id());
         }
@@ -329,13 +330,14 @@ double MeshQuality::measureOf(const MeshEntity& element)
     return sizeOf(*topology, pointsOf(element));
 }
 
-void MeshQuality::judge(int id, const ElementTopology& topology, const Points& points,
-                        bool repeatsVertex)
+double MeshQuality::judge(int id, const ElementTopology& topology, const Points& points,
+                          bool repeatsVertex)
 {
     const double size = sizeOf(topology, points);
     const double longest = longestEdge(topology, points);
     const double scale = powerOf(longest, topology.dimension);
     measure_.add(size, id);
+    histogram_.addMeasure(size);
     total_ += size;
     // Written so that a measure that is no number counts as degenerate.
     if (repeatsVertex || !(std::abs(size) > degenerateFraction * scale)) {
@@ -348,8 +350,11 @@ void MeshQuality::judge(int id, const ElementTopology& topology, const Points& p
     const bool hasAspect =
         topology.dimension > 1 && (degenerate_.empty() || degenerate_.back() != id) && size > 0.0;
     if (hasAspect) {
-        aspect_.add(aspectOf(topology, points, size, longest), id);
+        const double aspect = aspectOf(topology, points, size, longest);
+        aspect_.add(aspect, id);
+        histogram_.addAspect(aspect);
     }
+    return size;
 }
 
 } // namespace Ovra::GeoTool

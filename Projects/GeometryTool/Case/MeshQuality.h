@@ -1,7 +1,9 @@
 #pragma once
 
+#include "QualityHistogram.h"
 #include "Vector.h"
 
+#include <QHash>
 #include <QVarLengthArray>
 
 #include <limits>
@@ -10,7 +12,8 @@
 namespace Ovra::Geo
 {
 class MeshEntity;
-}
+class ModelEntity;
+} // namespace Ovra::Geo
 
 namespace Ovra::GeoTool
 {
@@ -68,6 +71,12 @@ public:
     /// \brief Sum of the measures.
     double total() const { return total_; }
 
+    /// \brief The same of the elements that stand on \p entity.
+    double totalOn(const Geo::ModelEntity* entity) const { return totals_.value(entity); }
+
+    /// \brief How the aspects and the magnitudes of the measures are spread.
+    const QualityHistogram& histogram() const { return histogram_; }
+
     /// \brief Ids in ascending order.
     const std::vector<int>& inverted() const { return inverted_; }
     const std::vector<int>& twisted() const { return twisted_; }
@@ -79,11 +88,13 @@ public:
     static double measureOf(const Ovra::Geo::MeshEntity& element);
 
 private:
-    void judge(int id, const ElementTopology& topology, const Points& points, bool repeatsVertex);
+    double judge(int id, const ElementTopology& topology, const Points& points, bool repeatsVertex);
 
     Extremes measure_;
     Extremes aspect_;
     double total_ = 0.0;
+    QHash<const Geo::ModelEntity*, double> totals_;
+    QualityHistogram histogram_;
     std::vector<int> inverted_;
     std::vector<int> twisted_;
     std::vector<int> degenerate_;

@@ -5,6 +5,7 @@
 #include "PrepareCommand.h"
 #include "Progress.h"
 #include "QtMessages.h"
+#include "ReportCommand.h"
 #include "SolverInputCommand.h"
 #include "TextCommand.h"
 #include "ToolError.h"
@@ -24,8 +25,8 @@ namespace
 
 /// A new subcommand is one more line here.
 constexpr auto addCommands = {
-    addImportCommand, addInfoCommand,    addVerifyCommand,      addConvertCommand,
-    addTextCommand,   addPrepareCommand, addSolverInputCommand, addExportCommand,
+    addImportCommand,  addInfoCommand,        addVerifyCommand, addConvertCommand, addTextCommand,
+    addPrepareCommand, addSolverInputCommand, addExportCommand, addReportCommand,
 };
 
 int fail(Progress& progress, ExitCode exitCode, QString text)

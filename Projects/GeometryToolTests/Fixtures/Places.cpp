@@ -19,3 +19,8 @@ QString Places::toolSources()
 {
     return QStringLiteral(OVRA_TOOL_DIRECTORY);
 }
+
+QString Places::browserDriver()
+{
+    return QStringLiteral(OVRA_BROWSER_DIRECTORY);
+}

@@ -11,5 +11,6 @@ QString tool();          ///< the built ovrageo
 QString cases();         ///< folder of the cases that come with the project
 QString documentation(); ///< folder of the pages
 QString toolSources();   ///< folder of the host's sources
+QString browserDriver(); ///< folder of what opens a page in a browser
 
 } // namespace Places

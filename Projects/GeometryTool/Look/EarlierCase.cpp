@@ -1,0 +1,88 @@
+#include "EarlierCase.h"
+
+#include "CaseFiles.h"
+#include "CaseSummary.h"
+#include "InfoJson.h"
+#include "Mesh.h"
+#include "MeshEntity.h"
+#include "Model.h"
+#include "ModelEntity.h"
+#include "Progress.h"
+
+#include <QJsonDocument>
+
+#include <algorithm>
+#include <iterator>
+
+namespace Ovra::GeoTool
+{
+
+using namespace Ovra::Geo;
+
+namespace
+{
+
+std::array<std::vector<int>, 4> meshIdsOf(const Database& database)
+{
+    std::array<std::vector<int>, 4> ids;
+    for (std::size_t dimension = 0; dimension < 4; ++dimension) {
+        auto entities = database.mesh()->iterator(static_cast<int>(dimension));
+        while (entities.hasNext()) {
+            ids[dimension].push_back(entities.next().value()->id());
+        }
+        std::sort(ids[dimension].begin(), ids[dimension].end());
+    }
+    return ids;
+}
+
+/// How many of some ids are not among others.
+qint64 countMissing(const std::vector<int>& some, const std::vector<int>& others)
+{
+    std::vector<int> missing;
+    std::set_difference(some.begin(), some.end(), others.begin(), others.end(),
+                        std::back_inserter(missing));
+    return static_cast<qint64>(missing.size());
+}
+
+QJsonArray entitiesOf(const Model& model)
+{
+    QJsonArray array;
+    for (const int dimension : {model.faceDimension() + 1, model.faceDimension()}) {
+        auto entities = model.orderedIterator(dimension);
+        while (entities.hasNext()) {
+            const ModelEntity* const entity = entities.next();
+            array.append(QJsonObject{{"dimension", dimension},
+                                     {"id", entity->id()},
+                                     {"name", entity->name()},
+                                     {"elements", entity->childCount()}});
+        }
+    }
+    return array;
+}
+
+} // namespace
+
+EarlierCase::EarlierCase(const QString& name, Progress& progress)
+{
+    CaseFiles files(name);
+    CaseDatabase database;
+    files.load(database, progress);
+    info_ = QJsonDocument::fromJson(infoJson(CaseSummary(files, database, progress))).object();
+    entities_ = entitiesOf(*database.model());
+    meshIds_ = meshIdsOf(database);
+}
+
+QJsonObject EarlierCase::changesTo(const Database& later) const
+{
+    const std::array<std::vector<int>, 4> laterIds = meshIdsOf(later);
+    QJsonArray added;
+    QJsonArray removed;
+    for (std::size_t dimension = 0; dimension < 4; ++dimension) {
+        added.append(countMissing(laterIds[dimension], meshIds_[dimension]));
+        removed.append(countMissing(meshIds_[dimension], laterIds[dimension]));
+    }
+    return {
+        {"info", info_}, {"entities", entities_}, {"meshAdded", added}, {"meshRemoved", removed}};
+}
+
+} // namespace Ovra::GeoTool

@@ -1,0 +1,88 @@
+#include "EntityTable.h"
+
+#include "AttributeText.h"
+#include "CaseSummary.h"
+#include "CaseView.h"
+#include "ModelEntity.h"
+
+#include <QJsonObject>
+
+#include <algorithm>
+
+namespace Ovra::GeoTool
+{
+
+using namespace Ovra::Geo;
+
+namespace
+{
+
+QJsonValue orNull(const QVariant& value)
+{
+    return value.isValid() ? QJsonValue(attributeText(value)) : QJsonValue(QJsonValue::Null);
+}
+
+QJsonArray attributesJson(const AttributeMap& attributes)
+{
+    QJsonArray array;
+    for (const AttributeType& type : attributes.types()) {
+        const QString tag = type.isValid() ? type.toString() : QStringLiteral("(unknown)");
+        array.append(QJsonArray{tag, attributeText(attributes.value(type, {}))});
+    }
+    return array;
+}
+
+QJsonArray boundsJson(const ModelEntity& entity, int bodyDimension)
+{
+    std::vector<int> ids;
+    for (int i = 0; entity.dimension() < bodyDimension && i < entity.adjacencyCount(bodyDimension);
+         ++i) {
+        ids.push_back(entity.adjacencyAt(bodyDimension, i)->id());
+    }
+    std::sort(ids.begin(), ids.end());
+    QJsonArray array;
+    for (const int id : ids) {
+        array.append(id);
+    }
+    return array;
+}
+
+double measureOf(const ModelEntity& entity, const CaseSummary& summary)
+{
+    for (const auto& [dimension, quality] : summary.quality) {
+        if (dimension == entity.dimension()) {
+            return quality.totalOn(&entity);
+        }
+    }
+    return 0.0;
+}
+
+QJsonObject entityJson(const ModelEntity& entity, int bodyDimension, const CaseSummary& summary)
+{
+    const AttributeMap& attributes = entity.attributes();
+    return {{"dimension", entity.dimension()},
+            {"id", entity.id()},
+            {"name", entity.name()},
+            {"tag", entity.tag()},
+            {"materialType", orNull(attributes.value(AttributeType::MaterialType, {}))},
+            {"materialId", orNull(attributes.value(AttributeType::MaterialId, {}))},
+            {"elements", entity.childCount()},
+            {"measure", measureOf(entity, summary)},
+            {"bounds", boundsJson(entity, bodyDimension)},
+            {"attributes", attributesJson(attributes)}};
+}
+
+} // namespace
+
+QJsonArray entityTable(const CaseView& view, const CaseSummary& summary)
+{
+    QJsonArray table;
+    for (const int dimension : {view.elementDimension(), view.faceDimension()}) {
+        for (const ModelEntity* entity : view.modelEntities(dimension)) {
+            table.append(entityJson(*entity, view.elementDimension(), summary));
+        }
+    }
+    return table;
+}
+
+} // namespace Ovra::GeoTool

@@ -1,0 +1,60 @@
+// What the page was given: the case as JSON, and its surfaces as two compressed blocks.
+
+import { byId } from "./dom.js";
+
+export const kinds = ["vertex", "edge", "face", "region"];
+export const kindsOf = ["vertices", "edges", "faces", "regions"];
+
+export function readCase() {
+    const data = JSON.parse(byId("case").textContent);
+    data.bodyDimension = data.info.is3d ? 3 : 2;
+    data.bodies = data.entities.filter((entity) => entity.dimension === data.bodyDimension);
+    data.boundaries = data.entities.filter((entity) => entity.dimension < data.bodyDimension);
+    data.find = finder(data.entities);
+    return data;
+}
+
+const keyOf = (dimension, id) => `${dimension}/${id}`;
+
+function finder(entities) {
+    const byKey = new Map(entities.map((entity) => [keyOf(entity.dimension, entity.id), entity]));
+    return (dimension, id) => byKey.get(keyOf(dimension, id));
+}
+
+/** How an entity is called where its name alone would not do. */
+export function titleOf(entity) {
+    return entity.name || entity.tag || `${kinds[entity.dimension]} ${entity.id}`;
+}
+
+export function materialOf(entity) {
+    const parts = [entity.materialType, entity.materialId].filter((part) => part !== null);
+    return parts.join(" ") || "none";
+}
+
+/** The surfaces as arrays: positions of all vertices, and the polygons of each patch. */
+export async function readSurfaces(head) {
+    const [positions, differences] = await Promise.all([inflated("positions"), inflated("indices")]);
+    const indices = summedUp(new Uint32Array(differences));
+    let from = 0;
+    const next = (count) => indices.subarray(from, (from += count));
+    const patches = head.patches.map((patch) => ({
+        ...patch,
+        triangleIndices: next(3 * patch.triangles),
+        quadrilateralIndices: next(4 * patch.quadrilaterals),
+    }));
+    const lines = head.lines.map((line) => ({ ...line, indices: next(2 * line.segments) }));
+    return { positions: new Float32Array(positions), patches, lines };
+}
+
+async function inflated(id) {
+    const bytes = Uint8Array.from(atob(byId(id).textContent), (character) => character.charCodeAt(0));
+    const stream = new Blob([bytes]).stream().pipeThrough(new DecompressionStream("deflate"));
+    return new Response(stream).arrayBuffer();
+}
+
+function summedUp(differences) {
+    for (let i = 1; i < differences.length; ++i) {
+        differences[i] += differences[i - 1];
+    }
+    return differences;
+}

@@ -1,0 +1,86 @@
+// What a preparation has changed, against the case that it was given.
+
+import { kinds, kindsOf, titleOf } from "./case.js";
+import { element } from "./dom.js";
+import { nameButton } from "./entities.js";
+import { facts, table, title } from "./tables.js";
+
+const number = (value) => value.toLocaleString("en");
+const signed = (value) => (value === 0 ? "0" : (value > 0 ? "+" : "−") + number(Math.abs(value)));
+
+function countsTable(info, before) {
+    const rows = info.dimensions.flatMap((now, dimension) => {
+        const then = before.info.dimensions[dimension];
+        return [
+            { what: `model ${kindsOf[dimension]}`, then: then.model.count, now: now.model.count },
+            {
+                what: `mesh ${kindsOf[dimension]}`, then: then.mesh.count, now: now.mesh.count,
+                added: before.meshAdded[dimension], removed: before.meshRemoved[dimension],
+            },
+            ...kindRows(then.mesh.kinds, now.mesh.kinds),
+        ];
+    });
+    return table("Counts before and after", [
+        { head: "", cell: (row) => row.what },
+        { head: "before", isNumber: true, cell: (row) => number(row.then) },
+        { head: "after", isNumber: true, cell: (row) => number(row.now) },
+        { head: "change", isNumber: true, cell: (row) => signed(row.now - row.then) },
+        { head: "new ids", isNumber: true, cell: (row) => (row.added === undefined ? "" : number(row.added)) },
+        { head: "ids gone", isNumber: true, cell: (row) => (row.removed === undefined ? "" : number(row.removed)) },
+    ], rows.filter((row) => row.then + row.now > 0));
+}
+
+/** One kind alone is counted in the line above. */
+function kindRows(then, now) {
+    const names = [...new Set([...Object.keys(then), ...Object.keys(now)])].sort();
+    return names.length < 2 ? [] : names.map((kind) => ({ what: `· ${kind}`, then: then[kind] ?? 0, now: now[kind] ?? 0 }));
+}
+
+function changedEntities({ entities, before }) {
+    const keyOf = (entity) => `${entity.dimension}/${entity.id}`;
+    const earlier = new Map(before.entities.map((entity) => [keyOf(entity), entity]));
+    const later = new Set(entities.map(keyOf));
+    const changed = entities.map((entity) => ({ entity, then: earlier.get(keyOf(entity))?.elements ?? null, now: entity.elements }));
+    const gone = before.entities.filter((entity) => !later.has(keyOf(entity)))
+        .map((entity) => ({ entity, then: entity.elements, now: null }));
+    return [...changed.filter((row) => row.then !== row.now), ...gone];
+}
+
+function entityTable(rows, select) {
+    return table("Regions and faces that are new, gone, or have other elements", [
+        { head: "kind", cell: ({ entity }) => `${kinds[entity.dimension]} ${entity.id}` },
+        { head: "name", cell: ({ entity, now }) => (now === null ? titleOf(entity) : nameButton(entity, select)) },
+        { head: "before", isNumber: true, cell: ({ then }) => (then === null ? "new" : number(then)) },
+        { head: "after", isNumber: true, cell: ({ now }) => (now === null ? "gone" : number(now)) },
+    ], rows, ({ entity }) => `${kinds[entity.dimension]} ${entity.id} ${titleOf(entity)}`);
+}
+
+const twinKey = (twin) => [twin.relation, twin.dimension, twin.id, twin.originalId].join("/");
+
+function twinTable(data, twins, select) {
+    const entityOf = (twin, id, name) => {
+        const entity = data.find(twin.dimension, id);
+        return entity ? nameButton(entity, select) : name;
+    };
+    return table("Doubled", [
+        { head: "as", cell: (twin) => twin.relation },
+        { head: "new", cell: (twin) => entityOf(twin, twin.id, twin.name) },
+        { head: "made of", cell: (twin) => entityOf(twin, twin.originalId, twin.originalName) },
+    ], twins, (twin) => `${twin.relation} ${twin.name} ${twin.originalName}`);
+}
+
+export function showChanges(section, data, select) {
+    const { info, before } = data;
+    if (!before) {
+        return;
+    }
+    const had = new Set(before.info.twins.map(twinKey));
+    const twins = info.twins.filter((twin) => !had.has(twinKey(twin)));
+    const entities = changedEntities(data);
+    title(section, "Changes");
+    section.append(
+        facts([["Since", before.info.case]]),
+        countsTable(info, before),
+        entities.length > 0 ? entityTable(entities, select) : element("p", {}, "Every region and face has as many elements as before."),
+        twins.length > 0 ? twinTable(data, twins, select) : "");
+}

@@ -1,0 +1,130 @@
+// What stands beside the view: how it is shown, what is shown, and what was clicked.
+
+import { kinds, materialOf, titleOf } from "./case.js";
+import { colourScale, neutral } from "./colours.js";
+import { Controls } from "./controls.js";
+import { byId, counted, element, measure, place } from "./dom.js";
+import { EntityTree } from "./tree.js";
+
+const measureNames = ["", "Length", "Area", "Volume"];
+
+export class Panel {
+    constructor(data, surfaces, scene, visibility) {
+        this.data = data;
+        this.scene = scene;
+        this.visibility = visibility;
+        this.clicks = { hits: [], next: 0 };
+        this.controls = new Controls(byId("controls"), data, surfaces, scene, (settings) => this.dress(settings));
+        this.tree = new EntityTree(byId("entities"), data, visibility, (entity) => this.select(entity));
+        scene.onclick = (hits) => this.click(hits);
+        this.dress(this.controls.settings());
+        this.tellWhatIsLeftOut(surfaces);
+        this.select(null);
+    }
+
+    tellWhatIsLeftOut({ patches }) {
+        const missing = patches.filter((patch) => patch.leftOut > 0);
+        const count = missing.reduce((sum, patch) => sum + patch.leftOut, 0);
+        byId("note").textContent =
+            count > 0 ? `Left out: ${counted(missing.length, "surface")} of ${counted(count, "polygon")}, which are ` +
+                        "too many for this page" : "";
+    }
+
+    /** What a patch belongs to where it is coloured by region: what is not fluid shows. */
+    bodyOf(part) {
+        const bodies = this.visibility.bodiesOf(part);
+        return bodies.find((body) => !isFluid(body)) ?? bodies[0];
+    }
+
+    dress({ colourBy, seesThroughFluid }) {
+        const valueOf = {
+            boundary: (part) => this.data.find(part.dimension, part.id),
+            body: (part) => this.bodyOf(part),
+            material: (part) => this.bodyOf(part) && materialOf(this.bodyOf(part)),
+        }[colourBy];
+        const values = {
+            boundary: this.data.entities,
+            body: this.data.bodies,
+            material: this.data.bodies.map(materialOf).sort(),
+        }[colourBy];
+        const scale = colourScale(values);
+        const colourOf = (part) => scale.get(valueOf(part)) ?? neutral;
+        const isClear = (part) => seesThroughFluid && this.boundsFluidAlone(part);
+        this.scene.dress(colourOf, isClear);
+        this.tree.colour(colourOf);
+    }
+
+    boundsFluidAlone(part) {
+        const bodies = this.visibility.bodiesOf(part);
+        return bodies.length > 0 && bodies.every(isFluid);
+    }
+
+    /** A second click at the same place goes on to what lies behind. */
+    click(hits) {
+        const same = hits.length > 0 && hits.length === this.clicks.hits.length &&
+            hits.every((hit, i) => hit.patch === this.clicks.hits[i].patch);
+        this.clicks = { hits, next: same ? (this.clicks.next + 1) % hits.length : 0 };
+        const hit = hits[this.clicks.next];
+        this.select(hit ? this.data.find(hit.patch.dimension, hit.patch.id) ?? null : null, hit?.place);
+    }
+
+    selectFromTable(entity) {
+        this.select(entity);
+        byId("view").scrollIntoView();
+        byId("selection").focus({ preventScroll: true });
+    }
+
+    goTo(point) {
+        this.scene.goTo(point);
+        byId("view").scrollIntoView();
+        byId("canvas").focus({ preventScroll: true });
+    }
+
+    select(entity, at = null) {
+        this.scene.highlight(entity && ((part) => this.isPartOf(part, entity)));
+        this.tree.mark(entity);
+        byId("selection").replaceChildren(...(entity ? this.facts(entity, at) : [this.invitation()]));
+    }
+
+    isPartOf(part, entity) {
+        const isItself = part.dimension === entity.dimension && part.id === entity.id;
+        const isPatch = "triangles" in part;
+        return isItself || (isPatch && this.visibility.bodiesOf(part).includes(entity));
+    }
+
+    invitation() {
+        return element("p", { class: "hint" }, "Nothing is selected: click a face, or a name below.");
+    }
+
+    facts(entity, at) {
+        const bounds = entity.bounds.map((id) => this.data.find(this.data.bodyDimension, id)).filter(Boolean);
+        const rows = [
+            ["Name", entity.name || "none"],
+            ["Kind", `${kinds[entity.dimension]} ${entity.id}`],
+            entity.tag && entity.tag !== entity.name ? ["In the input", entity.tag] : null,
+            entity.dimension === this.data.bodyDimension ? ["Material", materialOf(entity)] : null,
+            bounds.length > 0 ? ["Bounds", bounds.map(titleOf).join(", ")] : null,
+            ["Elements", entity.elements.toLocaleString("en")],
+            [measureNames[entity.dimension], measure(entity.measure)],
+            at ? ["Clicked at", place(at)] : null,
+            ...entity.attributes.filter(([tag]) => !tag.startsWith("material_")),
+        ];
+        return [
+            element("h3", { tabindex: -1 }, titleOf(entity)),
+            element("dl", {}, ...rows.filter(Boolean).flatMap(([name, value]) => [
+                element("dt", {}, name), element("dd", {}, value),
+            ])),
+            this.buttons(entity),
+        ];
+    }
+
+    buttons(entity) {
+        const others = this.data.entities.filter((other) => other.dimension === entity.dimension && other !== entity);
+        return element("div", { class: "buttons" },
+            element("button", { type: "button", onclick: () => this.visibility.hide([entity], true) }, "Hide"),
+            element("button", { type: "button", onclick: () => this.visibility.hide(others, true) }, "Hide all others"),
+            element("button", { type: "button", onclick: () => this.visibility.hide(this.data.entities, false) }, "Show all"));
+    }
+}
+
+const isFluid = (entity) => entity.materialType === "fluid";

@@ -1,0 +1,107 @@
+// Opens a report and does with it what its reader would: node visit.mjs BROWSER PAGE SCRATCH. Prints what it
+// has seen as one JSON object.
+
+import { createHash } from "node:crypto";
+import { pathToFileURL } from "node:url";
+import { chromium } from "playwright-core";
+
+const [browserPath, pagePath, scratch] = process.argv.slice(2);
+const ready = () => document.documentElement.dataset.ready;
+const faults = [];
+const seen = { faults };
+
+async function open(context) {
+    const page = await context.newPage();
+    page.on("console", (message) => faults.push(`${message.type()}: ${message.text()}`));
+    page.on("pageerror", (error) => faults.push(error.message));
+    page.on("dialog", (dialog) => faults.push(`dialog: ${dialog.message()}`));
+    page.on("request", (request) => /^(file|data|blob):/.test(request.url()) || faults.push(request.url()));
+    await page.goto(pathToFileURL(pagePath).href);
+    await page.waitForFunction(ready);
+    return page;
+}
+
+/** What the view shows once it has drawn anew, as a number to compare. */
+async function picture(page) {
+    await page.evaluate(() => {
+        scrollTo({ top: 0, behavior: "instant" });
+        return new Promise((done) => requestAnimationFrame(() => requestAnimationFrame(done)));
+    });
+    return createHash("sha256").update(await page.locator("#canvas").screenshot()).digest("hex");
+}
+
+const selected = (page) => page.locator("#selection").innerText();
+
+async function visit(page) {
+    seen.ready = await page.evaluate(ready);
+    seen.title = await page.title();
+    seen.sections = await page.locator("#sections a").allInnerTexts();
+    await page.locator("#canvas").click();
+    seen.clicked = await selected(page);
+    await page.locator("#canvas").click();
+    seen.clickedAgain = await selected(page);
+}
+
+async function hide(page) {
+    const all = await picture(page);
+    const boxes = page.locator("#entities > ul > li > .row input");
+    await boxes.last().uncheck();
+    seen.hidingChanges = (await picture(page)) !== all;
+    await boxes.last().check();
+    seen.showingRestores = (await picture(page)) === all;
+    await page.getByLabel("Across").selectOption("x");
+    seen.cuttingChanges = (await picture(page)) !== all;
+    await page.getByLabel("Across").selectOption("nowhere");
+}
+
+/** With the keyboard alone: which kinds of things are reached, and whether they do what they are for. */
+async function press(page) {
+    await page.reload();
+    await page.waitForFunction(ready);
+    const reached = new Set();
+    for (let i = 0; i < 60; ++i) {
+        await page.keyboard.press("Tab");
+        reached.add(await page.evaluate(() => document.activeElement.id || document.activeElement.localName));
+    }
+    seen.reached = [...reached].sort();
+    await page.locator("#canvas").focus();
+    const before = await picture(page);
+    await page.keyboard.press("ArrowLeft");
+    seen.arrowsTurn = (await picture(page)) !== before;
+    await page.keyboard.press("0");
+    const all = await picture(page);
+    await page.locator("#entities input[type=checkbox]").last().focus();
+    await page.keyboard.press("Space");
+    seen.spaceHides = (await picture(page)) !== all;
+    await page.locator("#entities button.name").first().focus();
+    await page.keyboard.press("Enter");
+    seen.entered = await selected(page);
+}
+
+async function look(browser, name, options) {
+    const context = await browser.newContext(options);
+    const page = await open(context);
+    const [width, visible] = await page.evaluate(() => [document.documentElement.scrollWidth, innerWidth]);
+    seen[`${name}Width`] = { width, visible };
+    seen[`${name}Paper`] = await page.evaluate(() => getComputedStyle(document.body).backgroundColor);
+    await context.close();
+}
+
+const browser = await chromium.launch({
+    executablePath: browserPath,
+    env: { ...process.env, HOME: scratch, XDG_CONFIG_HOME: scratch, XDG_CACHE_HOME: scratch },
+    args: [
+        "--no-sandbox", "--disable-gpu-sandbox", "--disable-quic", "--no-first-run", "--disable-background-networking",
+        "--disable-component-update", "--disable-sync", "--use-angle=swiftshader", "--enable-unsafe-swiftshader",
+    ],
+});
+const context = await browser.newContext({ viewport: { width: 1200, height: 1100 }, colorScheme: "light" });
+const page = await open(context);
+await visit(page);
+await hide(page);
+await press(page);
+await context.close();
+await look(browser, "phone", { viewport: { width: 360, height: 740 }, colorScheme: "light", isMobile: true, hasTouch: true });
+await look(browser, "dark", { viewport: { width: 1200, height: 800 }, colorScheme: "dark" });
+await browser.close();
+console.log(JSON.stringify(seen));

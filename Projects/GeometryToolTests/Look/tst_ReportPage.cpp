@@ -1,0 +1,128 @@
+#include "ClosedCase.h"
+#include "GeometryDatabaseTests/GridMesh.h"
+#include "Places.h"
+#include "PreparationCase.h"
+#include "ToolRun.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Ovra::Geo;
+
+namespace
+{
+
+const QString hostile = QStringLiteral("</script><img src=x onerror=\"alert('1')\">");
+
+/// A fluid and a solid cube side by side, all of whose faces have the name of a villain.
+bool saveTwoCubes(const QString& path)
+{
+    GridMesh grid(PreparationCase::plan({"12"}, {{1, "fluid"}, {2, "solid"}}));
+    for (int id = 1; id <= grid.database()->model()->count(2); ++id) {
+        grid.database()->model()->entity(2, id)->setName(hostile);
+    }
+    grid.database()->model()->entity(3, 1)->setName(QStringLiteral("air"));
+    grid.database()->model()->entity(3, 2)->setName(QStringLiteral("chip"));
+    return PreparationCase::save(*grid.database(), path);
+}
+
+} // namespace
+
+/// The page of a report in a browser without a window.
+class TestReportPage : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        const QString node = QStandardPaths::findExecutable("node");
+        const QString browser = QStandardPaths::findExecutable("chromium");
+        const QString driver = Places::browserDriver() + QStringLiteral("/visit.mjs");
+        if (node.isEmpty() || !QFile::exists(driver)) {
+            QSKIP("Node.js, which drives the browser, is not installed");
+        }
+        if (browser.isEmpty()) {
+            QSKIP("Chromium is not installed");
+        }
+        QVERIFY(directory_.isValid());
+        const QString page = directory_.filePath("cubes.html");
+        QVERIFY(saveTwoCubes(directory_.filePath("cubes")));
+        QCOMPARE(runTool({"report", directory_.filePath("cubes"), "-o", page}).exitCode, 0);
+        QProcess process;
+        process.start(node, {driver, browser, page, directory_.path()});
+        QVERIFY(process.waitForFinished(300000));
+        seen_ = QJsonDocument::fromJson(process.readAllStandardOutput()).object();
+        QVERIFY2(!seen_.isEmpty(), process.readAllStandardError().constData());
+    }
+
+    void loadsWithoutComplaintAndWithoutNetwork()
+    {
+        QCOMPARE(seen_["ready"].toString(), QString("view"));
+        QCOMPARE(seen_["faults"].toArray(), QJsonArray());
+    }
+
+    void hasATitleAndSections()
+    {
+        QCOMPARE(seen_["title"].toString(), QString("cubes"));
+        QCOMPARE(seen_["sections"].toArray(),
+                 (QJsonArray{"Surfaces", "Overview", "Findings", "Regions", "Faces", "Quality",
+                             "Attributes"}));
+    }
+
+    void aClickTellsTheNameOfTheFace()
+    {
+        QVERIFY2(seen_["clicked"].toString().startsWith(hostile + QStringLiteral("\nName\n")),
+                 qPrintable(seen_["clicked"].toString()));
+        QVERIFY(seen_["clicked"].toString().contains(QStringLiteral("\nClicked at\n(")));
+    }
+
+    void aSecondClickTellsWhatLiesBehind()
+    {
+        QVERIFY(seen_["clickedAgain"].toString().startsWith(hostile));
+        QVERIFY(seen_["clickedAgain"] != seen_["clicked"]);
+    }
+
+    void hidingARegionChangesThePicture()
+    {
+        QVERIFY(seen_["hidingChanges"].toBool());
+        QVERIFY(seen_["showingRestores"].toBool());
+    }
+
+    void cuttingChangesThePicture() { QVERIFY(seen_["cuttingChanges"].toBool()); }
+
+    void theKeyboardReachesAll()
+    {
+        const QJsonArray reached = seen_["reached"].toArray();
+        for (const char* each : {"a", "canvas", "select", "input", "button", "summary"}) {
+            QVERIFY2(reached.contains(QLatin1String(each)), each);
+        }
+        QVERIFY(seen_["arrowsTurn"].toBool());
+        QVERIFY(seen_["spaceHides"].toBool());
+        QVERIFY(seen_["entered"].toString().startsWith(QStringLiteral("air\nName\nair\n")));
+    }
+
+    void aPhoneNeedNotScrollSideways()
+    {
+        const QJsonObject width = seen_["phoneWidth"].toObject();
+        QCOMPARE(width["visible"].toInt(), 360);
+        QCOMPARE(width["width"].toInt(), 360);
+    }
+
+    void isDarkWhereThatIsWished()
+    {
+        QCOMPARE(seen_["phonePaper"].toString(), QString("rgb(255, 255, 255)"));
+        QCOMPARE(seen_["darkPaper"].toString(), QString("rgb(20, 24, 29)"));
+    }
+
+private:
+    QTemporaryDir directory_;
+    QJsonObject seen_;
+};
+
+QTEST_GUILESS_MAIN(TestReportPage)
+#include "tst_ReportPage.moc"
