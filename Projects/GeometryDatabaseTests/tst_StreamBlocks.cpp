@@ -335,7 +335,7 @@ private slots:
                 OutputBlock block(stream);
                 putNumbers(block);
             };
-            QVERIFY_EXCEPTION_THROWN(write(), std::runtime_error);
+            QVERIFY_THROWS_EXCEPTION(std::runtime_error, write());
         }
     }
 

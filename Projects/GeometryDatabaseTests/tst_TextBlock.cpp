@@ -285,7 +285,7 @@ private slots:
                     writeManyFields(block);
                 }
             };
-            QVERIFY_EXCEPTION_THROWN(write(), std::runtime_error);
+            QVERIFY_THROWS_EXCEPTION(std::runtime_error, write());
             stream.setDevice(nullptr); // who would write the rest
         }
     }
