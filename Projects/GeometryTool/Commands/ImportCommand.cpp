@@ -200,14 +200,17 @@ void addImportCommand(CLI::App& app, Progress& progress)
     command->callback([arguments, &progress] {
         const QString input = QString::fromStdString(arguments->input);
         FixedAddresses::ensure();
-        progress.phase(QStringLiteral("importing %1").arg(input));
+        progress.leaveLineToCopy();
         IsolatedRun::run(
             QStringLiteral(
                 "%1: the import broke down over it; the file is damaged or too much for Gmsh")
                 .arg(input),
             QStringLiteral("%1: it ended Gmsh itself, as Exit does in a script; leave that out")
                 .arg(input),
-            [&] { import(*arguments, progress); });
+            [&] {
+                progress.phase(QStringLiteral("importing %1").arg(input));
+                import(*arguments, progress);
+            });
         progress.finish();
     });
 }

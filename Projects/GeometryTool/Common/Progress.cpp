@@ -1,5 +1,6 @@
 #include "Progress.h"
 
+#include <chrono>
 #include <cstdio>
 #include <unistd.h>
 
@@ -10,6 +11,7 @@ namespace
 {
 
 constexpr qint64 shortestPause = 100; // milliseconds between two states of the line
+constexpr std::chrono::seconds longestSilence(1);
 constexpr qsizetype longestLine = 79; // a line that wraps cannot be erased by a carriage return
 
 void print(const QString& text)
@@ -38,6 +40,7 @@ Progress::Progress()
 
 Progress::~Progress()
 {
+    ticker_ = {};
     finish();
 }
 
@@ -48,54 +51,72 @@ void Progress::setQuiet(bool quiet)
 
 void Progress::phase(const QString& name)
 {
+    if (!isShown()) {
+        return;
+    }
+    const std::lock_guard lock(mutex_);
     phase_ = name;
+    sincePhase_.start();
     show(QString());
+    if (!ticker_.joinable()) {
+        ticker_ = std::jthread([this](const std::stop_token& stop) { tick(stop); });
+    }
+}
+
+template <typename Detail>
+void Progress::showIfDue(Detail detail)
+{
+    if (!isShown()) {
+        return;
+    }
+    const std::lock_guard lock(mutex_);
+    if (!sinceShown_.isValid() || sinceShown_.elapsed() >= shortestPause) {
+        show(detail());
+    }
 }
 
 void Progress::update(qint64 done, qint64 total, const QString& unit)
 {
-    if (!isDue()) {
-        return;
-    }
-    QString detail = QString::number(done);
-    if (total > 0) {
-        detail += QStringLiteral(" of %1").arg(total);
-    }
-    if (!unit.isEmpty()) {
-        detail += QLatin1Char(' ') + unit;
-    }
-    if (total > 0) {
-        detail += QStringLiteral(", ") + percentage(done, total);
-    }
-    show(detail);
+    showIfDue([&] {
+        QString detail = QString::number(done);
+        if (total > 0) {
+            detail += QStringLiteral(" of %1").arg(total);
+        }
+        if (!unit.isEmpty()) {
+            detail += QLatin1Char(' ') + unit;
+        }
+        if (total > 0) {
+            detail += QStringLiteral(", ") + percentage(done, total);
+        }
+        return detail;
+    });
 }
 
 void Progress::updateBytes(qint64 done, qint64 total)
 {
-    if (!isDue()) {
-        return;
-    }
-    if (total > 0) {
-        show(QStringLiteral("%1 of %2 MB, %3")
-                 .arg(megabytes(done), megabytes(total), percentage(done, total)));
-    } else {
-        show(megabytes(done) + QStringLiteral(" MB"));
-    }
+    showIfDue([&] {
+        if (total > 0) {
+            return QStringLiteral("%1 of %2 MB, %3")
+                .arg(megabytes(done), megabytes(total), percentage(done, total));
+        }
+        return megabytes(done) + QStringLiteral(" MB");
+    });
 }
 
 void Progress::note(const QString& text)
 {
-    if (isDue()) {
-        show(text);
-    }
+    showIfDue([&text] { return text; });
+}
+
+void Progress::leaveLineToCopy()
+{
+    lineShown_ = isShown();
 }
 
 void Progress::finish()
 {
-    if (lineShown_) {
-        print(QStringLiteral("\r\033[K"));
-    }
-    lineShown_ = false;
+    const std::lock_guard lock(mutex_);
+    erase();
 }
 
 void Progress::warning(const QString& text)
@@ -103,27 +124,39 @@ void Progress::warning(const QString& text)
     if (quiet_) {
         return;
     }
-    finish();
+    const std::lock_guard lock(mutex_);
+    erase();
     print(QStringLiteral("ovrageo: warning: %1\n").arg(text));
-}
-
-bool Progress::isDue() const
-{
-    return terminal_ && !quiet_ &&
-           (!sinceShown_.isValid() || sinceShown_.elapsed() >= shortestPause);
 }
 
 void Progress::show(const QString& detail)
 {
-    if (!terminal_ || quiet_) {
-        return;
-    }
     QString line = detail.isEmpty() ? phase_ : phase_ + QStringLiteral(": ") + detail;
     line.replace(QLatin1Char('\n'), QLatin1Char(' '));
     line.truncate(longestLine);
     print(QStringLiteral("\r\033[K") + line);
     lineShown_ = true;
     sinceShown_.start();
+}
+
+void Progress::erase()
+{
+    if (lineShown_) {
+        print(QStringLiteral("\r\033[K"));
+    }
+    lineShown_ = false;
+}
+
+// Library and Gmsh do much of their work in one call, which would leave the line as it is for long.
+void Progress::tick(const std::stop_token& stop)
+{
+    std::unique_lock lock(mutex_);
+    while (
+        !stopped_.wait_for(lock, stop, longestSilence, [&stop] { return stop.stop_requested(); })) {
+        if (lineShown_ && std::chrono::milliseconds(sinceShown_.elapsed()) >= longestSilence) {
+            show(QStringLiteral("%1 s").arg(sincePhase_.elapsed() / 1000));
+        }
+    }
 }
 
 } // namespace Ovra::GeoTool

@@ -3,14 +3,22 @@
 #include <QElapsedTimer>
 #include <QString>
 
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
 namespace Ovra::GeoTool
 {
 
 /// \brief All that the tool says on standard error apart from its last word, the error line.
 ///
 /// Progress is one line on a terminal that is overwritten in place, at most ten times a second, and
-/// erased in the end; nothing is printed when standard error is no terminal or after setQuiet(). A
-/// warning is a line of its own, terminal or not, and is held back by setQuiet() too.
+/// erased in the end; nothing is printed when standard error is no terminal or after setQuiet().
+/// Where a phase has said nothing for a second, the line counts its seconds. A warning is a line of
+/// its own, terminal or not, and is held back by setQuiet() too.
+///
+/// The first phase starts a thread on a terminal, so that none may have begun in a process that is
+/// going to copy itself.
 class Progress
 {
 public:
@@ -36,6 +44,10 @@ public:
     /// \brief A passing remark beside the phase, the progress texts of the library for instance.
     void note(const QString& text);
 
+    /// \brief Counts the line that a copy of this process is going to show as this one's, which
+    /// erases it when the copy has ended, in whatever way.
+    void leaveLineToCopy();
+
     /// \brief Erases the progress line; the next phase() begins a new one.
     void finish();
 
@@ -43,14 +55,22 @@ public:
     void warning(const QString& text);
 
 private:
-    bool isDue() const;
+    bool isShown() const { return terminal_ && !quiet_; }
+    template <typename Detail>
+    void showIfDue(Detail detail);
     void show(const QString& detail);
+    void erase();
+    void tick(const std::stop_token& stop);
 
     bool terminal_ = false;
     bool quiet_ = false;
     bool lineShown_ = false;
     QString phase_;
     QElapsedTimer sinceShown_;
+    QElapsedTimer sincePhase_;
+    std::mutex mutex_; ///< of all of these, while there is a ticker
+    std::condition_variable_any stopped_;
+    std::jthread ticker_;
 };
 
 } // namespace Ovra::GeoTool

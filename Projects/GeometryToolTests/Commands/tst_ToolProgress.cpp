@@ -1,4 +1,5 @@
 #include "Places.h"
+#include "Progress.h"
 #include "TinyCase.h"
 #include "ToolRun.h"
 
@@ -11,6 +12,8 @@
 #include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
+
+using namespace Ovra::GeoTool;
 
 namespace
 {
@@ -59,6 +62,31 @@ private:
     int slave_ = -1;
     QByteArray name_;
     QByteArray failure_;
+};
+
+/// Standard error of this process on a terminal, as long as the object lives.
+class StandardErrorOn
+{
+public:
+    explicit StandardErrorOn(const Terminal& terminal)
+        : before_(dup(STDERR_FILENO))
+    {
+        const int slave = open(terminal.name().toLocal8Bit().constData(), O_RDWR | O_NOCTTY);
+        dup2(slave, STDERR_FILENO);
+        close(slave);
+    }
+
+    ~StandardErrorOn()
+    {
+        dup2(before_, STDERR_FILENO);
+        close(before_);
+    }
+
+    StandardErrorOn(const StandardErrorOn&) = delete;
+    StandardErrorOn& operator=(const StandardErrorOn&) = delete;
+
+private:
+    int before_;
 };
 
 /// Why no terminal can be had, as in a container without /dev/pts; empty where one can.
@@ -111,6 +139,38 @@ private slots:
         QCOMPARE(run.exitCode, 0);
         QCOMPARE(run.errors, QByteArray());
         QCOMPARE(run.output, QByteArray());
+    }
+
+    void countsTheSecondsOfAPhaseThatSaysNothing()
+    {
+        if (!obstacle().isEmpty()) {
+            QSKIP(obstacle().constData());
+        }
+        const Terminal terminal;
+        const StandardErrorOn on(terminal);
+        Progress progress;
+        progress.phase(QStringLiteral("standing still"));
+        QByteArray text;
+        QTRY_VERIFY_WITH_TIMEOUT((text += terminal.text()).contains(": 2 s"), 60'000);
+        QVERIFY(text.startsWith("\r\033[Kstanding still\r\033[Kstanding still: 1 s"));
+        QTest::qWait(200); // the line changes ten times a second at most
+        progress.update(1, 2, QStringLiteral("things"));
+        progress.finish();
+        QTest::qWait(1500);
+        QVERIFY(terminal.text().endsWith("\r\033[Kstanding still: 1 of 2 things, 50%\r\033[K"));
+    }
+
+    void erasesTheLineOfAnImportThatFails()
+    {
+        if (!obstacle().isEmpty()) {
+            QSKIP(obstacle().constData());
+        }
+        QFile input(path("broken.stl"));
+        QVERIFY(input.open(QIODevice::WriteOnly) && input.write("solid broken") > 0);
+        input.close();
+        const QByteArray text = printed({"import", path("broken.stl"), "-o", path("broken")});
+        QVERIFY(text.contains("\r\033[Kimporting "));
+        QVERIFY2(text.contains("\r\033[Kovrageo: error: "), text.constData());
     }
 
     void theErrorLineStandsAlone()
