@@ -18,7 +18,10 @@ namespace Ovra::GeoTool
 
 class CaseView;
 
-/// \brief The sides of all elements, with those of the same vertices together.
+/// \brief The sides of all elements, with those of the same vertices together, a part at a time.
+///
+/// All sides of a large mesh take 64 bytes for each tetrahedron, a third of what the mesh does. So
+/// they are collected in a few parts, by their smallest vertices.
 ///
 /// Elements of no known kind or with a repeated vertex have no sides here. The sides are put
 /// together by their smallest vertex and sorted there, with all that tells them apart in one place:
@@ -64,7 +67,27 @@ public:
 
     using Run = std::span<const Side>;
 
+    /// \brief Positions of vertices, the end not included.
+    struct Range
+    {
+        int begin = 0;
+        int end = 0;
+
+        bool contains(int vertex) const { return begin <= vertex && vertex < end; }
+    };
+
+    /// \param view must outlive this object
     explicit ElementSides(const CaseView& view);
+
+    /// From so many sides on, 16 MiB of them, their memory counts.
+    static constexpr std::size_t ManySides = 1U << 20U;
+
+    /// \brief All vertices, in parts that are the smallest vertices of about as many sides each.
+    /// \param many more sides than these are collected in parts
+    std::vector<Range> parts(std::size_t many = ManySides) const;
+
+    /// \brief From now on the sides are those whose smallest vertex is in \p part.
+    void collect(const Range& part);
 
     const Geo::MeshEntity& elementOf(const Side& side) const { return *elements_[side.element()]; }
 
@@ -72,24 +95,23 @@ public:
     const Geo::ModelEntity* regionOf(const Side& side) const { return regions_[side.element()]; }
 
     /// \brief The sides with these vertices, by id of their elements.
+    /// \param key whose smallest vertex is in the part
     Run find(const Key& key) const;
-
-    /// \brief Number of vertices.
-    std::size_t vertexCount() const { return sides_.count(); }
 
     /// \brief Calls \p action with the key and the run of sides that have it, for each of which
     /// \p vertex is the smallest, in the order of the keys.
+    /// \param vertex in the part
     template <typename Action>
-    void forEachRun(std::size_t vertex, Action action) const
+    void forEachRun(int vertex, Action action) const
     {
-        const Run sides = sides_[vertex];
+        const Run sides = sidesAt(vertex);
         for (std::size_t begin = 0; begin < sides.size();) {
             std::size_t end = begin + 1;
             while (end < sides.size() && sides[end].others() == sides[begin].others()) {
                 ++end;
             }
             const auto& [a, b, c] = sides[begin].others();
-            action(Key{static_cast<int>(vertex), a, b, c}, sides.subspan(begin, end - begin));
+            action(Key{vertex, a, b, c}, sides.subspan(begin, end - begin));
             begin = end;
         }
     }
@@ -98,10 +120,14 @@ public:
     static Key keyOf(std::span<const int> vertices);
 
 private:
-    template <typename Action>
-    static void forEachSide(const CaseView& view, Action action);
+    Run sidesAt(int vertex) const { return sides_[static_cast<std::size_t>(vertex - part_.begin)]; }
 
-    Buckets<Side> sides_; ///< by the smallest vertex
+    template <typename Action>
+    void forEachSide(Action action) const;
+
+    const CaseView& view_;
+    Range part_;
+    Buckets<Side> sides_; ///< by the smallest vertex, from the first of the part on
     const std::vector<Geo::MeshEntity*>& elements_;
     std::vector<const Geo::ModelEntity*> regions_; ///< of the elements
 };

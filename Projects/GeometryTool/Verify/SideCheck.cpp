@@ -55,25 +55,29 @@ SideCheck::SideCheck(const CaseView& view, FindingSink& sink)
 
 void SideCheck::run(Progress& progress)
 {
-    checkFaces();
-    const std::size_t count = sides_.vertexCount();
-    for (std::size_t vertex = 0; vertex < count; ++vertex) {
-        sides_.forEachRun(vertex, [this](const ElementSides::Key& key, ElementSides::Run sides) {
-            checkRun(key, sides);
-        });
-        progress.update(static_cast<qint64>(vertex), static_cast<qint64>(count),
-                        QStringLiteral("vertices"));
+    const auto count = static_cast<qint64>(view_.meshEntities(0).size());
+    for (const ElementSides::Range& part : sides_.parts()) {
+        sides_.collect(part);
+        checkFaces(part);
+        for (int vertex = part.begin; vertex < part.end; ++vertex) {
+            sides_.forEachRun(
+                vertex, [this](const auto& key, ElementSides::Run sides) { checkRun(key, sides); });
+            progress.update(vertex, count, QStringLiteral("vertices"));
+        }
     }
 }
 
-void SideCheck::checkFaces()
+void SideCheck::checkFaces(const ElementSides::Range& part)
 {
     const int dimension = view_.faceDimension();
     const VertexLists& lists = view_.vertexLists(dimension);
     for (std::size_t i = 0; i < lists.size(); ++i) {
-        if (ElementCheck::isWellFormed(dimension, lists.of(i))) {
-            checkFace(*view_.meshEntities(dimension)[i],
-                      sides_.find(ElementSides::keyOf(lists.of(i))));
+        if (!ElementCheck::isWellFormed(dimension, lists.of(i))) {
+            continue;
+        }
+        const ElementSides::Key key = ElementSides::keyOf(lists.of(i));
+        if (part.contains(key.front())) {
+            checkFace(*view_.meshEntities(dimension)[i], sides_.find(key));
         }
     }
 }
@@ -102,10 +106,7 @@ void SideCheck::checkListedElements(const MeshEntity& face, ElementSides::Run si
 {
     for (int i = 0; i < face.adjacencyCount(view_.elementDimension()); ++i) {
         const MeshEntity* const element = face.adjacencyAt(view_.elementDimension(), i);
-        const bool isSide = std::any_of(sides.begin(), sides.end(), [&](const auto& side) {
-            return &sides_.elementOf(side) == element;
-        });
-        if (!isSide && ElementCheck::isWellFormed(*element)) {
+        if (!hasElement(sides, *element) && ElementCheck::isWellFormed(*element)) {
             sink_.add(FindingKind::NoSide, face, [element] {
                 return QStringLiteral("has all its vertices in %1, but is no side of it")
                     .arg(EntityName(*element).text());
@@ -140,6 +141,15 @@ void SideCheck::checkRegions(const MeshEntity& face, ElementSides::Run sides)
                 });
         }
     }
+}
+
+// Sides of one key are in the order of the ids of their elements.
+bool SideCheck::hasElement(ElementSides::Run sides, const MeshEntity& element) const
+{
+    const auto found = std::lower_bound(
+        sides.begin(), sides.end(), element.id(),
+        [this](const auto& side, int id) { return sides_.elementOf(side).id() < id; });
+    return found != sides.end() && &sides_.elementOf(*found) == &element;
 }
 
 bool SideCheck::hasElementIn(ElementSides::Run sides, const ModelEntity* region) const

@@ -34,7 +34,7 @@ public:
     static void checkElementCount(const Geo::MeshEntity& face, FindingSink& sink);
 
 private:
-    void checkFaces();
+    void checkFaces(const ElementSides::Range& part);
     void checkFace(const Geo::MeshEntity& face, ElementSides::Run sides);
     void checkListedElements(const Geo::MeshEntity& face, ElementSides::Run sides);
     void checkRegions(const Geo::MeshEntity& face, ElementSides::Run sides);
@@ -43,6 +43,7 @@ private:
     void checkMeeting(const ElementSides::Key& key, ElementSides::Run pair);
     void checkCover(const ElementSides::Key& key, ElementSides::Run sides);
     bool isCovered(const ElementSides::Key& key) const;
+    bool hasElement(ElementSides::Run sides, const Geo::MeshEntity& element) const;
     bool hasElementIn(ElementSides::Run sides, const Geo::ModelEntity* region) const;
     QString elementNames(ElementSides::Run sides) const;
     QString verticesText(const ElementSides::Key& key) const;
