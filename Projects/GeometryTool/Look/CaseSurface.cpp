@@ -118,16 +118,14 @@ void CaseSurface::addFaces()
 
 void CaseSurface::addBareSides()
 {
-    const ElementSides sides(view_);
+    ElementSides sides(view_);
     const std::vector<ElementSides::Key> covered = keysOf(view_.vertexLists(2));
-    for (std::size_t vertex = 0; vertex < sides.vertexCount(); ++vertex) {
-        sides.forEachRun(vertex, [&](const ElementSides::Key& key, ElementSides::Run run) {
-            if (run.size() == 1 && !std::binary_search(covered.begin(), covered.end(), key)) {
-                addPolygon(sides.regionOf(run.front()),
-                           ringOf(view_.vertexLists(3).of(run.front().element()), key));
-            }
-        });
-    }
+    sides.forEachRunOfAllParts([&](const ElementSides::Key& key, ElementSides::Run run) {
+        if (run.size() == 1 && !std::binary_search(covered.begin(), covered.end(), key)) {
+            addPolygon(sides.regionOf(run.front()),
+                       ringOf(view_.vertexLists(3).of(run.front().element()), key));
+        }
+    });
 }
 
 void CaseSurface::addEdges()

@@ -116,6 +116,18 @@ public:
         }
     }
 
+    /// \brief Collects one part after the other, and calls \p action with every key and its run.
+    template <typename Action>
+    void forEachRunOfAllParts(Action action)
+    {
+        for (const Range& part : parts()) {
+            collect(part);
+            for (int vertex = part.begin; vertex < part.end; ++vertex) {
+                forEachRun(vertex, action);
+            }
+        }
+    }
+
     /// \brief The vertices of an edge or face of up to four vertices as a key.
     static Key keyOf(std::span<const int> vertices);
 
