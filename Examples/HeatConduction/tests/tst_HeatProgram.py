@@ -1,0 +1,155 @@
+"""The program heat.py: its report, its files, and what it says of bad input."""
+
+import json
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+import testing
+from testing import PROBLEMS, np
+
+try:
+    import results
+    from vtkmodules.util.numpy_support import vtk_to_numpy
+    from vtkmodules.vtkIOImage import vtkPNGReader
+    from vtkmodules.vtkIOXML import vtkXMLUnstructuredGridReader
+except ImportError:
+    results = None
+
+import tst_HeatPatch
+
+PROGRAM = testing.HERE.parent / "heat.py"
+
+
+def heat(*arguments):
+    """Runs the program."""
+    return subprocess.run([sys.executable, PROGRAM, *arguments], capture_output=True, text=True)
+
+
+class Program(unittest.TestCase):
+    """Each test has a folder with an input of two boxes and a problem."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+        (self.folder / "boxes.geo").write_text(tst_HeatPatch.TWO_BOXES, encoding="utf-8")
+        testing.imported(self.folder, self.folder / "boxes.geo", tst_HeatPatch.FLUID_AND_SOLID)
+        testing.written(self.folder, ("--all",), ())
+        self.problem = {"materials": {"1": {"conductivity": 2}, "2": {"conductivity": 5}},
+                        "surfaces": {"z=0": {"temperature": 400}, "z=1.2": {"temperature": 300}},
+                        "contacts": [{"materials": [1, 2], "conductance": 10}]}
+
+    def run_heat(self, *options):
+        (self.folder / "problem.json").write_text(json.dumps(self.problem), encoding="utf-8")
+        return heat(self.folder / "input.txt", self.folder / "problem.json", *options)
+
+    def assert_refused(self, message):
+        done = self.run_heat()
+        self.assertEqual(done.returncode, 1)
+        self.assertEqual(done.stdout, "")
+        self.assertIn(message, done.stderr)
+        self.assertEqual(len(done.stderr.splitlines()), 1)
+
+    def test_report(self):
+        lines = self.run_heat().stdout.splitlines()
+        self.assertEqual(lines[0].split(), ["z=0", "204.082", "W"])  # 100 / (0.25 + 0.1 + 0.14)
+        self.assertEqual(lines[1].split(), ["z=1.2", "-204.082", "W"])
+        self.assertEqual(lines[-1], "temperatures from 300.000 K to 400.000 K")
+
+    @unittest.skipUnless(results, "python3-vtk9 is not installed")
+    def test_vtu(self):
+        self.assertEqual(self.run_heat("--vtu", self.folder / "out.vtu").returncode, 0)
+        reader = vtkXMLUnstructuredGridReader()
+        reader.SetFileName(str(self.folder / "out.vtu"))
+        reader.Update()
+        grid = reader.GetOutput()
+        read = testing.solver_input.read(self.folder / "input.txt")
+        self.assertEqual(grid.GetNumberOfPoints(), len(read.node_ids))
+        self.assertEqual(grid.GetNumberOfCells(), len(read.elements[0].ids))
+        flux = vtk_to_numpy(grid.GetCellData().GetArray("heat_flux"))
+        self.assertTrue(np.allclose(flux, [0, 0, 100 / 0.49]))
+        materials = vtk_to_numpy(grid.GetCellData().GetArray("material"))
+        self.assertEqual(set(materials.tolist()), {1, 2})
+
+    @unittest.skipUnless(results, "python3-vtk9 is not installed")
+    def test_picture(self):
+        self.assertEqual(self.run_heat("--picture", self.folder / "out.png").returncode, 0)
+        reader = vtkPNGReader()
+        reader.SetFileName(str(self.folder / "out.png"))
+        reader.Update()
+        image = reader.GetOutput()
+        columns, rows, _ = image.GetDimensions()
+        pixels = vtk_to_numpy(image.GetPointData().GetScalars()).reshape(rows, columns, 3)
+        cut_across_z = pixels[::-1][100:300, 100:300].reshape(-1, 3)
+        self.assertEqual(len(np.unique(cut_across_z, axis=0)), 1)  # one temperature
+        cut_across_y = pixels[::-1][30:510, 600].astype(int)
+        brightness = cut_across_y.sum(axis=1)
+        self.assertTrue((np.diff(brightness[:470]) >= -2).all())  # hotter further down, but for rounding
+        self.assertGreater(brightness[470], brightness[10] + 300)
+
+    @unittest.skipUnless(results, "python3-vtk9 is not installed")
+    def test_cells_of_all_kinds_turn_outwards(self):
+        read = testing.made(tst_HeatPatch.as_msh(*tst_HeatPatch.mixed_mesh()),
+                            {"groups": {f"layer_{i}": {"material_type": "solid"} for i in range(4)}},
+                            suffix=".msh", prepare=())
+        surfaces = testing.given(testing.outer(read), testing.linear(1, 2, 3))
+        solver = testing.conduction.Conduction(
+            read, testing.problem.Problem(materials={0: 1.0}, surfaces=surfaces))
+        grid = results.grid(solver, solver.solve())
+        self.assertEqual(grid.GetNumberOfCells(), 90)
+        for i in range(grid.GetNumberOfCells()):
+            cell = grid.GetCell(i)
+            middle = corners(cell).mean(axis=0)
+            for number in range(cell.GetNumberOfFaces()):
+                face = corners(cell.GetFace(number))
+                normal = np.cross(face[1] - face[0], face[2] - face[0])
+                self.assertGreater(normal @ (face.mean(axis=0) - middle), 0)
+
+    def test_unknown_material(self):
+        del self.problem["materials"]["2"]
+        self.assert_refused("the problem has no material 2")
+
+    def test_unknown_surface(self):
+        self.problem["surfaces"]["lid"] = {"temperature": 300}
+        self.assert_refused('no surface is "lid"')
+
+    def test_unknown_region(self):
+        self.problem["heat"] = {"chip": 1}
+        self.assert_refused('no region "chip" has elements to be heated')
+
+    def test_unknown_section(self):
+        self.problem["sources"] = {}
+        self.assert_refused('"sources" is no section of a problem')
+
+    def test_nothing_holds_the_temperature(self):
+        self.problem["surfaces"] = {}
+        self.assert_refused("nothing holds the temperature of node 1")
+
+    def test_damaged_input(self):
+        text = (self.folder / "input.txt").read_text(encoding="utf-8").splitlines()
+        text[2] = "3 0 x 0"
+        (self.folder / "input.txt").write_text("\n".join(text), encoding="utf-8")
+        self.assert_refused("input.txt:")
+
+    def test_cut_input(self):
+        text = (self.folder / "input.txt").read_text(encoding="utf-8")
+        (self.folder / "input.txt").write_text(text[:len(text) // 2], encoding="utf-8")
+        self.assert_refused("the file ends within a section")
+
+    def test_missing_file(self):
+        done = heat("nowhere.txt", PROBLEMS / "fan.json")
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("nowhere.txt", done.stderr)
+
+
+def corners(cell):
+    """The points of a VTK cell."""
+    points = cell.GetPoints()
+    return np.array([points.GetPoint(i) for i in range(cell.GetNumberOfPoints())])
+
+
+if __name__ == "__main__":
+    testing.main()
