@@ -53,9 +53,12 @@ class Conduction:
         self._used = np.zeros(self._count, dtype=bool)
         for block in self.blocks:
             self._used[self.rows(block.nodes)] = True
+        self._clear()
+
+    def _clear(self):
         self._entries = []
         self._load = np.zeros(self._count)
-        self._ambient = []  # where, faces, coefficient, temperature
+        self._ambient = []  # where, rows of faces, coefficients by node, temperature
         self.heat_in = {}
 
     def rows(self, nodes):
@@ -76,6 +79,7 @@ class Conduction:
 
     def system(self):
         """The equations between those nodes that are neither one with others nor tied to them."""
+        self._clear()
         self._conduct()
         self._heat_regions()
         self._heat_surfaces()

@@ -29,22 +29,30 @@ def heat(*arguments):
 
 
 class Program(unittest.TestCase):
-    """Each test has a folder with an input of two boxes and a problem."""
+    """On an input of two boxes, of which each test has a copy."""
+
+    @classmethod
+    def setUpClass(cls):
+        with tempfile.TemporaryDirectory() as name:
+            folder = Path(name)
+            (folder / "boxes.geo").write_text(tst_HeatPatch.TWO_BOXES, encoding="utf-8")
+            testing.imported(folder, folder / "boxes.geo", tst_HeatPatch.FLUID_AND_SOLID)
+            testing.written(folder, ("--all",), ())
+            cls.text = (folder / "input.txt").read_text(encoding="utf-8")
 
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         self.folder = Path(folder.name)
-        (self.folder / "boxes.geo").write_text(tst_HeatPatch.TWO_BOXES, encoding="utf-8")
-        testing.imported(self.folder, self.folder / "boxes.geo", tst_HeatPatch.FLUID_AND_SOLID)
-        testing.written(self.folder, ("--all",), ())
+        self.input = self.folder / "input.txt"
+        self.input.write_text(self.text, encoding="utf-8")
         self.problem = {"materials": {"1": {"conductivity": 2}, "2": {"conductivity": 5}},
                         "surfaces": {"z=0": {"temperature": 400}, "z=1.2": {"temperature": 300}},
                         "contacts": [{"materials": [1, 2], "conductance": 10}]}
 
     def run_heat(self, *options):
         (self.folder / "problem.json").write_text(json.dumps(self.problem), encoding="utf-8")
-        return heat(self.folder / "input.txt", self.folder / "problem.json", *options)
+        return heat(self.input, self.folder / "problem.json", *options)
 
     def assert_refused(self, message):
         done = self.run_heat()
@@ -66,7 +74,7 @@ class Program(unittest.TestCase):
         reader.SetFileName(str(self.folder / "out.vtu"))
         reader.Update()
         grid = reader.GetOutput()
-        read = testing.solver_input.read(self.folder / "input.txt")
+        read = testing.solver_input.read(self.input)
         self.assertEqual(grid.GetNumberOfPoints(), len(read.node_ids))
         self.assertEqual(grid.GetNumberOfCells(), len(read.elements[0].ids))
         flux = vtk_to_numpy(grid.GetCellData().GetArray("heat_flux"))
@@ -129,14 +137,12 @@ class Program(unittest.TestCase):
         self.assert_refused("nothing holds the temperature of node 1")
 
     def test_damaged_input(self):
-        text = (self.folder / "input.txt").read_text(encoding="utf-8").splitlines()
-        text[2] = "3 0 x 0"
-        (self.folder / "input.txt").write_text("\n".join(text), encoding="utf-8")
+        first, second, _, rest = self.text.split("\n", 3)
+        self.input.write_text("\n".join([first, second, "3 0 x 0", rest]), encoding="utf-8")
         self.assert_refused("input.txt:")
 
     def test_cut_input(self):
-        text = (self.folder / "input.txt").read_text(encoding="utf-8")
-        (self.folder / "input.txt").write_text(text[:len(text) // 2], encoding="utf-8")
+        self.input.write_text(self.text[:len(self.text) // 2], encoding="utf-8")
         self.assert_refused("the file ends within a section")
 
     def test_missing_file(self):
