@@ -1,295 +1,16 @@
 #include "MeshQuality.h"
 
 #include "CaseView.h"
-#include "ElementTopology.h"
 #include "MeshEntity.h"
 #include "Progress.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <span>
 
 namespace Ovra::GeoTool
 {
 
 using namespace Ovra::Geo;
-
-namespace
-{
-
-using Points = MeshQuality::Points;
-
-constexpr double degenerateFraction = 1e-12;
-
-const Vector& at(const Points& points, int index)
-{
-    return points[index];
-}
-
-int cyclic(const std::vector<int>& ring, std::size_t index)
-{
-    return ring[index % ring.size()];
-}
-
-Points pick(const std::vector<int>& side, const Points& points)
-{
-    Points picked;
-    for (const int index : side) {
-        picked.push_back(at(points, index));
-    }
-    return picked;
-}
-
-Vector mean(const Points& points)
-{
-    Vector sum;
-    for (const Vector& point : points) {
-        sum += point;
-    }
-    return sum / static_cast<double>(points.size());
-}
-
-bool isFinite(const Vector& vector)
-{
-    return std::isfinite(vector.x() + vector.y() + vector.z());
-}
-
-/// Half the cross products about a point: the area vector of each triangle of a side.
-Points areaVectors(const Points& ring, const Vector& about)
-{
-    Points vectors;
-    if (ring.size() == 3) {
-        // About its first vertex, where splitPoint() has it, the other two are nothing; among
-        // numbers that are not finite they are no numbers.
-        vectors.push_back(0.5 * ((ring[1] - about) ^ (ring[2] - about)));
-        if (isFinite(vectors[0])) {
-            return vectors;
-        }
-        vectors.clear();
-    }
-    for (qsizetype i = 0; i < ring.size(); ++i) {
-        vectors.push_back(0.5 * ((ring[i] - about) ^ (ring[(i + 1) % ring.size()] - about)));
-    }
-    return vectors;
-}
-
-Vector splitPoint(const Points& ring)
-{
-    return ring.size() == 3 ? ring[0] : mean(ring);
-}
-
-double sideVolume(const Points& ring, const Vector& apex)
-{
-    const Vector about = splitPoint(ring);
-    double volume = 0.0;
-    for (const Vector& area : areaVectors(ring, about)) {
-        volume += area * (about - apex) / 3.0;
-    }
-    return volume;
-}
-
-double sideArea(const Points& ring)
-{
-    double area = 0.0;
-    for (const Vector& vector : areaVectors(ring, splitPoint(ring))) {
-        area += vector.length();
-    }
-    return area;
-}
-
-double solidVolume(const ElementTopology& topology, const Points& points)
-{
-    double volume = 0.0;
-    for (const std::vector<int>& side : topology.sides) {
-        volume += sideVolume(pick(side, points), points[0]);
-    }
-    return volume;
-}
-
-double solidSurface(const ElementTopology& topology, const Points& points)
-{
-    double area = 0.0;
-    for (const std::vector<int>& side : topology.sides) {
-        area += sideArea(pick(side, points));
-    }
-    return area;
-}
-
-double fanArea(const Points& points)
-{
-    double area = 0.0;
-    for (qsizetype i = 2; i < points.size(); ++i) {
-        area += 0.5 * ((points[i - 1] - points[0]) ^ (points[i] - points[0])).length();
-    }
-    return area;
-}
-
-double sizeOf(const ElementTopology& topology, const Points& points)
-{
-    if (topology.dimension == 1) {
-        return (points[1] - points[0]).length();
-    }
-    return topology.dimension == 2 ? fanArea(points) : solidVolume(topology, points);
-}
-
-double perimeter(const Points& points)
-{
-    double length = 0.0;
-    for (qsizetype i = 0; i < points.size(); ++i) {
-        length += (points[(i + 1) % points.size()] - points[i]).length();
-    }
-    return length;
-}
-
-double squareOf(const Vector& vector)
-{
-    return vector * vector;
-}
-
-/// The root is taken once: that of the largest square is the largest of the roots.
-double longestEdge(const ElementTopology& topology, const Points& points)
-{
-    double longest = topology.dimension == 1 ? squareOf(points[1] - points[0]) : 0.0;
-    for (const std::vector<int>& side : topology.sides) {
-        for (std::size_t i = 0; i < side.size(); ++i) {
-            longest =
-                std::max(longest, squareOf(at(points, cyclic(side, i + 1)) - at(points, side[i])));
-        }
-    }
-    return std::sqrt(longest);
-}
-
-double powerOf(double base, int exponent)
-{
-    return exponent == 1 ? base : base * powerOf(base, exponent - 1);
-}
-
-double aspectOf(const ElementTopology& topology, const Points& points, double measure,
-                double longest)
-{
-    const double boundary =
-        topology.dimension == 3 ? solidSurface(topology, points) : perimeter(points);
-    const double radius = topology.dimension * measure / boundary;
-    return longest / radius / topology.regularAspect;
-}
-
-/// One corner of a solid: the vertex and its three neighbours, in the order that spans a positive
-/// volume.
-struct Corner
-{
-    int vertex;
-    int first;
-    int second;
-    int third;
-};
-
-/// The third edge at a corner of a side is the one that leaves the side.
-std::vector<int> neighboursBeyond(const ElementTopology& topology, int vertex,
-                                  const std::vector<int>& side)
-{
-    std::vector<int> neighbours;
-    for (const std::vector<int>& other : topology.sides) {
-        for (std::size_t i = 0; i < other.size(); ++i) {
-            const int next = cyclic(other, i + 1);
-            if (other[i] == vertex && std::find(side.begin(), side.end(), next) == side.end()) {
-                neighbours.push_back(next);
-            }
-        }
-    }
-    return neighbours;
-}
-
-std::vector<Corner> cornersOf(const ElementTopology& topology)
-{
-    std::vector<Corner> corners;
-    for (int vertex = 0; vertex < topology.vertexCount; ++vertex) {
-        const auto side =
-            std::find_if(topology.sides.begin(), topology.sides.end(), [=](const auto& each) {
-                return std::find(each.begin(), each.end(), vertex) != each.end();
-            });
-        const auto place =
-            static_cast<std::size_t>(std::find(side->begin(), side->end(), vertex) - side->begin());
-        const std::vector<int> beyond = neighboursBeyond(topology, vertex, *side);
-        if (beyond.size() == 1) {
-            corners.push_back({vertex, cyclic(*side, place + side->size() - 1),
-                               cyclic(*side, place + 1), beyond.front()});
-        }
-    }
-    return corners;
-}
-
-/// The corners of a kind are found once; the walk over a mesh meets few kinds very often.
-const std::vector<Corner>& cachedCorners(const ElementTopology& topology)
-{
-    static std::vector<std::vector<Corner>> corners(ElementTopology::all().size());
-    std::vector<Corner>& found =
-        corners[static_cast<std::size_t>(&topology - ElementTopology::all().data())];
-    if (found.empty()) {
-        found = cornersOf(topology);
-    }
-    return found;
-}
-
-bool isSolidTwisted(const ElementTopology& topology, const Points& points)
-{
-    const std::vector<Corner>& corners = cachedCorners(topology);
-    return std::any_of(corners.begin(), corners.end(), [&points](const Corner& corner) {
-        const Vector& origin = at(points, corner.vertex);
-        const Vector normal =
-            (at(points, corner.first) - origin) ^ (at(points, corner.second) - origin);
-        return normal * (at(points, corner.third) - origin) <= 0.0;
-    });
-}
-
-/// True if the triangles on both sides of the diagonal from \p from face opposite ways.
-bool foldsAlongDiagonal(const Points& quad, qsizetype from)
-{
-    const Vector& a = quad[from];
-    const Vector& b = quad[from + 1];
-    const Vector& c = quad[(from + 2) % 4];
-    const Vector& d = quad[(from + 3) % 4];
-    return ((b - a) ^ (c - a)) * ((c - a) ^ (d - a)) < 0.0;
-}
-
-bool isTwisted(const ElementTopology& topology, const Points& points)
-{
-    if (topology.dimension == 3) {
-        return isSolidTwisted(topology, points);
-    }
-    return points.size() == 4 && foldsAlongDiagonal(points, 0) && foldsAlongDiagonal(points, 1);
-}
-
-bool hasRepeatedVertex(std::span<const int> vertices)
-{
-    for (std::size_t i = 1; i < vertices.size(); ++i) {
-        if (std::find(vertices.begin(), vertices.begin() + static_cast<std::ptrdiff_t>(i),
-                      vertices[i]) != vertices.begin() + static_cast<std::ptrdiff_t>(i)) {
-            return true;
-        }
-    }
-    return false;
-}
-
-Points pointsOf(const MeshEntity& element)
-{
-    Points points;
-    for (int i = 0; i < element.adjacencyCount(0); ++i) {
-        points.push_back(element.adjacencyAt(0, i)->centroid());
-    }
-    return points;
-}
-
-Points pointsOf(std::span<const int> vertices, const std::vector<Vector>& allPoints)
-{
-    Points points;
-    for (const int vertex : vertices) {
-        points.push_back(allPoints[static_cast<std::size_t>(vertex)]);
-    }
-    return points;
-}
-
-} // namespace
 
 void Extremes::add(double value, int id)
 {
@@ -305,56 +26,45 @@ void Extremes::add(double value, int id)
 
 MeshQuality::MeshQuality(const CaseView& view, int dimension, Progress& progress)
 {
-    const VertexLists& lists = view.vertexLists(dimension);
     const std::vector<MeshEntity*>& elements = view.meshEntities(dimension);
     for (std::size_t i = 0; i < elements.size(); ++i) {
-        const std::span<const int> vertices = lists.of(i);
-        const auto* const topology =
-            ElementTopology::find(dimension, static_cast<int>(vertices.size()));
-        if (topology) {
-            totals_[elements[i]->parent()] +=
-                judge(elements[i]->id(), *topology, pointsOf(vertices, view.points()),
-                      hasRepeatedVertex(vertices));
-        } else {
-            unknown_.push_back(elements[i]->id());
-        }
+        add(*elements[i], ElementQuality(view, dimension, i));
         progress.update(static_cast<qint64>(i) + 1, static_cast<qint64>(elements.size()),
                         QStringLiteral("elements"));
     }
 }
 
-double MeshQuality::measureOf(const MeshEntity& element)
+void MeshQuality::add(const MeshEntity& element, const ElementQuality& quality)
 {
-    const auto* const topology =
-        ElementTopology::find(element.dimension(), element.adjacencyCount(0));
-    return sizeOf(*topology, pointsOf(element));
+    if (std::vector<int>* const list = listOf(quality.state)) {
+        list->push_back(element.id());
+    }
+    if (quality.state != ElementQuality::State::Unknown) {
+        measure_.add(quality.measure, element.id());
+        histogram_.addMeasure(quality.measure);
+        total_ += quality.measure;
+        totals_[element.parent()] += quality.measure;
+    }
+    if (!std::isnan(quality.aspect)) {
+        aspect_.add(quality.aspect, element.id());
+        histogram_.addAspect(quality.aspect);
+    }
 }
 
-double MeshQuality::judge(int id, const ElementTopology& topology, const Points& points,
-                          bool repeatsVertex)
+std::vector<int>* MeshQuality::listOf(ElementQuality::State state)
 {
-    const double size = sizeOf(topology, points);
-    const double longest = longestEdge(topology, points);
-    const double scale = powerOf(longest, topology.dimension);
-    measure_.add(size, id);
-    histogram_.addMeasure(size);
-    total_ += size;
-    // Written so that a measure that is no number counts as degenerate.
-    if (repeatsVertex || !(std::abs(size) > degenerateFraction * scale)) {
-        degenerate_.push_back(id);
-    } else if (size < 0.0) {
-        inverted_.push_back(id);
-    } else if (isTwisted(topology, points)) {
-        twisted_.push_back(id);
+    switch (state) {
+    case ElementQuality::State::Degenerate:
+        return &degenerate_;
+    case ElementQuality::State::Inverted:
+        return &inverted_;
+    case ElementQuality::State::Twisted:
+        return &twisted_;
+    case ElementQuality::State::Unknown:
+        return &unknown_;
+    default:
+        return nullptr;
     }
-    const bool hasAspect =
-        topology.dimension > 1 && (degenerate_.empty() || degenerate_.back() != id) && size > 0.0;
-    if (hasAspect) {
-        const double aspect = aspectOf(topology, points, size, longest);
-        aspect_.add(aspect, id);
-        histogram_.addAspect(aspect);
-    }
-    return size;
 }
 
 } // namespace Ovra::GeoTool

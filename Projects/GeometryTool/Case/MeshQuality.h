@@ -1,10 +1,9 @@
 #pragma once
 
+#include "ElementQuality.h"
 #include "QualityHistogram.h"
-#include "Vector.h"
 
 #include <QHash>
-#include <QVarLengthArray>
 
 #include <limits>
 #include <vector>
@@ -19,7 +18,6 @@ namespace Ovra::GeoTool
 {
 
 class CaseView;
-struct ElementTopology;
 class Progress;
 
 /// \brief Smallest and largest of a quantity over the elements of a mesh, and where they are.
@@ -38,30 +36,11 @@ struct Extremes
 
 /// \brief How good the elements of one dimension of a mesh are.
 ///
-/// - The measure is the length of a line, the area of a face (the fan of triangles about the first
-///   vertex, by magnitude), and the signed volume of a solid: the sum, over its sides with the
-///   normal outward, of the pyramids between the sides and the first vertex, a side of four
-///   vertices being split into four triangles about its mean point. A tetrahedron has (p1 - p0) x
-///   (p2 - p0) . (p3 - p0) / 6.
-/// - An element is degenerate if the magnitude of its measure is at most 1e-12 of its longest edge
-/// to
-///   the power of its dimension, or if it names one vertex twice.
-/// - A solid is inverted if its volume is negative and it is not degenerate. It is twisted if its
-///   volume is positive and the three edges at one of its corners, in their order, span a volume
-///   that is not; the apex of a pyramid, where four edges meet, is not looked at. A quadrilateral
-///   is twisted if its sides cross: both diagonals split it into triangles that face opposite ways.
-/// - The aspect is the longest edge over the radius 3 V / A of a solid, A being the area of its
-/// sides,
-///   or 2 A / P of a face, P being its perimeter, divided by that figure for the regular element
-///   with all edges alike: 1 is best. Degenerate and inverted elements have none, nor have lines.
-/// - An element with a number of vertices that makes no kind is counted as unknown and not looked
-/// at.
+/// What is said of each stands in ElementQuality; an element with a number of vertices that makes no
+/// kind is counted as unknown and not looked at.
 class MeshQuality
 {
 public:
-    /// \brief The points of one element. On the stack: there are a million of them to judge.
-    using Points = QVarLengthArray<Geo::Vector, 8>;
-
     /// \brief Judges all elements of \p dimension, 1 to 3, in the mesh of \p view.
     MeshQuality(const CaseView& view, int dimension, Progress& progress);
 
@@ -83,12 +62,9 @@ public:
     const std::vector<int>& degenerate() const { return degenerate_; }
     const std::vector<int>& unknown() const { return unknown_; }
 
-    /// \brief Signed volume of a solid, area of a face, length of a line.
-    /// \pre ElementTopology knows the kind of \p element
-    static double measureOf(const Ovra::Geo::MeshEntity& element);
-
 private:
-    double judge(int id, const ElementTopology& topology, const Points& points, bool repeatsVertex);
+    void add(const Geo::MeshEntity& element, const ElementQuality& quality);
+    std::vector<int>* listOf(ElementQuality::State state);
 
     Extremes measure_;
     Extremes aspect_;

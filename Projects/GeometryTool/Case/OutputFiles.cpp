@@ -4,6 +4,7 @@
 #include "TemporaryName.h"
 #include "ToolError.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 #include <cerrno>
@@ -11,6 +12,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
@@ -51,6 +53,15 @@ void requireReplaceable(const QString& path)
     if (!QFileInfo(info.absolutePath()).isDir()) {
         throw outputError(path,
                           QStringLiteral("there is no directory %1").arg(info.absolutePath()));
+    }
+}
+
+void allowManyFiles()
+{
+    rlimit limit = {};
+    if (getrlimit(RLIMIT_NOFILE, &limit) == 0) {
+        limit.rlim_cur = limit.rlim_max;
+        setrlimit(RLIMIT_NOFILE, &limit);
     }
 }
 
@@ -255,6 +266,9 @@ OutputFiles::~OutputFiles()
     while (!entries_.empty()) { // in this order, for TemporaryName::unfinished()
         entries_.pop_back();
     }
+    for (const QString& directory : madeDirectories_) {
+        QDir().rmdir(directory); // unless something is in it
+    }
 }
 
 QFile& OutputFiles::add(const QString& path)
@@ -264,6 +278,18 @@ QFile& OutputFiles::add(const QString& path)
     entry->open(names_);
     entries_.push_back(std::move(entry));
     return entries_.back()->file;
+}
+
+void OutputFiles::addDirectory(const QString& path)
+{
+    allowManyFiles();
+    if (QFileInfo(path).isDir()) {
+        return;
+    }
+    if (!QDir().mkdir(path)) {
+        throw outputError(path, QStringLiteral("the directory cannot be made"));
+    }
+    madeDirectories_ += path;
 }
 
 bool OutputFiles::isStandardOutput(const QString& path)

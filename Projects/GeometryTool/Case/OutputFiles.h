@@ -5,6 +5,7 @@
 
 #include <QFile>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 #include <vector>
@@ -34,6 +35,13 @@ public:
     /// instance.
     QFile& add(const QString& path);
 
+    /// \brief Makes the directory \p path, if it is missing, for files to be added in it.
+    ///
+    /// It goes again with this object if nothing has been written to it. As there may be many files,
+    /// the process is let have as many open as the system allows. Throws ToolError OutputFailed if
+    /// the directory cannot be made.
+    void addDirectory(const QString& path);
+
     /// \brief True for "-", which add() takes for standard output; "./-" is a file of that name.
     static bool isStandardOutput(const QString& path);
 
@@ -62,6 +70,7 @@ private:
 
     TemporaryName names_;
     std::vector<std::unique_ptr<Entry>> entries_;
+    QStringList madeDirectories_;
 };
 
 } // namespace Ovra::GeoTool

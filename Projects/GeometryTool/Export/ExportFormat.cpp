@@ -35,6 +35,9 @@ const std::vector<ExportFormat>& ExportFormat::all()
 {
     static const std::vector<ExportFormat> table = {
         {"vtu", "VTK: the elements", Content::Binary, true, requireVtk, writeVtu},
+        {"vtp", "VTK: the mesh faces on model faces", Content::Binary, false, requireVtk, writeVtp},
+        {"vtm", "VTK: a block for each model region and face", Content::Binary, false, requireVtk,
+         writeVtm},
     };
     return table;
 }

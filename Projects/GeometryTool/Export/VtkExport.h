@@ -11,4 +11,11 @@ void requireVtk();
 /// \brief Writes the elements as an unstructured grid.
 void writeVtu(const ExportJob& job);
 
+/// \brief Writes the mesh faces on model faces as a surface.
+void writeVtp(const ExportJob& job);
+
+/// \brief Writes a block for each model region and face, each in a file of its own in the folder
+/// that has the name of the output without its suffix.
+void writeVtm(const ExportJob& job);
+
 } // namespace Ovra::GeoTool

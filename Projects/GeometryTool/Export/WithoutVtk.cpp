@@ -14,4 +14,14 @@ void writeVtu(const ExportJob&)
     requireVtk();
 }
 
+void writeVtp(const ExportJob&)
+{
+    requireVtk();
+}
+
+void writeVtm(const ExportJob&)
+{
+    requireVtk();
+}
+
 } // namespace Ovra::GeoTool

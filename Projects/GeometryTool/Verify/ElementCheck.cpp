@@ -87,7 +87,7 @@ QString measureText(const MeshEntity& entity)
     static const std::array<const char*, 4> names = {"", "length", "area", "volume"};
     return QStringLiteral("%1 of %2")
         .arg(QLatin1String(names.at(static_cast<std::size_t>(entity.dimension()))))
-        .arg(MeshQuality::measureOf(entity), 0, 'g', 6);
+        .arg(ElementQuality::measureOf(entity), 0, 'g', 6);
 }
 
 } // namespace

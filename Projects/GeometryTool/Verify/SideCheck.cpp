@@ -3,9 +3,9 @@
 #include "CaseView.h"
 #include "Counted.h"
 #include "ElementCheck.h"
+#include "ElementQuality.h"
 #include "FindingSink.h"
 #include "MeshEntity.h"
-#include "MeshQuality.h"
 #include "ModelEntity.h"
 #include "Progress.h"
 
@@ -23,7 +23,7 @@ namespace
 
 bool isInsideOut(const MeshEntity& element)
 {
-    return MeshQuality::measureOf(element) < 0.0;
+    return ElementQuality::measureOf(element) < 0.0;
 }
 
 bool bounds(const ModelEntity& face, const ModelEntity* region)

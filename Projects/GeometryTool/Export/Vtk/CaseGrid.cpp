@@ -7,9 +7,7 @@
 
 #include <numeric>
 #include <vtkCellArray.h>
-#include <vtkCellData.h>
-#include <vtkIntArray.h>
-#include <vtkPointData.h>
+#include <vtkFieldData.h>
 #include <vtkPoints.h>
 #include <vtkPolyData.h>
 #include <vtkUnsignedCharArray.h>
@@ -20,49 +18,14 @@ namespace Ovra::GeoTool
 
 using namespace Ovra::Geo;
 
-namespace
-{
-
-/// \param valueOf gives the integer of a mesh entity
-template <typename Positions, typename ValueOf>
-void addIntegers(vtkDataSetAttributes& data, const char* name,
-                 const std::vector<MeshEntity*>& entities, const Positions& positions,
-                 ValueOf valueOf)
-{
-    const auto array = vtkSmartPointer<vtkIntArray>::New();
-    array->SetName(name);
-    array->SetNumberOfValues(static_cast<vtkIdType>(positions.size()));
-    int* place = array->GetPointer(0);
-    for (const auto position : positions) {
-        *place++ = valueOf(*entities[static_cast<std::size_t>(position)]);
-    }
-    data.AddArray(array);
-}
-
-template <typename Positions>
-void addIds(vtkDataSetAttributes& data, const std::vector<MeshEntity*>& entities,
-            const Positions& positions)
-{
-    addIntegers(data, "mesh_id", entities, positions,
-                [](const MeshEntity& entity) { return entity.id(); });
-    addIntegers(data, "model_id", entities, positions, [](const MeshEntity& entity) {
-        return entity.parent() ? entity.parent()->id() : 0;
-    });
-    addIntegers(data, "model_dimension", entities, positions, [](const MeshEntity& entity) {
-        return entity.parent() ? entity.parent()->dimension() : -1;
-    });
-}
-
-} // namespace
-
-vtkSmartPointer<vtkUnstructuredGrid> CaseGrid::elements() const
+vtkSmartPointer<vtkUnstructuredGrid> CaseGrid::elements()
 {
     Selection all(view_.meshEntities(view_.elementDimension()).size());
     std::iota(all.begin(), all.end(), std::size_t(0));
-    return elements(all);
+    return elements(all, view_.modelEntities(view_.elementDimension()));
 }
 
-vtkSmartPointer<vtkPolyData> CaseGrid::faces() const
+vtkSmartPointer<vtkPolyData> CaseGrid::faces()
 {
     const int dimension = view_.faceDimension();
     const std::vector<MeshEntity*>& entities = view_.meshEntities(dimension);
@@ -73,21 +36,24 @@ vtkSmartPointer<vtkPolyData> CaseGrid::faces() const
             onFaces.push_back(i);
         }
     }
-    return faces(onFaces);
+    return faces(onFaces, view_.modelEntities(dimension));
 }
 
-vtkSmartPointer<vtkUnstructuredGrid> CaseGrid::elements(const Selection& selection) const
+vtkSmartPointer<vtkUnstructuredGrid> CaseGrid::elements(const Selection& selection,
+                                                        const std::vector<ModelEntity*>& of)
 {
     const int dimension = view_.elementDimension();
     const GridCells cells(view_, dimension, selection);
     auto grid = vtkSmartPointer<vtkUnstructuredGrid>::New();
     grid->SetPoints(cells.points());
     grid->SetCells(cells.types(), cells.cells());
-    addFields(*grid, dimension, selection, cells.vertices());
+    fields_.addTo(*grid, dimension, selection, cells.vertices());
+    fields_.addTo(*grid->GetFieldData(), of);
     return grid;
 }
 
-vtkSmartPointer<vtkPolyData> CaseGrid::faces(const Selection& selection) const
+vtkSmartPointer<vtkPolyData> CaseGrid::faces(const Selection& selection,
+                                             const std::vector<ModelEntity*>& of)
 {
     const int dimension = view_.faceDimension();
     const GridCells cells(view_, dimension, selection);
@@ -98,15 +64,9 @@ vtkSmartPointer<vtkPolyData> CaseGrid::faces(const Selection& selection) const
     } else {
         surface->SetLines(cells.cells());
     }
-    addFields(*surface, dimension, selection, cells.vertices());
+    fields_.addTo(*surface, dimension, selection, cells.vertices());
+    fields_.addTo(*surface->GetFieldData(), of);
     return surface;
-}
-
-void CaseGrid::addFields(vtkDataSet& dataSet, int dimension, const Selection& cells,
-                         const std::vector<int>& points) const
-{
-    addIds(*dataSet.GetCellData(), view_.meshEntities(dimension), cells);
-    addIds(*dataSet.GetPointData(), view_.meshEntities(0), points);
 }
 
 } // namespace Ovra::GeoTool

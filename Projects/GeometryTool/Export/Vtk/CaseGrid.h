@@ -1,10 +1,11 @@
 #pragma once
 
+#include "CaseFields.h"
+
 #include <cstddef>
 #include <vector>
 #include <vtkSmartPointer.h>
 
-class vtkDataSet;
 class vtkPolyData;
 class vtkUnstructuredGrid;
 
@@ -20,29 +21,34 @@ class CaseView;
 class CaseGrid
 {
 public:
+    /// \brief Positions in CaseView::meshEntities() of one dimension, ascending.
+    using Selection = std::vector<std::size_t>;
+
     /// \param view must outlive this
     explicit CaseGrid(const CaseView& view)
         : view_(view)
+        , fields_(view)
     {
     }
 
     /// \brief The elements: mesh regions, or mesh faces in a case without regions.
-    vtkSmartPointer<vtkUnstructuredGrid> elements() const;
+    vtkSmartPointer<vtkUnstructuredGrid> elements();
+
+    /// \brief Some of the elements, in which the model entities \p of go as a table.
+    vtkSmartPointer<vtkUnstructuredGrid> elements(const Selection& selection,
+                                                  const std::vector<Geo::ModelEntity*>& of);
 
     /// \brief The mesh faces that stand on a model face; mesh edges on model edges in a case
     /// without regions.
-    vtkSmartPointer<vtkPolyData> faces() const;
+    vtkSmartPointer<vtkPolyData> faces();
+
+    /// \brief Some of the mesh faces, in which the model entities \p of go as a table.
+    vtkSmartPointer<vtkPolyData> faces(const Selection& selection,
+                                       const std::vector<Geo::ModelEntity*>& of);
 
 private:
-    /// Positions in CaseView::meshEntities() of the dimension in question.
-    using Selection = std::vector<std::size_t>;
-
-    vtkSmartPointer<vtkUnstructuredGrid> elements(const Selection& selection) const;
-    vtkSmartPointer<vtkPolyData> faces(const Selection& selection) const;
-    void addFields(vtkDataSet& dataSet, int dimension, const Selection& cells,
-                   const std::vector<int>& points) const;
-
     const CaseView& view_;
+    CaseFields fields_;
 };
 
 } // namespace Ovra::GeoTool

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+
+class QFile;
+
+namespace Ovra::GeoTool
+{
+
+struct ExportJob;
+
+/// \brief The folder beside an output that is made of several files: "wing" beside "wing.vtm".
+class PieceFolder
+{
+public:
+    /// \brief Makes the folder, if it is missing.
+    explicit PieceFolder(const ExportJob& job);
+
+    /// \brief A new file in the folder; what else stands there stays.
+    QFile& add(const QString& fileName) const;
+
+    /// \brief The path of a file in the folder, as the output names it: "wing/region_2.vtu".
+    QString reference(const QString& fileName) const;
+
+private:
+    const ExportJob& job_;
+    QString name_;
+    QString path_;
+};
+
+} // namespace Ovra::GeoTool
