@@ -4,6 +4,7 @@
 #include "CaseView.h"
 #include "ExportFormat.h"
 #include "ExportJob.h"
+#include "GraphCut.h"
 #include "OutputCheck.h"
 #include "OutputFiles.h"
 #include "Progress.h"
@@ -49,11 +50,28 @@ void requireSeekable(const ExportFormat& format, const QString& output)
     }
 }
 
+void requireParts(const ExportFormat& format, const ExportOptions& options)
+{
+    if (options.parts < 1) {
+        throw ToolError(ExitCode::Usage, QStringLiteral("--parts must be a number above 0"));
+    }
+    if (options.parts == 1) {
+        return;
+    }
+    if (!format.hasParts) {
+        throw ToolError(ExitCode::Usage,
+                        QStringLiteral("a .%1 file is not written in parts; those that are: %2")
+                            .arg(format.suffix, ExportFormat::suffixesWithParts()));
+    }
+    requireMetis();
+}
+
 void run(const Options& options, Progress& progress)
 {
     const QString output = QString::fromStdString(options.output);
     const ExportFormat& format = formatOf(options); // wrong arguments are told before a long load
     requireSeekable(format, output);
+    requireParts(format, options.job);
     CaseFiles source(QString::fromStdString(options.name));
     if (!OutputFiles::isStandardOutput(output)) {
         OutputCheck::requireFile(output, source.paths());
@@ -80,6 +98,18 @@ void addOptions(CLI::App& command, Options& options)
     command
         .add_option("--format", options.format, "The format, in place of the suffix of the file")
         ->type_name("SUFFIX");
+    CLI::Option* const parts =
+        command
+            .add_option(
+                "--parts", options.job.parts,
+                "Cut the elements in so many parts of about the same size, each with a layer "
+                "of ghosts; for " +
+                    ExportFormat::suffixesWithParts().toStdString())
+            ->type_name("N");
+    command
+        .add_flag("--keep-interfaces", options.job.keepInterfaces,
+                  "Let no cut part the two sides of a doubled interface, shell or periodic pair")
+        ->needs(parts);
 }
 
 std::string footer()

@@ -23,6 +23,18 @@ const ExportFormat* find(const QString& suffix)
     return found == formats.end() ? nullptr : &*found;
 }
 
+template <typename Condition>
+QString suffixesOf(Condition condition)
+{
+    QStringList list;
+    for (const ExportFormat& format : ExportFormat::all()) {
+        if (condition(format)) {
+            list += QLatin1Char('.') + format.suffix;
+        }
+    }
+    return list.join(QStringLiteral(", "));
+}
+
 ToolError unknown(const QString& what)
 {
     return ToolError(ExitCode::Usage,
@@ -35,6 +47,7 @@ const std::vector<ExportFormat>& ExportFormat::all()
 {
     static const std::vector<ExportFormat> table = {
         {"vtu", "VTK: the elements", Content::Binary, true, requireVtk, writeVtu},
+        {"pvtu", "VTK: the elements, in parts", Content::Binary, true, requireVtk, writePvtu},
         {"vtp", "VTK: the mesh faces on model faces", Content::Binary, false, requireVtk, writeVtp},
         {"vtm", "VTK: a block for each model region and face", Content::Binary, false, requireVtk,
          writeVtm},
@@ -64,11 +77,12 @@ const ExportFormat& ExportFormat::ofFile(const QString& path)
 
 QString ExportFormat::suffixes()
 {
-    QStringList list;
-    for (const ExportFormat& format : all()) {
-        list += QLatin1Char('.') + format.suffix;
-    }
-    return list.join(QStringLiteral(", "));
+    return suffixesOf([](const ExportFormat&) { return true; });
+}
+
+QString ExportFormat::suffixesWithParts()
+{
+    return suffixesOf([](const ExportFormat& format) { return format.hasParts; });
 }
 
 } // namespace Ovra::GeoTool

@@ -38,6 +38,9 @@ struct ExportFormat
 
     /// \brief ".vtu, .vtp, ...".
     static QString suffixes();
+
+    /// \brief The same of those that can be written in parts.
+    static QString suffixesWithParts();
 };
 
 } // namespace Ovra::GeoTool

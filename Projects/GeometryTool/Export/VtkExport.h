@@ -8,8 +8,12 @@ struct ExportJob;
 /// \brief Throws ToolError if this build has no VTK.
 void requireVtk();
 
-/// \brief Writes the elements as an unstructured grid.
+/// \brief Writes the elements as an unstructured grid; as writePvtu() does, if in parts.
 void writeVtu(const ExportJob& job);
+
+/// \brief Writes the elements in parts: an index, and a file for each part in the folder that has the
+/// name of the output without its suffix.
+void writePvtu(const ExportJob& job);
 
 /// \brief Writes the mesh faces on model faces as a surface.
 void writeVtp(const ExportJob& job);

@@ -14,6 +14,11 @@ void writeVtu(const ExportJob&)
     requireVtk();
 }
 
+void writePvtu(const ExportJob&)
+{
+    requireVtk();
+}
+
 void writeVtp(const ExportJob&)
 {
     requireVtk();

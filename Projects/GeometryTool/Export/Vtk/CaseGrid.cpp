@@ -25,6 +25,11 @@ vtkSmartPointer<vtkUnstructuredGrid> CaseGrid::elements()
     return elements(all, view_.modelEntities(view_.elementDimension()));
 }
 
+std::vector<int> CaseGrid::verticesOf(const Selection& selection) const
+{
+    return GridCells::verticesOf(view_, view_.elementDimension(), selection);
+}
+
 vtkSmartPointer<vtkPolyData> CaseGrid::faces()
 {
     const int dimension = view_.faceDimension();

@@ -17,11 +17,11 @@ class CaseView;
 /// \brief The mesh of a case as data sets of VTK, with all that is known of it as fields; see
 /// Documentation/Export.md for their names.
 ///
-/// The points of a data set are the vertices that its cells use, both in ascending order of ids.
+/// The points of a data set are the vertices that its cells use, in ascending order of ids.
 class CaseGrid
 {
 public:
-    /// \brief Positions in CaseView::meshEntities() of one dimension, ascending.
+    /// \brief Positions in CaseView::meshEntities() of one dimension.
     using Selection = std::vector<std::size_t>;
 
     /// \param view must outlive this
@@ -37,6 +37,9 @@ public:
     /// \brief Some of the elements, in which the model entities \p of go as a table.
     vtkSmartPointer<vtkUnstructuredGrid> elements(const Selection& selection,
                                                   const std::vector<Geo::ModelEntity*>& of);
+
+    /// \brief The points of elements(selection): positions in CaseView::meshEntities(0).
+    std::vector<int> verticesOf(const Selection& selection) const;
 
     /// \brief The mesh faces that stand on a model face; mesh edges on model edges in a case
     /// without regions.

@@ -17,8 +17,11 @@ namespace
 {
 
 /// What is no element still keeps its vertices and its fields.
-int typeWithoutShape(int dimension, std::size_t vertexCount)
+unsigned char typeOf(int dimension, std::size_t vertexCount)
 {
+    if (const CellShape* const shape = CellShape::find(dimension, static_cast<int>(vertexCount))) {
+        return static_cast<unsigned char>(shape->type);
+    }
     return dimension == 2 && vertexCount > 2 ? VTK_POLYGON : VTK_POLY_VERTEX;
 }
 
@@ -27,11 +30,34 @@ int typeWithoutShape(int dimension, std::size_t vertexCount)
 GridCells::GridCells(const CaseView& view, int dimension, const std::vector<std::size_t>& selection)
     : view_(view)
     , dimension_(dimension)
+    , vertices_(verticesOf(view, dimension, selection))
+    , pointOf_(view.meshEntities(0).size())
     , cells_(vtkSmartPointer<vtkCellArray>::New())
     , types_(vtkSmartPointer<vtkUnsignedCharArray>::New())
 {
-    choosePoints(selection);
+    for (std::size_t point = 0; point < vertices_.size(); ++point) {
+        pointOf_[static_cast<std::size_t>(vertices_[point])] = static_cast<int>(point);
+    }
     fillCells(selection);
+}
+
+std::vector<int> GridCells::verticesOf(const CaseView& view, int dimension,
+                                       const std::vector<std::size_t>& selection)
+{
+    std::vector<bool> isUsed(view.meshEntities(0).size());
+    const VertexLists& lists = view.vertexLists(dimension);
+    for (const std::size_t entity : selection) {
+        for (const int vertex : lists.of(entity)) {
+            isUsed[static_cast<std::size_t>(vertex)] = true;
+        }
+    }
+    std::vector<int> vertices;
+    for (std::size_t vertex = 0; vertex < isUsed.size(); ++vertex) {
+        if (isUsed[vertex]) {
+            vertices.push_back(static_cast<int>(vertex));
+        }
+    }
+    return vertices;
 }
 
 vtkSmartPointer<vtkPoints> GridCells::points() const
@@ -51,53 +77,38 @@ vtkSmartPointer<vtkPoints> GridCells::points() const
     return points;
 }
 
-void GridCells::choosePoints(const std::vector<std::size_t>& selection)
-{
-    pointOf_.assign(view_.meshEntities(0).size(), -1);
-    const VertexLists& lists = view_.vertexLists(dimension_);
-    for (const std::size_t entity : selection) {
-        for (const int vertex : lists.of(entity)) {
-            pointOf_[static_cast<std::size_t>(vertex)] = 0;
-        }
-    }
-    for (std::size_t vertex = 0; vertex < pointOf_.size(); ++vertex) {
-        if (pointOf_[vertex] == 0) {
-            pointOf_[vertex] = static_cast<int>(vertices_.size());
-            vertices_.push_back(static_cast<int>(vertex));
-        }
-    }
-}
-
 void GridCells::fillCells(const std::vector<std::size_t>& selection)
 {
     const VertexLists& lists = view_.vertexLists(dimension_);
-    std::size_t total = 0;
-    for (const std::size_t entity : selection) {
-        total += lists.of(entity).size();
-    }
     const auto offsets = vtkSmartPointer<vtkTypeInt64Array>::New();
     const auto connectivity = vtkSmartPointer<vtkTypeInt64Array>::New();
     offsets->SetNumberOfValues(static_cast<vtkIdType>(selection.size()) + 1);
-    connectivity->SetNumberOfValues(static_cast<vtkIdType>(total));
     types_->SetNumberOfValues(static_cast<vtkIdType>(selection.size()));
     vtkIdType cell = 0;
-    vtkIdType place = 0;
+    vtkIdType total = 0;
     for (const std::size_t entity : selection) {
-        const std::span<const int> vertices = lists.of(entity);
-        const CellShape* const shape =
-            CellShape::find(dimension_, static_cast<int>(vertices.size()));
-        offsets->SetValue(cell, place);
-        types_->SetValue(cell++,
-                         static_cast<unsigned char>(
-                             shape ? shape->type : typeWithoutShape(dimension_, vertices.size())));
-        for (std::size_t i = 0; i < vertices.size(); ++i) {
-            const auto vertex = static_cast<std::size_t>(
-                vertices[shape ? static_cast<std::size_t>(shape->order[i]) : i]);
-            connectivity->SetValue(place++, pointOf_[vertex]);
-        }
+        offsets->SetValue(cell++, total);
+        total += static_cast<vtkIdType>(lists.of(entity).size());
     }
-    offsets->SetValue(cell, place);
+    offsets->SetValue(cell, total);
+    connectivity->SetNumberOfValues(total);
+    vtkTypeInt64* place = connectivity->GetPointer(0);
+    for (std::size_t i = 0; i < selection.size(); ++i) {
+        const std::span<const int> vertices = lists.of(selection[i]);
+        types_->SetValue(static_cast<vtkIdType>(i), typeOf(dimension_, vertices.size()));
+        place = fillCell(vertices, place);
+    }
     cells_->SetData(offsets, connectivity);
+}
+
+vtkTypeInt64* GridCells::fillCell(std::span<const int> vertices, vtkTypeInt64* place) const
+{
+    const CellShape* const shape = CellShape::find(dimension_, static_cast<int>(vertices.size()));
+    for (std::size_t i = 0; i < vertices.size(); ++i) {
+        const int vertex = vertices[shape ? static_cast<std::size_t>(shape->order[i]) : i];
+        *place++ = pointOf_[static_cast<std::size_t>(vertex)];
+    }
+    return place;
 }
 
 } // namespace Ovra::GeoTool

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <vector>
 #include <vtkSmartPointer.h>
+#include <vtkType.h>
 
 class vtkCellArray;
 class vtkPoints;
@@ -20,6 +22,10 @@ public:
     /// \param selection positions in CaseView::meshEntities(dimension)
     GridCells(const CaseView& view, int dimension, const std::vector<std::size_t>& selection);
 
+    /// \brief The vertices of some mesh entities, ascending: positions in CaseView::meshEntities(0).
+    static std::vector<int> verticesOf(const CaseView& view, int dimension,
+                                       const std::vector<std::size_t>& selection);
+
     vtkSmartPointer<vtkPoints> points() const;
     vtkSmartPointer<vtkCellArray> cells() const { return cells_; }
     vtkSmartPointer<vtkUnsignedCharArray> types() const { return types_; }
@@ -28,13 +34,13 @@ public:
     const std::vector<int>& vertices() const { return vertices_; }
 
 private:
-    void choosePoints(const std::vector<std::size_t>& selection);
     void fillCells(const std::vector<std::size_t>& selection);
+    vtkTypeInt64* fillCell(std::span<const int> vertices, vtkTypeInt64* place) const;
 
     const CaseView& view_;
     int dimension_;
     std::vector<int> vertices_;
-    std::vector<int> pointOf_; ///< by position of the vertex; -1 where it is no point
+    std::vector<int> pointOf_; ///< by position of the vertex, where it is a point
     vtkSmartPointer<vtkCellArray> cells_;
     vtkSmartPointer<vtkUnsignedCharArray> types_;
 };
