@@ -1,5 +1,6 @@
 #include "ConvertCommand.h"
-#include "ExportCommand.h"
+addImportCommand, addInfoCommand, addVerifyCommand, addConvertCommand, addTextCommand,
+    addPrepareCommand, addSolverInputCommand, addExportCommand, addReportCommand, addDiffCommand,
 #include "ImportCommand.h"
 #include "InfoCommand.h"
 #include "PrepareCommand.h"
@@ -18,15 +19,20 @@
 #include <cstdio>
 #include <new>
 
-using namespace Ovra::GeoTool;
+    using namespace Ovra::GeoTool;
 
 namespace
 {
 
 /// A new subcommand is one more line here.
 constexpr auto addCommands = {
+<<<<<<< HEAD
     addImportCommand,  addInfoCommand,        addVerifyCommand, addConvertCommand, addTextCommand,
     addPrepareCommand, addSolverInputCommand, addExportCommand, addReportCommand,
+=======
+    addImportCommand, addInfoCommand,    addVerifyCommand,      addConvertCommand,
+    addTextCommand,   addPrepareCommand, addSolverInputCommand, addDiffCommand,
+>>>>>>> a778c10 (diff: say in what two cases differ, entity by entity, by id or by place)
 };
 
 int fail(Progress& progress, ExitCode exitCode, QString text)
@@ -58,6 +64,8 @@ int parse(CLI::App& app, Progress& progress, int argc, char** argv)
 {
     try {
         app.parse(argc, argv);
+    } catch (const CLI::RuntimeError& end) { // of a subcommand that has told all that it has to
+        return end.get_exit_code();
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == 0) { // help or version
             return app.exit(error);
