@@ -1,6 +1,6 @@
 #include "ConvertCommand.h"
-addImportCommand, addInfoCommand, addVerifyCommand, addConvertCommand, addTextCommand,
-    addPrepareCommand, addSolverInputCommand, addExportCommand, addReportCommand, addDiffCommand,
+#include "DiffCommand.h"
+#include "ExportCommand.h"
 #include "ImportCommand.h"
 #include "InfoCommand.h"
 #include "PrepareCommand.h"
@@ -19,20 +19,15 @@ addImportCommand, addInfoCommand, addVerifyCommand, addConvertCommand, addTextCo
 #include <cstdio>
 #include <new>
 
-    using namespace Ovra::GeoTool;
+using namespace Ovra::GeoTool;
 
 namespace
 {
 
 /// A new subcommand is one more line here.
 constexpr auto addCommands = {
-<<<<<<< HEAD
     addImportCommand,  addInfoCommand,        addVerifyCommand, addConvertCommand, addTextCommand,
-    addPrepareCommand, addSolverInputCommand, addExportCommand, addReportCommand,
-=======
-    addImportCommand, addInfoCommand,    addVerifyCommand,      addConvertCommand,
-    addTextCommand,   addPrepareCommand, addSolverInputCommand, addDiffCommand,
->>>>>>> a778c10 (diff: say in what two cases differ, entity by entity, by id or by place)
+    addPrepareCommand, addSolverInputCommand, addExportCommand, addReportCommand,  addDiffCommand,
 };
 
 int fail(Progress& progress, ExitCode exitCode, QString text)
