@@ -78,41 +78,33 @@ Vector splitPoint(const Points& ring)
     return ring.size() == 3 ? ring[0] : mean(ring);
 }
 
-double sideVolume(const Points& ring, const Vector& apex)
+/// The size of an element, or what a side adds to that of a solid, and the size of its boundary.
+struct Sums
+{
+    double measure = 0.0;
+    double boundary = 0.0;
+};
+
+Sums sumsOfSide(const Points& ring, const Vector& apex)
 {
     const Vector about = splitPoint(ring);
-    double volume = 0.0;
+    Sums sums;
     for (const Vector& area : areaVectors(ring, about)) {
-        volume += area * (about - apex) / 3.0;
+        sums.measure += area * (about - apex) / 3.0;
+        sums.boundary += area.length();
     }
-    return volume;
+    return sums;
 }
 
-double sideArea(const Points& ring)
+Sums sumsOfSides(const ElementTopology& topology, const Points& points)
 {
-    double area = 0.0;
-    for (const Vector& vector : areaVectors(ring, splitPoint(ring))) {
-        area += vector.length();
-    }
-    return area;
-}
-
-double solidVolume(const ElementTopology& topology, const Points& points)
-{
-    double volume = 0.0;
+    Sums sums;
     for (const std::vector<int>& side : topology.sides) {
-        volume += sideVolume(pick(side, points), points[0]);
+        const Sums ofSide = sumsOfSide(pick(side, points), points[0]);
+        sums.measure += ofSide.measure;
+        sums.boundary += ofSide.boundary;
     }
-    return volume;
-}
-
-double solidSurface(const ElementTopology& topology, const Points& points)
-{
-    double area = 0.0;
-    for (const std::vector<int>& side : topology.sides) {
-        area += sideArea(pick(side, points));
-    }
-    return area;
+    return sums;
 }
 
 double fanArea(const Points& points)
@@ -124,14 +116,6 @@ double fanArea(const Points& points)
     return area;
 }
 
-double sizeOf(const ElementTopology& topology, const Points& points)
-{
-    if (topology.dimension == 1) {
-        return (points[1] - points[0]).length();
-    }
-    return topology.dimension == 2 ? fanArea(points) : solidVolume(topology, points);
-}
-
 double perimeter(const Points& points)
 {
     double length = 0.0;
@@ -141,19 +125,35 @@ double perimeter(const Points& points)
     return length;
 }
 
+/// The measure of an element and that of its boundary.
+Sums sumsOf(const ElementTopology& topology, const Points& points)
+{
+    switch (topology.dimension) {
+    case 1:
+        return {(points[1] - points[0]).length(), 0.0};
+    case 2:
+        return {fanArea(points), perimeter(points)};
+    default:
+        return sumsOfSides(topology, points);
+    }
+}
+
 double squareOf(const Vector& vector)
 {
     return vector * vector;
 }
 
-/// The root is taken once: that of the largest square is the largest of the roots.
+/// The root is taken once: that of the largest square is the largest of the roots. Each edge is met
+/// once in either direction.
 double longestEdge(const ElementTopology& topology, const Points& points)
 {
     double longest = topology.dimension == 1 ? squareOf(points[1] - points[0]) : 0.0;
     for (const std::vector<int>& side : topology.sides) {
         for (std::size_t i = 0; i < side.size(); ++i) {
-            longest =
-                std::max(longest, squareOf(at(points, cyclic(side, i + 1)) - at(points, side[i])));
+            const int next = cyclic(side, i + 1);
+            if (side[i] < next) {
+                longest = std::max(longest, squareOf(at(points, next) - at(points, side[i])));
+            }
         }
     }
     return std::sqrt(longest);
@@ -164,12 +164,9 @@ double powerOf(double base, int exponent)
     return exponent == 1 ? base : base * powerOf(base, exponent - 1);
 }
 
-double aspectOf(const ElementTopology& topology, const Points& points, double measure,
-                double longest)
+double aspectOf(const ElementTopology& topology, const Sums& sums, double longest)
 {
-    const double boundary =
-        topology.dimension == 3 ? solidSurface(topology, points) : perimeter(points);
-    const double radius = topology.dimension * measure / boundary;
+    const double radius = topology.dimension * sums.measure / sums.boundary;
     return longest / radius / topology.regularAspect;
 }
 
@@ -298,9 +295,10 @@ bool isDegenerate(double measure, double longest, int dimension)
 
 ElementQuality::ElementQuality(const ElementTopology& topology, const Points& points,
                                bool repeatsVertex)
-    : measure(sizeOf(topology, points))
 {
+    const Sums sums = sumsOf(topology, points);
     const double longest = longestEdge(topology, points);
+    measure = sums.measure;
     if (repeatsVertex || isDegenerate(measure, longest, topology.dimension)) {
         state = State::Degenerate;
     } else if (measure < 0.0) {
@@ -309,7 +307,7 @@ ElementQuality::ElementQuality(const ElementTopology& topology, const Points& po
         state = isTwisted(topology, points) ? State::Twisted : State::Sound;
     }
     if (topology.dimension > 1 && state != State::Degenerate && measure > 0.0) {
-        aspect = aspectOf(topology, points, measure, longest);
+        aspect = aspectOf(topology, sums, longest);
     }
 }
 
@@ -328,7 +326,7 @@ double ElementQuality::measureOf(const MeshEntity& element)
 {
     const auto* const topology =
         ElementTopology::find(element.dimension(), element.adjacencyCount(0));
-    return sizeOf(*topology, pointsOf(element));
+    return sumsOf(*topology, pointsOf(element)).measure;
 }
 
 } // namespace Ovra::GeoTool

@@ -3,8 +3,6 @@
 #include "MeshEntity.h"
 #include "ModelEntity.h"
 
-#include <QHash>
-
 #include <algorithm>
 
 namespace Ovra::GeoTool
@@ -35,30 +33,40 @@ void MeshFields::findParents()
 {
     QHash<const ModelEntity*, int> places;
     parentOf_.reserve(entities_.size());
-    for (const MeshEntity* entity : entities_) {
-        const ModelEntity* const parent = entity->parent();
-        const bool isLast = !parentOf_.empty() && parentOf_.back() >= 0 &&
-                            parents_[static_cast<std::size_t>(parentOf_.back())] == parent;
-        const int place = isLast    ? parentOf_.back()
-                          : !parent ? -1
-                                    : places.value(parent, static_cast<int>(parents_.size()));
-        if (place == static_cast<int>(parents_.size())) {
-            places.insert(parent, place);
-            parents_.push_back(parent);
-            childCounts_.push_back(0);
+    for (std::size_t entity = 0; entity < entities_.size(); ++entity) {
+        if (const ModelEntity* const parent = entities_[entity]->parent()) {
+            countChild(parent, places);
+        } else {
+            parentOf_.push_back(-1);
         }
-        if (place >= 0) {
-            ++childCounts_[static_cast<std::size_t>(place)];
+        if (!entities_[entity]->attributes().isEmpty()) {
+            withOwn_.push_back(entity);
         }
-        parentOf_.push_back(place);
     }
+}
+
+/// Neighbours in the list mostly stand on the same model entity.
+void MeshFields::countChild(const ModelEntity* parent, QHash<const ModelEntity*, int>& places)
+{
+    int place = parentOf_.empty() ? -1 : parentOf_.back();
+    if (place < 0 || parents_[static_cast<std::size_t>(place)] != parent) {
+        place = places.value(parent, -1);
+    }
+    if (place < 0) {
+        place = static_cast<int>(parents_.size());
+        places.insert(parent, place);
+        parents_.push_back(parent);
+        childCounts_.push_back(0);
+    }
+    ++childCounts_[static_cast<std::size_t>(place)];
+    parentOf_.push_back(place);
 }
 
 void MeshFields::makeFields(Source source)
 {
     AttributeColumns columns;
-    for (MeshEntity* entity : entities_) {
-        columns.include(entity->attributes());
+    for (const std::size_t entity : withOwn_) {
+        columns.include(entities_[entity]->attributes());
     }
     if (source == Source::MeshAndModel) {
         for (const ModelEntity* parent : parents_) {
@@ -85,9 +93,8 @@ void MeshFields::countGiven()
         for (std::size_t parent = 0; parent < parents_.size(); ++parent) {
             given += field.ofParents[parent] ? childCounts_[parent] : 0;
         }
-        for (std::size_t entity = 0; entity < entities_.size(); ++entity) {
-            AttributeMap& own = entities_[entity]->attributes();
-            if (!own.isEmpty() && own.contains(field.column.type())) {
+        for (const std::size_t entity : withOwn_) {
+            if (entities_[entity]->attributes().contains(field.column.type())) {
                 field.isOwn = true;
                 given += ofParent(field, entity) ? 0U : 1U;
             }

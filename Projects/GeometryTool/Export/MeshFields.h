@@ -2,6 +2,8 @@
 
 #include "AttributeColumn.h"
 
+#include <QHash>
+
 #include <cstddef>
 #include <optional>
 #include <vector>
@@ -44,12 +46,20 @@ public:
 
     const std::vector<Field>& fields() const { return fields_; }
 
+    /// \brief The model entity that the entity at that position stands on, or null.
+    const Geo::ModelEntity* parentOf(std::size_t entity) const
+    {
+        const int parent = parentOf_[entity];
+        return parent < 0 ? nullptr : parents_[static_cast<std::size_t>(parent)];
+    }
+
     /// \brief The value of \p field for the entity at that position; null if it has none.
     /// \param own where a value of the entity itself is put
     const ColumnValue* valueOf(const Field& field, std::size_t entity, ColumnValue& own) const;
 
 private:
     void findParents();
+    void countChild(const Geo::ModelEntity* parent, QHash<const Geo::ModelEntity*, int>& places);
     void makeFields(Source source);
     void countGiven();
     const ColumnValue* ofParent(const Field& field, std::size_t entity) const;
@@ -58,6 +68,7 @@ private:
     std::vector<const Geo::ModelEntity*> parents_; ///< distinct ones, as they are met
     std::vector<int> parentOf_;                    ///< by entity; -1 for none
     std::vector<std::size_t> childCounts_;         ///< by parent
+    std::vector<std::size_t> withOwn_;             ///< entities that have attributes themselves
     std::vector<Field> fields_;
 };
 

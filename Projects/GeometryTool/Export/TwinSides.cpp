@@ -26,18 +26,21 @@ TwinSides::TwinSides(const CaseView& view)
               [](const Relation& a, const Relation& b) { return a.name < b.name; });
     for (Relation& relation : relations_) {
         relation.ofVertices.assign(view.meshEntities(0).size(), None);
-        markVertices(relation, view.faceDimension());
-        markVertices(relation, view.elementDimension());
+        for (int dimension = view.faceDimension(); dimension <= relation.dimension; ++dimension) {
+            markVertices(relation, dimension);
+        }
     }
 }
 
-int TwinSides::of(const Relation& relation, int dimension, std::size_t entity) const
+int TwinSides::of(const Relation& relation, const ModelEntity* parent, int dimension,
+                  std::size_t entity) const
 {
-    int side = relation.of(view_.meshEntities(dimension)[entity]->parent());
-    if (dimension > relation.dimension) {
-        for (const int vertex : view_.vertexLists(dimension).of(entity)) {
-            side |= relation.ofVertices[static_cast<std::size_t>(vertex)];
-        }
+    if (dimension <= relation.dimension) {
+        return relation.of(parent);
+    }
+    int side = None;
+    for (const int vertex : view_.vertexLists(dimension).of(entity)) {
+        side |= relation.ofVertices[static_cast<std::size_t>(vertex)];
     }
     return side;
 }

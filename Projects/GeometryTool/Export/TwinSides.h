@@ -43,7 +43,9 @@ public:
 
     /// \brief The side of a mesh entity of \p dimension: an element that lies on no twin has that of
     /// its vertices, so that what touches a split from either side can be told apart.
-    int of(const Relation& relation, int dimension, std::size_t entity) const;
+    /// \param parent what it stands on, or null
+    int of(const Relation& relation, const Geo::ModelEntity* parent, int dimension,
+           std::size_t entity) const;
 
 private:
     Relation& relationOf(const QString& name);

@@ -23,27 +23,29 @@ namespace
 
 constexpr std::array<const char*, 4> measureNames = {"", "length", "area", "volume"};
 
+/// \param entityAt gives the position among \p entities, those that \p fields are of
 template <typename EntityAt>
-void addIds(FieldArrays& arrays, const EntityAt& entityAt)
+void addIds(FieldArrays& arrays, const std::vector<MeshEntity*>& entities, const MeshFields& fields,
+            const EntityAt& entityAt)
 {
-    arrays.addIntegers(QStringLiteral("mesh_id"), [&](std::size_t i) { return entityAt(i).id(); });
+    arrays.addIntegers(QStringLiteral("mesh_id"),
+                       [&](std::size_t i) { return entities[entityAt(i)]->id(); });
     arrays.addIntegers(QStringLiteral("model_id"), [&](std::size_t i) {
-        const ModelEntity* const parent = entityAt(i).parent();
+        const ModelEntity* const parent = fields.parentOf(entityAt(i));
         return parent ? parent->id() : 0;
     });
     arrays.addIntegers(QStringLiteral("model_dimension"), [&](std::size_t i) {
-        const ModelEntity* const parent = entityAt(i).parent();
+        const ModelEntity* const parent = fields.parentOf(entityAt(i));
         return parent ? parent->dimension() : -1;
     });
 }
 
-void addNames(FieldArrays& arrays, const std::vector<MeshEntity*>& entities,
-              const std::vector<std::size_t>& cells)
+void addNames(FieldArrays& arrays, const MeshFields& fields, const std::vector<std::size_t>& cells)
 {
     const ModelEntity* last = nullptr; // neighbours mostly stand on the same
     std::string name;
     arrays.addTexts(QStringLiteral("model_name"), [&](std::size_t i) {
-        const ModelEntity* const parent = entities[cells[i]]->parent();
+        const ModelEntity* const parent = fields.parentOf(cells[i]);
         if (parent != last) {
             last = parent;
             name = parent ? parent->name().toStdString() : std::string();
@@ -129,29 +131,31 @@ MeshFields& CaseFields::fieldsOf(int dimension)
 void CaseFields::addCellData(vtkFieldData& data, int dimension,
                              const std::vector<std::size_t>& cells)
 {
-    const std::vector<MeshEntity*>& entities = view_.meshEntities(dimension);
+    const MeshFields& fields = fieldsOf(dimension);
+    const auto cellAt = [&](std::size_t i) { return cells[i]; };
     FieldArrays arrays(data, cells.size());
-    addIds(arrays, [&](std::size_t i) -> const MeshEntity& { return *entities[cells[i]]; });
-    addNames(arrays, entities, cells);
+    addIds(arrays, view_.meshEntities(dimension), fields, cellAt);
+    addNames(arrays, fields, cells);
     addQuality(arrays, view_, dimension, cells);
     for (const TwinSides::Relation& relation : sides_.relations()) {
-        arrays.addBytes(relation.name,
-                        [&](std::size_t i) { return sides_.of(relation, dimension, cells[i]); });
+        arrays.addBytes(relation.name, [&](std::size_t i) {
+            return sides_.of(relation, fields.parentOf(cells[i]), dimension, cells[i]);
+        });
     }
-    addAttributes(arrays, fieldsOf(dimension), [&](std::size_t i) { return cells[i]; });
+    addAttributes(arrays, fields, cellAt);
 }
 
 void CaseFields::addPointData(vtkFieldData& data, const std::vector<int>& vertices)
 {
-    const std::vector<MeshEntity*>& entities = view_.meshEntities(0);
+    const MeshFields& fields = fieldsOf(0);
     const auto vertexAt = [&](std::size_t i) { return static_cast<std::size_t>(vertices[i]); };
     FieldArrays arrays(data, vertices.size());
-    addIds(arrays, [&](std::size_t i) -> const MeshEntity& { return *entities[vertexAt(i)]; });
+    addIds(arrays, view_.meshEntities(0), fields, vertexAt);
     for (const TwinSides::Relation& relation : sides_.relations()) {
         arrays.addBytes(relation.name,
                         [&](std::size_t i) { return relation.ofVertices[vertexAt(i)]; });
     }
-    addAttributes(arrays, fieldsOf(0), vertexAt);
+    addAttributes(arrays, fields, vertexAt);
 }
 
 void CaseFields::addModelTable(vtkFieldData& data, const std::vector<ModelEntity*>& entities)
