@@ -75,12 +75,15 @@ void run(const Options& options, Progress& progress)
     CaseFiles source(QString::fromStdString(options.name));
     if (!OutputFiles::isStandardOutput(output)) {
         OutputCheck::requireFile(output, source.paths());
+        if (format.hasAttributes) {
+            OutputCheck::requireFile(attributesPath(output), source.paths());
+        }
     }
     CaseDatabase database;
     source.load(database, progress);
     const CaseView view(database);
     OutputFiles files;
-    format.write({view, output, options.job, files, progress});
+    format.write({view, format, output, options.job, files, progress});
     files.commit();
     progress.finish();
 }

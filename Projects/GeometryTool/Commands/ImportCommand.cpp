@@ -201,16 +201,16 @@ void addImportCommand(CLI::App& app, Progress& progress)
         const QString input = QString::fromStdString(arguments->input);
         FixedAddresses::ensure();
         progress.leaveLineToCopy();
-        IsolatedRun::run(
+        const IsolatedRun::Messages messages{
             QStringLiteral(
                 "%1: the import broke down over it; the file is damaged or too much for Gmsh")
                 .arg(input),
             QStringLiteral("%1: it ended Gmsh itself, as Exit does in a script; leave that out")
-                .arg(input),
-            [&] {
-                progress.phase(QStringLiteral("importing %1").arg(input));
-                import(*arguments, progress);
-            });
+                .arg(input)};
+        IsolatedRun::run(messages, [&] {
+            progress.phase(QStringLiteral("importing %1").arg(input));
+            import(*arguments, progress);
+        });
         progress.finish();
     });
 }

@@ -1,5 +1,6 @@
 #include "ExportFormat.h"
 
+#include "GmshExport.h"
 #include "ToolError.h"
 #include "VtkExport.h"
 
@@ -51,6 +52,16 @@ const std::vector<ExportFormat>& ExportFormat::all()
         {"vtp", "VTK: the mesh faces on model faces", Content::Binary, false, requireVtk, writeVtp},
         {"vtm", "VTK: a block for each model region and face", Content::Binary, false, requireVtk,
          writeVtm},
+        {"msh", "Gmsh 4.1, binary", Content::Binary, false, requireGmsh, writeGmsh, true},
+        {"msh2", "Gmsh 2.2, text", Content::Text, false, requireGmsh, writeGmsh, true},
+        {"unv", "Universal", Content::Text, false, requireGmsh, writeGmsh, true},
+        {"inp", "Abaqus", Content::Text, false, requireGmsh, writeGmsh, true},
+        {"bdf", "Nastran", Content::Text, false, requireGmsh, writeGmsh, true},
+        {"nas", "Nastran", Content::Text, false, requireGmsh, writeGmsh, true},
+        {"mesh", "Medit", Content::Text, false, requireGmsh, writeGmsh, true},
+        {"su2", "SU2", Content::Text, false, requireGmsh, writeGmsh},
+        {"stl", "STL: the faces", Content::Text, false, requireGmsh, writeGmsh},
+        {"vtk", "legacy VTK, binary", Content::Binary, false, requireGmsh, writeGmsh},
     };
     return table;
 }

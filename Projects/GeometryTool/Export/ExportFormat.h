@@ -25,6 +25,7 @@ struct ExportFormat
     bool hasParts = false;       ///< whether it can be written in parts
     void (*require)() = nullptr; ///< throws ToolError where this build cannot write it
     void (*write)(const ExportJob& job) = nullptr;
+    bool hasAttributes = false; ///< an attributes file stands beside it
 
     /// \brief All formats, in the order in which the help lists them.
     static const std::vector<ExportFormat>& all();

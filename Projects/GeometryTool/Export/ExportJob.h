@@ -8,6 +8,7 @@ namespace Ovra::GeoTool
 class CaseView;
 class OutputFiles;
 class Progress;
+struct ExportFormat;
 
 struct ExportOptions
 {
@@ -19,10 +20,17 @@ struct ExportOptions
 struct ExportJob
 {
     const CaseView& view;
+    const ExportFormat& format;
     QString path; ///< the file to write, as the user named it
     ExportOptions options;
     OutputFiles& files; ///< takes each file that the format has, \ref path itself last
     Progress& progress;
 };
+
+/// \brief The attributes file that stands beside an exported file, for its import.
+inline QString attributesPath(const QString& output)
+{
+    return output + QStringLiteral(".json");
+}
 
 } // namespace Ovra::GeoTool

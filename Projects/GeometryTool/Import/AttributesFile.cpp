@@ -25,7 +25,9 @@ using namespace Geo;
 namespace
 {
 
-constexpr QLatin1String MeshKey("mesh"); // stands among the tags, but is none
+constexpr QLatin1String MeshKey("mesh"); // these stand among the tags, but are none
+constexpr QLatin1String NameKey("name");
+constexpr QLatin1String TagKey("tag");
 
 QString keyFor(int dimension, const QString& name)
 {
@@ -81,6 +83,7 @@ void AttributesFile::read()
     QFile file(path_);
     openInput(file);
     const QJsonObject top = parsed(file.readAll());
+    hasSections_ = !top.isEmpty();
     for (auto it = top.begin(); it != top.end(); ++it) {
         if (it.key() == QLatin1String("model")) {
             model_ = readEntries(it.key(), object(it.value(), it.key()));
@@ -147,6 +150,8 @@ QList<AttributesFile::Target> AttributesFile::readTargets(Section section, const
         target.key = it.key();
         target.section = section;
         target.meshed = readMeshed(place, entries.take(MeshKey));
+        target.name = takeText(section, place, NameKey, entries);
+        target.tag = takeText(section, place, TagKey, entries);
         target.entries = readEntries(place, entries);
         targets.append(target);
     }
@@ -185,6 +190,21 @@ std::optional<bool> AttributesFile::readMeshed(const QString& place, const QJson
     }
     requireKind(place + QLatin1Char('/') + MeshKey, value, ValueKind::Boolean);
     return value.toBool();
+}
+
+std::optional<QString> AttributesFile::takeText(Section section, const QString& place,
+                                                const QString& key, QJsonObject& keys) const
+{
+    const QJsonValue value = keys.take(key);
+    if (value.isUndefined()) {
+        return std::nullopt;
+    }
+    const QString placeOfKey = place + QLatin1Char('/') + key;
+    if (section != Section::Entities) {
+        fail(placeOfKey, QStringLiteral("only in the section entities can this be given"));
+    }
+    requireKind(placeOfKey, value, ValueKind::Text);
+    return value.toString();
 }
 
 QList<AttributesFile::Shell> AttributesFile::readShells(const QString& section,
@@ -233,6 +253,34 @@ void AttributesFile::requireKind(const QString& place, const QJsonValue& json, V
     }
 }
 
+bool AttributesFile::isOfNamesAlone() const
+{
+    return hasSections_ && model_.isEmpty() && shells_.isEmpty() &&
+           std::all_of(targets_.begin(), targets_.end(),
+                       [](const Target& target) { return target.entries.isEmpty(); });
+}
+
+void AttributesFile::nameEntities(ImportedMesh& mesh) const
+{
+    for (const Target& target : targets_) {
+        if (target.section != Section::Entities) {
+            continue;
+        }
+        const Reference reference = referenceOf(target);
+        const int position = mesh.positionOf(reference.dimension, reference.id);
+        if (position < 0) {
+            continue;
+        }
+        ImportedEntity& entity = mesh.entity(reference.dimension, position);
+        entity.kept = entity.kept || !target.meshed.value_or(true);
+        entity.label = target.tag.value_or(entity.label);
+        if (target.name) {
+            entity.groups = target.name->isEmpty() ? QStringList() : QStringList(*target.name);
+            entity.inGroup = true;
+        }
+    }
+}
+
 void AttributesFile::leaveWithoutMesh(ImportedMesh& mesh) const
 {
     QMap<int, bool> meshed;
@@ -270,11 +318,18 @@ void AttributesFile::apply(const ImportedMesh& mesh, Model& model) const
     ShellLinks::closeOtherFaces(model);
     for (const Target& target : targets_) {
         for (const Reference& reference : targetsOf(target, mesh)) {
-            ModelEntity* entity = model.entity(reference.dimension, reference.id);
-            for (const Entry& entry : target.entries) {
-                entity->attributes().insert(entry.type, resolved(entry, mesh));
-            }
+            applyTo(*model.entity(reference.dimension, reference.id), target, mesh);
         }
+    }
+}
+
+void AttributesFile::applyTo(ModelEntity& entity, const Target& target,
+                             const ImportedMesh& mesh) const
+{
+    entity.setName(target.name.value_or(entity.name()));
+    entity.setTag(target.tag.value_or(entity.tag()));
+    for (const Entry& entry : target.entries) {
+        entity.attributes().insert(entry.type, resolved(entry, mesh));
     }
 }
 
@@ -358,8 +413,7 @@ QList<AttributesFile::Reference> AttributesFile::groupMembers(const Target& targ
     return members;
 }
 
-AttributesFile::Reference AttributesFile::entityOf(const Target& target,
-                                                   const ImportedMesh& mesh) const
+AttributesFile::Reference AttributesFile::referenceOf(const Target& target) const
 {
     const QStringList parts = target.key.split(QLatin1Char(':'));
     bool dimensionOk = false;
@@ -369,6 +423,13 @@ AttributesFile::Reference AttributesFile::entityOf(const Target& target,
         reference.dimension > 3) {
         fail(target.place, QStringLiteral("dimension and id are expected, 2:17 for instance"));
     }
+    return reference;
+}
+
+AttributesFile::Reference AttributesFile::entityOf(const Target& target,
+                                                   const ImportedMesh& mesh) const
+{
+    const Reference reference = referenceOf(target);
     requireEntity(target.place, reference, mesh);
     return reference;
 }

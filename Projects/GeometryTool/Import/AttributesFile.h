@@ -14,7 +14,8 @@
 namespace Ovra::Geo
 {
 class Model;
-}
+class ModelEntity;
+} // namespace Ovra::Geo
 
 namespace Ovra::GeoTool
 {
@@ -35,6 +36,16 @@ public:
     /// \brief Reads the file and checks all that can be checked without a model: structure, tags
     /// and, but for names of faces, values.
     void read();
+
+    /// \brief Whether it is one that gives no attributes and is not meant to: it has sections, for
+    /// names for instance.
+    bool isOfNamesAlone() const;
+
+    /// \brief Gives the entities of the section "entities" the names that the file has for them, as
+    /// if they stood in a physical group of that name alone, and keeps those that it says to have no
+    /// mesh.
+    /// \param mesh as it comes from the input: what is yet to be rebuilt is passed over
+    void nameEntities(ImportedMesh& mesh) const;
 
     /// \brief Takes the mesh away from the regions that are to have none; their faces keep theirs.
     ///
@@ -68,6 +79,8 @@ private:
         QString key;
         Section section;
         std::optional<bool> meshed; ///< what the file says, if anything
+        std::optional<QString> name;
+        std::optional<QString> tag;
         QList<Entry> entries;
     };
 
@@ -95,6 +108,8 @@ private:
     QList<Target> readTargets(Section section, const QString& key, const QJsonValue& value) const;
     QList<Entry> readEntries(const QString& place, const QJsonObject& object) const;
     std::optional<bool> readMeshed(const QString& place, const QJsonValue& value) const;
+    std::optional<QString> takeText(Section section, const QString& place, const QString& key,
+                                    QJsonObject& keys) const;
     QList<Shell> readShells(const QString& section, const QJsonValue& value) const;
     QJsonValue takeReference(const QString& place, const QString& key, ValueKind kind,
                              QJsonObject& keys) const;
@@ -103,7 +118,9 @@ private:
     QList<Reference> targetsOf(const Target& target, const ImportedMesh& mesh) const;
     QList<Reference> groupMembers(const Target& target, const ImportedMesh& mesh) const;
     QList<Reference> namedEntities(const Target& target, const ImportedMesh& mesh) const;
+    Reference referenceOf(const Target& target) const;
     Reference entityOf(const Target& target, const ImportedMesh& mesh) const;
+    void applyTo(Geo::ModelEntity& entity, const Target& target, const ImportedMesh& mesh) const;
     QVariant resolved(const Entry& entry, const ImportedMesh& mesh) const;
     QList<int> named(const QJsonValue& json, const QString& place, int dimension,
                      const ImportedMesh& mesh) const;
@@ -111,6 +128,7 @@ private:
                const ImportedMesh& mesh) const;
 
     QString path_;
+    bool hasSections_ = false;
     QList<Entry> model_;
     QList<Target> targets_; ///< the later ones have the last word
     QList<Shell> shells_;

@@ -133,6 +133,23 @@ void EntityGeometry::compute()
             decidePlanarity(d);
         }
     }
+    boundByFaces();
+}
+
+/// \brief What is kept without a mesh has at least the box of its boundary.
+void EntityGeometry::boundByFaces()
+{
+    for (int d = 1; d <= 3; ++d) {
+        for (ImportedEntity& entity : mesh_.entitiesOf(d)) {
+            if (!entity.kept || !(entity.geometry.box == Geo::Box())) {
+                continue;
+            }
+            for (const int position : entity.adjacent[static_cast<std::size_t>(d - 1)]) {
+                entity.geometry.box += mesh_.entity(d - 1, position).geometry.box;
+            }
+            entity.geometry.centroid = entity.geometry.box.center();
+        }
+    }
 }
 
 void EntityGeometry::measureMesh(int dimension)

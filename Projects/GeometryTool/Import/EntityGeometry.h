@@ -27,6 +27,7 @@ private:
     void addPiece(int dimension, const ImportedElement& element);
     void askKernel(int dimension);
     void decidePlanarity(int dimension);
+    void boundByFaces();
 
     ImportedMesh& mesh_;
     /// What lies on each entity of the dimension in hand: nodes of its elements.

@@ -74,6 +74,9 @@ void GmshImporter::import(Geo::Database& database, const AttributesFile* attribu
     if (dimension == 3) { // surfaces may yet be asked for what they enclose
         session.run(options_.input, [] { gmsh::model::mesh::clear(); });
     }
+    if (attributes != nullptr) {
+        attributes->nameEntities(mesh);
+    }
     progress_.phase(QStringLiteral("building the topology"));
     TopologyLinks::close(mesh);
     completeTopology(mesh);
@@ -101,7 +104,9 @@ void GmshImporter::import(Geo::Database& database, const AttributesFile* attribu
     const ImportRemarks remarks(*database.model(), progress_);
     if (attributes != nullptr) {
         attributes->apply(mesh, *database.model());
-        remarks.warnOfMaterials(attributes->path());
+        if (!attributes->isOfNamesAlone()) {
+            remarks.warnOfMaterials(attributes->path());
+        }
     }
     remarks.warnOfLooseBodies(options_.input, loose, options_.scale);
 }

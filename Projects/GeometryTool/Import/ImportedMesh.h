@@ -51,6 +51,7 @@ struct ImportedEntity
     QString label;          ///< the entity's own name in the input
     QStringList groups;     ///< names of its physical groups, by ascending group number
     bool inGroup = false;   ///< belongs to a physical group, named or not
+    bool kept = false;      ///< stays, even without any mesh
     bool discarded = false; ///< without any mesh, and no kernel knows its shape
     ImportedGeometry geometry;
     std::array<std::set<int>, 4> adjacent; ///< positions in ImportedMesh::entities, by dimension

@@ -197,7 +197,7 @@ int TopologyLinks::discardEmpty(ImportedMesh& mesh)
             used[static_cast<std::size_t>(element.entity)] = true;
         }
         for (std::size_t i = 0; i < entities.size(); ++i) {
-            if (used[i] || entities[i].fromCad) {
+            if (used[i] || entities[i].fromCad || entities[i].kept) {
                 continue;
             }
             entities[i].discarded = true;

@@ -21,7 +21,8 @@ public:
     /// the one that Gmsh says where there are several, else on the first.
     static void classifyNodes(ImportedMesh& mesh);
 
-    /// \brief Marks the entities that have no elements and no geometry of their own.
+    /// \brief Marks the entities that have no elements and no geometry of their own, unless they are
+    /// kept.
     /// \return how many there are
     static int discardEmpty(ImportedMesh& mesh);
 };

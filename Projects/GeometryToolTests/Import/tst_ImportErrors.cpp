@@ -457,6 +457,8 @@ private slots:
         row("none", "{\"groups\": {\"right\": {\"material_id\": 1}}}", {none});
         row("faces only", "{\"groups\": {\"between\": {\"material_type\": \"solid\"}}}", {none});
         row("empty", "{}", {none});
+        row("names alone", "{\"entities\": {\"3:1\": {\"name\": \"case\"}}}", {});
+        row("no more to say", "{\"entities\": {}}", {});
     }
 
     void warnsOfMaterials()

@@ -134,6 +134,15 @@ private slots:
             << QByteArray(R"({"groups": {"x0": {"mesh": false}}})")
             << QByteArray("groups/x0/mesh: only entities of dimension 3 have a mesh of their own "
                           "to be left out");
+        QTest::newRow("name: of a group")
+            << QByteArray(R"({"groups": {"right": {"name": "wing"}}})")
+            << QByteArray("groups/right/name: only in the section entities can this be given");
+        QTest::newRow("tag: of a name")
+            << QByteArray(R"({"names": {"right": {"tag": "wing"}}})")
+            << QByteArray("names/right/tag: only in the section entities can this be given");
+        QTest::newRow("name: no text")
+            << QByteArray(R"({"entities": {"3:1": {"name": 7}}})")
+            << QByteArray("entities/3:1/name: a text is expected, not the number 7");
         QTest::newRow("shells: no list") << QByteArray(R"({"shells": {}})")
                                          << QByteArray("shells: a list is expected, not an object");
         QTest::newRow("shells: no object")

@@ -25,7 +25,7 @@ void writeVtu(const ExportJob& job)
         const QFileInfo info(job.path);
         const QString index =
             QStringLiteral("%1/%2.pvtu").arg(info.path(), info.completeBaseName());
-        writePvtu({job.view, index, job.options, job.files, job.progress});
+        writePvtu({job.view, job.format, index, job.options, job.files, job.progress});
         return;
     }
     job.progress.phase(QStringLiteral("writing ") + job.path);

@@ -78,6 +78,7 @@ Count inVtk(QFile& file)
 std::optional<qint64> DeclaredElements::in(const QString& path)
 {
     static const QHash<QString, Count (*)(QFile&)> counters{{QStringLiteral("msh"), inGmshMesh},
+                                                            {QStringLiteral("msh2"), inGmshMesh},
                                                             {QStringLiteral("vtk"), inVtk}};
     const auto counter = counters.value(InputFileCheck::suffix(path), nullptr);
     QFile file(path);

@@ -122,6 +122,7 @@ const QHash<QString, Read>& ownReaders()
                                               {QStringLiteral("brp"), readBrep},
                                               {QStringLiteral("mesh"), readBy<MeditReader>},
                                               {QStringLiteral("msh"), readGmshMesh},
+                                              {QStringLiteral("msh2"), readGmshMesh},
                                               {QStringLiteral("stl"), readBy<StlReader>},
                                               {QStringLiteral("off"), readBy<OffReader>},
                                               {QStringLiteral("ply"), readBy<PlyReader>},

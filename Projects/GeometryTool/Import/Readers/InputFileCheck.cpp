@@ -26,6 +26,7 @@ const QHash<QString, Check>& checks()
     static const QHash<QString, Check> table{{QStringLiteral("geo"), ScriptCheck::check},
                                              {QStringLiteral("geo_unrolled"), ScriptCheck::check},
                                              {QStringLiteral("msh"), GmshMeshCheck::check},
+                                             {QStringLiteral("msh2"), GmshMeshCheck::check},
                                              {QStringLiteral("step"), EndMarkCheck::step},
                                              {QStringLiteral("stp"), EndMarkCheck::step},
                                              {QStringLiteral("iges"), EndMarkCheck::iges},

@@ -1,7 +1,7 @@
 #include "GmshSession.h"
 
-#include "KnownSuffix.h"
 #include "QuietStreams.h"
+#include "SecondName.h"
 #include "ToolError.h"
 
 #include <gmsh.h>
@@ -15,7 +15,7 @@ namespace
 
 QString cleaned(const std::string& text)
 {
-    return KnownSuffix::saidOfInput(QString::fromStdString(text).simplified());
+    return SecondName::saidOfRole(QString::fromStdString(text).simplified());
 }
 
 /// \brief Runs \p action; the text of what it throws, if it throws.

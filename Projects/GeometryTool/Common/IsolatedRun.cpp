@@ -1,5 +1,6 @@
 #include "IsolatedRun.h"
 
+#include "Descriptor.h"
 #include "ToolError.h"
 
 #include <QByteArray>
@@ -114,10 +115,35 @@ QString ending(int status)
     return QStringLiteral("exit with code %1").arg(WEXITSTATUS(status));
 }
 
+void runBeside(pid_t child, const std::function<void()>& meanwhile)
+{
+    try {
+        if (meanwhile) {
+            meanwhile();
+        }
+    } catch (...) {
+        kill(child, SIGKILL);
+        waitFor(child);
+        throw;
+    }
+}
+
+void judge(const QByteArray& outcome, int status, const IsolatedRun::Messages& messages)
+{
+    if (outcome.size() >= 2 && outcome.at(0) == Failed) {
+        throw ToolError(static_cast<ExitCode>(outcome.at(1)), QString::fromUtf8(outcome.mid(2)));
+    }
+    if (outcome.isEmpty() || outcome.at(0) != Done) {
+        const QString how = QStringLiteral(" (%1)").arg(ending(status));
+        throw ToolError(messages.exitCode,
+                        isProper(status) ? messages.onExit : messages.onCrash + how);
+    }
+}
+
 } // namespace
 
-void IsolatedRun::run(const QString& onCrash, const QString& onExit,
-                      const std::function<void()>& work)
+void IsolatedRun::run(const Messages& messages, const std::function<void()>& work,
+                      const std::function<void()>& meanwhile)
 {
     int ends[2] = {-1, -1};
     std::fflush(nullptr); // what is buffered would be printed by both
@@ -125,25 +151,18 @@ void IsolatedRun::run(const QString& onCrash, const QString& onExit,
         throw ToolError(ExitCode::InternalError, QStringLiteral("cannot open a pipe"));
     }
     const pid_t child = fork();
-    if (child < 0) {
-        throw ToolError(ExitCode::InternalError, QStringLiteral("cannot start a process"));
-    }
     if (child == 0) {
         close(ends[0]);
         runCopy(ends[1], work);
     }
     close(ends[1]);
-    const QByteArray outcome = readAll(ends[0]);
-    close(ends[0]);
-    const int status = waitFor(child);
-    if (outcome.size() >= 2 && outcome.at(0) == Failed) {
-        throw ToolError(static_cast<ExitCode>(outcome.at(1)), QString::fromUtf8(outcome.mid(2)));
+    const Descriptor reading(ends[0]);
+    if (child < 0) {
+        throw ToolError(ExitCode::InternalError, QStringLiteral("cannot start a process"));
     }
-    if (outcome.isEmpty() || outcome.at(0) != Done) {
-        throw ToolError(ExitCode::InputDamaged,
-                        isProper(status) ? onExit
-                                         : onCrash + QStringLiteral(" (%1)").arg(ending(status)));
-    }
+    runBeside(child, meanwhile);
+    const QByteArray outcome = readAll(reading.number());
+    judge(outcome, waitFor(child), messages);
 }
 
 } // namespace Ovra::GeoTool

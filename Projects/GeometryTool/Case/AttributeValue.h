@@ -28,7 +28,7 @@ enum class ValueKind
     FaceList  ///< ids and names of groups
 };
 
-/// \brief Takes attribute values out of JSON.
+/// \brief Takes attribute values out of JSON, and puts them there.
 class AttributeValue
 {
 public:
@@ -40,6 +40,10 @@ public:
 
     /// \brief The value of what fits \p kind; invalid where names of faces are to be looked up.
     static QVariant convert(const QJsonValue& json, ValueKind kind);
+
+    /// \brief The value of a tag that is of \p kind, in the form that convert() takes; undefined if
+    /// JSON cannot hold it, or it is not of that kind.
+    static QJsonValue json(const QVariant& value, ValueKind kind);
 
     /// \brief What \p kind asks for, in words: "a list of 3 numbers".
     static QString expectation(ValueKind kind);

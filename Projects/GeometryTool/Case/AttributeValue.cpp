@@ -103,6 +103,57 @@ QVariant anyValue(const QJsonValue& json)
     return json.toVariant();
 }
 
+bool isNumeric(const QVariant& value)
+{
+    static const AttributeRule real{{}, AttributeRule::Value::Real, {}, {}};
+    return real.accepts(value);
+}
+
+QJsonValue number(double value)
+{
+    return std::isfinite(value) ? QJsonValue(value) : QJsonValue(QJsonValue::Undefined);
+}
+
+/// \brief A list of what \p itemJson makes of the items; undefined if one of them is.
+template <typename Items, typename ItemJson>
+QJsonValue jsonList(const Items& items, ItemJson itemJson)
+{
+    QJsonArray array;
+    for (const auto& item : items) {
+        const QJsonValue json = itemJson(item);
+        if (json.isUndefined()) {
+            return json;
+        }
+        array.append(json);
+    }
+    return array;
+}
+
+QJsonValue jsonOfAny(const QVariant& value)
+{
+    switch (value.typeId()) {
+    case QMetaType::Bool:
+        return value.toBool();
+    case QMetaType::QString:
+        return value.toString();
+    case QMetaType::QVariantList:
+        return jsonList(value.toList(), jsonOfAny);
+    default:
+        return isNumeric(value) ? number(value.toDouble()) : QJsonValue(QJsonValue::Undefined);
+    }
+}
+
+QJsonValue jsonOfMatrix(const Matrix& matrix)
+{
+    const QList<int> places{0, 1, 2, 3, 4, 5, 6, 7, 8};
+    return jsonList(places, [&matrix](int i) { return number(matrix(i / 3, i % 3)); });
+}
+
+QJsonValue jsonOfVector(const Vector& vector)
+{
+    return jsonList(QList<double>{vector.x(), vector.y(), vector.z()}, number);
+}
+
 } // namespace
 
 ValueKind AttributeValue::kindOf(const AttributeType& type)
@@ -130,6 +181,22 @@ ValueKind AttributeValue::kindOf(const AttributeType& type)
         break;
     }
     return ValueKind::Any;
+}
+
+QJsonValue AttributeValue::json(const QVariant& value, ValueKind kind)
+{
+    switch (kind) {
+    case ValueKind::Boolean:
+        return value.toBool();
+    case ValueKind::Vector:
+        return jsonOfVector(value.value<Vector>());
+    case ValueKind::Matrix:
+        return jsonOfMatrix(value.value<Matrix>());
+    default:
+        break;
+    }
+    const QJsonValue json = jsonOfAny(value);
+    return fits(json, kind) ? json : QJsonValue(QJsonValue::Undefined);
 }
 
 QString AttributeValue::expectation(ValueKind kind)

@@ -1,0 +1,291 @@
+#include "GmshModel.h"
+
+#include "Buckets.h"
+#include "CaseView.h"
+#include "Counted.h"
+#include "ElementTopology.h"
+#include "EntityNames.h"
+#include "MeshEntity.h"
+#include "ModelEntity.h"
+#include "ToolError.h"
+
+#include <algorithm>
+#include <gmsh.h>
+
+namespace Ovra::GeoTool
+{
+
+using namespace Ovra::Geo;
+
+namespace
+{
+
+/// Behind it there is room for the groups of materials and the elements of lower dimensions.
+constexpr int highestId = 1000000000;
+
+constexpr int gmshPoint = 15;
+
+/// \brief Gmsh's number of a kind of element; its nodes stand in the order of ours.
+int gmshType(int dimension, std::size_t vertices)
+{
+    static constexpr int types[4][9] = {{0, gmshPoint, 0, 0, 0, 0, 0, 0, 0},
+                                        {0, 0, 1, 0, 0, 0, 0, 0, 0},
+                                        {0, 0, 0, 2, 3, 0, 0, 0, 0},
+                                        {0, 0, 0, 0, 4, 7, 6, 0, 5}};
+    return types[dimension][vertices];
+}
+
+template <typename Entity>
+void requireIds(const std::vector<Entity*>& entities)
+{
+    for (const Entity* entity : entities) {
+        if (entity->id() < 1 || entity->id() > highestId) {
+            throw ToolError(ExitCode::Unsuitable,
+                            QStringLiteral("%1: Gmsh takes numbers from 1 to %2; renumber the case")
+                                .arg(nameOf(*entity))
+                                .arg(highestId));
+        }
+    }
+}
+
+void requireKinds(const std::vector<MeshEntity*>& entities, int dimension)
+{
+    for (const MeshEntity* entity : entities) {
+        if (!ElementTopology::find(dimension, entity->adjacencyCount(0))) {
+            throw ToolError(ExitCode::Unsuitable,
+                            QStringLiteral("%1 is no element: it has %2")
+                                .arg(nameOf(*entity))
+                                .arg(counted(entity->adjacencyCount(0), QStringLiteral("vertex"))));
+        }
+    }
+}
+
+std::vector<int> idsOf(const std::vector<ModelEntity*>& entities)
+{
+    std::vector<int> ids;
+    ids.reserve(entities.size());
+    for (const ModelEntity* entity : entities) {
+        ids.push_back(entity->id());
+    }
+    return ids;
+}
+
+std::vector<int> boundaryOf(const ModelEntity& entity)
+{
+    std::vector<int> tags;
+    const int lower = entity.dimension() - 1;
+    for (int i = 0; lower >= 0 && i < entity.adjacencyCount(lower); ++i) {
+        tags.push_back(entity.adjacencyAt(lower, i)->id());
+    }
+    std::sort(tags.begin(), tags.end());
+    tags.erase(std::unique(tags.begin(), tags.end()), tags.end());
+    return tags;
+}
+
+} // namespace
+
+void GmshModel::requireFit(const CaseView& view)
+{
+    for (int d = 0; d <= view.elementDimension(); ++d) {
+        requireIds(view.modelEntities(d));
+    }
+    requireIds(view.meshEntities(0));
+    requireIds(view.meshEntities(view.elementDimension()));
+    for (int d = 1; d <= view.elementDimension(); ++d) {
+        requireKinds(view.meshEntities(d), d);
+    }
+}
+
+GmshModel::GmshModel(const CaseView& view, const GmshFormat& format, const GroupNames& names)
+    : view_(view)
+    , format_(format)
+    , names_(names)
+{
+    const int highest = view.elementDimension();
+    for (int d = 0; d <= highest; ++d) {
+        std::vector<int>& ids = entities_.at(static_cast<std::size_t>(d));
+        ids = idsOf(view.modelEntities(d));
+        positions_.at(static_cast<std::size_t>(d)) =
+            IdPositions(std::vector<std::int64_t>(ids.begin(), ids.end()));
+    }
+    nodeTags_.reserve(view.meshEntities(0).size());
+    for (const MeshEntity* vertex : view.meshEntities(0)) {
+        nodeTags_.push_back(static_cast<std::size_t>(vertex->id()));
+    }
+    const std::vector<MeshEntity*>& elements = view.meshEntities(highest);
+    nextTag_ = elements.empty() ? 1 : static_cast<std::size_t>(elements.back()->id()) + 1;
+}
+
+void GmshModel::make()
+{
+    const int highest = view_.elementDimension();
+    for (int d = 0; d <= highest; ++d) {
+        addEntities(d);
+    }
+    std::vector<int>& regions = entities_.at(static_cast<std::size_t>(highest));
+    if (hasStrays(highest) || regions.empty()) {
+        strayEntity_ = gmsh::model::addDiscreteEntity(highest);
+        regions.push_back(strayEntity_);
+    }
+    addNodes();
+    if (format_.lowestDimension == 0) {
+        addPoints();
+    }
+    for (int d = 1; d <= highest; ++d) {
+        addElements(d);
+    }
+    addGroups();
+}
+
+void GmshModel::addEntities(int dimension) const
+{
+    for (const ModelEntity* entity : view_.modelEntities(dimension)) {
+        gmsh::model::addDiscreteEntity(dimension, entity->id(), boundaryOf(*entity));
+    }
+}
+
+/// \brief Position in entities_ of the model entity that a mesh entity stands on; -1 if that is none
+/// of the dimension.
+int GmshModel::positionOf(const MeshEntity& entity, int dimension) const
+{
+    const ModelEntity* const parent = entity.parent();
+    return parent && parent->dimension() == dimension
+               ? positions_.at(static_cast<std::size_t>(dimension)).find(parent->id())
+               : -1;
+}
+
+bool GmshModel::hasStrays(int dimension) const
+{
+    const std::vector<MeshEntity*>& elements = view_.meshEntities(dimension);
+    return std::any_of(elements.begin(), elements.end(), [this, dimension](const MeshEntity* each) {
+        return positionOf(*each, dimension) < 0;
+    });
+}
+
+void GmshModel::addNodes() const
+{
+    const std::vector<MeshEntity*>& vertices = view_.meshEntities(0);
+    std::array<std::size_t, 5> starts = {};
+    for (std::size_t d = 0; d < 4; ++d) {
+        starts.at(d + 1) = starts.at(d) + entities_.at(d).size();
+    }
+    const std::size_t last = starts[4] - 1; // what stands nowhere stands on the last region
+    const Buckets<int> byEntity(starts[4], [&](auto add) {
+        for (std::size_t i = 0; i < vertices.size(); ++i) {
+            const ModelEntity* const parent = vertices[i]->parent();
+            const int d = parent ? parent->dimension() : 0;
+            const int position = parent ? positionOf(*vertices[i], d) : -1;
+            add(position < 0
+                    ? last
+                    : starts.at(static_cast<std::size_t>(d)) + static_cast<std::size_t>(position),
+                static_cast<int>(i));
+        }
+    });
+    for (std::size_t d = 0; d < 4; ++d) {
+        for (std::size_t i = 0; i < entities_.at(d).size(); ++i) {
+            addNodesOf(static_cast<int>(d), entities_.at(d)[i], byEntity[starts.at(d) + i]);
+        }
+    }
+}
+
+void GmshModel::addNodesOf(int dimension, int entity, std::span<const int> vertices) const
+{
+    std::vector<std::size_t> tags;
+    std::vector<double> coordinates;
+    tags.reserve(vertices.size());
+    coordinates.reserve(3 * vertices.size());
+    for (const int position : vertices) {
+        const auto vertex = static_cast<std::size_t>(position);
+        const Vector& point = view_.points()[vertex];
+        tags.push_back(nodeTags_[vertex]);
+        coordinates.insert(coordinates.end(), {point.x(), point.y(), point.z()});
+    }
+    if (!tags.empty()) {
+        gmsh::model::mesh::addNodes(dimension, entity, tags, coordinates);
+    }
+}
+
+/// In a case the mesh of a model vertex is a mesh vertex; for Gmsh it is an element too.
+void GmshModel::addPoints()
+{
+    for (const ModelEntity* entity : view_.modelEntities(0)) {
+        for (const MeshEntity* vertex : CaseView::childrenOf(*entity)) {
+            if (vertex->dimension() == 0) {
+                gmsh::model::mesh::addElementsByType(entity->id(), gmshPoint, {nextTag_++},
+                                                     {static_cast<std::size_t>(vertex->id())});
+            }
+        }
+    }
+}
+
+void GmshModel::addElements(int dimension)
+{
+    const std::vector<MeshEntity*>& elements = view_.meshEntities(dimension);
+    const std::vector<int>& entities = entities_.at(static_cast<std::size_t>(dimension));
+    const bool isHighest = dimension == view_.elementDimension();
+    const Buckets<int> byEntity(entities.size(), [&](auto add) {
+        for (std::size_t i = 0; i < elements.size(); ++i) {
+            const int position = positionOf(*elements[i], dimension);
+            if (position >= 0 || isHighest) {
+                add(position < 0 ? entities.size() - 1 : static_cast<std::size_t>(position),
+                    static_cast<int>(i));
+            }
+        }
+    });
+    for (std::size_t i = 0; i < entities.size(); ++i) {
+        addElementsOf(dimension, entities[i], byEntity[i]);
+    }
+}
+
+void GmshModel::addElementsOf(int dimension, int entity, std::span<const int> elements)
+{
+    const VertexLists& lists = view_.vertexLists(dimension);
+    const Buckets<int> byKind(9, [&](auto add) {
+        for (const int element : elements) {
+            add(lists.of(static_cast<std::size_t>(element)).size(), element);
+        }
+    });
+    for (std::size_t kind = 0; kind < byKind.count(); ++kind) {
+        if (byKind[kind].empty()) {
+            continue;
+        }
+        std::vector<std::size_t> nodes;
+        nodes.reserve(kind * byKind[kind].size());
+        for (const int element : byKind[kind]) {
+            for (const int vertex : lists.of(static_cast<std::size_t>(element))) {
+                nodes.push_back(nodeTags_[static_cast<std::size_t>(vertex)]);
+            }
+        }
+        gmsh::model::mesh::addElementsByType(entity, gmshType(dimension, kind),
+                                             tagsOf(dimension, byKind[kind]), nodes);
+    }
+}
+
+std::vector<std::size_t> GmshModel::tagsOf(int dimension, std::span<const int> elements)
+{
+    const bool isHighest = dimension == view_.elementDimension();
+    std::vector<std::size_t> tags;
+    tags.reserve(elements.size());
+    for (const int element : elements) {
+        tags.push_back(
+            isHighest ? static_cast<std::size_t>(
+                            view_.meshEntities(dimension)[static_cast<std::size_t>(element)]->id())
+                      : nextTag_++);
+    }
+    return tags;
+}
+
+void GmshModel::addGroups() const
+{
+    for (const GroupNames::Group& group : names_.all()) {
+        gmsh::model::addPhysicalGroup(group.dimension, group.entities, group.number);
+        if (!group.name.isEmpty()) {
+            gmsh::model::setPhysicalName(group.dimension, group.number, group.name.toStdString());
+        }
+    }
+    if (strayEntity_ != 0) {
+        gmsh::model::addPhysicalGroup(view_.elementDimension(), {strayEntity_});
+    }
+}
+
+} // namespace Ovra::GeoTool
