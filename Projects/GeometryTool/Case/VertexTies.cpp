@@ -119,6 +119,14 @@ QString VertexTies::fault(const Mesh& mesh, MeshEntity& vertex) const
     return entity ? weightFault(vertex, *entity) : QStringLiteral("is tied to no mesh entity");
 }
 
+void VertexTies::set(MeshEntity& vertex, const MeshEntity& entity,
+                     const QList<double>& weights) const
+{
+    vertex.attributes().insert(entityType_, entity.dimension());
+    vertex.attributes().insert(entityId_, entity.id());
+    vertex.attributes().insert(weights_, QVariantList(weights.begin(), weights.end()));
+}
+
 const MeshEntity& VertexTies::entityOf(const Mesh& mesh, MeshEntity& vertex) const
 {
     return *mesh.entity(vertex.attributes().value(entityType_, 0).toInt(),

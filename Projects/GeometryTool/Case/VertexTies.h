@@ -3,6 +3,7 @@
 #include "AttributeType.h"
 #include "Vector.h"
 
+#include <QList>
 #include <QString>
 
 namespace Ovra::Geo
@@ -48,6 +49,13 @@ public:
     ///        there, or its weights.
     /// \return empty if nothing is
     QString fault(const Geo::Mesh& mesh, Geo::MeshEntity& vertex) const;
+
+    /// \brief Ties \p vertex to \p entity.
+    /// \param vertex  its tie is replaced if it has one
+    /// \param entity  a mesh edge or face
+    /// \param weights one for each vertex of \p entity, in the order of its vertex list
+    void set(Geo::MeshEntity& vertex, const Geo::MeshEntity& entity,
+             const QList<double>& weights) const;
 
     /// \brief The entity that a faultless tie names.
     const Geo::MeshEntity& entityOf(const Geo::Mesh& mesh, Geo::MeshEntity& vertex) const;

@@ -1,5 +1,6 @@
 #include "ExtrudedInterpolation.h"
 
+#include "CloserTies.h"
 #include "Counted.h"
 #include "EntityName.h"
 #include "EntityNames.h"
@@ -95,10 +96,13 @@ QString ExtrudedInterpolation::run(Solver& solver)
     }
     requireSearchable();
     solver.interpolateExtrudedFaces();
-    requireTies(solver.extrusionTolerance());
-    return QStringLiteral("%1, %2 tied")
+    requireWeights(solver.extrusionTolerance());
+    const qint64 closer = drawCloser(solver.extrusionTolerance());
+    warnOfMisses();
+    return QStringLiteral("%1, %2 tied%3")
         .arg(counted(faceCount, QStringLiteral("extruded face")),
-             counted(verticesOnPairs().size(), QStringLiteral("vertex")));
+             counted(verticesOnPairs().size(), QStringLiteral("vertex")),
+             CloserTies::report(closer));
 }
 
 void ExtrudedInterpolation::requireSearchable() const
@@ -113,10 +117,9 @@ void ExtrudedInterpolation::requireSearchable() const
     }
 }
 
-void ExtrudedInterpolation::requireTies(double tolerance) const
+void ExtrudedInterpolation::requireWeights(double tolerance) const
 {
     const VertexTies ties = VertexTies::extruded();
-    qint64 beside = 0;
     for (MeshEntity* vertex : verticesOnPairs()) {
         const QString fault = ties.fault(mesh(), *vertex);
         if (!fault.isEmpty()) {
@@ -124,6 +127,24 @@ void ExtrudedInterpolation::requireTies(double tolerance) const
                        .arg(nameOf(*vertex), placeText(vertex->centroid()), fault,
                             tolerance < safeTolerance ? QString() : smallerTolerance));
         }
+    }
+}
+
+/// \return how many vertices are tied anew
+qint64 ExtrudedInterpolation::drawCloser(double tolerance) const
+{
+    const CloserTies closer(mesh(), VertexTies::extruded(), tolerance);
+    const QList<MeshEntity*> vertices = verticesOnPairs();
+    return std::count_if(vertices.begin(), vertices.end(), [&closer](MeshEntity* vertex) {
+        return closer.improve(*vertex, vertex->centroid());
+    });
+}
+
+void ExtrudedInterpolation::warnOfMisses() const
+{
+    const VertexTies ties = VertexTies::extruded();
+    qint64 beside = 0;
+    for (MeshEntity* vertex : verticesOnPairs()) {
         const MeshEntity& partner = ties.entityOf(mesh(), *vertex);
         const double miss = (ties.placeOf(mesh(), *vertex) - vertex->centroid()).length();
         if (partner.dimension() > 0 && miss > allowedMiss * longestEdge(partner)) {

@@ -22,7 +22,9 @@ private:
     Geo::ModelEntity* partnerOf(const Geo::ModelEntity& face) const;
     QList<Geo::MeshEntity*> verticesOnPairs() const;
     void requireSearchable() const;
-    void requireTies(double tolerance) const;
+    void requireWeights(double tolerance) const;
+    qint64 drawCloser(double tolerance) const;
+    void warnOfMisses() const;
 
     Progress& progress_;
 };

@@ -64,7 +64,9 @@ const std::vector<Operation>& operations()
          make<UnreferencedRemoval>},
         {"renumber", "Close the gaps in the ids of the mesh", false, true, make<MeshRenumbering>},
         {"periodic", "Tie the vertices of periodic faces to their partners", false, false,
-         make<PeriodicInterpolation>},
+         [](Database& database, Progress& progress) {
+             return std::make_unique<PeriodicInterpolation>(database, progress);
+         }},
         {"extruded", "Tie the vertices of extruded faces to their partners", false, false,
          [](Database& database, Progress& progress) {
              return std::make_unique<ExtrudedInterpolation>(database, progress);

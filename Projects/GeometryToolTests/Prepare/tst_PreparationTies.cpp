@@ -1,7 +1,10 @@
 #include "ClosedCase.h"
 #include "ModelFace.h"
 #include "PreparationCase.h"
+#include "ToolRun.h"
+#include "VertexTies.h"
 
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <algorithm>
@@ -378,6 +381,66 @@ private slots:
                  QStringList{"periodic: 1 periodic pair, 18 vertices tied by a rotation"});
     }
 
+    // The library looks about the vertex next to the image. Here that is the apex (5, -1) of a flat
+    // triangle; the image lies across its long side, in a triangle with a higher apex.
+    void aVertexIsTiedWhereItsImageLies()
+    {
+        Channel channel(GridSpec::Shape::Simplex);
+        channel.makePeriodic();
+        flatten(channel);
+        MeshVertex* const vertex = channel.grid.vertexAt(0, 0, 1);
+        vertex->setPoint(Vector(0, 5, 0.1));
+        channel.grid.vertexAt(0, 0, 2)->setPoint(Vector(0, 10, 7.9)); // keeps the mean
+        const Outcome outcome = prepare(channel.database(), periodic);
+        QCOMPARE(outcome.refusal, QString());
+        QCOMPARE(outcome.report,
+                 QStringList{"periodic: 1 periodic pair, 18 vertices tied by a translation, 1 of "
+                             "them to mesh faces away from the nearest vertex"});
+        const Vector place =
+            Ovra::GeoTool::VertexTies::periodic().placeOf(*channel.grid.mesh(), *vertex);
+        QVERIFY2((place - Vector(2, 5, 0.1)).length() < 1e-12, qPrintable(place.toString()));
+    }
+
+    // The translation is that between the means of the vertices: here 0.06 too far along y, and a
+    // little along z, so that no image lies on the line of a side.
+    void sidesWhoseVerticesAreNotSpreadAlikeAreToldOf()
+    {
+        Channel channel;
+        channel.makePeriodic();
+        for (const int z : {0, 1, 2}) {
+            channel.grid.vertexAt(2, 1, z)->setPoint(Vector(2, 1.18, z == 1 ? 1.09 : z));
+        }
+        const QTemporaryDir directory;
+        const QString name = directory.filePath("channel");
+        QVERIFY(save(channel.database(), name));
+        const ToolRun run = runTool({"prepare", name, "-o", name, "--periodic"});
+        QVERIFY2(run.exitCode == 0, run.errors.constData());
+        QCOMPARE(run.errors,
+                 "ovrageo: warning: 6 vertices of periodic faces land up to 0.0767037 beside the "
+                 "partner face, which is more than a twentieth of an edge there; a translation is "
+                 "that between the means of the mesh vertices of both faces, which must be spread "
+                 "alike\n");
+    }
+
+    void anExtrudedVertexIsTiedWhereItLies()
+    {
+        Channel channel(GridSpec::Shape::Simplex);
+        setAttribute(channel.low, AttributeType::ExtrudedFace, channel.high->id());
+        flatten(channel);
+        for (const auto& [y, z] : places()) {
+            const Vector point = channel.grid.vertexAt(2, y, z)->point();
+            channel.grid.vertexAt(0, y, z)->setPoint(point);
+        }
+        MeshVertex* const vertex = channel.grid.vertexAt(0, 0, 1);
+        vertex->setPoint(Vector(2, 5, 0.5));
+        QCOMPARE(prepare(channel.database(), extruded).report,
+                 QStringList{"extruded: 1 extruded face, 18 vertices tied, 1 of them to mesh faces "
+                             "away from the nearest vertex"});
+        const Vector place =
+            Ovra::GeoTool::VertexTies::extruded().placeOf(*channel.grid.mesh(), *vertex);
+        QVERIFY2((place - Vector(2, 5, 0.5)).length() < 1e-12, qPrintable(place.toString()));
+    }
+
     void tiesExtrudedFaces()
     {
         GridMesh grid(plan({"12"}, {{1, "fluid"}, {2, "fluid"}}));
@@ -532,6 +595,29 @@ private slots:
     }
 
 private:
+    static QList<std::pair<int, int>> places()
+    {
+        QList<std::pair<int, int>> result;
+        for (const int y : {0, 1, 2}) {
+            for (const int z : {0, 1, 2}) {
+                result.append({y, z});
+            }
+        }
+        return result;
+    }
+
+    /// Makes the triangles at both ends flat, and some at the rim higher than the rest.
+    static void flatten(Channel& channel)
+    {
+        for (const int x : {0, 1, 2}) {
+            for (const auto& [y, z] : places()) {
+                channel.grid.vertexAt(x, y, z)->setPoint(Vector(x, 5 * (y + z), z - y));
+            }
+            channel.grid.vertexAt(x, 0, 1)->setPoint(Vector(x, 5, 3));
+            channel.grid.vertexAt(x, 0, 2)->setPoint(Vector(x, 10, 5));
+        }
+    }
+
     /// Turns x into an angle about the z axis: the ends at x = 0 and x = 2 make a sector.
     static void bendToSector(Channel& channel, double step)
     {
