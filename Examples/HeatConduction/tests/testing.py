@@ -49,9 +49,9 @@ def imported(folder, source, attributes, *importing):
 
 def written(folder, prepare, writing):
     """The solver input of the case in a folder; without `prepare` that of the case as it was imported."""
-    if prepare:
-        ovrageo("prepare", folder / "case", "-o", folder / "prepared", *prepare)
-    name = "prepared" if prepare else "case"
+    name = "case" + "".join(prepare)
+    if not (folder / f"{name}.geo_mesh").exists():
+        ovrageo("prepare", folder / "case", "-o", folder / name, *prepare)
     ovrageo("solver-input", folder / name, "-o", folder / "input.txt", *writing)
     return solver_input.read(folder / "input.txt")
 
