@@ -1,7 +1,8 @@
 # Installs the built library below WORK, then builds and runs Examples/Host against that tree: once
 # through the CMake package and once through pkg-config. Variables: BUILD, SOURCE, WORK, LIBDIR, CXX,
 # FLAGS (extra compiler and linker flags, for instrumented builds), BINDIR, TOOL (whether ovrageo is
-# built too, which must find the library where both were put), VERSION.
+# built too, which must find the library where both were put), PICTURE (whether it draws, and so must find
+# its module), VERSION.
 function(run)
     execute_process(COMMAND ${ARGV} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE errors)
     if(NOT result EQUAL 0)
@@ -54,6 +55,9 @@ if(TOOL)
                     RESULT_VARIABLE result OUTPUT_VARIABLE output)
     if(NOT result EQUAL 0 OR NOT output STREQUAL expected)
         message(FATAL_ERROR "solver-input ended with ${result} and wrote\n${output}\nand not\n${expected}")
+    endif()
+    if(PICTURE)
+        run("${ovrageo}" picture "${WORK}/case" -o "${WORK}/case.png" --size 300x200)
     endif()
 endif()
 

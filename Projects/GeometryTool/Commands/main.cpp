@@ -3,6 +3,7 @@
 #include "ExportCommand.h"
 #include "ImportCommand.h"
 #include "InfoCommand.h"
+#include "PictureCommand.h"
 #include "PrepareCommand.h"
 #include "Progress.h"
 #include "QtMessages.h"
@@ -26,8 +27,9 @@ namespace
 
 /// A new subcommand is one more line here.
 constexpr auto addCommands = {
-    addImportCommand,  addInfoCommand,        addVerifyCommand, addConvertCommand, addTextCommand,
-    addPrepareCommand, addSolverInputCommand, addExportCommand, addReportCommand,  addDiffCommand,
+    addImportCommand, addInfoCommand,    addVerifyCommand,      addConvertCommand,
+    addTextCommand,   addPrepareCommand, addSolverInputCommand, addExportCommand,
+    addReportCommand, addDiffCommand,    addPictureCommand,
 };
 
 int fail(Progress& progress, ExitCode exitCode, QString text)

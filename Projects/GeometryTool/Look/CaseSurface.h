@@ -50,11 +50,13 @@ public:
     const std::vector<Patch>& patches() const { return patches_; }
     const std::vector<Line>& lines() const { return lines_; }
 
+    /// \brief Whether all of these vertices have a place where something can be drawn.
+    bool isDrawable(std::span<const int> vertices) const;
+
 private:
     void addFaces();
     void addBareSides();
     void addEdges();
-    bool isDrawable(std::span<const int> vertices) const;
     Patch& patchOf(const Geo::ModelEntity* entity);
     void addPolygon(const Geo::ModelEntity* entity, std::span<const int> vertices);
 

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+#include <vtkSmartPointer.h>
+#include <vtkTextActor.h>
+
+namespace Ovra::GeoTool
+{
+
+/// \brief A line of text of the picture, \p size pixels high, in \p grey from 0 to 1.
+vtkSmartPointer<vtkTextActor> textActor(const std::string& text, int size, double grey = 0.15);
+
+} // namespace Ovra::GeoTool

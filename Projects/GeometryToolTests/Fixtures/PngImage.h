@@ -1,0 +1,142 @@
+#pragma once
+
+#include <QByteArray>
+#include <QtEndian>
+
+#include <array>
+#include <cmath>
+#include <cstdlib>
+#include <vector>
+
+/// \brief A picture of three bytes a pixel, as the tool writes them, taken out of its PNG file.
+class PngImage
+{
+public:
+    explicit PngImage(const QByteArray& file)
+    {
+        if (!file.startsWith("\x89PNG\r\n\x1a\n") || file.mid(24, 2) != QByteArray("\x08\x02")) {
+            return;
+        }
+        width_ = static_cast<int>(qFromBigEndian<quint32>(file.constData() + 16));
+        height_ = static_cast<int>(qFromBigEndian<quint32>(file.constData() + 20));
+        unfilter(qUncompress(QByteArray(4, '\0') + packedLines(file)));
+    }
+
+    bool isValid() const { return !bytes_.empty(); }
+    int width() const { return width_; }
+    int height() const { return height_; }
+
+    using Colour = std::array<int, 3>;
+
+    Colour at(int x, int y) const
+    {
+        const std::size_t first =
+            static_cast<std::size_t>(y) * stride() + 3 * static_cast<std::size_t>(x);
+        return {bytes_[first], bytes_[first + 1], bytes_[first + 2]};
+    }
+
+    /// \brief The number of pixels for which \p condition holds.
+    template <typename Condition>
+    int count(Condition condition) const
+    {
+        int number = 0;
+        for (int y = 0; y < height_; ++y) {
+            for (int x = 0; x < width_; ++x) {
+                number += condition(at(x, y)) ? 1 : 0;
+            }
+        }
+        return number;
+    }
+
+    /// \brief The mean difference of the channels, from 0 to 255, of both pictures in squares of
+    /// \p side pixels: what a reader sees of one, not how a driver rounds.
+    static double difference(const PngImage& a, const PngImage& b, int side)
+    {
+        if (a.width_ != b.width_ || a.height_ != b.height_ || !a.isValid()) {
+            return 255.0;
+        }
+        double sum = 0.0;
+        int squares = 0;
+        for (int y = 0; y + side <= a.height_; y += side) {
+            for (int x = 0; x + side <= a.width_; x += side) {
+                sum += std::abs(a.brightness(x, y, side) - b.brightness(x, y, side));
+                ++squares;
+            }
+        }
+        return sum / squares;
+    }
+
+private:
+    std::size_t stride() const { return 3 * static_cast<std::size_t>(width_); }
+
+    static QByteArray packedLines(const QByteArray& file)
+    {
+        QByteArray packed;
+        for (qsizetype at = 8; at + 12 <= file.size();) {
+            const auto length = qFromBigEndian<quint32>(file.constData() + at);
+            if (file.mid(at + 4, 4) == "IDAT") {
+                packed += file.mid(at + 8, length);
+            }
+            at += 12 + static_cast<qsizetype>(length);
+        }
+        return packed;
+    }
+
+    static int predicted(int filter, int left, int above, int corner)
+    {
+        const int estimate = left + above - corner;
+        const int toLeft = std::abs(estimate - left);
+        const int toAbove = std::abs(estimate - above);
+        const int toCorner = std::abs(estimate - corner);
+        switch (filter) {
+        case 1:
+            return left;
+        case 2:
+            return above;
+        case 3:
+            return (left + above) / 2;
+        case 4:
+            return toLeft <= toAbove && toLeft <= toCorner ? left
+                   : toAbove <= toCorner                   ? above
+                                                           : corner;
+        default:
+            return 0;
+        }
+    }
+
+    void unfilter(const QByteArray& lines)
+    {
+        if (lines.size() != static_cast<qsizetype>((stride() + 1)) * height_) {
+            return;
+        }
+        bytes_.resize(stride() * static_cast<std::size_t>(height_));
+        for (std::size_t y = 0; y < static_cast<std::size_t>(height_); ++y) {
+            const auto* const line =
+                reinterpret_cast<const uchar*>(lines.constData()) + y * (stride() + 1);
+            for (std::size_t i = 0; i < stride(); ++i) {
+                const std::size_t place = y * stride() + i;
+                const int left = i < 3 ? 0 : bytes_[place - 3];
+                const int above = y == 0 ? 0 : bytes_[place - stride()];
+                const int corner = i < 3 || y == 0 ? 0 : bytes_[place - stride() - 3];
+                bytes_[place] =
+                    static_cast<uchar>(line[1 + i] + predicted(line[0], left, above, corner));
+            }
+        }
+    }
+
+    double brightness(int x, int y, int side) const
+    {
+        double sum = 0.0;
+        for (int j = y; j < y + side; ++j) {
+            for (int i = x; i < x + side; ++i) {
+                const Colour colour = at(i, j);
+                sum += colour[0] + colour[1] + colour[2];
+            }
+        }
+        return sum / (3.0 * side * side);
+    }
+
+    int width_ = 0;
+    int height_ = 0;
+    std::vector<uchar> bytes_;
+};

@@ -1,0 +1,137 @@
+#include "CaseView.h"
+#include "ClosedCase.h"
+#include "GeometryDatabaseTests/GridMesh.h"
+#include "PictureScene.h"
+#include "PreparationCase.h"
+
+#include <QTest>
+
+using namespace Ovra::Geo;
+using namespace Ovra::GeoTool;
+
+namespace
+{
+
+GridSpec fluidAndSolid()
+{
+    return PreparationCase::plan({"12"}, {{1, "fluid"}, {2, "solid"}});
+}
+
+QStringList legendOf(const PictureData& data)
+{
+    QStringList texts;
+    for (const PictureData::LegendEntry& entry : data.legend) {
+        texts += QString::fromStdString(entry.text);
+    }
+    return texts;
+}
+
+} // namespace
+
+/// What a picture is made of, before it is drawn.
+class TestPictureScene : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void seesThroughFluidOnlyWhereThereIsMore()
+    {
+        GridMesh grid(fluidAndSolid());
+        const CaseView view(*grid.database());
+        const PictureData both = PictureScene(view, {}, nullptr).data();
+        int clear = 0;
+        for (const PictureData::Surface& surface : both.surfaces) {
+            clear += surface.opacity < 1.0 ? 1 : 0;
+        }
+        QCOMPARE(both.surfaces.size(), std::size_t(3));
+        QCOMPARE(clear, 1);
+        const ClosedCase fluid;
+        const CaseView other(fluid.database);
+        for (const PictureData::Surface& surface :
+             PictureScene(other, {}, nullptr).data().surfaces) {
+            QCOMPARE(surface.opacity, 1.0);
+        }
+    }
+
+    void namesWhatTheColoursAre_data()
+    {
+        QTest::addColumn<QString>("by");
+        QTest::addColumn<QStringList>("legend");
+        QTest::newRow("as fits") << "" << QStringList{"left", "region 2"};
+        QTest::newRow("region") << "region" << QStringList{"left", "region 2"};
+        QTest::newRow("material") << "material" << QStringList{"fluid", "solid"};
+        QTest::newRow("attribute") << "material_type" << QStringList{"fluid", "solid"};
+        QTest::newRow("attribute of some") << "mesh_size" << QStringList{"0.5", "(none)"};
+    }
+
+    void namesWhatTheColoursAre()
+    {
+        QFETCH(QString, by);
+        QFETCH(QStringList, legend);
+        GridMesh grid(fluidAndSolid());
+        ModelEntity* const left = grid.database()->model()->entity(3, 1);
+        left->setName(QStringLiteral("left"));
+        left->attributes().insert(AttributeType::MeshSize, 0.5);
+        const CaseView view(*grid.database());
+        PictureOptions options;
+        options.colorBy = by;
+        QCOMPARE(legendOf(PictureScene(view, options, nullptr).data()), legend);
+    }
+
+    void movesEachRegionFromTheMiddle()
+    {
+        GridMesh grid(fluidAndSolid());
+        const CaseView view(*grid.database());
+        PictureOptions options;
+        options.explode = 2.0;
+        const PictureData data = PictureScene(view, options, nullptr).data();
+        QCOMPARE(data.surfaces.size(), std::size_t(4)); // the face between them twice
+        int left = 0;
+        for (const PictureData::Surface& surface : data.surfaces) {
+            QCOMPARE(std::abs(surface.offset[0]), 1.0);
+            left += surface.offset[0] < 0 ? 1 : 0;
+        }
+        QCOMPARE(left, 2);
+        QCOMPARE(data.low[0], -1.0);
+        QCOMPARE(data.high[0], 3.0);
+        QVERIFY(!data.hasAxisNumbers);
+    }
+
+    void cutsTheElementsThatThePlaneMeets()
+    {
+        GridMesh grid(PreparationCase::plan({"112"}, {{1, "fluid"}, {2, "solid"}}));
+        const CaseView view(*grid.database());
+        PictureOptions options;
+        options.cut = PictureOptions::Cut{0, 1.5};
+        const PictureData data = PictureScene(view, options, nullptr).data();
+        QCOMPARE(data.sections.size(), std::size_t(1));
+        QCOMPARE(data.sections[0].starts, (std::vector<int>{0, 8}));
+        QVERIFY(!data.plane->keepsAbove);
+        QCOMPARE(data.high[0], 1.5);
+        QCOMPARE(legendOf(data), QStringList{"region 1"});
+        options.cut = PictureOptions::Cut{1, 0.5};
+        QVERIFY(PictureScene(view, options, nullptr).data().plane->keepsAbove);
+    }
+
+    void writesTheUnitAtTheAxes()
+    {
+        const ClosedCase closed;
+        const CaseView view(closed.database);
+        PictureOptions options;
+        QCOMPARE(PictureScene(view, options, nullptr).data().axisTitles[2], std::string("z"));
+        options.unit = QStringLiteral("mm");
+        QCOMPARE(PictureScene(view, options, nullptr).data().axisTitles[2], std::string("z [mm]"));
+    }
+
+    void keepsTheLegendShortAndOnALine()
+    {
+        ClosedCase closed;
+        closed.walls->setName(QStringLiteral("walls\nand all that is called so"));
+        const CaseView view(closed.database);
+        const PictureData data = PictureScene(view, {}, nullptr).data();
+        QCOMPARE(legendOf(data), (QStringList{"inlet", "walls and all that is c..."}));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestPictureScene)
+#include "tst_PictureScene.moc"

@@ -1,0 +1,230 @@
+#include "ClosedCase.h"
+#include "GeometryDatabaseTests/GridMesh.h"
+#include "Places.h"
+#include "PngImage.h"
+#include "PreparationCase.h"
+#include "ToolRun.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Ovra::Geo;
+
+namespace
+{
+
+/// Of the colours of the regions and of findings; which shade, the light decides.
+bool isBlue(const PngImage::Colour& colour)
+{
+    return colour[2] > colour[0] + 40 && colour[2] > colour[1] + 20;
+}
+
+bool isOrange(const PngImage::Colour& colour)
+{
+    return colour[0] > colour[1] + 30 && colour[1] > colour[2] + 20;
+}
+
+bool isRed(const PngImage::Colour& colour)
+{
+    return colour[0] > colour[1] + 90 && colour[0] > colour[2] + 80;
+}
+
+bool isWhite(const PngImage::Colour& colour)
+{
+    return colour == PngImage::Colour{255, 255, 255};
+}
+
+} // namespace
+
+/// Pictures of small cases: nobody looks at them, so that they are counted by colours.
+class TestToolPicture : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(directory_.isValid());
+        GridMesh grid(PreparationCase::plan({"12"}, {{1, "solid"}, {2, "solid"}}));
+        grid.database()->model()->entity(2, 1)->setName(QStringLiteral("inlet"));
+        QVERIFY(PreparationCase::save(*grid.database(), path("cubes")));
+        const ToolRun run = runTool({"picture", path("cubes"), "-o", path("first.png")});
+        if (run.errors.contains("which draws pictures; build it with")) {
+            QSKIP("this build has no VTK");
+        }
+        QCOMPARE(run.errors, QByteArray());
+        QCOMPARE(run.exitCode, 0);
+    }
+
+    void isAsLargeAsAsked()
+    {
+        const PngImage image = pictureOf("cubes", {"--size", "640x400"});
+        QCOMPARE(image.width(), 640);
+        QCOMPARE(image.height(), 400);
+    }
+
+    void showsEachRegionInItsColour()
+    {
+        const PngImage image = pictureOf("cubes");
+        QVERIFY(image.count(isBlue) > 4000);
+        QVERIFY(image.count(isOrange) > 4000);
+        QVERIFY(image.count(isWhite) > 400 * 250 / 2);
+    }
+
+    void needsNoDisplay()
+    {
+        // None of the variables that lead to one is handed on.
+        QVERIFY(!qEnvironmentVariableIsSet("WAYLAND_DISPLAY"));
+        qunsetenv("DISPLAY");
+        QVERIFY(pictureOf("cubes").isValid());
+    }
+
+    void everyRunGivesTheSameBytes()
+    {
+        QVERIFY(draw("cubes", {}));
+        const QByteArray first = contentOf(path("picture.png"));
+        QVERIFY(draw("cubes", {}));
+        QVERIFY(contentOf(path("picture.png")) == first);
+    }
+
+    void showsWhatLiesWithinAFluid()
+    {
+        GridMesh grid(PreparationCase::plan({"111", "121", "111"}, {{1, "fluid"}, {2, "solid"}}));
+        QVERIFY(PreparationCase::save(*grid.database(), path("within")));
+        QVERIFY(pictureOf("within").count(isOrange) > 500);
+    }
+
+    void showsTheFacesThatAreAskedFor()
+    {
+        const int all = pictureOf("cubes").count(isWhite);
+        QVERIFY(pictureOf("cubes", {"--faces", "inl*"}).count(isWhite) > all);
+    }
+
+    void cutsTheCaseOpen()
+    {
+        const PngImage whole = pictureOf("cubes");
+        const PngImage half = pictureOf("cubes", {"--clip", "x=0.5"});
+        QVERIFY(whole.count(isOrange) > 4000);
+        QCOMPARE(half.count(isOrange), 0);
+        QVERIFY(half.count(isBlue) > 4000);
+    }
+
+    void movesRegionsApart()
+    {
+        const PngImage apart = pictureOf("cubes", {"--explode", "1"});
+        QVERIFY(apart.count(isBlue) > 4000);
+        QVERIFY(PngImage::difference(apart, pictureOf("cubes"), 20) > 1.0);
+    }
+
+    void marksFindings()
+    {
+        ClosedCase inverted;
+        inverted.vertices[3]->setPoint(Vector(0, 0, -1));
+        QVERIFY(inverted.save(path("inverted")));
+        QCOMPARE(pictureOf("inverted").count(isRed), 0);
+        QVERIFY(pictureOf("inverted", {"--findings"}).count(isRed) > 20);
+    }
+
+    void drawsPlanarCases()
+    {
+        PlanarCase planar;
+        planar.addElement(2, {1, 3, 4}, planar.faces[1]);
+        QVERIFY(SavedCase::save(planar.database, path("planar")));
+        const PngImage image = pictureOf("planar");
+        QVERIFY(image.count(isBlue) > 4000);
+        QVERIFY(image.count(isOrange) > 4000);
+    }
+
+    void refuses_data()
+    {
+        QTest::addColumn<QStringList>("options");
+        QTest::addColumn<int>("exitCode");
+        QTest::addColumn<QByteArray>("error");
+        QTest::newRow("size without a height")
+            << QStringList{"--size", "640"} << 2
+            << QByteArray("--size must be two numbers of pixels from 200 to 8000, such as "
+                          "1600x1000, not \"640\"");
+        QTest::newRow("size too large")
+            << QStringList{"--size", "99999x200"} << 2
+            << QByteArray("--size must be two numbers of pixels from 200 to 8000, such as "
+                          "1600x1000, not \"99999x200\"");
+        QTest::newRow("clip without a place")
+            << QStringList{"--clip", "x="} << 2
+            << QByteArray("--clip must be an axis and a place on it, such as x=0.05, not \"x=\"");
+        QTest::newRow("clip along no axis")
+            << QStringList{"--clip", "w=1"} << 2
+            << QByteArray("--clip must be an axis and a place on it, such as x=0.05, not \"w=1\"");
+        QTest::newRow("clip at no number")
+            << QStringList{"--clip", "z=nan"} << 2
+            << QByteArray("--clip must be an axis and a place on it, such as x=0.05, not "
+                          "\"z=nan\"");
+        QTest::newRow("clip outside")
+            << QStringList{"--clip", "y=7"} << 6
+            << QByteArray("--clip: y = 7 lies outside of what is shown, from 0 to 1");
+        QTest::newRow("explode below 0") << QStringList{"--explode", "-1"} << 2
+                                         << QByteArray("--explode must be a number from 0 to 100");
+        QTest::newRow("unknown faces")
+            << QStringList{"--faces", "inlet,outlet"} << 6
+            << QByteArray("--faces: no face or region is called \"outlet\"");
+        QTest::newRow("unknown attribute")
+            << QStringList{"--color-by", "colour"} << 2
+            << QByteArray("--color-by must be region, face, material or the tag of an attribute, "
+                          "not \"colour\"");
+        QTest::newRow("attribute that nothing has")
+            << QStringList{"--color-by", "periodic_pair_id"} << 6
+            << QByteArray("no region or face has the attribute periodic_pair_id");
+    }
+
+    void refuses()
+    {
+        QFETCH(QStringList, options);
+        QFETCH(int, exitCode);
+        QFETCH(QByteArray, error);
+        QFile::remove(path("refused.png"));
+        const ToolRun run =
+            runTool(QStringList{"picture", path("cubes"), "-o", path("refused.png")} + options);
+        QCOMPARE(run.errors, "ovrageo: error: " + error + '\n');
+        QCOMPARE(run.exitCode, exitCode);
+        QVERIFY(!QFile::exists(path("refused.png")));
+    }
+
+    void refusesToReplaceItsInput()
+    {
+        const QByteArray mesh = contentOf(path("cubes.geo_mesh"));
+        const ToolRun run = runTool({"picture", path("cubes"), "-o", path("cubes.geo_mesh")});
+        QCOMPARE(run.exitCode, 2);
+        QCOMPARE(contentOf(path("cubes.geo_mesh")), mesh);
+    }
+
+    void refusesACaseWithoutFaces()
+    {
+        Database empty;
+        QVERIFY(SavedCase::save(empty, path("empty")));
+        const ToolRun run = runTool({"picture", path("empty"), "-o", path("refused.png")});
+        QCOMPARE(run.exitCode, 6);
+        QCOMPARE(run.errors, QByteArray("ovrageo: error: the case has no faces to show\n"));
+    }
+
+private:
+    QString path(const QString& name) const { return directory_.filePath(name); }
+
+    bool draw(const QString& name, const QStringList& options) const
+    {
+        QFile::remove(path("picture.png"));
+        const QStringList size =
+            options.contains("--size") ? QStringList() : QStringList{"--size", "400x250"};
+        const ToolRun run =
+            runTool(QStringList{"picture", path(name), "-o", path("picture.png")} + size + options);
+        return run.exitCode == 0 && run.errors.isEmpty();
+    }
+
+    PngImage pictureOf(const QString& name, const QStringList& options = {}) const
+    {
+        return PngImage(draw(name, options) ? contentOf(path("picture.png")) : QByteArray());
+    }
+
+    QTemporaryDir directory_;
+};
+
+QTEST_GUILESS_MAIN(TestToolPicture)
+#include "tst_ToolPicture.moc"
