@@ -113,6 +113,10 @@ void addOptions(CLI::App& command, Options& options)
         .add_flag("--keep-interfaces", options.job.keepInterfaces,
                   "Let no cut part the two sides of a doubled interface, shell or periodic pair")
         ->needs(parts);
+    command
+        .add_flag("--one-zone", options.job.oneZone,
+                  "In a .cgns file, put all regions into one zone in place of one for each")
+        ->excludes(parts);
 }
 
 std::string footer()

@@ -1,5 +1,6 @@
 #include "ExportFormat.h"
 
+#include "CgnsExport.h"
 #include "GmshExport.h"
 #include "ToolError.h"
 #include "VtkExport.h"
@@ -52,6 +53,8 @@ const std::vector<ExportFormat>& ExportFormat::all()
         {"vtp", "VTK: the mesh faces on model faces", Content::Binary, false, requireVtk, writeVtp},
         {"vtm", "VTK: a block for each model region and face", Content::Binary, false, requireVtk,
          writeVtm},
+        {"cgns", "CGNS: a zone for each region, or with --one-zone for all", Content::Binary, true,
+         requireCgns, writeCgns},
         {"msh", "Gmsh 4.1, binary", Content::Binary, false, requireGmsh, writeGmsh, true},
         {"msh2", "Gmsh 2.2, text", Content::Text, false, requireGmsh, writeGmsh, true},
         {"unv", "Universal", Content::Text, false, requireGmsh, writeGmsh, true},

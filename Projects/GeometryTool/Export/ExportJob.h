@@ -14,6 +14,7 @@ struct ExportOptions
 {
     int parts = 1;               ///< pieces to cut the elements into
     bool keepInterfaces = false; ///< no cut parts a periodic pair or a doubled interface
+    bool oneZone = false;        ///< CGNS: all regions in one zone
 };
 
 /// \brief One export, for the function that writes its format.

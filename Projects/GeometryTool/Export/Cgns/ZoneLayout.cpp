@@ -1,0 +1,265 @@
+#include "ZoneLayout.h"
+
+#include "Buckets.h"
+#include "CaseView.h"
+#include "ElementSides.h"
+#include "MeshEntity.h"
+#include "ModelEntity.h"
+#include "Partition.h"
+
+#include <algorithm>
+#include <map>
+
+namespace Ovra::GeoTool
+{
+
+using namespace Ovra::Geo;
+
+namespace
+{
+
+/// \brief The region that an element stands on, or null.
+const ModelEntity* ownParent(const MeshEntity& entity)
+{
+    const ModelEntity* const parent = entity.parent();
+    return parent && parent->dimension() == entity.dimension() ? parent : nullptr;
+}
+
+/// \brief Sections of entities of one dimension, by owner, then by number of vertices.
+std::vector<ZoneSection> sectionsOf(const CaseView& view, int dimension,
+                                    std::span<const int> entities)
+{
+    const VertexLists& lists = view.vertexLists(dimension);
+    std::map<std::pair<int, std::size_t>, ZoneSection> sections;
+    for (const int position : entities) {
+        const auto entity = static_cast<std::size_t>(position);
+        const ModelEntity* const owner = ownParent(*view.meshEntities(dimension)[entity]);
+        const std::size_t vertices = lists.of(entity).size();
+        ZoneSection& section = sections[{owner ? owner->id() : 0, vertices}];
+        section.owner = owner;
+        section.dimension = dimension;
+        section.vertexCount = static_cast<int>(vertices);
+        section.entities.push_back(position);
+    }
+    std::vector<ZoneSection> list;
+    for (auto& [key, section] : sections) {
+        list.push_back(std::move(section));
+    }
+    return list;
+}
+
+std::vector<int> verticesOf(const CaseView& view, const std::vector<ZoneSection>& sections)
+{
+    std::vector<bool> used(view.meshEntities(0).size(), false);
+    std::size_t count = 0;
+    for (const ZoneSection& section : sections) {
+        for (const int entity : section.entities) {
+            for (const int vertex :
+                 view.vertexLists(section.dimension).of(static_cast<std::size_t>(entity))) {
+                count += used[static_cast<std::size_t>(vertex)] ? 0U : 1U;
+                used[static_cast<std::size_t>(vertex)] = true;
+            }
+        }
+    }
+    std::vector<int> vertices;
+    vertices.reserve(count);
+    for (std::size_t i = 0; i < used.size() && vertices.size() < count; ++i) {
+        if (used[i]) {
+            vertices.push_back(static_cast<int>(i));
+        }
+    }
+    return vertices;
+}
+
+/// The same of a few, for which a table of all vertices would be too much.
+std::vector<int> verticesOfFew(const CaseView& view, const std::vector<ZoneSection>& sections)
+{
+    std::vector<int> vertices;
+    for (const ZoneSection& section : sections) {
+        for (const int entity : section.entities) {
+            const auto list =
+                view.vertexLists(section.dimension).of(static_cast<std::size_t>(entity));
+            vertices.insert(vertices.end(), list.begin(), list.end());
+        }
+    }
+    std::sort(vertices.begin(), vertices.end());
+    vertices.erase(std::unique(vertices.begin(), vertices.end()), vertices.end());
+    return vertices;
+}
+
+/// \brief Of the mesh faces on model faces, ascending.
+std::vector<ElementSides::Key> keysOfFaces(const CaseView& view)
+{
+    const VertexLists& lists = view.vertexLists(view.faceDimension());
+    std::vector<ElementSides::Key> keys;
+    for (std::size_t i = 0; i < lists.size(); ++i) {
+        if (ownParent(*view.meshEntities(view.faceDimension())[i])) {
+            keys.push_back(ElementSides::keyOf(lists.of(i)));
+        }
+    }
+    std::sort(keys.begin(), keys.end());
+    return keys;
+}
+
+} // namespace
+
+int Zone::localOf(int vertex) const
+{
+    return static_cast<int>(std::lower_bound(vertices.begin(), vertices.end(), vertex) -
+                            vertices.begin());
+}
+
+std::size_t Zone::elementCount() const
+{
+    std::size_t count = 0;
+    for (const ZoneSection& section : sections) {
+        count += section.entities.size();
+    }
+    return count;
+}
+
+ZoneLayout ZoneLayout::byRegion(const CaseView& view)
+{
+    const int dimension = view.elementDimension();
+    std::map<int, int> zoneById; // the stray ones, under 0, come first
+    const std::vector<MeshEntity*>& elements = view.meshEntities(dimension);
+    for (const MeshEntity* element : elements) {
+        const ModelEntity* const region = ownParent(*element);
+        zoneById.emplace(region ? region->id() : 0, 0);
+    }
+    int count = 0;
+    for (auto& [id, zone] : zoneById) {
+        zone = count++;
+    }
+    std::vector<int> zones;
+    zones.reserve(elements.size());
+    for (const MeshEntity* element : elements) {
+        const ModelEntity* const region = ownParent(*element);
+        zones.push_back(zoneById.at(region ? region->id() : 0));
+    }
+    return {view, zones, count};
+}
+
+ZoneLayout ZoneLayout::asOne(const CaseView& view)
+{
+    const std::size_t count = view.meshEntities(view.elementDimension()).size();
+    return {view, std::vector<int>(count, 0), count > 0 ? 1 : 0};
+}
+
+ZoneLayout ZoneLayout::byPart(const CaseView& view, const Partition& partition)
+{
+    std::vector<int> zones;
+    for (std::size_t i = 0; i < view.meshEntities(view.elementDimension()).size(); ++i) {
+        zones.push_back(partition.partOf(i));
+    }
+    ZoneLayout layout(view, zones, partition.count());
+    layout.isOfParts_ = true;
+    layout.addSidesBetween(view);
+    return layout;
+}
+
+ZoneLayout::ZoneLayout(const CaseView& view, const std::vector<int>& zoneOfElement, int count)
+    : zoneOfElement_(zoneOfElement)
+    , elements_(positionsOf(view.meshEntities(view.elementDimension())))
+    , faces_(positionsOf(view.meshEntities(view.faceDimension())))
+{
+    addElements(view, count);
+    for (const ModelEntity* face : view.modelEntities(view.faceDimension())) {
+        addPatches(view, *face);
+    }
+}
+
+void ZoneLayout::addElements(const CaseView& view, int count)
+{
+    const Buckets<int> byZone(static_cast<std::size_t>(count), [this](auto add) {
+        for (std::size_t i = 0; i < zoneOfElement_.size(); ++i) {
+            add(static_cast<std::size_t>(zoneOfElement_[i]), static_cast<int>(i));
+        }
+    });
+    for (std::size_t i = 0; i < byZone.count(); ++i) {
+        Zone zone;
+        zone.sections = sectionsOf(view, view.elementDimension(), byZone[i]);
+        zone.vertices = verticesOf(view, zone.sections);
+        const ModelEntity* const first = zone.sections.front().owner;
+        const bool isOfOne =
+            std::all_of(zone.sections.begin(), zone.sections.end(),
+                        [first](const ZoneSection& section) { return section.owner == first; });
+        zone.region = isOfOne ? first : nullptr;
+        zones_.push_back(std::move(zone));
+    }
+}
+
+int ZoneLayout::zoneOf(const MeshEntity& element) const
+{
+    return zoneOfElement_[static_cast<std::size_t>(elements_.find(element.id()))];
+}
+
+/// \brief The zones that a mesh face lies in, each with what is behind it there; one, if both are
+/// the same.
+std::vector<ZoneLayout::PatchKey> ZoneLayout::keysOf(const MeshEntity& face) const
+{
+    const int dimension = face.dimension() + 1;
+    const int count = face.adjacencyCount(dimension);
+    if (count == 0) {
+        return {};
+    }
+    const int first = zoneOf(*face.adjacencyAt(dimension, 0));
+    if (count == 1) {
+        return {{first, Outside}};
+    }
+    const int second = zoneOf(*face.adjacencyAt(dimension, 1));
+    if (first == second) {
+        return {{first, first}};
+    }
+    return {{first, second}, {second, first}};
+}
+
+void ZoneLayout::addPatches(const CaseView& view, const ModelEntity& face)
+{
+    std::map<PatchKey, std::vector<int>> faces;
+    for (const MeshEntity* child : CaseView::childrenOf(face)) {
+        if (child->dimension() != face.dimension()) {
+            continue;
+        }
+        const std::vector<PatchKey> keys = keysOf(*child);
+        looseFaces_ += keys.empty() ? 1 : 0;
+        for (const PatchKey& key : keys) {
+            faces[key].push_back(faces_.find(child->id()));
+        }
+    }
+    for (const auto& [key, members] : faces) {
+        ZonePatch patch;
+        patch.face = &face;
+        patch.other = key.second;
+        patch.sections = sectionsOf(view, face.dimension(), members);
+        patch.vertices = verticesOfFew(view, patch.sections);
+        zones_[static_cast<std::size_t>(key.first)].patches.push_back(std::move(patch));
+    }
+}
+
+void ZoneLayout::addSidesBetween(const CaseView& view)
+{
+    const std::vector<ElementSides::Key> onFaces = keysOfFaces(view);
+    std::map<PatchKey, std::vector<int>> vertices;
+    ElementSides sides(view);
+    sides.forEachRunOfAllParts([&](const ElementSides::Key& key, ElementSides::Run run) {
+        if (run.size() != 2 || std::binary_search(onFaces.begin(), onFaces.end(), key)) {
+            return;
+        }
+        const int first = zoneOfElement_[run[0].element()];
+        const int second = zoneOfElement_[run[1].element()];
+        if (first != second) {
+            std::vector<int>& list = vertices[std::minmax(first, second)];
+            list.insert(list.end(), key.begin(), std::find(key.begin(), key.end(), -1));
+        }
+    });
+    for (auto& [zones, list] : vertices) {
+        std::sort(list.begin(), list.end());
+        list.erase(std::unique(list.begin(), list.end()), list.end());
+        const auto& [first, second] = zones;
+        zones_[static_cast<std::size_t>(first)].patches.push_back({nullptr, second, {}, list});
+        zones_[static_cast<std::size_t>(second)].patches.push_back({nullptr, first, {}, list});
+    }
+}
+
+} // namespace Ovra::GeoTool
