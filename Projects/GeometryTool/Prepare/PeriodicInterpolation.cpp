@@ -39,8 +39,11 @@ constexpr double notableMiss = 0.05;
 /// That of the library for weights on periodic faces.
 constexpr double weightTolerance = 1e-6;
 
-const QString remedy =
-    QStringLiteral("one transform, that of the first pair with planar faces, must serve all pairs");
+const QString spread = QStringLiteral("a translation is that between the means of the mesh "
+                                      "vertices of both faces, which must be spread alike");
+const QString remedy = QStringLiteral("one transform, that of the first pair with planar faces, "
+                                      "must serve all pairs, and ") +
+                       spread;
 
 int pairIdOf(const ModelEntity* face)
 {
@@ -309,11 +312,11 @@ void PeriodicInterpolation::warnOfMisses(qint64 count, double largest) const
         progress_.warning(
             QStringLiteral(
                 "%1 of periodic faces %2 up to %3 beside the partner face, which is more "
-                "than a twentieth of an edge there; a translation is that between the "
-                "means of the mesh vertices of both faces, which must be spread alike")
+                "than a twentieth of an edge there; %4")
                 .arg(counted(count, QStringLiteral("vertex")),
                      count == 1 ? QStringLiteral("lands") : QStringLiteral("land"))
-                .arg(largest));
+                .arg(largest)
+                .arg(spread));
     }
 }
 

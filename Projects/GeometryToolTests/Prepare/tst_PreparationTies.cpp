@@ -422,6 +422,23 @@ private slots:
                  "alike\n");
     }
 
+    // As above, but images of corners lie on the lines of sides, where there are no weights.
+    void theReasonOfATranslationThatIsOffIsTold()
+    {
+        Channel channel;
+        channel.makePeriodic();
+        for (const int z : {0, 1, 2}) {
+            channel.grid.vertexAt(2, 1, z)->setPoint(Vector(2, 1.18, z));
+        }
+        const QString refusal = prepare(channel.database(), periodic).refusal;
+        QVERIFY2(refusal.endsWith(
+                     " on a periodic face has a weight that is no number; one transform, that of "
+                     "the first pair with planar faces, must serve all pairs, and a translation is "
+                     "that between the means of the mesh vertices of both faces, which must be "
+                     "spread alike"),
+                 qPrintable(refusal));
+    }
+
     void anExtrudedVertexIsTiedWhereItLies()
     {
         Channel channel(GridSpec::Shape::Simplex);
