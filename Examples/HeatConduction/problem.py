@@ -59,21 +59,48 @@ def in_plane(solver_input, axis, value):
                             rtol=0, atol=1e-6 * size)]
 
 
+_SECTIONS = {"materials", "heat", "surfaces", "contacts", "shells"}
+_CONDITIONS = ({"temperature"}, {"flux"}, {"coefficient", "ambient"})
+
+
 def read(path):
     """Reads a problem, see README.md for the form of the file."""
-    with open(path, encoding="utf-8") as stream:
-        try:
-            content = json.load(stream)
-        except json.JSONDecodeError as error:
-            raise InputError(f"{path}: {error}") from error
-    unknown = set(content) - {"materials", "heat", "surfaces", "contacts", "shells"}
-    if unknown:
-        raise InputError(f'{path}: "{sorted(unknown)[0]}" is no section of a problem')
+    try:
+        with open(path, encoding="utf-8") as stream:
+            return _problem(json.load(stream))
+    except (ValueError, InputError) as error:  # a bad number or bad JSON is the former
+        raise InputError(f"{path}: {error}") from error
+
+
+def _problem(content):
+    _require_keys(content)
+    shells = content.get("shells", "thin")
+    if shells not in ("thin", "resolved"):
+        raise InputError(f'shells are "thin" or "resolved", not "{shells}"')
     return Problem(
-        materials={int(number): material["conductivity"]
-                   for number, material in content["materials"].items()},
-        heat=content.get("heat", {}),
-        surfaces=content.get("surfaces", {}),
-        contacts={frozenset(contact["materials"]): contact["conductance"]
+        materials={int(number): _number(material, "conductivity", f"material {number}")
+                   for number, material in content.get("materials", {}).items()},
+        heat={name: _number(content["heat"], name, "heat") for name in content.get("heat", {})},
+        surfaces={where: _condition(where, given) for where, given in content.get("surfaces", {}).items()},
+        contacts={frozenset(contact["materials"]): _number(contact, "conductance", "a contact")
                   for contact in content.get("contacts", [])},
-        thin_shells=content.get("shells", "thin") == "thin")
+        thin_shells=shells == "thin")
+
+
+def _require_keys(content):
+    for key in content:
+        if key not in _SECTIONS:
+            raise InputError(f'"{key}" is no section of a problem')
+
+
+def _condition(where, given):
+    if set(given) not in _CONDITIONS:
+        raise InputError(f'surface "{where}" needs a temperature, a flux, or a coefficient and ambient')
+    return {key: _number(given, key, f'surface "{where}"') for key in given}
+
+
+def _number(content, key, what):
+    value = content.get(key)
+    if isinstance(value, bool) or not isinstance(value, (int, float)):
+        raise InputError(f'{what} needs a number as "{key}"')
+    return value

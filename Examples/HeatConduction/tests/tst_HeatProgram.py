@@ -132,6 +132,27 @@ class Program(unittest.TestCase):
         self.problem["sources"] = {}
         self.assert_refused('"sources" is no section of a problem')
 
+    def test_bad_conditions(self):
+        for condition in ({}, {"temprature": 300}, {"temperature": 300, "flux": 1}, {"coefficient": 1}):
+            self.problem["surfaces"]["z=0"] = condition
+            self.assert_refused('surface "z=0" needs a temperature, a flux, or a coefficient and ambient')
+
+    def test_bad_numbers(self):
+        self.problem["surfaces"]["z=0"] = {"temperature": "hot"}
+        self.assert_refused('surface "z=0" needs a number as "temperature"')
+        self.problem["materials"]["1"] = {"name": "air"}
+        self.assert_refused('material 1 needs a number as "conductivity"')
+
+    def test_bad_shells(self):
+        self.problem["shells"] = "thick"
+        self.assert_refused('shells are "thin" or "resolved", not "thick"')
+
+    def test_bad_json(self):
+        (self.folder / "bad.json").write_text("{ materials", encoding="utf-8")
+        done = heat(self.input, self.folder / "bad.json")
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("bad.json: Expecting property name", done.stderr)
+
     def test_nothing_holds_the_temperature(self):
         self.problem["surfaces"] = {}
         self.assert_refused("nothing holds the temperature of node 1")
