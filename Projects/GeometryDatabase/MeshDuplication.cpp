@@ -36,7 +36,7 @@ private:
     QHash<ModelEntity*, bool> answers_;
 };
 
-bool touchesMeshedRegion(const ModelEntity* face, int regionDimension, const RegionTest& test)
+bool touchesMeshedRegion(const ModelEntity* face, int regionDimension, RememberedTest& test)
 {
     auto regions = face->adjacencyIterator(regionDimension);
     while (regions.hasNext()) {
@@ -113,9 +113,8 @@ void MeshDuplication::moveToCopies(const VertexMap& copies, int faceDimension,
                                    const RegionTest& takesCopies)
 {
     RememberedTest regions(takesCopies);
-    RememberedTest faces([&](ModelEntity* face) {
-        return touchesMeshedRegion(face, faceDimension + 1, takesCopies);
-    });
+    RememberedTest faces(
+        [&](ModelEntity* face) { return touchesMeshedRegion(face, faceDimension + 1, regions); });
     const QList<VertexMap::Pair> pairs = copies.pairs();
     for (const auto& [vertex, copy] : pairs) {
         moveElements(vertex, copy, faceDimension + 1, regions);
