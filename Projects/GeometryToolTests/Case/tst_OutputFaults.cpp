@@ -110,7 +110,7 @@ private slots:
             QVERIFY(process.waitForStarted());
             process.waitForFinished(round * 3);
             process.kill();
-            QVERIFY(process.waitForFinished());
+            QVERIFY(process.waitForFinished(-1));
             checkKilled(true);
             checkLeftoversGo();
         }
@@ -126,7 +126,7 @@ private slots:
                 processes.back()->start(Places::tool(), convert(i % 2 == 0 ? "first" : "second"));
             }
             for (const auto& process : processes) {
-                QVERIFY(process->waitForFinished());
+                QVERIFY(process->waitForFinished(-1));
                 QCOMPARE(process->readAllStandardError(), QByteArray());
                 QCOMPARE(process->exitCode(), 0);
             }

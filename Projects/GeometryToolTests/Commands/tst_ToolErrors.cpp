@@ -434,7 +434,7 @@ private slots:
         QProcess process;
         process.setStandardOutputFile("/dev/full");
         process.start(Places::tool(), {"info", path("tiny")});
-        QVERIFY(process.waitForFinished());
+        QVERIFY(process.waitForFinished(-1));
         QCOMPARE(process.exitCode(), 5);
         QCOMPARE(process.readAllStandardError(),
                  QByteArray("ovrageo: error: cannot write standard output: No space left on "

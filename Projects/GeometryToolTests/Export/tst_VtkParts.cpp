@@ -106,7 +106,7 @@ private:
         environment.insert("ASAN_OPTIONS", "detect_leaks=0"); // MPI keeps what it has until the end
         process.setProcessEnvironment(environment);
         process.start("mpirun", {"-n", "3", "--oversubscribe", OVRA_VTK_PIECE_READER, file});
-        process.waitForFinished(60000);
+        process.waitForFinished(-1);
         return process.exitCode() == 0 ? process.readAllStandardOutput()
                                        : process.readAllStandardError();
     }

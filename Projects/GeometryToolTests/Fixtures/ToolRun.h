@@ -39,7 +39,7 @@ inline ToolRun runTool(const QStringList& arguments, const QString& hashSeed = Q
     }
     process.start(Places::tool(), arguments);
     ToolRun run;
-    if (process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit) {
+    if (process.waitForFinished(-1) && process.exitStatus() == QProcess::NormalExit) {
         run.exitCode = process.exitCode();
     }
     run.output = process.readAllStandardOutput();
