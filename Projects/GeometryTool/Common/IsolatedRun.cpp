@@ -9,6 +9,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <fcntl.h>
 #include <new>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -72,6 +73,8 @@ QByteArray outcomeOf(const std::function<void()>& work)
         return failure(ExitCode::InternalError, QStringLiteral("out of memory"));
     } catch (const std::exception& exception) {
         return failure(ExitCode::InternalError, QString::fromUtf8(exception.what()));
+    } catch (...) { // values of other types, which Gmsh throws too
+        return failure(ExitCode::InternalError, QStringLiteral("Gmsh failed without a message"));
     }
 }
 
@@ -146,8 +149,8 @@ void IsolatedRun::run(const Messages& messages, const std::function<void()>& wor
                       const std::function<void()>& meanwhile)
 {
     int ends[2] = {-1, -1};
-    std::fflush(nullptr); // what is buffered would be printed by both
-    if (pipe(ends) != 0) {
+    std::fflush(nullptr);              // what is buffered would be printed by both
+    if (pipe2(ends, O_CLOEXEC) != 0) { // or a program that the copy starts would hold it open
         throw ToolError(ExitCode::InternalError, QStringLiteral("cannot open a pipe"));
     }
     const pid_t child = fork();

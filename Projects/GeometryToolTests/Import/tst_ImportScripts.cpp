@@ -25,6 +25,19 @@ private slots:
         }
     }
 
+    // Hangs if it does.
+    void doesNotWaitForWhatAScriptLeavesRunning()
+    {
+        const QByteArray stop = path("stop").toUtf8();
+        QVERIFY(writeContent(path("starts.geo"), "NonBlockingSystemCall \"sh -c 'while [ ! -e " +
+                                                     stop +
+                                                     " ]; do sleep 0.1; done'\";\n"
+                                                     "SetFactory(\"OpenCASCADE\");\n"
+                                                     "Rectangle(1) = {0, 0, 0, 1, 1};\n"));
+        QCOMPARE(import(path("starts.geo")).exitCode, 0);
+        QVERIFY(writeContent(path("stop"), "now"));
+    }
+
     void runsNothing_data()
     {
         QTest::addColumn<QString>("suffix");
