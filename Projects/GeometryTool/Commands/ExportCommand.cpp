@@ -81,6 +81,9 @@ void run(const Options& options, Progress& progress)
     }
     CaseDatabase database;
     source.load(database, progress);
+    if (OutputFiles::isStandardOutput(output)) {
+        progress.giveWay();
+    }
     const CaseView view(database);
     OutputFiles files;
     format.write({view, format, output, options.job, files, progress});

@@ -3,6 +3,7 @@
 #include "CaseFiles.h"
 #include "OutputCheck.h"
 #include "OutputFiles.h"
+#include "Progress.h"
 #include "SolverInput.h"
 #include "ToolError.h"
 
@@ -62,6 +63,9 @@ void run(const Options& options, Progress& progress)
     }
     CaseDatabase database;
     source.load(database, progress);
+    if (OutputFiles::isStandardOutput(output)) {
+        progress.giveWay();
+    }
     OutputFiles files;
     QTextStream stream(&files.add(output));
     input.write(database, stream, progress);

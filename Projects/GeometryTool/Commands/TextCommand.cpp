@@ -49,7 +49,7 @@ void writeToStandardOutput(CaseFiles& source, Progress& progress)
 {
     CaseDatabase database;
     source.load(database, progress);
-    progress.phase(QStringLiteral("writing to standard output"));
+    progress.giveWay();
     OutputFiles files;
     QTextStream stream(&files.add(QStringLiteral("-")));
     database.model()->write(stream);

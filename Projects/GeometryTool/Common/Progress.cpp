@@ -1,7 +1,11 @@
 #include "Progress.h"
 
+#include <algorithm>
+#include <cerrno>
 #include <chrono>
-#include <cstdio>
+#include <fcntl.h>
+#include <new>
+#include <system_error>
 #include <unistd.h>
 
 namespace Ovra::GeoTool
@@ -13,13 +17,6 @@ namespace
 constexpr qint64 shortestPause = 100; // milliseconds between two states of the line
 constexpr std::chrono::seconds longestSilence(1);
 constexpr qsizetype longestLine = 79; // a line that wraps cannot be erased by a carriage return
-
-void print(const QString& text)
-{
-    const QByteArray bytes = text.toUtf8();
-    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stderr);
-    std::fflush(stderr);
-}
 
 QString percentage(qint64 done, qint64 total)
 {
@@ -34,7 +31,8 @@ QString megabytes(qint64 bytes)
 } // namespace
 
 Progress::Progress()
-    : terminal_(isatty(STDERR_FILENO) == 1)
+    : descriptor_(fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1))
+    , terminal_(isatty(descriptor_) == 1)
 {
 }
 
@@ -42,6 +40,7 @@ Progress::~Progress()
 {
     ticker_ = {};
     finish();
+    close(descriptor_);
 }
 
 void Progress::setQuiet(bool quiet)
@@ -56,11 +55,10 @@ void Progress::phase(const QString& name)
     }
     const std::lock_guard lock(mutex_);
     phase_ = name;
+    inPhase_ = true;
     sincePhase_.start();
     show(QString());
-    if (!ticker_.joinable()) {
-        ticker_ = std::jthread([this](const std::stop_token& stop) { tick(stop); });
-    }
+    startTicker();
 }
 
 template <typename Detail>
@@ -110,12 +108,21 @@ void Progress::note(const QString& text)
 
 void Progress::leaveLineToCopy()
 {
+    ticker_ = {};
+    inPhase_ = false;
     lineShown_ = isShown();
+}
+
+void Progress::giveWay()
+{
+    finish();
+    terminal_ = false;
 }
 
 void Progress::finish()
 {
     const std::lock_guard lock(mutex_);
+    inPhase_ = false;
     erase();
 }
 
@@ -127,6 +134,7 @@ void Progress::warning(const QString& text)
     const std::lock_guard lock(mutex_);
     erase();
     print(QStringLiteral("ovrageo: warning: %1\n").arg(text));
+    sinceShown_.start();
 }
 
 void Progress::show(const QString& detail)
@@ -147,15 +155,45 @@ void Progress::erase()
     lineShown_ = false;
 }
 
+void Progress::startTicker()
+{
+    if (ticker_.joinable()) {
+        return;
+    }
+    try {
+        ticker_ = std::jthread([this](const std::stop_token& stop) { tick(stop); });
+    } catch (const std::system_error&) {
+        return; // no more threads to be had: no reason to fail
+    }
+}
+
 // Library and Gmsh do much of their work in one call, which would leave the line as it is for long.
 void Progress::tick(const std::stop_token& stop)
 {
     std::unique_lock lock(mutex_);
     while (
         !stopped_.wait_for(lock, stop, longestSilence, [&stop] { return stop.stop_requested(); })) {
-        if (lineShown_ && std::chrono::milliseconds(sinceShown_.elapsed()) >= longestSilence) {
-            show(QStringLiteral("%1 s").arg(sincePhase_.elapsed() / 1000));
+        if (inPhase_ && std::chrono::milliseconds(sinceShown_.elapsed()) >= longestSilence) {
+            try {
+                show(QStringLiteral("%1 s").arg(sincePhase_.elapsed() / 1000));
+            } catch (const std::bad_alloc&) {
+                return; // which is for the work to tell
+            }
         }
+    }
+}
+
+void Progress::print(const QString& text) const
+{
+    const QByteArray bytes = text.toUtf8();
+    qsizetype written = 0;
+    while (written < bytes.size()) {
+        const ssize_t count = write(descriptor_, bytes.constData() + written,
+                                    static_cast<std::size_t>(bytes.size() - written));
+        if (count < 0 && errno != EINTR) {
+            return;
+        }
+        written += std::max<ssize_t>(count, 0);
     }
 }
 

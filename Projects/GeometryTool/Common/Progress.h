@@ -17,8 +17,9 @@ namespace Ovra::GeoTool
 /// Where a phase has said nothing for a second, the line counts its seconds. A warning is a line of
 /// its own, terminal or not, and is held back by setQuiet() too.
 ///
-/// The first phase starts a thread on a terminal, so that none may have begun in a process that is
-/// going to copy itself.
+/// It prints on what standard error was when it was made, also while that is put elsewhere to keep
+/// another program quiet. A phase on a terminal has a thread; a process that is going to copy itself
+/// calls leaveLineToCopy() first.
 class Progress
 {
 public:
@@ -44,9 +45,14 @@ public:
     /// \brief A passing remark beside the phase, the progress texts of the library for instance.
     void note(const QString& text);
 
-    /// \brief Counts the line that a copy of this process is going to show as this one's, which
-    /// erases it when the copy has ended, in whatever way.
+    /// \brief Ends the phase, and counts the line that a copy of this process is going to show as
+    /// this one's, which erases it when the copy has ended, in whatever way.
+    /// \post no thread that a copy would lack, or that would hold what the copy waits for
     void leaveLineToCopy();
+
+    /// \brief Shows nothing from now on but warnings, as the result goes to standard output, which
+    /// may be the same terminal.
+    void giveWay();
 
     /// \brief Erases the progress line; the next phase() begins a new one.
     void finish();
@@ -60,11 +66,15 @@ private:
     void showIfDue(Detail detail);
     void show(const QString& detail);
     void erase();
+    void startTicker();
     void tick(const std::stop_token& stop);
+    void print(const QString& text) const;
 
-    bool terminal_ = false;
+    int descriptor_;
+    bool terminal_;
     bool quiet_ = false;
     bool lineShown_ = false;
+    bool inPhase_ = false;
     QString phase_;
     QElapsedTimer sinceShown_;
     QElapsedTimer sincePhase_;

@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace Ovra::GeoTool;
@@ -52,9 +53,13 @@ public:
     QByteArray text() const
     {
         fcntl(master_, F_SETFL, O_NONBLOCK);
-        std::array<char, 65536> buffer;
-        const ssize_t size = read(master_, buffer.data(), buffer.size());
-        return size > 0 ? QByteArray(buffer.data(), size) : QByteArray();
+        std::array<char, 4096> buffer;
+        QByteArray text;
+        ssize_t size = 0;
+        while ((size = read(master_, buffer.data(), buffer.size())) > 0) {
+            text.append(buffer.data(), size);
+        }
+        return text;
     }
 
 private:
@@ -160,6 +165,80 @@ private slots:
         QVERIFY(terminal.text().endsWith("\r\033[Kstanding still: 1 of 2 things, 50%\r\033[K"));
     }
 
+    void goesOnCountingAfterAWarning()
+    {
+        if (!obstacle().isEmpty()) {
+            QSKIP(obstacle().constData());
+        }
+        const Terminal terminal;
+        const StandardErrorOn on(terminal);
+        Progress progress;
+        progress.phase(QStringLiteral("standing still"));
+        progress.warning(QStringLiteral("look out"));
+        QByteArray text;
+        QTRY_VERIFY_WITH_TIMEOUT((text += terminal.text()).contains(": 1 s"), 60'000);
+        QVERIFY(text.contains("\r\033[Kovrageo: warning: look out\r\n\r\033[Kstanding still: 1 s"));
+    }
+
+    void countsWhileStandardErrorIsElsewhere()
+    {
+        if (!obstacle().isEmpty()) {
+            QSKIP(obstacle().constData());
+        }
+        const Terminal terminal;
+        const Terminal elsewhere;
+        const StandardErrorOn on(terminal);
+        Progress progress;
+        const StandardErrorOn other(elsewhere);
+        progress.phase(QStringLiteral("standing still"));
+        QByteArray text;
+        QTRY_VERIFY_WITH_TIMEOUT((text += terminal.text()).contains(": 1 s"), 60'000);
+        QCOMPARE(elsewhere.text(), QByteArray());
+    }
+
+    void givesWayToAResultOnStandardOutput()
+    {
+        if (!obstacle().isEmpty()) {
+            QSKIP(obstacle().constData());
+        }
+        const Terminal terminal;
+        const StandardErrorOn on(terminal);
+        Progress progress;
+        progress.phase(QStringLiteral("reading"));
+        progress.giveWay();
+        QCOMPARE(terminal.text(), QByteArray("\r\033[Kreading\r\033[K"));
+        progress.phase(QStringLiteral("writing"));
+        progress.update(1, 2);
+        QTest::qWait(1500);
+        QCOMPARE(terminal.text(), QByteArray());
+        progress.warning(QStringLiteral("look out"));
+        QCOMPARE(terminal.text(), QByteArray("ovrageo: warning: look out\r\n"));
+    }
+
+    void leavesItsLineToACopyOfTheProcess()
+    {
+        if (!obstacle().isEmpty()) {
+            QSKIP(obstacle().constData());
+        }
+        const Terminal terminal;
+        const StandardErrorOn on(terminal);
+        Progress progress;
+        progress.phase(QStringLiteral("preparing"));
+        progress.leaveLineToCopy();
+        const pid_t copy = fork();
+        if (copy == 0) {
+            progress.phase(QStringLiteral("copying"));
+            sleep(2);
+            _exit(0);
+        }
+        waitpid(copy, nullptr, 0);
+        progress.finish();
+        const QByteArray text = terminal.text();
+        QVERIFY2(text.startsWith("\r\033[Kpreparing\r\033[Kcopying\r\033[Kcopying: 1 s"),
+                 text.constData());
+        QVERIFY(text.endsWith("\r\033[K"));
+    }
+
     void erasesTheLineOfAnImportThatFails()
     {
         if (!obstacle().isEmpty()) {
@@ -193,7 +272,7 @@ private:
         QProcess process;
         process.setStandardErrorFile(terminal.name());
         process.start(Places::tool(), arguments);
-        return process.waitForFinished() ? terminal.text() : QByteArray("did not end");
+        return process.waitForFinished(-1) ? terminal.text() : QByteArray("did not end");
     }
 
     QTemporaryDir directory_;

@@ -95,6 +95,11 @@ void writeHere(const CaseView& view, const GmshFormat& format, const GroupNames&
         false);
 }
 
+void showWriting(const ExportJob& job)
+{
+    job.progress.phase(QStringLiteral("writing %1").arg(job.path));
+}
+
 void writeMesh(const ExportJob& job, const GmshFormat& format, const GroupNames& names)
 {
     QFile& file = job.files.add(job.path);
@@ -109,7 +114,10 @@ void writeMesh(const ExportJob& job, const GmshFormat& format, const GroupNames&
     IsolatedRun::run(
         {failure, failure, ExitCode::InternalError},
         // some formats tell the path that Gmsh is given
-        [&] { writeHere(job.view, format, names, name.nameInCurrentDirectory()); },
+        [&] {
+            showWriting(job);
+            writeHere(job.view, format, names, name.nameInCurrentDirectory());
+        },
         [&] { pipe.drainInto(file); });
 }
 
@@ -122,7 +130,7 @@ void writeGmsh(const ExportJob& job)
     const GmshFormat& format = GmshFormat::ofSuffix(job.format.suffix);
     GmshModel::requireFit(job.view);
     requireKinds(job, format);
-    job.progress.phase(QStringLiteral("writing %1").arg(job.path));
+    showWriting(job);
     tellLosses(job, format);
     const GroupNames names(job.view, format);
     if (format.comesBack() && !isStream(job.path)) {
