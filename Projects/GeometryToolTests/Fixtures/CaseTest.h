@@ -1,5 +1,7 @@
 #pragma once
 
+#include "CaseLines.h"
+#include "CgnsChecker.h"
 #include "GmshFixture.h"
 #include "Places.h"
 #include "PreparedChecks.h"
@@ -196,6 +198,43 @@ private slots:
             }
         }
         QCOMPARE(sectionLines("elements").size(), expected);
+    }
+
+    /// By a mesh format that holds all, and the attributes file beside it.
+    void comesBackFromAnExport()
+    {
+        const QString file = importedName() + QStringLiteral(".msh");
+        const QString back = importedName() + QStringLiteral("-back");
+        QCOMPARE(runTool({"export", importedName(), "-o", file, "-q"}).exitCode, 0);
+        const ToolRun run = runTool({"import", file, "-o", back, "--attributes", file + ".json"});
+        QCOMPARE(run.errors, QByteArray());
+        QCOMPARE(run.exitCode, 0);
+        ImportedCase returned(back);
+        QCOMPARE(CaseLines::meshOf(returned), CaseLines::meshOf(*imported_));
+        QCOMPARE(CaseLines::of(returned, {}), CaseLines::of(*imported_, {}));
+        verify(back);
+    }
+
+    void isSoundAsCgns_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("imported") << importedName();
+        QTest::newRow("prepared") << preparedName();
+    }
+
+    void isSoundAsCgns()
+    {
+        if (CgnsChecker::program().isEmpty()) {
+            QSKIP("there is no cgnscheck here (Debian's package cgns-convert)");
+        }
+        QFETCH(QString, name);
+        const ToolRun run = runTool({"export", name, "-o", name + ".cgns", "-q"});
+        if (run.errors.contains("was built without CGNS")) {
+            QSKIP("this build has no CGNS");
+        }
+        QCOMPARE(run.errors, QByteArray());
+        const QByteArray faults = CgnsChecker::faultsOf(name + ".cgns");
+        QVERIFY2(faults.isEmpty(), faults.constData());
     }
 
 private:
