@@ -149,7 +149,7 @@ struct EmbeddedNeighbours
         : EmbeddedNeighbours()
     {
     }
-    EmbeddedNeighbours& operator=(const EmbeddedNeighbours& /*other*/) { return *this; }
+    EmbeddedNeighbours& operator=(const EmbeddedNeighbours& /*other*/) { return *this; } // NOLINT
 
     NeighbourList::Block block;
     MeshEntity* entries[Capacity];
