@@ -233,6 +233,22 @@ private slots:
         }
     }
 
+    /// Four elements in four parts: not every cut leaves one for each.
+    void makesNoZoneOfAnEmptyPart()
+    {
+        const ToolRun run =
+            runTool({"export", path("kinds"), "-o", path("out.cgns"), "--parts", "4"});
+        QCOMPARE(run.exitCode, 0);
+        const CgnsContent content(path("out.cgns"));
+        const auto empty = 4 - static_cast<int>(content.zones.size());
+        QCOMPARE(run.errors.contains(" without elements ha"), empty > 0);
+        double volume = 0;
+        for (const CgnsContent::Zone& zone : content.zones) {
+            volume += CgnsContent::volumeOf(zone);
+        }
+        QVERIFY(qAbs(volume - 2.0) < 1e-12);
+    }
+
     void tellsOfPairsWithoutATransform()
     {
         const ToolRun run = runTool({"export", path("sector"), "-o", path("out.cgns")});

@@ -70,6 +70,11 @@ void tellLosses(const ExportJob& job, const ZoneLayout& layout, const ZoneLinks&
          QStringLiteral("regions without elements are left out"));
     warn(job, layout.looseFaceCount(), QStringLiteral("mesh face without an element is left out"),
          QStringLiteral("mesh faces without an element are left out"));
+    if (!layout.parts().empty()) {
+        const auto zones = static_cast<qsizetype>(layout.zones().size());
+        warn(job, job.options.parts - zones, QStringLiteral("part without elements has no zone"),
+             QStringLiteral("parts without elements have no zone"));
+    }
     const std::vector<MeshEntity*>& vertices = job.view.meshEntities(0);
     const auto attributed = std::count_if(vertices.begin(), vertices.end(), [](MeshEntity* vertex) {
         return !vertex->attributes().isEmpty();

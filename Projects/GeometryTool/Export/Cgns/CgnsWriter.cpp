@@ -87,6 +87,7 @@ CgnsWriter::CgnsWriter(const CaseView& view, const ZoneLayout& layout, const Zon
     , layout_(layout)
     , links_(links)
     , file_(file)
+    , nodeOf_(view.meshEntities(0).size(), 0)
 {
 }
 
@@ -111,8 +112,8 @@ void CgnsWriter::nameZones()
 
 QString CgnsWriter::nameOf(const Zone& zone) const
 {
-    if (layout_.isOfParts()) {
-        return QStringLiteral("part_%1").arg(zoneNames_.size() + 1);
+    if (!layout_.parts().empty()) {
+        return QStringLiteral("part_%1").arg(layout_.parts()[zoneNames_.size()]);
     }
     if (zone.region) {
         return calledOf(*zone.region);
@@ -164,12 +165,15 @@ void CgnsWriter::writeZone(std::size_t position)
                                           static_cast<cgsize_t>(zone.elementCount()), 0};
     file_.check(cg_zone_write(file_.number(), file_.base(), zoneNames_[position].constData(),
                               size.data(), CGNS_ENUMV(Unstructured), &zone_));
-    if (zone.region && !layout_.isOfParts()) {
+    if (zone.region && layout_.parts().empty()) {
         file_.go({{"Zone_t", zone_}});
         file_.describe("FullName", calledOf(*zone.region));
         writeAttributes(*zone.region);
     }
     nextElement_ = 1;
+    for (std::size_t i = 0; i < zone.vertices.size(); ++i) {
+        nodeOf_[static_cast<std::size_t>(zone.vertices[i])] = static_cast<cgsize_t>(i) + 1;
+    }
     CgnsNames names(zoneNodes);
     writeCoordinates(zone);
     writeSections(zone, names);
@@ -198,11 +202,11 @@ void CgnsWriter::writeCoordinates(const Zone& zone)
 void CgnsWriter::writeSections(const Zone& zone, CgnsNames& names)
 {
     for (const ZoneSection& section : zone.sections) {
-        writeSection(zone, section, names.add(nameOf(section)));
+        writeSection(section, names.add(nameOf(section)));
     }
     for (const ZonePatch& patch : zone.patches) {
         for (const ZoneSection& section : patch.sections) {
-            writeSection(zone, section, names.add(calledOf(*patch.face)));
+            writeSection(section, names.add(calledOf(*patch.face)));
         }
     }
 }
@@ -214,22 +218,22 @@ QString CgnsWriter::nameOf(const ZoneSection& section) const
     return section.owner ? calledOf(*section.owner) + QLatin1Char(' ') + kind : kind;
 }
 
-std::vector<cgsize_t> CgnsWriter::connectivity(const Zone& zone, const ZoneSection& section) const
+std::vector<cgsize_t> CgnsWriter::connectivity(const ZoneSection& section) const
 {
     const VertexLists& lists = view_.vertexLists(section.dimension);
     std::vector<cgsize_t> nodes;
     nodes.reserve(section.entities.size() * static_cast<std::size_t>(section.vertexCount));
     for (const int entity : section.entities) {
         for (const int vertex : lists.of(static_cast<std::size_t>(entity))) {
-            nodes.push_back(zone.localOf(vertex) + 1);
+            nodes.push_back(nodeOf_[static_cast<std::size_t>(vertex)]);
         }
     }
     return nodes;
 }
 
-void CgnsWriter::writeSection(const Zone& zone, const ZoneSection& section, const QByteArray& name)
+void CgnsWriter::writeSection(const ZoneSection& section, const QByteArray& name)
 {
-    const std::vector<cgsize_t> nodes = connectivity(zone, section);
+    const std::vector<cgsize_t> nodes = connectivity(section);
     const cgsize_t last = nextElement_ + static_cast<cgsize_t>(section.entities.size()) - 1;
     int number = 0;
     file_.check(cg_section_write(file_.number(), file_.base(), zone_, name.constData(),

@@ -37,7 +37,7 @@ private:
     void writeZone(std::size_t zone);
     void writeCoordinates(const Zone& zone);
     void writeSections(const Zone& zone, CgnsNames& names);
-    void writeSection(const Zone& zone, const ZoneSection& section, const QByteArray& name);
+    void writeSection(const ZoneSection& section, const QByteArray& name);
     void writeConditions(std::size_t position);
     void writeLinks(std::size_t zone);
     void writeLink(const ZoneLink& link, const QByteArray& name);
@@ -53,13 +53,14 @@ private:
     QString nameOf(const ZoneSection& section) const;
     CGNS_ENUMT(GridLocation_t) sideLocation() const;
     static std::vector<cgsize_t> numbersOf(const Zone& zone, const std::vector<int>& vertices);
-    std::vector<cgsize_t> connectivity(const Zone& zone, const ZoneSection& section) const;
+    std::vector<cgsize_t> connectivity(const ZoneSection& section) const;
 
     const CaseView& view_;
     const ZoneLayout& layout_;
     const ZoneLinks& links_;
     CgnsFile& file_;
-    CgnsNames names_; ///< of zones and families
+    std::vector<cgsize_t> nodeOf_; ///< by vertex, from 1 in the zone in hand
+    CgnsNames names_;              ///< of zones and families
     std::vector<QByteArray> zoneNames_;
     std::map<QString, QByteArray> families_; ///< by the name of the faces
     int zone_ = 0;                           ///< in hand, from 1

@@ -146,14 +146,23 @@ ZoneLayout ZoneLayout::asOne(const CaseView& view)
     return {view, std::vector<int>(count, 0), count > 0 ? 1 : 0};
 }
 
+/// A cut into very few elements may leave a part without any.
 ZoneLayout ZoneLayout::byPart(const CaseView& view, const Partition& partition)
 {
+    std::vector<int> zoneOfPart;
+    std::vector<int> parts;
+    for (int part = 0; part < partition.count(); ++part) {
+        zoneOfPart.push_back(static_cast<int>(parts.size()));
+        if (!partition.elementsOf(part).empty()) {
+            parts.push_back(part);
+        }
+    }
     std::vector<int> zones;
     for (std::size_t i = 0; i < view.meshEntities(view.elementDimension()).size(); ++i) {
-        zones.push_back(partition.partOf(i));
+        zones.push_back(zoneOfPart[static_cast<std::size_t>(partition.partOf(i))]);
     }
-    ZoneLayout layout(view, zones, partition.count());
-    layout.isOfParts_ = true;
+    ZoneLayout layout(view, zones, static_cast<int>(parts.size()));
+    layout.parts_ = parts;
     layout.addSidesBetween(view);
     return layout;
 }

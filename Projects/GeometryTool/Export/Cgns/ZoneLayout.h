@@ -63,14 +63,14 @@ public:
     /// \brief All elements in one zone.
     static ZoneLayout asOne(const CaseView& view);
 
-    /// \brief A zone for each part, with what lies between parts away from model faces too: patches
+    /// \brief A zone for each part that has elements, with what lies between parts away from model faces too: patches
     /// without a face, of vertices alone.
     static ZoneLayout byPart(const CaseView& view, const Partition& partition);
 
     const std::vector<Zone>& zones() const { return zones_; }
 
-    /// \brief Whether the zones are the parts of a partition.
-    bool isOfParts() const { return isOfParts_; }
+    /// \brief The part of a partition that each zone is, from 0; empty if they are none.
+    const std::vector<int>& parts() const { return parts_; }
 
     /// \brief Number of mesh faces on model faces that no element is behind.
     int looseFaceCount() const { return looseFaces_; }
@@ -91,7 +91,7 @@ private:
     IdPositions faces_;
     std::vector<Zone> zones_;
     int looseFaces_ = 0;
-    bool isOfParts_ = false;
+    std::vector<int> parts_;
 };
 
 } // namespace Ovra::GeoTool

@@ -80,8 +80,8 @@ void writeAttributes(const ExportJob& job, const GmshFormat& format, const Group
 void writeHere(const CaseView& view, const GmshFormat& format, const GroupNames& names,
                const std::string& path)
 {
-    GmshSession session;
-    session.run(
+    auto* const session = new GmshSession; // to end with the process, which takes no time
+    session->run(
         QStringLiteral("Gmsh cannot write the case"),
         [&] {
             gmsh::model::add("case");
