@@ -141,78 +141,101 @@ void import(const Arguments& arguments, Progress& progress)
     tellOfUnit(arguments);
 }
 
+void addFileOptions(CLI::App& command, Arguments& arguments)
+{
+    command
+        .add_option("INPUT", arguments.input,
+                    "Gmsh .geo or .msh, STEP, IGES, BREP, UNV, Nastran .bdf, STL, legacy VTK, "
+                    "Medit .mesh, Abaqus .inp, or another that Import.md lists")
+        ->required();
+    command
+        .add_option("-o,--output", arguments.output,
+                    "Case to write: NAME.geo_model and NAME.geo_mesh")
+        ->required()
+        ->type_name("NAME");
+    command
+        .add_option("--attributes", arguments.attributes,
+                    "JSON file that gives attributes to physical groups and entities")
+        ->type_name("FILE.json");
+}
+
+void addMeshOptions(CLI::App& command, Arguments& arguments)
+{
+    command
+        .add_option("--mesh-size", arguments.meshSize,
+                    "Largest element edge when meshing, in the unit of the input")
+        ->type_name("H");
+    command
+        .add_option("--scale", arguments.scale,
+                    "Multiplies all coordinates in the end, boxes, lengths, areas and volumes with "
+                    "them; 0.001 makes metres of millimetres")
+        ->type_name("S");
+    command
+        .add_option("--dimension", arguments.dimension,
+                    "Import volumes (3) or surfaces only (2); default: what the input has")
+        ->check(CLI::IsMember({2, 3}));
+}
+
+void addJoiningOptions(CLI::App& command, Arguments& arguments)
+{
+    command.add_flag("--join", arguments.join,
+                     "Cut bodies that touch along one another, so that they share faces");
+    command
+        .add_option("--join-tolerance", arguments.joinTolerance,
+                    "Gaps and overlaps that count as contact, in the unit of the input; default: "
+                    "1e-5 of the size of the whole")
+        ->type_name("T");
+}
+
+void addAirOptions(CLI::App& command, Arguments& arguments)
+{
+    CLI::Option* const air =
+        command
+            .add_option("--air", arguments.air,
+                        "Put the parts into a box of air: their own box, FACTOR times as large")
+            ->type_name("FACTOR");
+    command
+        .add_option("--air-box", arguments.airBox,
+                    "Put the parts into a box of air from one corner to the other")
+        ->type_name("X0,Y0,Z0,X1,Y1,Z1")
+        ->delimiter(',')
+        ->expected(6)
+        ->excludes(air);
+}
+
+/// A damaged file may bring Gmsh down, which the tool outlives.
+void importApart(const Arguments& arguments, Progress& progress)
+{
+    const QString input = QString::fromStdString(arguments.input);
+    FixedAddresses::ensure();
+    progress.leaveLineToCopy();
+    const IsolatedRun::Messages messages{
+        QStringLiteral(
+            "%1: the import broke down over it; the file is damaged or too much for Gmsh")
+            .arg(input),
+        QStringLiteral("%1: it ended Gmsh itself, as Exit does in a script; leave that out")
+            .arg(input)};
+    IsolatedRun::run(messages, [&] {
+        progress.phase(QStringLiteral("importing %1").arg(input));
+        import(arguments, progress);
+    });
+    progress.finish();
+}
+
 } // namespace
 
 void addImportCommand(CLI::App& app, Progress& progress)
 {
     const auto arguments = std::make_shared<Arguments>();
-    CLI::App* command = app.add_subcommand(
+    CLI::App* const command = app.add_subcommand(
         "import", "Make a case from a geometry or mesh file, meshing it where it has no mesh");
-    command
-        ->add_option("INPUT", arguments->input,
-                     "Gmsh .geo or .msh, STEP, IGES, BREP, UNV, Nastran .bdf, STL, legacy VTK, "
-                     "Medit .mesh, Abaqus .inp, or another that Import.md lists")
-        ->required();
-    command
-        ->add_option("-o,--output", arguments->output,
-                     "Case to write: NAME.geo_model and NAME.geo_mesh")
-        ->required()
-        ->type_name("NAME");
-    command
-        ->add_option("--attributes", arguments->attributes,
-                     "JSON file that gives attributes to physical groups and entities")
-        ->type_name("FILE.json");
-    command
-        ->add_option("--mesh-size", arguments->meshSize,
-                     "Largest element edge when meshing, in the unit of the input")
-        ->type_name("H");
-    command
-        ->add_option(
-            "--scale", arguments->scale,
-            "Multiplies all coordinates in the end, boxes, lengths, areas and volumes with "
-            "them; 0.001 makes metres of millimetres")
-        ->type_name("S");
-    command
-        ->add_option("--dimension", arguments->dimension,
-                     "Import volumes (3) or surfaces only (2); default: what the input has")
-        ->check(CLI::IsMember({2, 3}));
-    command->add_flag("--join", arguments->join,
-                      "Cut bodies that touch along one another, so that they share faces");
-    command
-        ->add_option("--join-tolerance", arguments->joinTolerance,
-                     "Gaps and overlaps that count as contact, in the unit of the input; default: "
-                     "1e-5 of the size of the whole")
-        ->type_name("T");
-    CLI::Option* air =
-        command
-            ->add_option("--air", arguments->air,
-                         "Put the parts into a box of air: their own box, FACTOR times as large")
-            ->type_name("FACTOR");
-    command
-        ->add_option("--air-box", arguments->airBox,
-                     "Put the parts into a box of air from one corner to the other")
-        ->type_name("X0,Y0,Z0,X1,Y1,Z1")
-        ->delimiter(',')
-        ->expected(6)
-        ->excludes(air);
+    addFileOptions(*command, *arguments);
+    addMeshOptions(*command, *arguments);
+    addJoiningOptions(*command, *arguments);
+    addAirOptions(*command, *arguments);
     command->footer("Example:\n  ovrageo import enclosure.geo -o enclosure --attributes "
                     "enclosure.json --mesh-size 0.01");
-    command->callback([arguments, &progress] {
-        const QString input = QString::fromStdString(arguments->input);
-        FixedAddresses::ensure();
-        progress.leaveLineToCopy();
-        const IsolatedRun::Messages messages{
-            QStringLiteral(
-                "%1: the import broke down over it; the file is damaged or too much for Gmsh")
-                .arg(input),
-            QStringLiteral("%1: it ended Gmsh itself, as Exit does in a script; leave that out")
-                .arg(input)};
-        IsolatedRun::run(messages, [&] {
-            progress.phase(QStringLiteral("importing %1").arg(input));
-            import(*arguments, progress);
-        });
-        progress.finish();
-    });
+    command->callback([arguments, &progress] { importApart(*arguments, progress); });
 }
 
 } // namespace Ovra::GeoTool
