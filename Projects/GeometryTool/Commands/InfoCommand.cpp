@@ -28,7 +28,8 @@ struct Options
     bool json = false;
 };
 
-/// \brief A file that is yet to be imported, unless there is a case of this name.
+/// \brief A file that is yet to be imported. Where there is a case of its name too, which its own
+/// suffix asks for, the file goes first if it states its unit.
 bool isInput(const QString& name)
 {
     const bool isCase = QFileInfo::exists(name + QStringLiteral(".geo_model"));

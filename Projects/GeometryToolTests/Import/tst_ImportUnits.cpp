@@ -5,6 +5,7 @@
 #include "ModelFace.h"
 #include "ModelRegion.h"
 #include "ModelVertex.h"
+#include "TinyCase.h"
 #include "ToolRun.h"
 
 #include <QJsonDocument>
@@ -29,6 +30,16 @@ private slots:
         IgesFile patches;
         patches.addBox(0, 0, 0, 1, 1, 1);
         iges_ = patches.content();
+    }
+
+    void tellsOfAFileAheadOfACaseOfItsName()
+    {
+        QVERIFY(writeContent(path("both.step"), step_));
+        QVERIFY(TinyCase().save(path("both.step")));
+        QVERIFY(runTool({"info", path("both.step")}).output.contains("is in millimetres"));
+        QVERIFY(runTool({"info", path("both.step.geo_model")}).output.startsWith("Case "));
+        QVERIFY(QFile::remove(path("both.step")));
+        QVERIFY(runTool({"info", path("both.step")}).output.startsWith("Case "));
     }
 
     void tellsTheUnitOfStep_data()
