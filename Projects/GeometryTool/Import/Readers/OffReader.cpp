@@ -40,8 +40,10 @@ void OffReader::readHeader()
     if (!fields_.isEmpty() && fields_.first().toUpper() == "BINARY") {
         fail(QStringLiteral("binary object files are not read; save it as text"));
     }
-    if (fields_.isEmpty()) {
-        requireLine(QStringLiteral("line of counts"), 0, 1);
+    if (fields_.isEmpty() && !nextLine()) {
+        InputDamage::cutOff(file_,
+                            QStringLiteral("the line with the numbers of vertices and faces is "
+                                           "missing"));
     }
     vertexCount_ = count(0);
     faceCount_ = count(1);

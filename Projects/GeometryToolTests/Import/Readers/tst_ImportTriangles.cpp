@@ -274,7 +274,7 @@ private slots:
         row("script", "SystemCall \"x\";\n", "line 1: not an object file");
         row("four coordinates", "4OFF\n" + Counted, "line 1: not an object file");
         row("binary", "OFF BINARY\n" + Counted, "binary object files are not read");
-        row("no counts", "OFF\n", "of 1 line of counts, 0 are there");
+        row("no counts", "OFF\n", "the line with the numbers of vertices and faces is missing");
         row("counts in words", "OFF\neight 6 12\n", "line 2: \"eight\" is no number of vertices");
         row("negative count", "OFF\n-8 6 12\n", "\"-8\" is no number of vertices");
         row("no faces", "OFF\n8 0 0\n", "line 2: holds no faces");
