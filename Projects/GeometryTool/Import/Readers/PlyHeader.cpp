@@ -54,7 +54,8 @@ bool takeLine(const QByteArray& line, PlyHeader& header)
     if (words.first() == "property") {
         return takeProperty(words, header);
     }
-    return true; // a comment, with its keyword or without
+    static const QList<QByteArray> comments{"comment", "obj_info", ""};
+    return comments.contains(words.first());
 }
 
 } // namespace

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 
 namespace Ovra::GeoTool
 {
@@ -76,20 +75,16 @@ void PlyReader::readElement(const PlyHeader::Element& element, qint64 position)
     if (element.name == "vertex") {
         file_.addVertex(place, owner);
     }
+    file_.requireEndOfLine(owner);
 }
 
 std::vector<double> PlyReader::values(const PlyHeader::Property& property, const QString& owner)
 {
-    double count = 1;
-    if (!property.countType.isEmpty()) {
-        count = file_.number(property.countType, owner);
-        if (count < 0 || count != std::floor(count)) {
-            file_.fail(
-                QStringLiteral("%1: %2 is no length of a list").arg(owner, QString::number(count)));
-        }
-    }
+    const bool isList = !property.countType.isEmpty();
+    const qint64 count =
+        isList ? file_.count(property.countType, owner, QStringLiteral("length of a list")) : 1;
     std::vector<double> all;
-    for (double i = 0; i < count; ++i) {
+    for (qint64 i = 0; i < count; ++i) {
         all.push_back(file_.number(property.type, owner));
     }
     return all;

@@ -65,6 +65,24 @@ double PolygonFile::binaryNumber(const QByteArray& type, const QString& owner)
     return BinaryNumber::of(bytes, type, form_ == Form::BigEndian);
 }
 
+qint64 PolygonFile::count(const QByteArray& type, const QString& owner, const QString& what)
+{
+    constexpr double beyondAll = 1e15;
+    const double found = number(type, owner);
+    if (!(found >= 0 && found < beyondAll) || found != std::floor(found)) {
+        fail(QStringLiteral("%1: %2 is no %3").arg(owner, QString::number(found), what));
+    }
+    return static_cast<qint64>(found);
+}
+
+void PolygonFile::requireEndOfLine(const QString& owner) const
+{
+    if (nextWord_ < words_.size()) {
+        fail(QStringLiteral("%1 ends in front of \"%2\"; what comes next needs a line of its own")
+                 .arg(owner, QString::fromUtf8(words_.at(nextWord_).left(40))));
+    }
+}
+
 void PolygonFile::addVertex(const std::array<double, 3>& place, const QString& owner)
 {
     if (!std::all_of(place.begin(), place.end(), [](double c) { return std::isfinite(c); })) {
@@ -92,7 +110,8 @@ void PolygonFile::addFace(const std::vector<double>& corners, const QString& own
 
 void PolygonFile::fail(const QString& what) const
 {
-    const QString place = isText() ? QStringLiteral("line %1: ").arg(line_) : QString();
+    const QString place = isText() ? QStringLiteral("line %1: ").arg(line_)
+                                   : QStringLiteral("before byte %1: ").arg(file_.pos());
     InputDamage::damaged(path(), place + what);
 }
 

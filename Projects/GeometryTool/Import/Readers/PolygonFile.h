@@ -17,8 +17,8 @@ namespace Ovra::GeoTool
 /// \brief A file whose lines are followed by the numbers of a surface of polygons, as text or as
 /// bytes.
 ///
-/// Faults are told as ToolError InputDamaged, with the line of a text and the part that is wrong:
-/// "line 12: face 3: there is no vertex 8".
+/// Faults are told as ToolError InputDamaged, with the line of a text, or the byte in front of which
+/// numbers in bytes are wrong, and the part: "line 12: face 3: there is no vertex 8".
 class PolygonFile
 {
 public:
@@ -49,6 +49,13 @@ public:
     /// \param owner what it belongs to, "face 3"
     double number(const QByteArray& type, const QString& owner);
 
+    /// \brief The next number, which says how many follow.
+    /// \param what "number of corners", for what is told where it is none
+    qint64 count(const QByteArray& type, const QString& owner, const QString& what);
+
+    /// \brief Throws if numbers of a text are left in the line in which \p owner ends.
+    void requireEndOfLine(const QString& owner) const;
+
     /// \brief Adds a vertex, for \p owner.
     void addVertex(const std::array<double, 3>& place, const QString& owner);
 
@@ -58,7 +65,7 @@ public:
 
     const PolygonSurface& surface() const { return surface_; }
 
-    /// \brief Throws \p what, behind the line if the numbers are text.
+    /// \brief Throws \p what, behind the line or the byte.
     [[noreturn]] void fail(const QString& what) const;
 
     /// \brief Throws that the file ends too early.

@@ -123,9 +123,9 @@ void VtkSurfaceReader::readPolygons(const QList<QByteArray>& words)
     const qint64 count = countIn(words, 1);
     for (qint64 i = 0; i < count; ++i) {
         const QString owner = QStringLiteral("polygon %1").arg(i);
-        const double size = file_.number(Integer, owner);
+        const qint64 size = file_.count(Integer, owner, QStringLiteral("number of corners"));
         std::vector<double> corners;
-        for (double n = 0; n < size; ++n) {
+        for (qint64 n = 0; n < size; ++n) {
             corners.push_back(file_.number(Integer, owner));
         }
         file_.addFace(corners, owner);
@@ -141,9 +141,15 @@ void VtkSurfaceReader::passOver(const QList<QByteArray>& words)
     }
 }
 
-qint64 VtkSurfaceReader::countIn(const QList<QByteArray>& words, qsizetype index)
+qint64 VtkSurfaceReader::countIn(const QList<QByteArray>& words, qsizetype index) const
 {
-    return qMax<qint64>(0, words.value(index).toLongLong());
+    bool isCount = false;
+    const qint64 count = words.value(index).toLongLong(&isCount);
+    if (!isCount || count < 0) {
+        file_.fail(QStringLiteral("\"%1\" does not say how much there is")
+                       .arg(QString::fromUtf8(words.join(' ').left(40))));
+    }
+    return count;
 }
 
 } // namespace Ovra::GeoTool

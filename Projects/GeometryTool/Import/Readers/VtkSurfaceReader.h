@@ -34,7 +34,7 @@ private:
     void readPoints(const QList<QByteArray>& words);
     void readPolygons(const QList<QByteArray>& words);
     void passOver(const QList<QByteArray>& words);
-    static qint64 countIn(const QList<QByteArray>& words, qsizetype index);
+    qint64 countIn(const QList<QByteArray>& words, qsizetype index) const;
 
     PolygonFile file_;
 };

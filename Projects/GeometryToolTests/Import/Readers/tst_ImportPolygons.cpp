@@ -23,9 +23,9 @@ private slots:
             QByteArray(text).replace("vertex_index", "vertex_indices"));
         row("PLY, comments", "ply",
             QByteArray(text).replace("element face",
-                                     "comment by hand\nobj_info 1\nanything else\nelement face"));
-        row("PLY, all in one line", "ply",
-            plyHeader("ascii") + QByteArray(Points + faces("4 ", " ")).replace("\n", " ") + '\n');
+                                     "comment by hand\nobj_info 1\n\nelement face"));
+        row("PLY, a line for each number", "ply",
+            plyHeader("ascii") + QByteArray(Points + faces("4 ", "\n")).replace(" ", "\n"));
         row("PLY, faces with colours", "ply",
             QByteArray(text)
                 .replace("end_header", "property uchar red\nend_header")
@@ -182,6 +182,18 @@ private:
             "line 2: \"format packed 1.0\" is not understood");
         row("PLY, strange type", "ply", QByteArray(text).replace("float y", "word y"), 4,
             "line 5: \"property word y\" is not understood");
+        row("PLY, strange word", "ply",
+            QByteArray(text).replace("element face", "else\nelement face"), 4,
+            "line 7: \"else\" is not understood");
+        row("PLY, number too many", "ply", QByteArray(text).replace("1 1 0\n", "1 1 0 7\n"), 4,
+            "line 12: vertex 2 ends in front of \"7\"; what comes next needs a line of its own");
+        row("PLY, as many numbers again", "ply",
+            QByteArray(text).replace("0 0 0\n", "0 0 0 0 0 1\n"), 4,
+            "line 10: vertex 0 ends in front of \"0\"");
+        row("PLY, corner too many", "ply", QByteArray(text).replace("4 3 0 4 7", "3 3 0 4 7"), 4,
+            "line 23: face 5 ends in front of \"7\"");
+        row("PLY, part of a corner", "ply", QByteArray(text).replace("4 3 0 4 7", "3.5 3 0 4 7"), 4,
+            "line 23: face 5: 3.5 is no length of a list");
         row("PLY, points only", "ply", QByteArray(text).replace("face 6", "face 0"), 6,
             "holds no faces, points at most");
         row("PLY, strips", "ply", QByteArray(text).replace("element face", "element tristrips"), 6,
@@ -201,7 +213,7 @@ private:
         row("PLY, binary, no such vertex", "ply",
             plyHeader("binary_big_endian") +
                 binaryCube(true).replace(bytes(qint32(7), true), bytes(qint32(-8), true)),
-            4, "case.ply: face 1: there is no vertex -8");
+            4, "case.ply: before byte 294: face 1: there is no vertex -8");
         row("PLY, part of a vertex", "ply", QByteArray(text).replace("3 0 4 7", "3 0 4 6.5"), 4,
             "line 23: face 5: 6.5 is no position of a vertex");
         row("PLY, two corners", "ply", QByteArray(text).replace("4 3 0 4 7", "2 3 0"), 4,
@@ -227,6 +239,18 @@ private:
             4, ": CELL_TYPES announces 2 types, of which 1 is there\n");
         row("VTK, no such vertex", "vtk", vtk + "POLYGONS 1 4\n3 0 1 8\n", 4,
             "line 15: polygon 0: there is no vertex 8");
+        row("VTK, part of a corner", "vtk", vtk + "POLYGONS 1 5\n3.5 0 1 2 3\n", 4,
+            "line 15: polygon 0: 3.5 is no number of corners");
+        row("VTK, less than no corner", "vtk", vtk + "POLYGONS 1 5\n-4 0 1 2 3\n", 4,
+            "line 15: polygon 0: -4 is no number of corners");
+        row("VTK, binary, less than no corner", "vtk",
+            QByteArray(start).replace("ASCII", "BINARY") + "POINTS 8 float\n" + binaryPoints(true) +
+                "\nPOLYGONS 1 5\n" + bytes(qint32(-4), true),
+            4, "case.vtk: before byte 182: polygon 0: -4 is no number of corners");
+        row("VTK, no number of points", "vtk", QByteArray(vtk).replace("POINTS 8", "POINTS 8.5"), 4,
+            "line 5: \"POINTS 8.5 float\" does not say how much there is");
+        row("VTK, no number of polygons", "vtk", vtk + "POLYGONS all\n3 0 1 2\n", 4,
+            "line 14: \"POLYGONS all\" does not say how much there is");
         row("VTK, no number", "vtk", vtk + "POLYGONS 1 4\n3 0 1 x\n", 4,
             "line 15: polygon 0: \"x\" is no number");
     }
