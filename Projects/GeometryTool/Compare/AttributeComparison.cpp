@@ -81,6 +81,7 @@ void AttributeComparison::tell(DifferenceKind kind, const std::vector<AttributeT
     }
     differences_.add(kind, partOf(owner_, dimension_), [&] {
         std::vector<Change> changes;
+        changes.reserve(types.size());
         for (const AttributeType& type : types) {
             changes.push_back(changeOf(type, maps.a, maps.b));
         }
