@@ -1,5 +1,6 @@
 #include "CaseSurface.h"
 
+#include "BareSides.h"
 #include "CaseView.h"
 #include "ElementSides.h"
 #include "ElementTopology.h"
@@ -71,7 +72,7 @@ CaseSurface::CaseSurface(const CaseView& view)
     : view_(view)
 {
     addFaces();
-    if (view.elementDimension() == 3) {
+    if (view.elementDimension() == 3 && mayHaveBareSides(view)) {
         addBareSides();
     }
     addEdges();

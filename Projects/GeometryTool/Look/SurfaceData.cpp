@@ -3,12 +3,15 @@
 #include "Box.h"
 #include "CaseView.h"
 #include "ModelEntity.h"
+#include "MortonOrder.h"
 
 #include <QJsonArray>
 #include <QtEndian>
 
 #include <algorithm>
+#include <array>
 #include <numeric>
+#include <span>
 
 namespace Ovra::GeoTool
 {
@@ -46,36 +49,48 @@ private:
     std::vector<int> used_;
 };
 
+/// The bytes of all numbers, those of the same rank together.
 template <typename Number>
-void append(QByteArray& bytes, Number number)
+QByteArray planesOf(const std::vector<Number>& numbers)
 {
-    const Number little = qToLittleEndian(number);
-    bytes.append(reinterpret_cast<const char*>(&little), sizeof(little));
+    const auto count = static_cast<qsizetype>(numbers.size());
+    QByteArray bytes(static_cast<qsizetype>(sizeof(Number)) * count, Qt::Uninitialized);
+    for (qsizetype i = 0; i < count; ++i) {
+        std::array<char, sizeof(Number)> some = {};
+        qToLittleEndian(numbers[static_cast<std::size_t>(i)], some.data());
+        for (std::size_t rank = 0; rank < some.size(); ++rank) {
+            bytes[static_cast<qsizetype>(rank) * count + i] = some.at(rank);
+        }
+    }
+    return bytes;
 }
 
-/// Appends indices as differences.
+/// Takes indices as differences, small ones of either sign as small numbers.
 class IndexWriter
 {
 public:
-    IndexWriter(QByteArray& bytes, Numbering& numbering)
-        : bytes_(bytes)
-        , numbering_(numbering)
+    explicit IndexWriter(Numbering& numbering)
+        : numbering_(numbering)
     {
     }
 
-    void write(const std::vector<int>& vertices)
+    void write(std::span<const int> vertices)
     {
         for (const int vertex : vertices) {
-            const quint32 index = numbering_[vertex];
-            append(bytes_, index - last_);
+            const auto index = static_cast<qint32>(numbering_[vertex]);
+            const qint32 step = index - last_;
+            numbers_.push_back((static_cast<quint32>(step) << 1U) ^
+                               static_cast<quint32>(step >> 31));
             last_ = index;
         }
     }
 
+    const std::vector<quint32>& numbers() const { return numbers_; }
+
 private:
-    QByteArray& bytes_;
     Numbering& numbering_;
-    quint32 last_ = 0;
+    std::vector<quint32> numbers_;
+    qint32 last_ = 0;
 };
 
 QJsonObject entityJson(const ModelEntity* entity)
@@ -84,46 +99,59 @@ QJsonObject entityJson(const ModelEntity* entity)
             {"id", entity ? QJsonValue(entity->id()) : QJsonValue::Null}};
 }
 
-/// Whether each patch is shown: the largest stay away until the rest has room.
-std::vector<bool> shownPatches(const std::vector<CaseSurface::Patch>& patches, std::size_t most)
+std::size_t cornersOf(const CaseSurface::Patch& patch)
+{
+    return patch.triangles.size() + patch.quadrilaterals.size();
+}
+
+/// How many corners of each patch are shown: the largest have to do with what the others leave.
+std::vector<std::size_t> roomOf(const std::vector<CaseSurface::Patch>& patches, std::size_t most)
 {
     std::vector<std::size_t> bySize(patches.size());
     std::iota(bySize.begin(), bySize.end(), std::size_t(0));
     std::stable_sort(bySize.begin(), bySize.end(), [&](std::size_t a, std::size_t b) {
-        return patches[a].polygonCount() < patches[b].polygonCount();
+        return cornersOf(patches[a]) < cornersOf(patches[b]);
     });
-    std::vector<bool> shown(patches.size(), false);
-    std::size_t count = 0;
+    std::vector<std::size_t> rooms(patches.size());
     for (const std::size_t patch : bySize) {
-        count += patches[patch].polygonCount();
-        shown[patch] = count <= most;
+        rooms[patch] = std::min(most, cornersOf(patches[patch]));
+        most -= rooms[patch];
     }
-    return shown;
+    return rooms;
 }
 
-QJsonObject patchJson(const CaseSurface::Patch& patch, bool isShown)
+/// As many polygons as there is room for.
+std::span<const int> fitting(const std::vector<int>& polygons, std::size_t corners,
+                             std::size_t room)
 {
-    const auto count = [](bool counts, std::size_t number) {
-        return counts ? static_cast<qint64>(number) : 0;
-    };
+    const std::size_t count = std::min(polygons.size(), room) / corners;
+    return std::span(polygons).first(corners * count);
+}
+
+QJsonObject writePatch(const CaseSurface::Patch& patch, std::size_t room, const MortonOrder& order,
+                       IndexWriter& writer)
+{
+    const std::vector<int> triangles = order.sorted(patch.triangles, 3);
+    const std::vector<int> quadrilaterals = order.sorted(patch.quadrilaterals, 4);
+    const auto shownTriangles = fitting(triangles, 3, room);
+    const auto shownOthers = fitting(quadrilaterals, 4, room - shownTriangles.size());
+    writer.write(shownTriangles);
+    writer.write(shownOthers);
+    const std::size_t shown = shownTriangles.size() / 3 + shownOthers.size() / 4;
     QJsonObject json = entityJson(patch.entity);
-    json.insert("triangles", count(isShown, patch.triangles.size() / 3));
-    json.insert("quadrilaterals", count(isShown, patch.quadrilaterals.size() / 4));
-    json.insert("leftOut", count(!isShown, patch.polygonCount()));
+    json.insert("triangles", static_cast<qint64>(shownTriangles.size() / 3));
+    json.insert("quadrilaterals", static_cast<qint64>(shownOthers.size() / 4));
+    json.insert("leftOut", static_cast<qint64>(patch.polygonCount() - shown));
     return json;
 }
 
 QJsonArray writePatches(const std::vector<CaseSurface::Patch>& patches, std::size_t most,
-                        IndexWriter& writer)
+                        const MortonOrder& order, IndexWriter& writer)
 {
-    const std::vector<bool> shown = shownPatches(patches, most);
+    const std::vector<std::size_t> rooms = roomOf(patches, most);
     QJsonArray json;
     for (std::size_t i = 0; i < patches.size(); ++i) {
-        json.append(patchJson(patches[i], shown[i]));
-        if (shown[i]) {
-            writer.write(patches[i].triangles);
-            writer.write(patches[i].quadrilaterals);
-        }
+        json.append(writePatch(patches[i], rooms[i], order, writer));
     }
     return json;
 }
@@ -143,15 +171,15 @@ QJsonArray writeLines(const std::vector<CaseSurface::Line>& lines, IndexWriter& 
 QByteArray floatsOf(const std::vector<int>& vertices, const std::vector<Vector>& points,
                     const Vector& origin)
 {
-    QByteArray bytes;
-    bytes.reserve(static_cast<qsizetype>(12 * vertices.size()));
+    std::vector<float> numbers;
+    numbers.reserve(3 * vertices.size());
     for (const int vertex : vertices) {
         const Vector offset = points[static_cast<std::size_t>(vertex)] - origin;
-        append(bytes, static_cast<float>(offset.x()));
-        append(bytes, static_cast<float>(offset.y()));
-        append(bytes, static_cast<float>(offset.z()));
+        numbers.push_back(static_cast<float>(offset.x()));
+        numbers.push_back(static_cast<float>(offset.y()));
+        numbers.push_back(static_cast<float>(offset.z()));
     }
-    return bytes;
+    return planesOf(numbers);
 }
 
 Vector originOf(const std::vector<int>& vertices, const std::vector<Vector>& points)
@@ -165,16 +193,18 @@ Vector originOf(const std::vector<int>& vertices, const std::vector<Vector>& poi
 
 } // namespace
 
-SurfaceData::SurfaceData(const CaseView& view, const CaseSurface& surface, std::size_t mostPolygons)
+SurfaceData::SurfaceData(const CaseView& view, const CaseSurface& surface, std::size_t mostCorners)
 {
     Numbering numbering(view.points().size());
-    IndexWriter writer(indices_, numbering);
-    head_.insert("patches", writePatches(surface.patches(), mostPolygons, writer));
+    IndexWriter writer(numbering);
+    const MortonOrder order(view.points());
+    head_.insert("patches", writePatches(surface.patches(), mostCorners, order, writer));
     head_.insert("lines", writeLines(surface.lines(), writer));
     head_.insert("vertices", static_cast<qint64>(numbering.used().size()));
     const Vector origin = originOf(numbering.used(), view.points());
     head_.insert("origin", QJsonArray{origin.x(), origin.y(), origin.z()});
     positions_ = floatsOf(numbering.used(), view.points(), origin);
+    indices_ = planesOf(writer.numbers());
 }
 
 } // namespace Ovra::GeoTool

@@ -16,23 +16,30 @@ namespace Ovra::GeoTool
 /// `triangles` and `quadrilaterals`, and those `leftOut`; `lines`, each with `dimension`, `id` and
 /// the number of `segments`. The indices stand patch by patch, triangles before quadrilaterals, then
 /// line by line.
+///
+/// Within a patch the polygons stand along a Morton curve through their middles, and vertices have
+/// their numbers in the order of their first use. Both blocks hold the lowest bytes of all their
+/// numbers, then the next ones, and so on. So they shrink to a third when they are compressed, for
+/// a mesh whose neighbours lie far apart in its lists.
 class SurfaceData
 {
 public:
-    /// \brief As many polygons as a page of less than 15 MB has room for.
-    static constexpr std::size_t MostPolygons = 1'000'000;
+    /// \brief As many corners of polygons as a page of less than 15 MB has room for: those of 1.2
+    /// million triangles.
+    static constexpr std::size_t MostCorners = 3'600'000;
 
-    /// \param mostPolygons of more than these, the patches with the most polygons go first
+    /// \param mostCorners of more than these, the patches with the most polygons are cut off, the
+    /// largest first
     SurfaceData(const CaseView& view, const CaseSurface& surface,
-                std::size_t mostPolygons = MostPolygons);
+                std::size_t mostCorners = MostCorners);
 
     const QJsonObject& head() const { return head_; }
 
-    /// \brief Three 32-bit floating-point numbers for each vertex, little-endian.
+    /// \brief Three 32-bit floating-point numbers for each vertex.
     const QByteArray& positions() const { return positions_; }
 
-    /// \brief Unsigned 32-bit numbers, little-endian, each as its difference from the one before,
-    /// which leaves little of them when they are compressed.
+    /// \brief Unsigned 32-bit numbers, each twice its difference from the one before, less one and
+    /// without its sign where that is negative.
     const QByteArray& indices() const { return indices_; }
 
 private:

@@ -51,8 +51,11 @@ public:
     std::vector<quint32> indices() const
     {
         std::vector<quint32> numbers = numbersOf<quint32>("indices");
-        for (std::size_t i = 1; i < numbers.size(); ++i) {
-            numbers[i] += numbers[i - 1];
+        qint32 last = 0;
+        for (quint32& number : numbers) {
+            const auto half = static_cast<qint32>(number / 2);
+            last += number % 2 == 0 ? half : -1 - half;
+            number = static_cast<quint32>(last);
         }
         return numbers;
     }
@@ -64,9 +67,14 @@ private:
         // Qt wants the size ahead, which a browser's streams do without; too small a one is grown.
         const QByteArray bytes =
             qUncompress(QByteArray(4, '\0') + QByteArray::fromBase64(scriptOf(id)));
-        std::vector<Number> numbers(static_cast<std::size_t>(bytes.size()) / sizeof(Number));
-        for (std::size_t i = 0; i < numbers.size(); ++i) {
-            numbers[i] = qFromLittleEndian<Number>(bytes.constData() + i * sizeof(Number));
+        const qsizetype count = bytes.size() / qsizetype(sizeof(Number));
+        std::vector<Number> numbers;
+        for (qsizetype i = 0; i < count; ++i) {
+            QByteArray little;
+            for (qsizetype rank = 0; rank < qsizetype(sizeof(Number)); ++rank) {
+                little += bytes[rank * count + i];
+            }
+            numbers.push_back(qFromLittleEndian<Number>(little.constData()));
         }
         return numbers;
     }

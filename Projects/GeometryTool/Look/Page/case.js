@@ -33,8 +33,8 @@ export function materialOf(entity) {
 
 /** The surfaces as arrays: positions of all vertices, and the polygons of each patch. */
 export async function readSurfaces(head) {
-    const [positions, differences] = await Promise.all([inflated("positions"), inflated("indices")]);
-    const indices = summedUp(new Uint32Array(differences));
+    const [positions, steps] = await Promise.all([inflated("positions"), inflated("indices")]);
+    const indices = summedUp(new Uint32Array(steps));
     let from = 0;
     const next = (count) => indices.subarray(from, (from += count));
     const patches = head.patches.map((patch) => ({
@@ -49,12 +49,27 @@ export async function readSurfaces(head) {
 async function inflated(id) {
     const bytes = Uint8Array.from(atob(byId(id).textContent), (character) => character.charCodeAt(0));
     const stream = new Blob([bytes]).stream().pipeThrough(new DecompressionStream("deflate"));
-    return new Response(stream).arrayBuffer();
+    return together(new Uint8Array(await new Response(stream).arrayBuffer()));
 }
 
-function summedUp(differences) {
-    for (let i = 1; i < differences.length; ++i) {
-        differences[i] += differences[i - 1];
+/** Numbers of four bytes, of which all lowest bytes stand first, then all that are next, and so on. */
+function together(planes) {
+    const count = planes.length / 4;
+    const bytes = new Uint8Array(planes.length);
+    for (let rank = 0; rank < 4; ++rank) {
+        for (let i = 0; i < count; ++i) {
+            bytes[4 * i + rank] = planes[rank * count + i];
+        }
     }
-    return differences;
+    return bytes.buffer;
+}
+
+/** Each number is twice a step; odd ones go down. */
+function summedUp(steps) {
+    let last = 0;
+    for (let i = 0; i < steps.length; ++i) {
+        last += (steps[i] >>> 1) ^ -(steps[i] & 1);
+        steps[i] = last;
+    }
+    return steps;
 }

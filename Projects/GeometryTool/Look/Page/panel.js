@@ -23,11 +23,9 @@ export class Panel {
     }
 
     tellWhatIsLeftOut({ patches }) {
-        const missing = patches.filter((patch) => patch.leftOut > 0);
-        const count = missing.reduce((sum, patch) => sum + patch.leftOut, 0);
+        const count = patches.reduce((sum, patch) => sum + patch.leftOut, 0);
         byId("note").textContent =
-            count > 0 ? `Left out: ${counted(missing.length, "surface")} of ${counted(count, "polygon")}, which are ` +
-                        "too many for this page" : "";
+            count > 0 ? `Left out: ${counted(count, "polygon")}, too many for this page` : "";
     }
 
     /** What a patch belongs to where it is coloured by region: what is not fluid shows. */

@@ -71,7 +71,7 @@ export class Scene {
 
     addSurfaces(surfaces) {
         this.shapes = new Shapes(surfaces.positions, this.box.getBoundingSphere(new Sphere()));
-        this.patches = surfaces.patches.filter((patch) => patch.leftOut === 0).map((patch) => this.shapes.patch(patch));
+        this.patches = surfaces.patches.map((patch) => this.shapes.patch(patch));
         this.lines = surfaces.lines.map((line) => this.shapes.line(line));
         if (this.patches.length + this.lines.length > 0) {
             this.root.add(...this.patches, ...this.lines);
