@@ -1,51 +1,55 @@
 #include "VtkExport.h"
 
-#include "BlockExport.h"
-#include "CaseGrid.h"
-#include "ExportJob.h"
-#include "OutputFiles.h"
-#include "PartExport.h"
-#include "Progress.h"
-#include "VtkFile.h"
-
-#include <QFile>
-#include <QFileInfo>
-
-#include <vtkPolyData.h>
-#include <vtkUnstructuredGrid.h>
+#include "HostModule.h"
 
 namespace Ovra::GeoTool
 {
 
-void requireVtk() {}
+struct ExportJob;
+
+namespace
+{
+
+using Write = void (*)(const ExportJob&);
+
+/// It stays loaded to the end of the program.
+HostModule& vtkModule()
+{
+    static HostModule module(QStringLiteral("ovrageo-vtk.so"),
+                             QStringLiteral("writes the files of VTK"));
+    return module;
+}
+
+void write(const char* function, const ExportJob& job)
+{
+    reinterpret_cast<Write>(vtkModule().resolve(function))(job);
+}
+
+} // namespace
+
+void requireVtk()
+{
+    vtkModule();
+}
 
 void writeVtu(const ExportJob& job)
 {
-    if (job.options.parts > 1) {
-        const QFileInfo info(job.path);
-        const QString index =
-            QStringLiteral("%1/%2.pvtu").arg(info.path(), info.completeBaseName());
-        writePvtu({job.view, job.format, index, job.options, job.files, job.progress});
-        return;
-    }
-    job.progress.phase(QStringLiteral("writing ") + job.path);
-    VtkFile::write(*CaseGrid(job.view).elements(), job.files.add(job.path));
+    write("ovrageo_write_vtu", job);
 }
 
 void writePvtu(const ExportJob& job)
 {
-    PartExport(job).write();
+    write("ovrageo_write_pvtu", job);
 }
 
 void writeVtp(const ExportJob& job)
 {
-    job.progress.phase(QStringLiteral("writing ") + job.path);
-    VtkFile::write(*CaseGrid(job.view).faces(), job.files.add(job.path));
+    write("ovrageo_write_vtp", job);
 }
 
 void writeVtm(const ExportJob& job)
 {
-    BlockExport(job).write();
+    write("ovrageo_write_vtm", job);
 }
 
 } // namespace Ovra::GeoTool
