@@ -1,6 +1,7 @@
 #include "NeighbourComparison.h"
 
 #include "MeshComparison.h"
+#include "MeshEntity.h"
 #include "ValueText.h"
 
 #include <algorithm>
@@ -13,6 +14,10 @@ namespace
 {
 
 using Owner = EntityName::Owner;
+
+/// Of neighbours of an edge or face. Where it has more, which none of a sound mesh does, edges and
+/// faces on the same vertices share the list, of which files can name very many.
+constexpr int mostListed = 64;
 
 QString severalName(int dimension)
 {
@@ -48,6 +53,15 @@ std::vector<int> idsOf(const ComparedCase& oneCase, Owner owner, int dimension,
 QVariantList listOf(const std::vector<int>& ids)
 {
     return QVariantList(ids.begin(), ids.end());
+}
+
+std::optional<Change> changeOfCount(int dimension, int countInA, int countInB)
+{
+    if (countInA == countInB) {
+        return std::nullopt;
+    }
+    return Change{QStringLiteral("number of ") + severalName(dimension), QString::number(countInA),
+                  QString::number(countInB)};
 }
 
 void add(std::vector<Change>& changes, std::optional<Change> change)
@@ -172,6 +186,13 @@ std::optional<Change> NeighbourComparison::changeOf(Owner owner, int dimension, 
                                                     int neighbourDimension) const
 {
     const EntityMatch& match = pair_.match.of(owner, neighbourDimension);
+    if (owner == Owner::Mesh && dimension > 0) {
+        const int countInA = pair_.a.meshEntity(dimension, inA).adjacencyCount(neighbourDimension);
+        const int countInB = pair_.b.meshEntity(dimension, inB).adjacencyCount(neighbourDimension);
+        if (std::max(countInA, countInB) > mostListed) {
+            return changeOfCount(neighbourDimension, countInA, countInB);
+        }
+    }
     const std::vector<int> a = pair_.a.neighbours(owner, dimension, inA, neighbourDimension);
     const std::vector<int> b = pair_.b.neighbours(owner, dimension, inB, neighbourDimension);
     const std::vector<int> aInB = partnersOf(a, [&](int each) { return match.inB(each); });

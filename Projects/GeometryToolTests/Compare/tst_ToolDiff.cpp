@@ -48,6 +48,15 @@ void enrich(ClosedCase& c)
     c.model()->addRefinementRegion(refinement);
 }
 
+/// \brief An edge, and many faces that lie on one another along it.
+void addPile(ClosedCase& c, int count)
+{
+    c.addElement(1, {1, 2}, c.addEdge());
+    for (int i = 0; i < count; ++i) {
+        c.addElement(2, {1, 2, 3}, c.walls);
+    }
+}
+
 } // namespace
 
 /// \brief Runs the tool on a case and an edited copy of it for each kind of difference.
@@ -478,6 +487,14 @@ private:
             "vertices mesh edge 1 at (0.5, 0, 0): vertices 1, 2 in A, 1, 5 in B\n"
             "neighbours mesh vertex 2 at (1, 0, 0): other edges 1 in A, none in B\n"
             "neighbours mesh edge 1 at (0.5, 0, 0): other faces 1, 4 in A, none in B\n");
+        addRow(
+            "number of faces, of very many", [](ClosedCase& c) { addPile(c, 100); },
+            [](ClosedCase& c) { addPile(c, 101); },
+            "only-in-b mesh face 105 at (0.333333, 0.333333, 0)\n"
+            "neighbours mesh vertex 1 at (0, 0, 0): other faces none in A, 105 in B\n"
+            "neighbours mesh vertex 2 at (1, 0, 0): other faces none in A, 105 in B\n"
+            "neighbours mesh vertex 3 at (0, 1, 0): other faces none in A, 105 in B\n"
+            "neighbours mesh edge 1 at (0.5, 0, 0): number of faces 102 in A, 103 in B\n");
         addRow(
             "parent of an element", [](ClosedCase& c) { c.walls->addChild(c.bottom); },
             "classification mesh face 1 at (0.333333, 0.333333, 0): parent model face 3 in A, "
