@@ -177,7 +177,8 @@ void CgnsWriter::writeZone(std::size_t position)
     CgnsNames names(zoneNodes);
     writeCoordinates(zone);
     writeSections(zone, names);
-    writeFields(zone);
+    writeElementFields(zone);
+    writeVertexFields(zone);
     writeConditions(position);
     writeLinks(position);
 }
@@ -371,46 +372,50 @@ void CgnsWriter::writePeriodic(const ZoneLink& link, int connection)
                                        angles.translation.data()));
 }
 
-/// \brief Numbers by which cells and vertices can be found in the case again, and what the region
-/// gives its cells.
-void CgnsWriter::writeFields(const Zone& zone)
+/// \brief Numbers by which cells can be found in the case again, and what their region gives them.
+void CgnsWriter::writeElementFields(const Zone& zone)
 {
     std::vector<int> ids;
     std::vector<int> regions;
     std::vector<int> materials;
     std::vector<int> layers;
-    bool hasLayers = false;
     for (const ZoneSection& section : zone.sections) {
-        const int region = section.owner ? section.owner->id() : 0;
-        const int material =
-            section.owner ? intOf(section.owner->attributes(), AttributeType::MaterialId) : 0;
         for (const int position : section.entities) {
             MeshEntity& element =
                 *view_.meshEntities(section.dimension)[static_cast<std::size_t>(position)];
             ids.push_back(element.id());
             layers.push_back(element.attributes().value(AttributeType::InBL, false).toBool() ? 1
                                                                                              : 0);
-            hasLayers = hasLayers || layers.back() != 0;
         }
-        regions.resize(ids.size(), region);
-        materials.resize(ids.size(), material);
+        const ModelEntity* const region = section.owner;
+        regions.resize(ids.size(), region ? region->id() : 0);
+        materials.resize(ids.size(),
+                         region ? intOf(region->attributes(), AttributeType::MaterialId) : 0);
     }
-    int solution = 0;
-    file_.check(cg_sol_write(file_.number(), file_.base(), zone_, "Elements",
-                             CGNS_ENUMV(CellCenter), &solution));
+    const int solution = addSolution("Elements", CGNS_ENUMV(CellCenter));
     writeField(solution, "mesh_id", ids);
     writeField(solution, "model_id", regions);
     writeField(solution, "material_id", materials);
-    if (hasLayers) {
+    if (std::find(layers.begin(), layers.end(), 1) != layers.end()) {
         writeField(solution, "in_bl", layers);
     }
-    ids.clear();
+}
+
+void CgnsWriter::writeVertexFields(const Zone& zone)
+{
+    std::vector<int> ids;
+    ids.reserve(zone.vertices.size());
     for (const int vertex : zone.vertices) {
         ids.push_back(view_.meshEntities(0)[static_cast<std::size_t>(vertex)]->id());
     }
-    file_.check(cg_sol_write(file_.number(), file_.base(), zone_, "Vertices", CGNS_ENUMV(Vertex),
-                             &solution));
-    writeField(solution, "mesh_id", ids);
+    writeField(addSolution("Vertices", CGNS_ENUMV(Vertex)), "mesh_id", ids);
+}
+
+int CgnsWriter::addSolution(const char* name, CGNS_ENUMT(GridLocation_t) location)
+{
+    int solution = 0;
+    file_.check(cg_sol_write(file_.number(), file_.base(), zone_, name, location, &solution));
+    return solution;
 }
 
 void CgnsWriter::writeField(int solution, const char* name, const std::vector<int>& values)

@@ -42,7 +42,9 @@ private:
     void writeLinks(std::size_t zone);
     void writeLink(const ZoneLink& link, const QByteArray& name);
     void writePeriodic(const ZoneLink& link, int connection);
-    void writeFields(const Zone& zone);
+    void writeElementFields(const Zone& zone);
+    void writeVertexFields(const Zone& zone);
+    int addSolution(const char* name, CGNS_ENUMT(GridLocation_t) location);
     void writeField(int solution, const char* name, const std::vector<int>& values);
     void writeAttributes(const Geo::ModelEntity& entity);
     int writeFaces(const ZoneLink& link, const QByteArray& name, const char* donorName);
