@@ -1,8 +1,8 @@
 // The regions of a case with the faces that bound them, to hide and to select. Faces are listed when their
 // region is opened, since there may be thousands.
 
-import { titleOf } from "./case.js";
-import { element } from "./dom.js";
+import { kinds, titleOf } from "./case.js";
+import { counted, element } from "./dom.js";
 
 export class EntityTree {
     constructor(root, data, visibility, onSelect) {
@@ -40,7 +40,7 @@ export class EntityTree {
         const boundaries = this.data.boundaries.filter((entity) => entity.bounds.includes(body.id));
         const inner = element("ul", {});
         const opened = element("details", {},
-            element("summary", {}, `${boundaries.length} ${this.data.bodyDimension === 3 ? "faces" : "edges"}`), inner);
+            element("summary", {}, counted(boundaries.length, kinds[this.data.bodyDimension - 1])), inner);
         opened.addEventListener("toggle", () => {
             if (opened.open && !inner.hasChildNodes()) {
                 inner.append(...boundaries.map((entity) => this.item(entity)));
