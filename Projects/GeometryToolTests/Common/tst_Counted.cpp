@@ -50,7 +50,7 @@ private slots:
     {
         static const QRegularExpression literal(QStringLiteral("\"(?:[^\"\\\\]|\\\\.)*\""));
         static const QRegularExpression bare(QStringLiteral(
-            "(?<!of )(?<!no )%\\d (?!has )(?:[a-z]+ "
+            "(?<!of )(?<!no )%\\d (?!has |without )(?:[a-z]+ "
             ")?(?:elements|nodes|vertices|edges|faces|regions|bytes|"
             "values|pairs|children|weights|entities|triangles|tetrahedra|wedges|"
             "findings|errors|warnings|lines|points|volumes|solids|shells)\\b(?! out)"));
