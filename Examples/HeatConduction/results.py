@@ -70,8 +70,15 @@ def _ids(values):
     return numpy_to_vtkIdTypeArray(np.array(values, dtype=np.int64), deep=True)
 
 
+def _require_writable(path):
+    """Raises OSError where no file can be made: VTK would print a page and go on."""
+    with open(path, "wb"):
+        pass
+
+
 def write_vtu(result, path):
     """Writes a grid for ParaView or another program that reads VTK's files."""
+    _require_writable(path)
     writer = vtkXMLUnstructuredGridWriter()
     writer.SetInputData(result)
     writer.SetFileName(str(path))
@@ -174,6 +181,7 @@ def _write_png(pixels, path):
     image = vtkImageData()
     image.SetDimensions(columns, rows, 1)
     image.GetPointData().SetScalars(_vtk_array(pixels[::-1].reshape(-1, 3).astype(np.uint8)))
+    _require_writable(path)
     writer = vtkPNGWriter()
     writer.SetInputData(image)
     writer.SetFileName(str(path))

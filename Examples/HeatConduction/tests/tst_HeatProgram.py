@@ -83,6 +83,14 @@ class Program(unittest.TestCase):
         self.assertEqual(set(materials.tolist()), {1, 2})
 
     @unittest.skipUnless(results, "python3-vtk9 is not installed")
+    def test_folder_that_is_missing(self):
+        for option in ("--vtu", "--picture"):
+            done = self.run_heat(option, self.folder / "none" / "out")
+            self.assertEqual(done.returncode, 1)
+            self.assertIn("No such file or directory", done.stderr)
+            self.assertEqual(len(done.stderr.splitlines()), 1)
+
+    @unittest.skipUnless(results, "python3-vtk9 is not installed")
     def test_picture(self):
         self.assertEqual(self.run_heat("--picture", self.folder / "out.png").returncode, 0)
         reader = vtkPNGReader()
