@@ -29,11 +29,17 @@ struct Options
     ExportOptions job;
 };
 
+/// With or without the dot with which the help writes it.
+const ExportFormat& namedFormat(const QString& name)
+{
+    return ExportFormat::ofSuffix(name.startsWith(QLatin1Char('.')) ? name.sliced(1) : name);
+}
+
 const ExportFormat& formatOf(const Options& options)
 {
-    const ExportFormat& format =
-        options.format ? ExportFormat::ofSuffix(QString::fromStdString(*options.format))
-                       : ExportFormat::ofFile(QString::fromStdString(options.output));
+    const ExportFormat& format = options.format
+                                     ? namedFormat(QString::fromStdString(*options.format))
+                                     : ExportFormat::ofFile(QString::fromStdString(options.output));
     format.require();
     return format;
 }

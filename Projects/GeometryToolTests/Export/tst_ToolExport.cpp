@@ -66,6 +66,7 @@ private slots:
         QVERIFY(writes({"-o", directory_.filePath("a.vtu")}));
         QVERIFY(writes({"-o", directory_.filePath("B.VTU")}));
         QVERIFY(writes({"-o", directory_.filePath("c"), "--format", "vtu"}));
+        QVERIFY(writes({"-o", directory_.filePath("d"), "--format", ".vtu"}));
         const QByteArray expected = contentOf(directory_.filePath("a.vtu"));
         QVERIFY(expected.startsWith("<VTKFile type=\"UnstructuredGrid\""));
         QCOMPARE(contentOf(directory_.filePath("B.VTU")), expected);
