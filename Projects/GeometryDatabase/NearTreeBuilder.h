@@ -16,8 +16,8 @@ class NearTree;
 /// An insertion goes down the whole tree, through memory that it shares with none of the ones before.
 /// Here all points below a node are dealt out to its two children at once, in the order in which they
 /// would have come; so a level of the tree is one pass over a list, and nodes lie in memory in the
-/// order in which a search meets them. For 100,000 points that takes a quarter of the time, and
-/// searches in the tree take two thirds.
+/// order in which a search meets them. For 100,000 points that takes 16 to 19 % less time, and a
+/// search in the tree 5 to 14 %.
 class OVRA_GEO_EXPORT NearTreeBuilder
 {
 public:

@@ -20,7 +20,7 @@ class MeshVertex;
 ///
 /// Vertices are asked for in the order of the elements that use them, four or more times each. By
 /// their ids, which follow that order as well as any, the answers lie close together; in a hash of
-/// pointers each is a cache miss, which took a fifth of the time of replicating a region of 500,000
+/// pointers each is a cache miss, which took a fifth of the time of replicating a region of 150,000
 /// tetrahedra.
 class OVRA_GEO_EXPORT VertexMap
 {
