@@ -1,5 +1,5 @@
-# Installs the built library below WORK, then builds and runs Examples/Host against that tree: once
-# through the CMake package and once through pkg-config. Variables: BUILD, SOURCE, WORK, LIBDIR, CXX,
+# Installs the built library below WORK, then builds and runs Examples/Host against that tree: through the
+# CMake package and through pkg-config, with the shared library and with the archive. Variables: BUILD, SOURCE, WORK, LIBDIR, CXX,
 # FLAGS (extra compiler and linker flags, for instrumented builds), BINDIR, TOOL (whether ovrageo is
 # built too, which must find the library where both were put), PICTURE (whether it draws, and so must find
 # its module), VERSION.
@@ -15,6 +15,15 @@ function(expect_output expected)
     run(${ARGN})
     if(NOT output STREQUAL expected)
         message(FATAL_ERROR "${ARGN} wrote\n${output}\nand not\n${expected}")
+    endif()
+endfunction()
+
+# Whether a program needs the shared library.
+function(expect_needed program expected)
+    run(readelf -d "${program}")
+    string(REGEX MATCH "NEEDED[^\n]*libOvraGeometryDatabase.so.1]" needed "${output}")
+    if((needed AND NOT expected) OR (expected AND NOT needed))
+        message(FATAL_ERROR "${program} has the dependencies\n${output}")
     endif()
 endfunction()
 
@@ -38,6 +47,9 @@ run("${CMAKE_COMMAND}" -S "${SOURCE}/Examples/Host" -B "${WORK}/cmake" -G Ninja
     "-DCMAKE_PREFIX_PATH=${prefix}" "-DCMAKE_CXX_COMPILER=${CXX}" "-DCMAKE_CXX_FLAGS=${FLAGS}")
 run("${CMAKE_COMMAND}" --build "${WORK}/cmake")
 expect_output("${one_tetrahedron}" "${WORK}/cmake/example-host")
+expect_output("${one_tetrahedron}" "${WORK}/cmake/example-host-static")
+expect_needed("${WORK}/cmake/example-host" TRUE)
+expect_needed("${WORK}/cmake/example-host-static" FALSE)
 execute_process(COMMAND "${WORK}/cmake/solver-input" WORKING_DIRECTORY "${WORK}"
                 RESULT_VARIABLE result OUTPUT_VARIABLE output)
 if(NOT "${result}|${output}" STREQUAL "1|")
@@ -62,13 +74,25 @@ if(TOOL)
     endif()
 endif()
 
-set(ENV{PKG_CONFIG_PATH} "${prefix}/${LIBDIR}/pkgconfig")
-execute_process(COMMAND pkg-config --cflags --libs OvraGeometryDatabase
-                RESULT_VARIABLE result OUTPUT_VARIABLE flags ERROR_VARIABLE errors)
-if(NOT result EQUAL 0)
-    message(FATAL_ERROR "pkg-config does not know the installed library: ${errors}")
-endif()
-separate_arguments(flags UNIX_COMMAND "${flags} ${FLAGS}")
-run("${CXX}" -std=c++17 -fPIC "${SOURCE}/Examples/Host/main.cpp" -o "${WORK}/pkg-config-host"
-    ${flags} "-Wl,-rpath,${prefix}/${LIBDIR}")
-expect_output("${one_tetrahedron}" "${WORK}/pkg-config-host")
+# Builds a host with what pkg-config says of a module, and runs it. More arguments go to pkg-config.
+function(build_with_pkg_config name libdir module)
+    set(ENV{PKG_CONFIG_PATH} "${libdir}/pkgconfig")
+    execute_process(COMMAND pkg-config ${ARGN} --cflags --libs ${module}
+                    RESULT_VARIABLE result OUTPUT_VARIABLE flags ERROR_VARIABLE errors)
+    if(NOT result EQUAL 0)
+        message(FATAL_ERROR "pkg-config does not know the installed ${module}: ${errors}")
+    endif()
+    separate_arguments(flags UNIX_COMMAND "${flags} ${FLAGS}")
+    run("${CXX}" -std=c++17 -fPIC "${SOURCE}/Examples/Host/main.cpp" -o "${WORK}/${name}"
+        ${flags} "-Wl,-rpath,${libdir}")
+    expect_output("${one_tetrahedron}" "${WORK}/${name}")
+endfunction()
+
+build_with_pkg_config(pkg-config-host "${prefix}/${LIBDIR}" OvraGeometryDatabase)
+expect_needed("${WORK}/pkg-config-host" TRUE)
+build_with_pkg_config(pkg-config-static-host "${prefix}/${LIBDIR}" OvraGeometryDatabaseStatic)
+expect_needed("${WORK}/pkg-config-static-host" FALSE)
+
+# Where there is no shared library, --static makes do with the archive.
+file(COPY "${prefix}/" DESTINATION "${WORK}/archive-alone" PATTERN "libOvraGeometryDatabase.so*" EXCLUDE)
+build_with_pkg_config(pkg-config-archive-host "${WORK}/archive-alone/${LIBDIR}" OvraGeometryDatabase --static)
