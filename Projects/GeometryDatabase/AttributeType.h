@@ -56,86 +56,86 @@ public:
     static int count() { return count_; }
 
     /// \name The vocabulary
-    /// With the type that values have by convention, where the library reads or writes them. Names
-    /// of entities in values are ids, 0 or -1 meaning none as the operation that reads them says.
+    /// With the type that values have by convention, where the library reads or writes them; what is
+    /// "carried only" it just keeps. Names of entities are ids, 0 or -1 for none as the reader says.
     /// \{
-    static const AttributeType AssemblyPartIds;
-    static const AttributeType BoardCorners;
-    static const AttributeType BoardFaces;
-    static const AttributeType CaseCorners;
-    static const AttributeType CaseFaces; ///< QVariantList of int: ids of model faces
-    static const AttributeType CircleRadius;
-    static const AttributeType ColdCorners;
-    static const AttributeType ColdFaces;        ///< QVariantList of int: ids of model faces
-    static const AttributeType CoordinateSystem; ///< int
-    static const AttributeType ExCluster;
-    static const AttributeType ExDestinationId;
-    static const AttributeType ExEdgeList;
-    static const AttributeType ExFactor;
-    static const AttributeType ExFlavor;
-    static const AttributeType ExHeight;
-    static const AttributeType ExMode;
-    static const AttributeType ExScheme;
-    static const AttributeType ExSourceId;
-    static const AttributeType ExtrudedEntityId;   ///< int
-    static const AttributeType ExtrudedEntityType; ///< int
-    static const AttributeType ExtrudedFace;       ///< int
-    static const AttributeType ExtrudedWeights;    ///< QVariantList of double
-    static const AttributeType ExType;
-    static const AttributeType FluidFace;   ///< int
-    static const AttributeType FluidRegion; ///< int
-    static const AttributeType GenerateBoundaryLayer;
-    static const AttributeType HotCorners;
-    static const AttributeType HotFaces; ///< QVariantList of int: ids of model faces
-    static const AttributeType InBL;     ///< bool
-    static const AttributeType IsResist;
-    static const AttributeType IsShell;      ///< bool
-    static const AttributeType IsSuppressed; ///< bool
-    static const AttributeType IsThermal;
-    static const AttributeType Layers;
-    static const AttributeType MaterialId;   ///< int
-    static const AttributeType MaterialType; ///< QString: a material class name
-    static const AttributeType MeshBiasFactor;
-    static const AttributeType MeshBiasType;
-    static const AttributeType MeshByExtrusion; ///< bool
-    static const AttributeType MeshCoordinates;
-    static const AttributeType MeshDistribution;
-    static const AttributeType MeshLengthScaleDistribution;
-    static const AttributeType MeshLengthScaleFactor;
-    static const AttributeType MeshOffset;
-    static const AttributeType MeshSize; ///< copied with the entity
-    static const AttributeType MinMeshSize;
-    static const AttributeType MotionType;      ///< its presence counts, whatever the value
-    static const AttributeType NewMotionRegion; ///< int
-    static const AttributeType NewMotionVertex; ///< int
-    static const AttributeType NewShellFace;    ///< int
-    static const AttributeType NewShellRegion;
+    static const AttributeType AssemblyPartIds;       ///< carried only
+    static const AttributeType BoardCorners;          ///< carried only
+    static const AttributeType BoardFaces;            ///< carried only
+    static const AttributeType CaseCorners;           ///< carried only
+    static const AttributeType CaseFaces;             ///< QVariantList of int: ids of model faces
+    static const AttributeType CircleRadius;          ///< carried only
+    static const AttributeType ColdCorners;           ///< carried only
+    static const AttributeType ColdFaces;             ///< QVariantList of int: ids of model faces
+    static const AttributeType CoordinateSystem;      ///< int
+    static const AttributeType ExCluster;             ///< carried only
+    static const AttributeType ExDestinationId;       ///< carried only
+    static const AttributeType ExEdgeList;            ///< carried only
+    static const AttributeType ExFactor;              ///< carried only
+    static const AttributeType ExFlavor;              ///< carried only
+    static const AttributeType ExHeight;              ///< carried only
+    static const AttributeType ExMode;                ///< carried only
+    static const AttributeType ExScheme;              ///< carried only
+    static const AttributeType ExSourceId;            ///< carried only
+    static const AttributeType ExtrudedEntityId;      ///< int
+    static const AttributeType ExtrudedEntityType;    ///< int
+    static const AttributeType ExtrudedFace;          ///< int
+    static const AttributeType ExtrudedWeights;       ///< QVariantList of double
+    static const AttributeType ExType;                ///< carried only
+    static const AttributeType FluidFace;             ///< int
+    static const AttributeType FluidRegion;           ///< int
+    static const AttributeType GenerateBoundaryLayer; ///< carried only
+    static const AttributeType HotCorners;            ///< carried only
+    static const AttributeType HotFaces;              ///< QVariantList of int: ids of model faces
+    static const AttributeType InBL;                  ///< bool
+    static const AttributeType IsResist;              ///< carried only
+    static const AttributeType IsShell;               ///< bool
+    static const AttributeType IsSuppressed;          ///< bool
+    static const AttributeType IsThermal;             ///< carried only
+    static const AttributeType Layers;                ///< carried only
+    static const AttributeType MaterialId;            ///< int
+    static const AttributeType MaterialType;          ///< QString: a material class name
+    static const AttributeType MeshBiasFactor;        ///< carried only
+    static const AttributeType MeshBiasType;          ///< carried only
+    static const AttributeType MeshByExtrusion;       ///< bool
+    static const AttributeType MeshCoordinates;       ///< carried only
+    static const AttributeType MeshDistribution;      ///< carried only
+    static const AttributeType MeshLengthScaleDistribution; ///< carried only
+    static const AttributeType MeshLengthScaleFactor;       ///< carried only
+    static const AttributeType MeshOffset;                  ///< carried only
+    static const AttributeType MeshSize;                    ///< copied with the entity
+    static const AttributeType MinMeshSize;                 ///< carried only
+    static const AttributeType MotionType;           ///< its presence counts, whatever the value
+    static const AttributeType NewMotionRegion;      ///< int
+    static const AttributeType NewMotionVertex;      ///< int
+    static const AttributeType NewShellFace;         ///< int
+    static const AttributeType NewShellRegion;       ///< carried only
     static const AttributeType NonExtrudedFace;      ///< int
     static const AttributeType OriginalMotionRegion; ///< int
     static const AttributeType OriginalMotionVertex; ///< int
     static const AttributeType OriginalShellFace;    ///< int
-    static const AttributeType PartHardnessNumber;
-    static const AttributeType PeriodicEntityId;    ///< int
-    static const AttributeType PeriodicEntityType;  ///< int
-    static const AttributeType PeriodicFace;        ///< int
-    static const AttributeType PeriodicMatrix;      ///< Matrix
-    static const AttributeType PeriodicOrigin;      ///< Vector
-    static const AttributeType PeriodicPairId;      ///< int
-    static const AttributeType PeriodicSideId;      ///< int
-    static const AttributeType PeriodicTranslation; ///< Vector
-    static const AttributeType PeriodicWeights;     ///< QVariantList of double
-    static const AttributeType PeriodicXAxis;       ///< Vector
-    static const AttributeType PeriodicYAxis;       ///< Vector
-    static const AttributeType PeriodicZAxis;       ///< Vector
-    static const AttributeType RotorFace;           ///< int
-    static const AttributeType RotorVertex;         ///< int
-    static const AttributeType ShellVertex;         ///< int
-    static const AttributeType Side;
-    static const AttributeType SolidFace; ///< int
-    static const AttributeType SplitEnergy;
-    static const AttributeType StatorFace;        ///< int
-    static const AttributeType StatorVertex;      ///< int
-    static const AttributeType VisualScaleFactor; ///< double
+    static const AttributeType PartHardnessNumber;   ///< carried only
+    static const AttributeType PeriodicEntityId;     ///< int
+    static const AttributeType PeriodicEntityType;   ///< int
+    static const AttributeType PeriodicFace;         ///< int
+    static const AttributeType PeriodicMatrix;       ///< Matrix
+    static const AttributeType PeriodicOrigin;       ///< Vector
+    static const AttributeType PeriodicPairId;       ///< int
+    static const AttributeType PeriodicSideId;       ///< int
+    static const AttributeType PeriodicTranslation;  ///< Vector
+    static const AttributeType PeriodicWeights;      ///< QVariantList of double
+    static const AttributeType PeriodicXAxis;        ///< Vector
+    static const AttributeType PeriodicYAxis;        ///< Vector
+    static const AttributeType PeriodicZAxis;        ///< Vector
+    static const AttributeType RotorFace;            ///< int
+    static const AttributeType RotorVertex;          ///< int
+    static const AttributeType ShellVertex;          ///< int
+    static const AttributeType Side;                 ///< carried only
+    static const AttributeType SolidFace;            ///< int
+    static const AttributeType SplitEnergy;          ///< carried only
+    static const AttributeType StatorFace;           ///< int
+    static const AttributeType StatorVertex;         ///< int
+    static const AttributeType VisualScaleFactor;    ///< double
     /// \}
 
 private:

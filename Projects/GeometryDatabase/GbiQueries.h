@@ -33,7 +33,7 @@ bool boolAttribute(const AttributeMap& attributes, const AttributeType& type);
 ///
 /// That is the region's `material_id`, or, if the region has a `fluid_region`, the `material_id` of
 /// the region named there; 0 if it is absent.
-/// \param region an entity of the dimension Model::faceDimension() + 1
+/// \param model,region an entity of the dimension Model::faceDimension() + 1 of this model
 int solverMaterial(const Model& model, const ModelEntity& region);
 
 /// \brief The attributes of a mesh vertex that tie it to an entity elsewhere.
@@ -53,7 +53,7 @@ struct LinkAttributes
 LinkData stencilOf(const Mesh& mesh, MeshEntity& vertex, const LinkAttributes& names);
 
 /// \brief Appends \p face as a face of each of its elements.
-/// \param face a mesh entity one dimension below the elements, whose upward lists are set
+/// \param face,faces a mesh entity one dimension below elements, its upward lists set, and the result
 void appendElementFaces(MeshEntity& face, QList<ElementFaceData>& faces);
 
 } // namespace GbiQueries

@@ -41,7 +41,7 @@ QTextStream& newLine(QTextStream& stream);
 class RealPrecision
 {
 public:
-    RealPrecision(QTextStream& stream, int precision);
+    RealPrecision(QTextStream& stream, int precision); ///< of a stream that outlives this
     ~RealPrecision();
 
     RealPrecision(const RealPrecision&) = delete;
@@ -55,8 +55,8 @@ private:
 /// \brief The columns of an element line that follow from its shape; 0 and 0 for an unknown one.
 struct ElementShape
 {
-    int typeCode = 0;
-    int nodeCount = 0;
+    int typeCode = 0;  ///< the code of the kind
+    int nodeCount = 0; ///< the number of its nodes
 };
 
 /// \brief The shape of an element by its dimension and its number of vertices.
@@ -75,7 +75,7 @@ void writeElementColumns(TextBlock& stream, const MeshEntity& element, ElementSh
 void writeElementVertices(TextBlock& stream, const MeshEntity& element);
 
 /// \brief x, y and z, one blank apart.
-/// \param stream a QTextStream or a TextBlock
+/// \param stream,vector the first a QTextStream or a TextBlock
 template <typename Stream>
 void writeVector(Stream& stream, const Vector& vector)
 {

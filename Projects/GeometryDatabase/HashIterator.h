@@ -20,7 +20,7 @@ template <typename Key, typename Value>
 class HashIterator
 {
 public:
-    using Item = typename QHash<Key, Value>::const_iterator;
+    using Item = typename QHash<Key, Value>::const_iterator; ///< a key and its value
 
     /// \brief A walk that stands before the first item of \p hash. Takes constant time.
     HashIterator(const QHash<Key, Value>& hash)
@@ -82,7 +82,7 @@ template <typename Entity>
 class HashIterator<int, Entity*>
 {
 public:
-    using Item = IdTableEntry<Entity>;
+    using Item = IdTableEntry<Entity>; ///< an id and its entity
 
     /// \brief A walk that stands before the entity of the lowest id of \p table. Takes constant
     ///        time while the ids are dense.

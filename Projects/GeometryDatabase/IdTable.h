@@ -48,7 +48,7 @@ public:
     bool contains(int id) const { return value(id) != nullptr; }
 
     /// \brief Stores \p entity under \p id, in place of the one that may stand there.
-    /// \param entity not null
+    /// \param id,entity the latter not null
     void insert(int id, Entity* entity)
     {
         if (isEmpty()) {
@@ -203,7 +203,7 @@ class IdTableEntry
 {
 public:
     IdTableEntry() = default;
-    IdTableEntry(int id, Entity* entity)
+    /** \brief Of these two. */ IdTableEntry(int id, Entity* entity)
         : id_(id)
         , entity_(entity)
     {
@@ -232,7 +232,7 @@ template <typename Entity>
 class IdTableWalk
 {
 public:
-    using Entry = IdTableEntry<Entity>;
+    using Entry = IdTableEntry<Entity>; ///< an id and its entity
 
     /// \brief A walk that stands before the lowest id of \p table.
     explicit IdTableWalk(const IdTable<Entity>& table)

@@ -11,7 +11,7 @@ namespace Ovra::Geo
 /// \brief Calls compute() if \p entity has children and the call has not been made before; never
 ///        again afterwards, however the mesh changes.
 /// \param entity whose mesh data are asked for
-/// \param valid  whether the call has been made
+/// \param valid,compute whether the call has been made, and the call
 template <typename Compute>
 void computeMeshDataOnce(const ModelEntity& entity, bool& valid, Compute compute)
 {

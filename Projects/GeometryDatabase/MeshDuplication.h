@@ -17,8 +17,8 @@ class VertexMap;
 class MeshDuplication
 {
 public:
-    using VertexCopier = std::function<MeshVertex*(MeshVertex*)>;
-    using RegionTest = std::function<bool(ModelEntity*)>;
+    using VertexCopier = std::function<MeshVertex*(MeshVertex*)>; ///< gives the copy of a vertex
+    using RegionTest = std::function<bool(ModelEntity*)>; ///< whether a rule holds for a region
 
     /// \brief Adds to \p mesh a vertex at the point of \p vertex, without parent, attributes and
     ///        adjacencies.
@@ -26,7 +26,7 @@ public:
 
     /// \brief Adds to \p mesh an entity like \p source, classified on \p parent, and links it with
     ///        its vertices in both directions.
-    /// \param copyOf gives the copy's vertex for each vertex of \p source, asked in list order
+    /// \param mesh,source,parent,copyOf the last gives the copy of each vertex, asked in list order
     static MeshEntity* addEntityCopy(Mesh* mesh, MeshEntity* source, ModelEntity* parent,
                                      const VertexCopier& copyOf);
 

@@ -15,8 +15,8 @@ public:
         : MeshEntity(vertices_.block)
     {
     }
-    MeshEdge(const MeshEdge&) = default;
-    MeshEdge& operator=(const MeshEdge&) = default;
+    MeshEdge(const MeshEdge&) = default;            ///< as that of MeshEntity
+    MeshEdge& operator=(const MeshEdge&) = default; ///< as that of MeshEntity
 
     /// \brief Detaches the entity from its parent.
     ~MeshEdge() override;

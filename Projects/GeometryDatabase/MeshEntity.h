@@ -63,11 +63,11 @@ public:
     ///
     /// The test is by vertices only: two opposite corners of a quadrilateral count as adjacent to
     /// it.
-    /// \param entity an edge, face or region; a vertex gives the empty set
+    /// \param entity,dimension an edge, face or region, as a vertex gives the empty set; 0 to 3
     static QSet<MeshEntity*> getUpwardAdjacencies(MeshEntity* entity, int dimension);
 
     /// \brief The entities of \p dimension that stand in the lists of all of \p entities.
-    /// \param entities usually vertices; an empty list gives the empty set
+    /// \param entities,dimension usually vertices, and no entities give the empty set; 0 to 3
     static QSet<MeshEntity*> getUpwardAdjacencies(const QList<MeshEntity*>& entities,
                                                   int dimension);
 
@@ -158,7 +158,7 @@ public:
 
     /// \brief Puts \p newEntity in the place of the first occurrence of \p oldEntity, so that the
     ///        node order stays intact.
-    /// \param newEntity goes into the list of \p oldEntity's dimension, whatever its own
+    /// \param oldEntity,newEntity the new one goes into the list of the old one's dimension
     /// \return false, with nothing changed, if \p oldEntity is no neighbour
     bool replaceAdjacency(MeshEntity* oldEntity, MeshEntity* newEntity);
 

@@ -16,8 +16,8 @@ public:
         : MeshEntity(vertices_.block)
     {
     }
-    MeshFace(const MeshFace&) = default;
-    MeshFace& operator=(const MeshFace&) = default;
+    MeshFace(const MeshFace&) = default;            ///< as that of MeshEntity
+    MeshFace& operator=(const MeshFace&) = default; ///< as that of MeshEntity
 
     /// \brief Detaches the entity from its parent.
     ~MeshFace() override;

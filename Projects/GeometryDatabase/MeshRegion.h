@@ -14,8 +14,8 @@ public:
         : MeshEntity(vertices_.block)
     {
     }
-    MeshRegion(const MeshRegion&) = default;
-    MeshRegion& operator=(const MeshRegion&) = default;
+    MeshRegion(const MeshRegion&) = default;            ///< as that of MeshEntity
+    MeshRegion& operator=(const MeshRegion&) = default; ///< as that of MeshEntity
 
     /// \brief Detaches the entity from its parent.
     ~MeshRegion() override;

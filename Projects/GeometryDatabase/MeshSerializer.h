@@ -89,7 +89,7 @@ protected:
     /// \brief Replaces \p attributes by what the record holds.
     static void readAttributes(AttributeMap& attributes, InputBlock& block);
 
-    MeshSerializer(Format format, Model* model, Mesh* mesh);
+    MeshSerializer(Format format, Model* model, Mesh* mesh); ///< see create(); owns neither
 
     /// \brief The mesh that is read into or written.
     Mesh* mesh() const { return mesh_; }

@@ -10,8 +10,8 @@ class OVRA_GEO_EXPORT MeshVertex : public MeshEntity
 {
 public:
     MeshVertex() = default;
-    MeshVertex(const MeshVertex&) = default;
-    MeshVertex& operator=(const MeshVertex&) = default;
+    MeshVertex(const MeshVertex&) = default;            ///< as that of MeshEntity
+    MeshVertex& operator=(const MeshVertex&) = default; ///< as that of MeshEntity
 
     /// \brief Detaches the entity from its parent.
     ~MeshVertex() override;

@@ -13,8 +13,8 @@ class OVRA_GEO_EXPORT ModelEdge : public ModelEntity
 {
 public:
     ModelEdge() = default;
-    ModelEdge(const ModelEdge&) = default;
-    ModelEdge& operator=(const ModelEdge&) = default;
+    ModelEdge(const ModelEdge&) = default;            ///< as that of ModelEntity
+    ModelEdge& operator=(const ModelEdge&) = default; ///< as that of ModelEntity
     ~ModelEdge() override;
 
     int dimension() const override;

@@ -104,7 +104,7 @@ public:
     void removeAdjacency(ModelEntity* entity);
 
     /// \brief Puts \p newEntity in the place of the first occurrence of \p oldEntity.
-    /// \param newEntity goes into the list of \p oldEntity's dimension, whatever its own
+    /// \param oldEntity,newEntity the new one goes into the list of the old one's dimension
     /// \return false, with nothing changed, if \p oldEntity is no neighbour
     bool replaceAdjacency(ModelEntity* oldEntity, ModelEntity* newEntity);
 
@@ -155,8 +155,8 @@ public:
 
 protected:
     ModelEntity() = default;
-    ModelEntity(const ModelEntity&) = default;
-    ModelEntity& operator=(const ModelEntity&) = default;
+    ModelEntity(const ModelEntity&) = default;            ///< shares neighbours and children
+    ModelEntity& operator=(const ModelEntity&) = default; ///< see the copy constructor
 
     /// \brief Arithmetic mean over the children, summed in ascending order of their ids so that the
     ///        last bits of the result do not hang on hash order.

@@ -13,8 +13,8 @@ class OVRA_GEO_EXPORT ModelFace : public ModelEntity
 {
 public:
     ModelFace() = default;
-    ModelFace(const ModelFace&) = default;
-    ModelFace& operator=(const ModelFace&) = default;
+    ModelFace(const ModelFace&) = default;            ///< as that of ModelEntity
+    ModelFace& operator=(const ModelFace&) = default; ///< as that of ModelEntity
     ~ModelFace() override;
 
     int dimension() const override;

@@ -13,8 +13,8 @@ class OVRA_GEO_EXPORT ModelRegion : public ModelEntity
 {
 public:
     ModelRegion() = default;
-    ModelRegion(const ModelRegion&) = default;
-    ModelRegion& operator=(const ModelRegion&) = default;
+    ModelRegion(const ModelRegion&) = default;            ///< as that of ModelEntity
+    ModelRegion& operator=(const ModelRegion&) = default; ///< as that of ModelEntity
     ~ModelRegion() override;
 
     int dimension() const override;

@@ -47,7 +47,7 @@ public:
     virtual void write(QDataStream& stream) = 0;
 
 protected:
-    ModelSerializer(Format format, Model* model);
+    ModelSerializer(Format format, Model* model); ///< see create(); does not own the model
 
     /// \brief The format's number.
     Format format() const { return format_; }

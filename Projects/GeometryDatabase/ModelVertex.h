@@ -10,8 +10,8 @@ class OVRA_GEO_EXPORT ModelVertex : public ModelEntity
 {
 public:
     ModelVertex() = default;
-    ModelVertex(const ModelVertex&) = default;
-    ModelVertex& operator=(const ModelVertex&) = default;
+    ModelVertex(const ModelVertex&) = default;            ///< as that of ModelEntity
+    ModelVertex& operator=(const ModelVertex&) = default; ///< as that of ModelEntity
     ~ModelVertex() override;
 
     int dimension() const override;

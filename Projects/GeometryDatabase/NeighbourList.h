@@ -28,12 +28,12 @@ public:
     /// \brief What stands ahead of the entries, in the heap or in an element.
     struct Block
     {
-        quint32 size = 0;
-        quint32 capacity : 30;
-        quint32 isEmbedded : 1;
-        quint32 isShared : 1; // then the slot behind the last counts the lists
+        quint32 size = 0;       ///< entries that are there
+        quint32 capacity : 30;  ///< entries that there is room for
+        quint32 isEmbedded : 1; ///< 1 if it stands in an element
+        quint32 isShared : 1;   ///< 1 if the slot behind the last entry counts the lists
 
-        MeshEntity** entries() { return reinterpret_cast<MeshEntity**>(this + 1); }
+        MeshEntity** entries() { return reinterpret_cast<MeshEntity**>(this + 1); } ///< the first
     };
 
     /// \brief An empty list.
@@ -144,15 +144,15 @@ struct EmbeddedNeighbours
         block.isShared = 0;
     }
 
-    // Room only: what stands in it goes from element to element by their lists.
+    /// \brief Room only: what stands in it goes from element to element by their lists.
     EmbeddedNeighbours(const EmbeddedNeighbours& /*other*/)
         : EmbeddedNeighbours()
     {
     }
-    EmbeddedNeighbours& operator=(const EmbeddedNeighbours& /*other*/) { return *this; } // NOLINT
+    EmbeddedNeighbours& operator=(const EmbeddedNeighbours& /*other*/) { return *this; } ///< NOLINT
 
-    NeighbourList::Block block;
-    MeshEntity* entries[Capacity];
+    NeighbourList::Block block;    ///< what stands ahead of the entries
+    MeshEntity* entries[Capacity]; ///< the room
 };
 
 } // namespace Ovra::Geo

@@ -32,14 +32,14 @@ public:
         , iterator_(new QListIterator<Key>(keys_))
     {
     }
-
+    /// \brief A walk that goes on from the same place on its own.
     OrderedHashIterator(const OrderedHashIterator& other)
         : hash_(other.hash_)
         , keys_(other.keys_)
         , iterator_(new QListIterator<Key>(*other.iterator_))
     {
     }
-
+    /// \brief Goes on from the place of \p other.
     OrderedHashIterator& operator=(const OrderedHashIterator& other)
     {
         OrderedHashIterator copy(other);

@@ -46,38 +46,38 @@ public:
     /// \name Fields that stand alone
     /// Stored as given and handed out again, a list shared until one side changes it.
     /// \{
-    QString type() const { return type_; }
-    void setType(const QString& type) { type_ = type; }
+    QString type() const { return type_; }              ///< the kind of region
+    void setType(const QString& type) { type_ = type; } ///< stores the kind of region
 
-    bool isFilled() const { return filled_; }
-    void setFilled(bool filled) { filled_ = filled; }
+    bool isFilled() const { return filled_; }         ///< whether it is filled
+    void setFilled(bool filled) { filled_ = filled; } ///< stores whether it is filled
 
-    double length() const { return length_; }
-    void setLength(double length) { length_ = length; }
+    double length() const { return length_; }           ///< the length
+    void setLength(double length) { length_ = length; } ///< stores the length
 
-    double radius() const { return radius_; }
-    void setRadius(double radius) { radius_ = radius; }
+    double radius() const { return radius_; }           ///< the radius
+    void setRadius(double radius) { radius_ = radius; } ///< stores the radius
 
-    double lambda() const { return lambda_; }
-    void setLambda(double lambda) { lambda_ = lambda; }
+    double lambda() const { return lambda_; }           ///< the factor lambda
+    void setLambda(double lambda) { lambda_ = lambda; } ///< stores lambda
 
-    Vector centroid() const { return centroid_; }
-    void setCentroid(const Vector& centroid) { centroid_ = centroid; }
+    Vector centroid() const { return centroid_; }                      ///< the centroid
+    void setCentroid(const Vector& centroid) { centroid_ = centroid; } ///< stores the centroid
 
-    bool isUniform() const { return uniform_; }
-    void setUniform(bool uniform) { uniform_ = uniform; }
+    bool isUniform() const { return uniform_; }           ///< whether the grid is uniform
+    void setUniform(bool uniform) { uniform_ = uniform; } ///< stores whether the grid is uniform
 
-    QList<double> lambdas() const { return lambdas_; }
-    void setLambdas(const QList<double>& lambdas) { lambdas_ = lambdas; }
+    QList<double> lambdas() const { return lambdas_; }                    ///< the list of lambdas
+    void setLambdas(const QList<double>& lambdas) { lambdas_ = lambdas; } ///< stores the lambdas
 
-    Vector extent() const { return extent_; }
-    void setExtent(const Vector& extent) { extent_ = extent; }
+    Vector extent() const { return extent_; }                  ///< the extent
+    void setExtent(const Vector& extent) { extent_ = extent; } ///< stores the extent
 
-    Vector minimum() const { return minimum_; }
-    void setMinimum(const Vector& minimum) { minimum_ = minimum; }
+    Vector minimum() const { return minimum_; }                    ///< the least corner
+    void setMinimum(const Vector& minimum) { minimum_ = minimum; } ///< stores the least corner
 
-    Vector maximum() const { return maximum_; }
-    void setMaximum(const Vector& maximum) { maximum_ = maximum; }
+    Vector maximum() const { return maximum_; }                    ///< the largest corner
+    void setMaximum(const Vector& maximum) { maximum_ = maximum; } ///< stores the largest corner
     /// \}
 
     /// \brief One of the three vectors.

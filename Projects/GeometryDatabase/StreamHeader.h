@@ -21,8 +21,8 @@ struct StreamHeader
     /// \brief The version of the QDataStream that holds all that stands behind the head: 12.
     static constexpr int StreamVersion = QDataStream::Qt_4_6;
 
-    int format = 0;
-    Version version;
+    int format = 0;  ///< number of the format
+    Version version; ///< of the host that wrote the stream
 
     /// \brief Reads the head and sets the stream to StreamVersion.
     /// \param[out] header meaningful only if the stream did not break

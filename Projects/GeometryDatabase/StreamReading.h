@@ -52,7 +52,7 @@ qint32 readCount(Stream& stream)
 
 /// \brief Calls read(stream) for a stream on the file of that name; one that does not open is
 ///        passed over without a word.
-/// \param fileName NUL-terminated
+/// \param fileName,read the name is NUL-terminated
 template <typename Read>
 void readFile(const wchar_t* fileName, Read read)
 {

@@ -33,7 +33,7 @@ public:
 
     TextBlock(const TextBlock&) = delete;
     TextBlock& operator=(const TextBlock&) = delete;
-
+    /// \brief Puts a character.
     TextBlock& operator<<(char c)
     {
         if (!isPlain_) {
@@ -44,7 +44,7 @@ public:
         *end_++ = c;
         return *this;
     }
-
+    /// \brief Puts an integer.
     TextBlock& operator<<(int value)
     {
         if (!isPlain_) {
@@ -54,7 +54,7 @@ public:
         return putNumber(value);
     }
 
-    TextBlock& operator<<(double value);
+    TextBlock& operator<<(double value); ///< puts a real, of the precision of the stream
 
     /// \brief Hands over what has been gathered.
     void flush();

@@ -109,7 +109,7 @@ public:
 
     /// \brief Whether all regions at \p face, and at \p otherFace, are fluid; true for faces
     ///        without regions.
-    /// \param otherFace may be null
+    /// \param face,otherFace the second may be null
     static bool isFluidFluidInterface(ModelEntity* face, ModelEntity* otherFace);
 
     /// \brief The first neighbour of \p face one dimension up that is not \p region, or null.
@@ -158,7 +158,7 @@ public:
 
     /// \brief For each mesh child of \p face and each element in its list 3: the element's face,
     ///        not sorted.
-    /// \param otherFace may be null; with \p face it decides ElementFaceData::fluidInterface_, see
+    /// \param face,otherFace the second may be null; with \p face it decides ElementFaceData::fluidInterface_, see
     ///                  isFluidFluidInterface()
     static QList<ElementFaceData> getElementFaceDataOnModelFace(ModelEntity* face,
                                                                 ModelEntity* otherFace);

@@ -45,12 +45,12 @@ public:
 
     /// \name Comparison by major, then minor, then build, as signed numbers
     /// \{
-    bool operator==(const Version& other) const;
-    bool operator!=(const Version& other) const { return !(*this == other); }
-    bool operator<(const Version& other) const;
-    bool operator<=(const Version& other) const { return !(other < *this); }
-    bool operator>(const Version& other) const { return other < *this; }
-    bool operator>=(const Version& other) const { return !(*this < other); }
+    bool operator==(const Version& other) const; ///< all three parts are equal
+    bool operator!=(const Version& other) const { return !(*this == other); } ///< some part differs
+    bool operator<(const Version& other) const;                               ///< earlier
+    bool operator<=(const Version& other) const { return !(other < *this); }  ///< earlier or equal
+    bool operator>(const Version& other) const { return other < *this; }      ///< later
+    bool operator>=(const Version& other) const { return !(*this < other); }  ///< later or equal
     /// \}
 
     /// \brief The text "major.minor.build".

@@ -25,7 +25,7 @@ class MeshVertex;
 class OVRA_GEO_EXPORT VertexMap
 {
 public:
-    using Pair = std::pair<MeshVertex*, MeshVertex*>;
+    using Pair = std::pair<MeshVertex*, MeshVertex*>; ///< a vertex and its copy
 
     /// \brief The copy of \p vertex, or null.
     MeshVertex* copyOf(MeshVertex* vertex) const;
