@@ -9,7 +9,7 @@
 
 // Whether the file is there and whole. Streams of every release since 2013 are read.
 template <typename Container>
-bool readFile(const char* path, Container* container)
+bool readWhole(const char* path, Container* container)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
@@ -23,8 +23,8 @@ bool readFile(const char* path, Container* container)
 int main()
 {
     Ovra::Geo::Database database;
-    if (!readFile("case.geo_model", database.model()) ||
-        !readFile("case.geo_mesh", database.mesh())) {
+    if (!readWhole("case.geo_model", database.model()) ||
+        !readWhole("case.geo_mesh", database.mesh())) {
         return 1;
     }
     database.mesh()->renumber(0); // dense node numbers

@@ -1,0 +1,101 @@
+"""The site is made without a fault, and what would be one is found: test_site.py FOLDER."""
+
+import os
+import subprocess
+import sys
+import tempfile
+import unittest
+
+ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.realpath(__file__))))
+SITE = os.path.join(ROOT, "Documentation", "site")
+
+
+def check(pages, *options):
+    """What the check says of pages, given by name: its exit code, and its lines but the last."""
+    with tempfile.TemporaryDirectory() as folder:
+        for name, text in pages.items():
+            with open(os.path.join(folder, name), "w", encoding="utf-8") as page:
+                page.write(text)
+        run = subprocess.run([os.path.join(SITE, "check"), folder, *options], capture_output=True, text=True)
+    return run.returncode, run.stdout.splitlines()[:-1]
+
+
+def filtered(text, path):
+    """What the filter makes of a page that lies at a path in this tree."""
+    source = {"ROOT": ROOT, "__name__": "filter", "__file__": os.path.join(SITE, "filter")}
+    with open(os.path.join(SITE, "filter"), encoding="utf-8") as script:
+        exec(compile(script.read(), "filter", "exec"), source)  # a script without a suffix
+    return "\n".join(source["filtered"](os.path.join(ROOT, path), text.split("\n")))
+
+
+class Check(unittest.TestCase):
+
+    def test_sound(self):
+        pages = {"index.html": '<p id="here"><a href="b.html#there">b</a><a href="#here">a</a>',
+                 "b.html": '<a name="there"></a><a href="index.html">a</a><a href="https://a.invalid/">x</a>'}
+        self.assertEqual(check(pages), (0, []))
+
+    def test_dead_link(self):
+        self.assertEqual(check({"index.html": '\n<a href="b.html">b</a>'}),
+                         (1, ["index.html:2: dead link to 'b.html': there is no b.html"]))
+
+    def test_dead_picture(self):
+        self.assertEqual(check({"index.html": '<img src="a.png">'}),
+                         (1, ["index.html:1: dead link to 'a.png': there is no a.png"]))
+
+    def test_dead_anchor(self):
+        self.assertEqual(check({"index.html": '<a href="#far">a</a>'}),
+                         (1, ["index.html:1: dead link to '#far': there is no place 'far' in index.html"]))
+
+    def test_lost_page(self):
+        pages = {"index.html": "", "b.html": '<a href="c.html">c</a>', "c.html": '<a href="b.html">b</a>'}
+        self.assertEqual(check(pages), (1, ["b.html: no link leads here from index.html",
+                                            "c.html: no link leads here from index.html"]))
+
+    def test_external_link(self):
+        code, lines = check({"index.html": '<a href="http://localhost:9/x">x</a>'}, "--external")
+        self.assertEqual(code, 1)
+        self.assertTrue(lines[0].startswith("index.html: 'http://localhost:9/x' does not answer: "), lines)
+
+
+class Filter(unittest.TestCase):
+
+    def test_headings_and_links(self):
+        page = "# The `x` file\n\n## Who reads it\n\n[a](Verify.md), [`b`](ovrageo.md#info), [c](#who-reads-it)"
+        self.assertEqual(filtered(page, "Documentation/SolverInput.md"),
+                         "# The x file {#solver-input}\n\n## Who reads it {#solver-input-who-reads-it}\n\n"
+                         '[a](@ref verify), <code>@ref ovrageo-info "b"</code>, '
+                         "[c](@ref solver-input-who-reads-it)")
+
+    def test_pages_in_folders(self):
+        self.assertEqual(filtered("# Cases\n[up](../README.md)", "Cases/README.md"),
+                         "# Cases {#cases}\n[up](@ref index)")
+
+    def test_classes(self):
+        self.assertEqual(filtered("`Mesh` and `mesh`\n```\n`Mesh`\n```", "README.md"),
+                         '<code>@ref Ovra::Geo::Mesh "Mesh"</code> and `mesh`\n```\n`Mesh`\n```')
+
+
+class Site(unittest.TestCase):
+
+    folder = None
+
+    def test_has_no_fault(self):
+        run = subprocess.run([os.path.join(ROOT, "Scripts", "documentation"), "--no-install", self.folder],
+                             capture_output=True, text=True)
+        self.assertEqual(run.returncode, 0, run.stdout + run.stderr)
+
+    def test_undocumented_member_is_a_fault(self):
+        with tempfile.TemporaryDirectory() as folder, \
+                open(os.path.join(ROOT, "Documentation", "Doxyfile"), encoding="utf-8") as settings:
+            with open(os.path.join(folder, "A.h"), "w", encoding="utf-8") as header:
+                header.write("/// \\brief A class.\nclass A\n{\npublic:\n    int a() const;\n};\n")
+            run = subprocess.run(["doxygen", "-"], cwd=ROOT, capture_output=True, text=True,
+                                 input=settings.read() + "\nINPUT = %s\nOUTPUT_DIRECTORY = %s" % (folder, folder))
+        self.assertNotEqual(run.returncode, 0)
+        self.assertIn("Member a() const (function) of class A is not documented", run.stderr)
+
+
+if __name__ == "__main__":
+    Site.folder = os.path.abspath(sys.argv.pop(1))
+    unittest.main()
