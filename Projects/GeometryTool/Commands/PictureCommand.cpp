@@ -97,7 +97,7 @@ void addOptions(CLI::App& command, Options& options)
 {
     command.add_option("NAME", options.name, "The case, with or without a suffix")->required();
     command.add_option("-o,--output", options.output, "The PNG file to write")
-        ->type_name("FILE")
+        ->type_name("FILE.png")
         ->required();
     command
         .add_option("--color-by", options.colorBy,

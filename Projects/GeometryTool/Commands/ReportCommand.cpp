@@ -70,7 +70,7 @@ void addReportCommand(CLI::App& app, Progress& progress)
     command
         ->add_option("-o,--output", options->output,
                      "The HTML file to write; - for standard output")
-        ->type_name("FILE")
+        ->type_name("FILE.html")
         ->required();
     command
         ->add_option("--before", options->before,

@@ -1,17 +1,7 @@
-#include "ConvertCommand.h"
-#include "DiffCommand.h"
-#include "ExportCommand.h"
-#include "ImportCommand.h"
-#include "InfoCommand.h"
-#include "PictureCommand.h"
-#include "PrepareCommand.h"
+#include "CommandLine.h"
 #include "Progress.h"
 #include "QtMessages.h"
-#include "ReportCommand.h"
-#include "SolverInputCommand.h"
-#include "TextCommand.h"
 #include "ToolError.h"
-#include "VerifyCommand.h"
 
 #include <QHashSeed>
 
@@ -25,36 +15,12 @@ using namespace Ovra::GeoTool;
 namespace
 {
 
-/// A new subcommand is one more line here.
-constexpr auto addCommands = {
-    addImportCommand, addInfoCommand,    addVerifyCommand,      addConvertCommand,
-    addTextCommand,   addPrepareCommand, addSolverInputCommand, addExportCommand,
-    addReportCommand, addDiffCommand,    addPictureCommand,
-};
-
 int fail(Progress& progress, ExitCode exitCode, QString text)
 {
     progress.finish();
     text.replace(QLatin1Char('\n'), QLatin1Char(' '));
     std::fprintf(stderr, "ovrageo: error: %s\n", text.trimmed().toUtf8().constData());
     return static_cast<int>(exitCode);
-}
-
-void setUp(CLI::App& app, Progress& progress)
-{
-    app.name("ovrageo");
-    app.set_version_flag("--version", "ovrageo " OVRAGEO_VERSION);
-    app.require_subcommand(0, 1); // parse() asks for one, so that a wrong word is told by name
-    app.fallthrough();            // so that --quiet may stand behind the subcommand
-    app.add_flag_callback(
-        "-q,--quiet", [&progress] { progress.setQuiet(true); },
-        "Print no progress and no warnings");
-    app.footer("Example:\n  ovrageo info wing\n\n"
-               "Exit codes: 0 done, 1 internal error, 2 usage, 3 input missing, 4 input damaged,\n"
-               "5 output failed, 6 case unsuitable for the request, 7 a check has findings.");
-    for (const auto add : addCommands) {
-        add(app, progress);
-    }
 }
 
 int parse(CLI::App& app, Progress& progress, int argc, char** argv)
@@ -87,9 +53,9 @@ int main(int argc, char** argv)
     std::signal(SIGPIPE, SIG_IGN);           // and so shall a pipe that nobody reads
     Progress progress;
     routeQtMessages(progress);
-    CLI::App app("Imports, examines, converts and prepares cases of the geometry database");
+    CLI::App app;
     try {
-        setUp(app, progress);
+        setUpCommandLine(app, progress);
         return parse(app, progress, argc, argv);
     } catch (const ToolError& error) {
         return fail(progress, error.exitCode(), error.text());
