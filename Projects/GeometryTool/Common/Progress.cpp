@@ -7,6 +7,7 @@
 #include <new>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace Ovra::GeoTool
 {
@@ -36,11 +37,20 @@ Progress::Progress()
 {
 }
 
+Progress::Progress(Listener listener)
+    : listener_(std::move(listener))
+    , descriptor_(-1)
+    , terminal_(false)
+{
+}
+
 Progress::~Progress()
 {
     ticker_ = {};
     finish();
-    close(descriptor_);
+    if (descriptor_ >= 0) {
+        close(descriptor_);
+    }
 }
 
 void Progress::setQuiet(bool quiet)
@@ -128,6 +138,10 @@ void Progress::finish()
 
 void Progress::warning(const QString& text)
 {
+    if (listener_) {
+        listener_(text);
+        return;
+    }
     if (quiet_) {
         return;
     }

@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <thread>
 
@@ -23,7 +24,14 @@ namespace Ovra::GeoTool
 class Progress
 {
 public:
+    using Listener = std::function<void(const QString&)>;
+
     Progress();
+
+    /// \brief Prints nothing: warnings go to \p listener, which setQuiet() does not hold back. For
+    /// hosts that speak to their users themselves.
+    explicit Progress(Listener listener);
+
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
@@ -70,6 +78,7 @@ private:
     void tick(const std::stop_token& stop);
     void print(const QString& text) const;
 
+    Listener listener_; ///< takes the warnings, if it is set
     int descriptor_;
     bool terminal_;
     bool quiet_ = false;

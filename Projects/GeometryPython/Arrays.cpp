@@ -1,0 +1,342 @@
+#include "Arrays.h"
+
+#include "ElementTopology.h"
+#include "MeshVertex.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <map>
+#include <unordered_set>
+
+namespace Ovra::GeoPython
+{
+
+namespace py = pybind11;
+using namespace Ovra::Geo;
+using GeoTool::ElementTopology;
+
+namespace
+{
+
+using Reals = py::array_t<double, py::array::c_style | py::array::forcecast>;
+using Wholes = py::array_t<qint64, py::array::c_style | py::array::forcecast>;
+
+py::array anyArray(const py::object& object)
+{
+    const py::array array = py::array::ensure(object);
+    if (!array) {
+        throw py::type_error("an array of numbers is needed, and not " +
+                             py::repr(object).cast<std::string>());
+    }
+    return array;
+}
+
+bool isOfKind(const py::array& array, const char* kinds)
+{
+    return array.size() == 0 || std::string(kinds).find(array.dtype().kind()) != std::string::npos;
+}
+
+Wholes wholeArray(const py::object& object)
+{
+    const py::array array = anyArray(object);
+    if (!isOfKind(array, "iu")) {
+        throw py::type_error("an array of integers is needed, and not of " +
+                             py::str(array.dtype()).cast<std::string>());
+    }
+    return Wholes(array);
+}
+
+int shortened(qint64 value)
+{
+    if (value < std::numeric_limits<int>::min() || value > std::numeric_limits<int>::max()) {
+        PyErr_SetString(PyExc_OverflowError, (std::to_string(value) + " is no id").c_str());
+        throw py::error_already_set();
+    }
+    return static_cast<int>(value);
+}
+
+std::vector<int> shortened(const Wholes& values)
+{
+    std::vector<int> ids(static_cast<std::size_t>(values.size()));
+    std::transform(values.data(), values.data() + values.size(), ids.begin(),
+                   [](qint64 value) { return shortened(value); });
+    return ids;
+}
+
+Reals pointArray(const py::object& object)
+{
+    const py::array array = anyArray(object);
+    if (!isOfKind(array, "fiu") || array.ndim() != 2 || array.shape(1) != 3) {
+        throw py::value_error("points are an array of n x 3 numbers");
+    }
+    Reals points(array);
+    const double* const end = points.data() + points.size();
+    const double* const bad =
+        std::find_if(points.data(), end, [](double value) { return !std::isfinite(value); });
+    if (bad != end) {
+        throw py::value_error("row " + std::to_string((bad - points.data()) / 3) +
+                              " of the points is not finite");
+    }
+    return points;
+}
+
+void requireCount(py::ssize_t given, std::size_t needed, const char* what)
+{
+    if (static_cast<std::size_t>(given) != needed) {
+        throw py::value_error(std::to_string(given) + ' ' + what + " are given for " +
+                              std::to_string(needed) + " entities");
+    }
+}
+
+Vector pointAt(const Reals& points, std::size_t row)
+{
+    const double* const first = points.data() + 3 * row;
+    return {first[0], first[1], first[2]};
+}
+
+const ElementTopology& topologyOf(const std::string& kind)
+{
+    std::string known;
+    for (const ElementTopology& topology : ElementTopology::all()) {
+        if (topology.dimension > 0 && kind == topology.name) {
+            return topology;
+        }
+        known += (known.empty() ? "" : ", ") + std::string(topology.name);
+    }
+    throw py::value_error("there is no kind of element \"" + kind + "\"; there are " + known);
+}
+
+std::string kindOf(const MeshEntity& entity)
+{
+    const ElementTopology* const topology =
+        ElementTopology::find(entity.dimension(), entity.adjacencyCount(0));
+    return topology ? topology->name : "unknown";
+}
+
+/// Ids that were asked for: positive, each once, none taken; or none, for the next free ones.
+std::vector<int> newIds(const Mesh& mesh, int dimension, const py::object& object,
+                        std::size_t count)
+{
+    if (object.is_none()) {
+        return {};
+    }
+    std::vector<int> ids = Arrays::idsFrom(object);
+    requireCount(static_cast<py::ssize_t>(ids.size()), count, "ids");
+    std::unordered_set<int> seen;
+    for (const int id : ids) {
+        if (id <= 0) {
+            throw py::value_error(std::to_string(id) + " is no id; ids begin at 1");
+        }
+        if (mesh.entity(dimension, id) != nullptr || !seen.insert(id).second) {
+            throw py::value_error(entityText("mesh", dimension, id) + " is there already");
+        }
+    }
+    return ids;
+}
+
+/// Adds \p count entities that \p make makes of their row.
+template <typename Make>
+MeshEntities addAll(const CasePointer& state, int dimension, std::size_t count,
+                    const std::vector<int>& ids, Make make)
+{
+    Mesh& mesh = state->mesh();
+    auto added = std::make_shared<std::vector<int>>();
+    added->reserve(count);
+    for (std::size_t row = 0; row < count; ++row) {
+        MeshEntity* const entity = make(row);
+        if (!ids.empty()) {
+            entity->setId(ids[row]);
+        }
+        mesh.add(entity);
+        added->push_back(entity->id());
+    }
+    return {state, dimension, std::move(added)};
+}
+
+MeshEntity* vertexOf(const Mesh& mesh, qint64 id)
+{
+    MeshEntity* const vertex = mesh.entity(0, shortened(id));
+    if (vertex == nullptr) {
+        throw py::value_error("there is no mesh vertex " + std::to_string(id));
+    }
+    return vertex;
+}
+
+std::vector<MeshEntity*> verticesOf(const Mesh& mesh, const Wholes& ids)
+{
+    std::vector<MeshEntity*> vertices(static_cast<std::size_t>(ids.size()));
+    std::transform(ids.data(), ids.data() + ids.size(), vertices.begin(),
+                   [&mesh](qint64 id) { return vertexOf(mesh, id); });
+    return vertices;
+}
+
+std::vector<ModelEntity*> parentsFrom(const Model& model, const py::object& object, int dimension,
+                                      std::size_t count)
+{
+    const Wholes ids = wholeArray(object);
+    const bool isOneForAll = ids.ndim() == 0;
+    if (!isOneForAll) {
+        requireCount(ids.size(), count, "parents");
+    }
+    std::vector<ModelEntity*> parents(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        const int id = shortened(ids.data()[isOneForAll ? 0 : i]);
+        parents[i] = id == 0 ? nullptr : model.entity(dimension, id);
+        if (id != 0 && parents[i] == nullptr) {
+            throw py::value_error("there is no " + entityText("model", dimension, id));
+        }
+    }
+    return parents;
+}
+
+} // namespace
+
+std::vector<int> Arrays::idsFrom(const py::object& object)
+{
+    const Wholes values = wholeArray(object);
+    if (values.ndim() != 1) {
+        throw py::value_error("ids are an array of one dimension");
+    }
+    return shortened(values);
+}
+
+py::array_t<int> Arrays::arrayOf(const std::vector<int>& ids)
+{
+    return py::array_t<int>(static_cast<py::ssize_t>(ids.size()), ids.data());
+}
+
+py::array_t<double> Arrays::centroids(const MeshEntities& view)
+{
+    const std::vector<MeshEntity*> entities = view.entities();
+    py::array_t<double> result({static_cast<py::ssize_t>(entities.size()), py::ssize_t{3}});
+    double* place = result.mutable_data();
+    for (const MeshEntity* const entity : entities) {
+        const Vector point = view.dimension == 0 ? static_cast<const MeshVertex*>(entity)->point()
+                                                 : entity->centroid();
+        *place++ = point.x();
+        *place++ = point.y();
+        *place++ = point.z();
+    }
+    return result;
+}
+
+void Arrays::setPoints(const MeshEntities& view, const py::object& object)
+{
+    const Reals points = pointArray(object);
+    const std::vector<MeshEntity*> vertices = view.entities();
+    requireCount(points.shape(0), vertices.size(), "points");
+    for (std::size_t row = 0; row < vertices.size(); ++row) {
+        static_cast<MeshVertex*>(vertices[row])->setPoint(pointAt(points, row));
+    }
+}
+
+py::dict Arrays::kinds(const MeshEntities& view)
+{
+    std::map<std::string, int> counts;
+    for (const MeshEntity* const entity : view.entities()) {
+        ++counts[kindOf(*entity)];
+    }
+    py::dict result;
+    for (const auto& [kind, count] : counts) {
+        result[py::str(kind)] = count;
+    }
+    return result;
+}
+
+MeshEntities Arrays::ofKind(const MeshEntities& view, const std::string& kind)
+{
+    const ElementTopology& topology = topologyOf(kind);
+    auto ids = std::make_shared<std::vector<int>>();
+    for (const MeshEntity* const entity : view.entities()) {
+        if (topology.dimension == view.dimension &&
+            entity->adjacencyCount(0) == topology.vertexCount) {
+            ids->push_back(entity->id());
+        }
+    }
+    return {view.state, view.dimension, std::move(ids)};
+}
+
+py::array_t<int> Arrays::connectivity(const MeshEntities& view)
+{
+    const std::vector<MeshEntity*> elements = view.entities();
+    const int width = elements.empty() ? 0 : elements.front()->adjacencyCount(0);
+    py::array_t<int> result({static_cast<py::ssize_t>(elements.size()), py::ssize_t{width}});
+    int* place = result.mutable_data();
+    for (const MeshEntity* const element : elements) {
+        if (element->adjacencyCount(0) != width) {
+            throw py::value_error("the elements are of more than one kind; ask of_kind() first");
+        }
+        for (int i = 0; i < width; ++i) {
+            *place++ = element->adjacencyAt(0, i)->id();
+        }
+    }
+    return result;
+}
+
+py::tuple Arrays::parents(const MeshEntities& view)
+{
+    const std::vector<MeshEntity*> entities = view.entities();
+    const auto count = static_cast<py::ssize_t>(entities.size());
+    py::array_t<qint8> dimensions(count);
+    py::array_t<int> ids(count);
+    for (std::size_t i = 0; i < entities.size(); ++i) {
+        const ModelEntity* const parent = entities[i]->parent();
+        dimensions.mutable_data()[i] = parent ? static_cast<qint8>(parent->dimension()) : qint8{-1};
+        ids.mutable_data()[i] = parent ? parent->id() : 0;
+    }
+    return py::make_tuple(dimensions, ids);
+}
+
+void Arrays::classify(const MeshEntities& view, const py::object& ids, int dimension)
+{
+    const std::vector<MeshEntity*> entities = view.entities();
+    const std::vector<ModelEntity*> parents =
+        parentsFrom(view.state->model(), ids, dimension, entities.size());
+    for (std::size_t i = 0; i < entities.size(); ++i) {
+        if (parents[i] != nullptr) {
+            parents[i]->addChild(entities[i]);
+        } else if (ModelEntity* const former = entities[i]->parent()) {
+            former->removeChild(entities[i]);
+        }
+    }
+}
+
+MeshEntities Arrays::addVertices(const CasePointer& state, const py::object& object,
+                                 const py::object& idObject)
+{
+    const Reals points = pointArray(object);
+    const auto count = static_cast<std::size_t>(points.shape(0));
+    const std::vector<int> ids = newIds(state->mesh(), 0, idObject, count);
+    return addAll(state, 0, count, ids, [&points](std::size_t row) {
+        auto* const vertex = new MeshVertex;
+        vertex->setPoint(pointAt(points, row));
+        return vertex;
+    });
+}
+
+MeshEntities Arrays::addElements(const CasePointer& state, const std::string& kind,
+                                 const py::object& object, const py::object& idObject)
+{
+    const ElementTopology& topology = topologyOf(kind);
+    const Wholes rows = wholeArray(object);
+    if (rows.ndim() != 2 || rows.shape(1) != topology.vertexCount) {
+        throw py::value_error("vertices of " + std::string(topology.plural) +
+                              " are an array of n x " + std::to_string(topology.vertexCount) +
+                              " ids");
+    }
+    const auto count = static_cast<std::size_t>(rows.shape(0));
+    const std::vector<int> ids = newIds(state->mesh(), topology.dimension, idObject, count);
+    const std::vector<MeshEntity*> vertices = verticesOf(state->mesh(), rows);
+    const auto width = static_cast<std::size_t>(topology.vertexCount);
+    state->meshGrew();
+    return addAll(state, topology.dimension, count, ids, [&](std::size_t row) {
+        MeshEntity* const element = MeshEntity::create(topology.dimension);
+        for (std::size_t i = 0; i < width; ++i) {
+            element->addAdjacency(vertices[row * width + i]);
+        }
+        return element;
+    });
+}
+
+} // namespace Ovra::GeoPython

@@ -1,0 +1,97 @@
+#include "Attributes.h"
+
+#include "AttributeMap.h"
+#include "Values.h"
+
+namespace Ovra::GeoPython
+{
+
+namespace py = pybind11;
+using namespace Ovra::Geo;
+
+namespace
+{
+
+/// What a file of a later release calls by a tag unknown here is kept and has no name.
+py::str tagOf(const AttributeType& type)
+{
+    return type.isValid() ? toPython(type.toString()) : py::str("(unknown)");
+}
+
+AttributeType presentType(const Attributes& attributes, const py::str& tag)
+{
+    const AttributeType type = AttributeType::fromString(textFrom(tag));
+    if (!type.isValid() || !attributes.get().contains(type)) {
+        throw py::key_error(tag.cast<std::string>());
+    }
+    return type;
+}
+
+py::list tagsOf(const Attributes& attributes)
+{
+    py::list tags;
+    for (const AttributeType& type : attributes.get().types()) {
+        tags.append(tagOf(type));
+    }
+    return tags;
+}
+
+py::dict dictOf(const Attributes& attributes)
+{
+    const AttributeMap& map = attributes.get();
+    py::dict dict;
+    for (const AttributeType& type : map.types()) {
+        dict[tagOf(type)] = toPython(map.value(type, {}));
+    }
+    return dict;
+}
+
+bool contains(const Attributes& attributes, const py::object& tag)
+{
+    if (!py::isinstance<py::str>(tag)) {
+        return false;
+    }
+    const AttributeType type = AttributeType::fromString(textFrom(tag));
+    return type.isValid() && attributes.get().contains(type);
+}
+
+} // namespace
+
+void bindAttributes(py::module_& module)
+{
+    py::class_<OpaqueValue>(module, "OpaqueValue",
+                            "An attribute's value that has no counterpart in Python.\n\n"
+                            "It can be kept, and set again.")
+        .def("__repr__", [](const OpaqueValue& opaque) {
+            return "<OpaqueValue of type " + std::string(opaque.value.typeName()) + ">";
+        });
+
+    py::class_<Attributes>(
+        module, "Attributes",
+        "The attributes of an entity, a model or a mesh: a mutable mapping from tags to values.\n\n"
+        "Tags are those of the vocabulary, see attribute_tags(); setting another raises KeyError. "
+        "Where\n"
+        "the type of a value is fixed, setting another raises TypeError. Values are bool, int, "
+        "float,\n"
+        "str, bytes, list, dict, Vector and Matrix.")
+        .def("__len__", [](const Attributes& self) { return self.get().count(); })
+        .def("__iter__", [](const Attributes& self) { return py::iter(tagsOf(self)); })
+        .def("__contains__", &contains)
+        .def("__getitem__",
+             [](const Attributes& self, const py::str& tag) {
+                 return toPython(self.get().value(presentType(self, tag), {}));
+             })
+        .def("__setitem__",
+             [](const Attributes& self, const py::str& tag, const py::object& value) {
+                 const AttributeType type = attributeType(tag);
+                 self.get().insert(type, valueFrom(value, type));
+             })
+        .def("__delitem__", [](const Attributes& self,
+                               const py::str& tag) { self.get().remove(presentType(self, tag)); })
+        .def("__repr__", [](const Attributes& self) {
+            return "<Attributes of " + self.owner + ": " +
+                   py::repr(dictOf(self)).cast<std::string>() + ">";
+        });
+}
+
+} // namespace Ovra::GeoPython

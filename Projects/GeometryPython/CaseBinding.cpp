@@ -1,0 +1,277 @@
+#include "Bindings.h"
+#include "CaseState.h"
+#include "CaseSummary.h"
+#include "CaseVerifier.h"
+#include "InfoJson.h"
+#include "OutputFiles.h"
+#include "Preparation.h"
+#include "Progress.h"
+#include "QuietLibrary.h"
+#include "SolverInput.h"
+#include "ToolError.h"
+#include "Values.h"
+#include "VerifyReport.h"
+
+#include <QTextStream>
+
+#include <cmath>
+#include <optional>
+#include <pybind11/stl.h>
+#include <utility>
+
+namespace Ovra::GeoPython
+{
+
+namespace py = pybind11;
+using namespace Ovra::Geo;
+using namespace Ovra::GeoTool;
+
+namespace
+{
+
+/// Collects what the host warns of, and gives it to Python once the interpreter's lock is held again.
+class Warnings
+{
+public:
+    Warnings()
+        : progress_([this](const QString& text) { texts_ += text; })
+    {
+    }
+
+    Progress& progress() { return progress_; }
+
+    void tell() const
+    {
+        const py::object type = py::module_::import("ovrageo.errors").attr("CaseWarning");
+        for (const QString& text : texts_) {
+            if (PyErr_WarnEx(type.ptr(), text.toUtf8().constData(), 1) != 0) {
+                throw py::error_already_set();
+            }
+        }
+    }
+
+private:
+    QStringList texts_;
+    Progress progress_;
+};
+
+/// Does \p work, which takes the database and a Progress, without the interpreter's lock.
+template <typename Work>
+auto aside(CaseState& state, Work work)
+{
+    Warnings warnings;
+    state.linkedMesh();
+    const auto done = state.aside([&](Database& database) {
+        const QuietLibrary quiet;
+        return work(database, warnings.progress());
+    });
+    warnings.tell();
+    return done;
+}
+
+CasePointer open(const py::str& name)
+{
+    auto state = std::make_shared<CaseState>();
+    state->files.emplace(textFrom(name));
+    aside(*state, [&state](Database& database, Progress& progress) {
+        state->files->load(database, progress);
+        return true;
+    });
+    state->keysAreFormer();
+    return state;
+}
+
+MeshSerializer::Format meshFormat(const std::string& name)
+{
+    if (name == "2014a") {
+        return MeshSerializer::Format2014a;
+    }
+    if (name == "2014") {
+        return MeshSerializer::Format2014;
+    }
+    if (name == "2013") {
+        return MeshSerializer::Format2013;
+    }
+    throw py::value_error("there is no mesh format \"" + name +
+                          "\"; there are 2013, 2014 and 2014a");
+}
+
+void saveAs(CaseState& self, const CaseFiles& files, MeshSerializer::Format format)
+{
+    aside(self, [&](Database& database, Progress& progress) {
+        files.save(database, progress, format);
+        return true;
+    });
+}
+
+void save(CaseState& self, const py::str& name, const std::string& formatName)
+{
+    const CaseFiles files(textFrom(name));
+    saveAs(self, files, meshFormat(formatName));
+    self.files = files;
+}
+
+void saveCopy(CaseState& self, const py::str& name)
+{
+    saveAs(self, CaseFiles(textFrom(name)), CaseFiles::LatestMeshFormat);
+}
+
+QString nameOf(const CaseState& state)
+{
+    return state.files ? state.files->name() : QStringLiteral("the case");
+}
+
+py::tuple verify(CaseState& self, int limit)
+{
+    if (limit < 0) {
+        throw py::value_error("limit must be 0 or more");
+    }
+    const auto [json, text] = aside(self, [&](Database& database, Progress& progress) {
+        const CaseFindings findings =
+            CaseVerifier(database).verify(progress, CaseVerifier::ContentTopics, limit);
+        const VerifyReport report(nameOf(self), database, findings);
+        return std::make_pair(report.json(), report.text());
+    });
+    return py::make_tuple(toPython(QString::fromUtf8(json)), toPython(QString::fromUtf8(text)));
+}
+
+py::str info(CaseState& self)
+{
+    const QByteArray json = aside(self, [&self](Database& database, Progress& progress) {
+        const bool hasFiles = self.files && self.files->meshFacts().format > 0;
+        CaseSummary summary(self.files.value_or(CaseFiles(QString())), database, progress);
+        if (!hasFiles) {
+            summary.meshFile.format = CaseFiles::LatestMeshFormat;
+        }
+        return infoJson(summary);
+    });
+    return toPython(QString::fromUtf8(json));
+}
+
+QStringList operationsFrom(const py::object& operations)
+{
+    if (operations.is_none()) {
+        return Preparation::operationNames();
+    }
+    QStringList names;
+    for (const py::handle each : operations) {
+        names += textFrom(py::cast<py::str>(each));
+        if (!Preparation::operationNames().contains(names.last())) {
+            throw py::value_error(
+                QStringLiteral("there is no operation \"%1\"; there are %2")
+                    .arg(names.last(), Preparation::operationNames().join(QStringLiteral(", ")))
+                    .toStdString());
+        }
+    }
+    return names;
+}
+
+py::list prepare(CaseState& self, const py::object& operations, std::optional<double> tolerance)
+{
+    const QStringList names = operationsFrom(operations);
+    if (tolerance && !(*tolerance >= 0 && *tolerance <= 1)) {
+        throw py::value_error("extrusion_tolerance must be a number from 0 to 1");
+    }
+    QStringList report;
+    try {
+        report = aside(self, [&](Database& database, Progress& progress) {
+            Preparation preparation(database, progress);
+            if (tolerance) {
+                preparation.setExtrusionTolerance(*tolerance);
+            }
+            return preparation.run(names);
+        });
+    } catch (const ToolError&) {
+        self.giveUp("a preparation that failed has left the case undefined; open it anew");
+        throw;
+    }
+    self.keysAreFormer();
+    py::list lines;
+    for (const QString& line : report) {
+        lines.append(toPython(line));
+    }
+    return lines;
+}
+
+SolverInput inputOf(const py::object& sections, double scale, bool labelled)
+{
+    SolverInput input;
+    if (!std::isfinite(scale) || scale <= 0) {
+        throw py::value_error("scale must be a finite number above 0");
+    }
+    if (!sections.is_none()) {
+        QStringList names;
+        for (const py::handle each : sections) {
+            names += textFrom(py::cast<py::str>(each));
+        }
+        input.setSections(names);
+    }
+    input.setScale(scale);
+    input.setLabelled(labelled);
+    return input;
+}
+
+void writeSolverInput(CaseState& self, const py::str& path, const py::object& sections,
+                      double scale, bool labelled)
+{
+    const SolverInput input = inputOf(sections, scale, labelled);
+    const QString target = textFrom(path);
+    aside(self, [&](Database& database, Progress& progress) {
+        OutputFiles files;
+        QTextStream stream(&files.add(target));
+        input.write(database, stream, progress);
+        stream.flush();
+        files.commit();
+        return true;
+    });
+}
+
+py::str solverInput(CaseState& self, const py::object& sections, double scale, bool labelled)
+{
+    const SolverInput input = inputOf(sections, scale, labelled);
+    return toPython(aside(self, [&](Database& database, Progress& progress) {
+        QString text;
+        QTextStream stream(&text);
+        input.write(database, stream, progress);
+        stream.flush();
+        return text;
+    }));
+}
+
+py::list listOf(const QStringList& texts)
+{
+    py::list list;
+    for (const QString& text : texts) {
+        list.append(toPython(text));
+    }
+    return list;
+}
+
+} // namespace
+
+void bindCase(py::module_& module)
+{
+    py::class_<CaseState, CasePointer>(module, "CaseState")
+        .def(py::init<>())
+        .def("close", &CaseState::close)
+        .def_property_readonly("is_closed", &CaseState::isClosed)
+        .def_property_readonly("name",
+                               [](const CaseState& self) -> py::object {
+                                   return self.files ? py::object(toPython(self.files->name()))
+                                                     : py::none();
+                               })
+        .def("save", &save)
+        .def("save_copy", &saveCopy)
+        .def("forget_files", [](CaseState& self) { self.files.reset(); })
+        .def("verify", &verify)
+        .def("info", &info)
+        .def("prepare", &prepare)
+        .def("write_solver_input", &writeSolverInput)
+        .def("solver_input", &solverInput);
+    module.def("open", &open);
+    module.def("attribute_tags", [] { return listOf(AttributeType::tags()); });
+    module.def("operation_names", [] { return listOf(Preparation::operationNames()); });
+    module.def("section_names", [] { return listOf(SolverInput::sectionNames()); });
+}
+
+} // namespace Ovra::GeoPython

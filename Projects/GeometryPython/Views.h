@@ -1,0 +1,150 @@
+#pragma once
+
+#include "Arrays.h"
+#include "AttributeArrays.h"
+#include "AttributeMap.h"
+#include "Handles.h"
+#include "Values.h"
+
+namespace Ovra::GeoPython
+{
+
+/// \brief A walk over the ids that a view had when the walk began; what is removed meanwhile is passed
+///        over.
+template <typename Side>
+struct Walk
+{
+    pybind11::object next()
+    {
+        while (place < ids.size()) {
+            auto* const entity = Side::container(*state).entity(dimension, ids[place++]);
+            if (entity != nullptr) {
+                return wrap<Side>(state, *entity);
+            }
+        }
+        throw pybind11::stop_iteration();
+    }
+
+    CasePointer state;
+    int dimension;
+    std::vector<int> ids;
+    std::size_t place = 0;
+};
+
+template <typename Side>
+pybind11::object entityAt(const View<Side>& view, int id)
+{
+    auto* const entity = Side::container(*view.state).entity(view.dimension, id);
+    const auto& selection = view.selection;
+    const bool isIn =
+        entity != nullptr &&
+        (!selection || std::find(selection->begin(), selection->end(), id) != selection->end());
+    if (!isIn) {
+        throw pybind11::key_error("there is no " + entityText(Side::noun, view.dimension, id) +
+                                  (selection ? " in this selection" : ""));
+    }
+    return wrap<Side>(view.state, *entity);
+}
+
+template <typename Side>
+bool contains(const View<Side>& view, const pybind11::object& object)
+{
+    try {
+        if (pybind11::isinstance<Handle<Side>>(object)) {
+            const auto& handle = object.cast<const Handle<Side>&>();
+            return handle.state == view.state && handle.dimension == view.dimension &&
+                   contains(view, pybind11::int_(handle.get().id()));
+        }
+        entityAt(view, object.cast<int>());
+        return true;
+    } catch (const pybind11::key_error&) {
+        return false;
+    } catch (const pybind11::cast_error&) {
+        return false;
+    }
+}
+
+/// \brief Those of \p ids, which must all be of \p view's case.
+template <typename Side>
+View<Side> select(const View<Side>& view, const pybind11::object& ids)
+{
+    View<Side> selected{view.state, view.dimension,
+                        std::make_shared<std::vector<int>>(Arrays::idsFrom(ids))};
+    auto& container = Side::container(*view.state);
+    for (const int id : *selected.selection) {
+        if (container.entity(view.dimension, id) == nullptr) {
+            throw pybind11::key_error("there is no " + entityText(Side::noun, view.dimension, id));
+        }
+    }
+    return selected;
+}
+
+template <typename Side>
+std::vector<Geo::AttributeMap*> mapsOf(const View<Side>& view)
+{
+    std::vector<Geo::AttributeMap*> maps;
+    maps.reserve(view.count());
+    for (auto* const entity : view.entities()) {
+        maps.push_back(&entity->attributes());
+    }
+    return maps;
+}
+
+template <typename Side>
+pybind11::object attributeOf(const View<Side>& view, const pybind11::str& tag)
+{
+    const std::vector<Geo::AttributeMap*> maps = mapsOf(view);
+    const pybind11::tuple columns =
+        AttributeArrays::values({maps.begin(), maps.end()}, attributeType(tag));
+    return pybind11::module_::import("numpy.ma").attr("MaskedArray")(columns[0], columns[1]);
+}
+
+template <typename Side>
+void setAttribute(const View<Side>& view, const pybind11::str& tag, const pybind11::object& values,
+                  const pybind11::object& ids)
+{
+    const View<Side> chosen = ids.is_none() ? view : select(view, ids);
+    AttributeArrays::set(mapsOf(chosen), attributeType(tag), values);
+}
+
+/// \brief Adds the class of views of one side, and of walks over them, to \p module.
+template <typename Side>
+pybind11::class_<View<Side>> bindView(pybind11::module_& module, const char* name, const char* text)
+{
+    namespace py = pybind11;
+    using Of = View<Side>;
+    py::class_<Walk<Side>>(module, (std::string("_WalkOf") + name).c_str())
+        .def("__iter__", [](const py::object& self) { return self; })
+        .def("__next__", &Walk<Side>::next);
+    py::class_<Of> view(module, name, text);
+    view.def("__len__", &Of::count)
+        .def("__iter__",
+             [](const Of& self) {
+                 return Walk<Side>{self.state, self.dimension, self.ids()};
+             })
+        .def("__getitem__", &entityAt<Side>, py::arg("id"),
+             "The entity of that id; KeyError without.")
+        .def("__contains__", &contains<Side>)
+        .def_property_readonly(
+            "dimension", [](const Of& self) { return self.dimension; }, "Of the entities, 0 to 3.")
+        .def_property_readonly(
+            "ids", [](const Of& self) { return Arrays::arrayOf(self.ids()); },
+            "The ids, an int32 array, in the order of every other array of this view.")
+        .def("select", &select<Side>, py::arg("ids"), "Those of the given ids, in their order.")
+        .def("attribute", &attributeOf<Side>, py::arg("tag"),
+             "The values of an attribute, a masked array of int64, float64 or bool; masked where "
+             "an\n"
+             "entity has none. TypeError for values that are no numbers.")
+        .def(
+            "set_attribute", &setAttribute<Side>, py::arg("tag"), py::arg("values"),
+            py::arg("ids") = py::none(),
+            "Sets an attribute of all entities, or of those of ids: one value for all, or one for\n"
+            "each.")
+        .def("__repr__", [name](const Of& self) {
+            return '<' + std::string(name) + " of dimension " + std::to_string(self.dimension) +
+                   ": " + std::to_string(self.count()) + '>';
+        });
+    return view;
+}
+
+} // namespace Ovra::GeoPython

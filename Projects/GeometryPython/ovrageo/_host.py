@@ -1,0 +1,89 @@
+"""Runs the program ovrageo, in a process of its own.
+
+Gmsh, VTK and what else it is linked to stay out of the process of Python, which may have other
+releases of them loaded, and a file that brings Gmsh down brings nothing else down.
+"""
+
+from __future__ import annotations
+
+import os
+import shutil
+import signal
+import subprocess
+import warnings
+from pathlib import Path
+
+from . import errors
+
+_WARNING = "ovrageo: warning: "
+_ERROR = "ovrageo: error: "
+
+
+def program() -> str:
+    """The program: that of the variable OVRAGEO, else the one installed with this package, else that of
+    the path."""
+    named = os.environ.get("OVRAGEO")
+    if named:
+        return named
+    for folder in Path(__file__).resolve().parents:
+        beside = folder / "bin" / "ovrageo"
+        if beside.is_file():
+            return str(beside)
+    found = shutil.which("ovrageo")
+    if found is None:
+        raise errors.Error(
+            "the program ovrageo is not found: install it, or name it in the variable OVRAGEO"
+        )
+    return found
+
+
+def run(*arguments: object, accept: tuple[int, ...] = (0,)) -> tuple[int, str]:
+    """Runs `ovrageo` with these arguments, and gives its exit code and what it printed.
+
+    Its warnings become warnings of Python; an exit code that is not accepted is raised as the exception
+    of its kind. Ctrl-C, or any other exception meanwhile, ends the program.
+    """
+    command = [program(), *map(_argument, arguments)]
+    with subprocess.Popen(
+        command,
+        stdin=subprocess.DEVNULL,
+        stdout=subprocess.PIPE,
+        stderr=subprocess.PIPE,
+        start_new_session=True,  # it makes copies of itself, which shall end with it
+    ) as process:
+        try:
+            output, said = process.communicate()
+        except BaseException:
+            _end(process)
+            raise
+    _warn(said.decode(errors="replace"))
+    if process.returncode not in accept:
+        raise _exception(process.returncode, said.decode(errors="replace"))
+    return process.returncode, output.decode(errors="surrogateescape")
+
+
+def _argument(value: object) -> str:
+    # Numbers of NumPy are floats too, and write themselves with their type.
+    return repr(float(value)) if isinstance(value, float) else str(value)
+
+
+def _end(process: subprocess.Popen[bytes]) -> None:
+    try:
+        os.killpg(process.pid, signal.SIGTERM)
+        process.wait(timeout=5)
+    except ProcessLookupError:
+        pass
+    except subprocess.TimeoutExpired:
+        os.killpg(process.pid, signal.SIGKILL)
+
+
+def _warn(said: str) -> None:
+    for line in said.splitlines():
+        if line.startswith(_WARNING):
+            warnings.warn(line[len(_WARNING):], errors.CaseWarning, stacklevel=4)
+
+
+def _exception(code: int, said: str) -> Exception:
+    lines = [line[len(_ERROR):] for line in said.splitlines() if line.startswith(_ERROR)]
+    text = lines[-1] if lines else f"ovrageo ended with exit code {code}: {said.strip()}"
+    return errors.BY_EXIT_CODE.get(code, errors.Error)(text)

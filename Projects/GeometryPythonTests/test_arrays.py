@@ -1,0 +1,201 @@
+"""Many entities at once, as arrays."""
+
+import numpy as np
+import pytest
+from conftest import grid
+
+import ovrageo
+
+
+def test_coordinates_are_rows_by_id(tetrahedron):
+    vertices = tetrahedron.mesh.vertices
+    expected = [[0, 0, 0], [1, 0, 0], [0, 1, 0], [0, 0, 1]]
+    assert vertices.coordinates.dtype == np.float64
+    np.testing.assert_array_equal(vertices.coordinates, expected)
+    np.testing.assert_array_equal(vertices.select([4, 2]).coordinates, [expected[3], expected[1]])
+    np.testing.assert_array_equal(tetrahedron.mesh.regions.coordinates, [[0.25, 0.25, 0.25]])
+
+
+def test_coordinates_can_be_set(tetrahedron):
+    vertices = tetrahedron.mesh.vertices
+    vertices.coordinates = 2 * vertices.coordinates
+    vertices.select([4]).coordinates = np.array([[7, 8, 9]])
+    assert vertices[2].point == (2, 0, 0) and vertices[4].point == (7, 8, 9)
+
+
+@pytest.mark.parametrize(
+    "points, text",
+    [
+        (np.zeros((3, 3)), "3 points are given for 4 entities"),
+        (np.zeros((4, 2)), "points are an array of n x 3 numbers"),
+        (np.full((4, 3), np.inf), "row 0 of the points is not finite"),
+        (np.full((4, 3), "x"), "points are an array of n x 3 numbers"),
+    ],
+)
+def test_wrong_coordinates_change_nothing(tetrahedron, points, text):
+    with pytest.raises(ValueError) as raised:
+        tetrahedron.mesh.vertices.coordinates = points
+    assert str(raised.value) == text
+    assert tetrahedron.mesh.vertices[4].point == (0, 0, 1)
+
+
+def test_ids_and_connectivity(tetrahedron):
+    faces = tetrahedron.mesh.faces
+    assert faces.ids.dtype == np.int32 and list(faces.ids) == [1, 2, 3, 4]
+    np.testing.assert_array_equal(faces.connectivity, [[1, 3, 2], [1, 2, 4], [2, 3, 4], [1, 4, 3]])
+    assert faces.kinds == {"triangle": 4}
+    assert tetrahedron.mesh.edges.connectivity.shape == (0, 0)
+
+
+def test_kinds_are_told_apart(channel):
+    regions = channel.mesh.regions
+    assert regions.kinds == {"tetrahedron": 12203, "wedge": 1104}
+    with pytest.raises(ValueError, match="more than one kind"):
+        regions.connectivity
+    wedges = regions.of_kind("wedge")
+    assert wedges.connectivity.shape == (1104, 6)
+    first = wedges[int(wedges.ids[0])]
+    assert [vertex.id for vertex in first.vertices] == list(wedges.connectivity[0])
+    with pytest.raises(ValueError, match='no kind of element "wedges"'):
+        regions.of_kind("wedges")
+
+
+def test_parents_are_the_classification(tetrahedron):
+    tetrahedron.mesh.add_vertex((5, 5, 5))
+    dimensions, ids = tetrahedron.mesh.vertices.parents
+    assert list(dimensions) == [3, 3, 3, 3, -1] and list(ids) == [1, 1, 1, 1, 0]
+    tetrahedron.mesh.vertices.select([1, 5]).classify([0, 1], dimension=2)
+    dimensions, ids = tetrahedron.mesh.vertices.parents
+    assert list(dimensions) == [-1, 3, 3, 3, 2] and list(ids) == [0, 1, 1, 1, 1]
+
+
+def test_a_wrong_parent_changes_nothing(tetrahedron):
+    faces = tetrahedron.mesh.faces
+    with pytest.raises(ValueError, match="there is no model face 2"):
+        faces.classify([0, 1, 2, 1])
+    with pytest.raises(ValueError, match="3 parents are given for 4 entities"):
+        faces.classify([0, 0, 0])
+    assert list(faces.parents[1]) == [1, 1, 1, 1]
+
+
+def test_attributes_are_masked_arrays(tetrahedron):
+    vertices = tetrahedron.mesh.vertices
+    vertices.set_attribute("rotor_vertex", [5, 6], ids=[2, 4])
+    values = vertices.attribute("rotor_vertex")
+    assert values.dtype == np.int64
+    assert values.tolist() == [None, 5, None, 6]
+    assert vertices.attribute("stator_vertex").mask.all()
+    vertices.set_attribute("in_bl", True)
+    assert vertices.attribute("in_bl").dtype == bool and vertices.attribute("in_bl").all()
+    vertices.set_attribute("visual_scale_factor", np.arange(4))
+    assert vertices.attribute("visual_scale_factor").dtype == np.float64
+    assert [type(v.attributes["visual_scale_factor"]) for v in vertices] == [float] * 4
+
+
+def test_an_attribute_without_a_fixed_type_is_what_it_holds(tetrahedron):
+    vertices = tetrahedron.mesh.vertices
+    vertices.set_attribute("ex_height", np.array([1, 2, 1 << 40, 4]))
+    assert vertices.attribute("ex_height").tolist() == [1, 2, 1 << 40, 4]
+    vertices[2].attributes["ex_height"] = 0.5
+    assert vertices.attribute("ex_height").tolist() == [1.0, 0.5, float(1 << 40), 4.0]
+    vertices[2].attributes["ex_height"] = "x"
+    with pytest.raises(TypeError, match="ex_height has values that are no numbers: 'x'"):
+        vertices.attribute("ex_height")
+
+
+@pytest.mark.parametrize(
+    "tag, value, each",
+    [
+        ("material_type", "solid", ["solid"] * 2),
+        ("material_type", ["solid", "fluid"], ["solid", "fluid"]),
+        ("periodic_origin", (1, 2, 3), [(1, 2, 3)] * 2),
+        ("periodic_origin", [(1, 2, 3), (4, 5, 6)], [(1, 2, 3), (4, 5, 6)]),
+        ("periodic_origin", np.arange(6.0).reshape(2, 3), [(0, 1, 2), (3, 4, 5)]),
+        ("hot_faces", [1, 2, 3], [[1, 2, 3]] * 2),
+        ("hot_faces", [[1], [2, 3]], [[1], [2, 3]]),
+        ("periodic_matrix", np.eye(3), [((1, 0, 0), (0, 1, 0), (0, 0, 1))] * 2),
+        ("periodic_matrix", np.stack([np.eye(3), 2 * np.eye(3)]),
+         [((1, 0, 0), (0, 1, 0), (0, 0, 1)), ((2, 0, 0), (0, 2, 0), (0, 0, 2))]),
+    ],
+)
+def test_one_value_for_all_or_one_for_each(tag, value, each):
+    model = ovrageo.Case().model
+    model.add_face()
+    model.add_face()
+    model.faces.set_attribute(tag, value)
+    assert [face.attributes[tag] for face in model.faces] == each
+
+
+@pytest.mark.parametrize(
+    "values, ids, error",
+    [
+        ([1, 2], None, ValueError),
+        (np.arange(5), None, ValueError),
+        ([1, 2, 3, "x"], None, TypeError),
+        (np.array([1.5, 2, 3, 4]), None, TypeError),
+        (np.array([1, 2, 3, 1 << 31]), None, OverflowError),
+        (1, [1, 9], KeyError),
+        (1, [1.5], TypeError),
+        (1, [[1]], ValueError),
+    ],
+)
+def test_wrong_values_change_nothing(tetrahedron, values, ids, error):
+    vertices = tetrahedron.mesh.vertices
+    with pytest.raises(error):
+        vertices.set_attribute("rotor_vertex", values, ids)
+    assert vertices.attribute("rotor_vertex").mask.all()
+
+
+def test_a_mesh_of_arrays_is_sound_and_comes_back():
+    points, cells = grid(4)
+    case = ovrageo.Case()
+    case.model.add_region("cube")
+    vertices = case.mesh.add_vertices(points)
+    vertices.classify(1, dimension=3)
+    case.mesh.add_elements("tetrahedron", vertices.ids[cells]).classify(1)
+    found = case.verify()
+    assert found.is_sound and set(found.counts) == {"uncovered-side"}  # as there are no faces
+    np.testing.assert_array_equal(case.mesh.vertices.coordinates, points)
+    np.testing.assert_array_equal(case.mesh.regions.connectivity, cells + 1)
+    a, b, c, d = (points[cells[:, i]] for i in range(4))
+    volumes = np.einsum("ij,ij->i", np.cross(b - a, c - a), d - a) / 6
+    assert volumes.min() > 0 and volumes.sum() == pytest.approx(1)
+
+
+def test_ids_may_be_given(tetrahedron):
+    mesh = tetrahedron.mesh
+    added = mesh.add_vertices([[2, 2, 2], [3, 3, 3]], ids=[70, 60])
+    assert list(added.ids) == [70, 60] and mesh.vertices[60].point == (3, 3, 3)
+    assert mesh.add_vertex((0, 0, 0)).id == 71
+    assert mesh.add_vertex((0, 0, 0), id=99).id == 99
+
+
+@pytest.mark.parametrize("ids", [[1, 8], [8, 8], [0, 8], [8], [[8], [9]], [8.0, 9.0]])
+def test_ids_that_cannot_be_add_nothing(tetrahedron, ids):
+    with pytest.raises((ValueError, TypeError)):
+        tetrahedron.mesh.add_vertices([[2, 2, 2], [3, 3, 3]], ids=ids)
+    assert len(tetrahedron.mesh.vertices) == 4
+
+
+@pytest.mark.parametrize(
+    "kind, rows, text",
+    [
+        ("tetrahedron", [[1, 2, 3, 5]], "there is no mesh vertex 5"),
+        ("tetrahedron", [[1, 2, 3]], "vertices of tetrahedra are an array of n x 4 ids"),
+        ("tet", [[1, 2, 3, 4]], 'there is no kind of element "tet"'),
+    ],
+)
+def test_wrong_elements_add_nothing(tetrahedron, kind, rows, text):
+    with pytest.raises(ValueError, match=text):
+        tetrahedron.mesh.add_elements(kind, rows)
+    assert len(tetrahedron.mesh.regions) == 1
+
+
+def test_a_selection_knows_its_own(tetrahedron):
+    chosen = tetrahedron.mesh.vertices.select([3, 1])
+    assert [vertex.id for vertex in chosen] == [3, 1] and len(chosen) == 2
+    assert 1 in chosen and 2 not in chosen
+    with pytest.raises(KeyError, match="there is no mesh vertex 2 in this selection"):
+        chosen[2]
+    with pytest.raises(KeyError, match="there is no mesh vertex 9"):
+        tetrahedron.mesh.vertices.select([9])
