@@ -12,7 +12,7 @@ Vector(x=0.25, y=0.25, z=0.25)
 
 from collections.abc import MutableMapping as _MutableMapping
 
-from . import _core
+from . import _core, bridges
 from ._core import (
     Attributes,
     Mesh,
