@@ -127,7 +127,7 @@ install(FILES "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CONTRIBUT
               "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
         DESTINATION "${documentation}" COMPONENT documentation)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/Documentation" DESTINATION "${documentation}"
-        COMPONENT documentation FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
+        COMPONENT documentation FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.svg")
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/Cases" "${PROJECT_SOURCE_DIR}/Examples" DESTINATION "${documentation}"
         COMPONENT documentation PATTERN tests EXCLUDE PATTERN __pycache__ EXCLUDE)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/build/documentation/html" DESTINATION "${documentation}"

@@ -25,7 +25,8 @@ and a comment of its own runs what the page has no need to show, as a console bl
     -->
 
 A command line within the text, `ovrageo prepare --all` for instance, has to name a command and options that
-ovrageo knows. The tool is that of the variable OVRAGEO.
+ovrageo knows, and a path within it, `Prepare/Preparation.cpp` for instance, has to lead somewhere: in this tree, or
+below the library or the host. The tool is that of the variable OVRAGEO; OVRA_BUILD is the build whose library hosts are built with.
 """
 
 import argparse
@@ -47,6 +48,10 @@ SOURCES = ("Cases", "Documentation", "Examples", "Projects", "Scripts", "CMakePr
 BLOCK = re.compile(r"^(?P<indent> *)```(?P<language>\w*)\n(?P<text>.*?)^(?P=indent)```$|"
                    r"^<!-- (?P<remark>(?:file|needs|not run:) .*?) -->$|"
                    r"^<!-- run\n(?P<hidden>.*?)^-->$", re.MULTILINE | re.DOTALL)
+CODE = re.compile(r"(?<!`)`([^`\n]+)`(?!`)")
+PATH = re.compile(r"\w[\w.-]*(/[\w.-]+)+")
+PATHS_BELOW = ("Projects/GeometryTool", "Projects/GeometryDatabase")
+NO_FOLDERS = ("build", "out")  # made by commands
 INLINE = re.compile(r"(?<!`)`(ovrageo [^`]*)`(?!`)")
 
 
@@ -147,7 +152,8 @@ class Runner:
             os.symlink(os.path.join(ROOT, name), os.path.join(folder, name))
         tool = os.path.dirname(os.environ["OVRAGEO"])
         self.environment = dict(os.environ, PATH=os.pathsep.join([tool, TESTS, os.environ["PATH"]]),
-                                OVRA_PAGES_CASES=os.path.join(os.path.dirname(folder), "cases"))
+                                OVRA_PAGES_CASES=os.path.join(os.path.dirname(folder), "cases"),
+                                CMAKE_PREFIX_PATH=os.path.join(os.path.dirname(folder), "prefix"))
 
     def shell(self, script):
         """Exit code, and output with the errors behind it."""
@@ -161,10 +167,11 @@ class Runner:
         if name:
             with open(os.path.join(self.folder, name), "w", encoding="utf-8") as file:
                 file.write(block.text)
+            if block.language != "json":
+                return None
         action = getattr(self, "run_" + block.language, None)
-        if action is None and not name:
-            return "a block of the kind '%s' needs a remark why it is not run" % block.language
-        return action(block.text) if action else None
+        return action(block.text) if action else \
+            "a block of the kind '%s' needs a remark why it is not run" % block.language
 
     def run_sh(self, text):
         code, output = self.shell(text)
@@ -244,6 +251,15 @@ class InlineCommands:
         return "ovrageo %s has no option %s" % (words[1], ", ".join(unknown)) if unknown else None
 
 
+def missing_path(page, text):
+    """A path within a text whose first folder is there and that leads nowhere, or None."""
+    if not PATH.fullmatch(text) or "Name" in text or "NAME" in text or text.split("/")[0] in NO_FOLDERS:
+        return None
+    bases = [os.path.join(ROOT, folder) for folder in ("", os.path.dirname(page), *PATHS_BELOW)]
+    bases = [base for base in bases if os.path.isdir(os.path.join(base, text.split("/")[0]))]
+    return text if bases and not any(os.path.exists(os.path.join(base, text)) for base in bases) else None
+
+
 def missing_program(block):
     name = block.remark("needs")
     return name if name and not shutil.which(name) else None
@@ -258,6 +274,9 @@ def run_page(page, folder, counts):
         fault = inline.fault_of(" ".join(found[1].split()))
         if fault:
             faults.append("%s:%d: %s" % (page, text.count("\n", 0, found.start()) + 1, fault))
+    for found in CODE.finditer(text):
+        if missing_path(page, found[1]):
+            faults.append("%s:%d: there is no %s" % (page, text.count("\n", 0, found.start()) + 1, found[1]))
     for block in blocks_of(page, text):
         reason = block.remark("not run:") or missing_program(block)
         if reason:

@@ -67,6 +67,10 @@ class Pages(unittest.TestCase):
         self.check("<!-- run\n$ echo 7 > a.txt\n-->\n" + block("console", "$ cat a.txt\n7"))
         self.check("<!-- run\n$ false\n-->\n", "page:1: $ false\nended with the code 1")
 
+    def test_paths_within_texts(self):
+        self.check("`Prepare/Preparation.cpp`, `Cases/fan/fan.geo`, `Prepare/NameStep.h`, `a/b`, `out/a.png`")
+        self.check("a\n`Prepare/None.cpp`", "page:2: there is no Prepare/None.cpp")
+
     def test_commands_within_texts(self):
         self.check("`ovrageo prepare NAME -o X --all`, `ovrageo` and `ovrageo --help`")
         self.check("a\n`ovrageo prepare NAME\n--every`", "page:2: ovrageo prepare has no option --every")

@@ -43,6 +43,10 @@ class Check(unittest.TestCase):
         self.assertEqual(check({"index.html": '<img src="a.png">'}),
                          (1, ["index.html:1: dead link to 'a.png': there is no a.png"]))
 
+    def test_dead_drawing(self):
+        self.assertEqual(check({"index.html": '<object data="a.svg"></object>'}),
+                         (1, ["index.html:1: dead link to 'a.svg': there is no a.svg"]))
+
     def test_dead_anchor(self):
         self.assertEqual(check({"index.html": '<a href="#far">a</a>'}),
                          (1, ["index.html:1: dead link to '#far': there is no place 'far' in index.html"]))
@@ -71,6 +75,9 @@ class Filter(unittest.TestCase):
         self.assertEqual(filtered("# Cases\n[up](../README.md)", "Cases/README.md"),
                          "# Cases {#cases}\n[up](@ref index)")
 
+    def test_pictures(self):
+        self.assertEqual(filtered("![A b.](../sketches/c.svg)", "Documentation/Diff.md"), "![A b.](c.svg)")
+
     def test_classes(self):
         self.assertEqual(filtered("`Mesh` and `mesh`\n```\n`Mesh`\n```", "README.md"),
                          '<code>@ref Ovra::Geo::Mesh "Mesh"</code> and `mesh`\n```\n`Mesh`\n```')
@@ -94,6 +101,19 @@ class Site(unittest.TestCase):
                                  input=settings.read() + "\nINPUT = %s\nOUTPUT_DIRECTORY = %s" % (folder, folder))
         self.assertNotEqual(run.returncode, 0)
         self.assertIn("Member a() const (function) of class A is not documented", run.stderr)
+
+
+class Sketches(unittest.TestCase):
+
+    def test_are_as_drawn(self):
+        kept = os.path.join(ROOT, "Documentation", "sketches")
+        with tempfile.TemporaryDirectory() as drawn:
+            subprocess.run([sys.executable, "-B", os.path.join(kept, "draw.py"), drawn], check=True)
+            names = sorted(os.listdir(drawn))
+            self.assertEqual(names, sorted(name for name in os.listdir(kept) if name.endswith(".svg")))
+            for name in names:
+                with open(os.path.join(drawn, name)) as one, open(os.path.join(kept, name)) as other:
+                    self.assertEqual(one.read(), other.read(), name)
 
 
 if __name__ == "__main__":
