@@ -56,6 +56,13 @@ int shortened(qint64 value)
     return static_cast<int>(value);
 }
 
+void requireOneDimension(const py::array& array)
+{
+    if (array.ndim() != 1) {
+        throw py::value_error("ids are an array of one dimension");
+    }
+}
+
 std::vector<int> shortened(const Wholes& values)
 {
     std::vector<int> ids(static_cast<std::size_t>(values.size()));
@@ -194,10 +201,13 @@ std::vector<ModelEntity*> parentsFrom(const Model& model, const py::object& obje
 
 std::vector<int> Arrays::idsFrom(const py::object& object)
 {
-    const Wholes values = wholeArray(object);
-    if (values.ndim() != 1) {
-        throw py::value_error("ids are an array of one dimension");
+    if (py::isinstance<py::array_t<int>>(object)) { // the ids that were asked of a view
+        const auto ids = py::array_t<int, py::array::c_style>::ensure(object);
+        requireOneDimension(ids);
+        return {ids.data(), ids.data() + ids.size()};
     }
+    const Wholes values = wholeArray(object);
+    requireOneDimension(values);
     return shortened(values);
 }
 

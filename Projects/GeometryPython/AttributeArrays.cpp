@@ -51,7 +51,7 @@ Value wider(Value a, Value b)
     return has(Value::Real) ? Value::Real : has(Value::Integer) ? Value::Integer : Value::Boolean;
 }
 
-/// The kind of array that holds all values, whatever the rule says of them: a file may hold others.
+/// The kind of array that holds all values.
 Value commonKind(const Maps& maps, const AttributeType& type)
 {
     std::optional<Value> kind;
@@ -61,14 +61,12 @@ Value commonKind(const Maps& maps, const AttributeType& type)
             kind = kind ? wider(*kind, each) : each;
         }
     }
-    const Value ofRule = AttributeRule::of(type).value;
-    const bool isNumber =
-        ofRule == Value::Integer || ofRule == Value::Boolean || ofRule == Value::Real;
-    return kind.value_or(isNumber ? ofRule : Value::Real);
+    return kind.value_or(Value::Real);
 }
 
+/// Values of one kind in one walk; nothing if there are others among them.
 template <typename Number>
-py::tuple columnOf(const Maps& maps, const AttributeType& type)
+std::optional<py::tuple> columnOf(const Maps& maps, const AttributeType& type, Value kind)
 {
     const auto count = static_cast<py::ssize_t>(maps.size());
     py::array_t<Number> values(count);
@@ -77,10 +75,30 @@ py::tuple columnOf(const Maps& maps, const AttributeType& type)
     bool* isMissing = missing.mutable_data();
     for (const AttributeMap* const map : maps) {
         const QVariant found = map->value(type, {});
+        if (found.isValid() && wider(numberKind(found, type), kind) != kind) {
+            return std::nullopt;
+        }
         *isMissing++ = !found.isValid();
         *value++ = found.value<Number>();
     }
     return py::make_tuple(values, missing);
+}
+
+std::optional<py::tuple> columnOfKind(const Maps& maps, const AttributeType& type, Value kind)
+{
+    switch (kind) {
+    case Value::Boolean:
+        return columnOf<bool>(maps, type, kind);
+    case Value::Integer:
+        return columnOf<qlonglong>(maps, type, kind);
+    default:
+        return columnOf<double>(maps, type, kind);
+    }
+}
+
+bool isNumber(Value kind)
+{
+    return kind == Value::Integer || kind == Value::Boolean || kind == Value::Real;
 }
 
 /// Attributes whose single value is a sequence, so that one of those is no column of values.
@@ -197,14 +215,14 @@ bool setAtOnce(const std::vector<AttributeMap*>& maps, const AttributeType& type
 
 py::tuple AttributeArrays::values(const Maps& maps, const AttributeType& type)
 {
-    switch (commonKind(maps, type)) {
-    case Value::Boolean:
-        return columnOf<bool>(maps, type);
-    case Value::Integer:
-        return columnOf<qlonglong>(maps, type);
-    default:
-        return columnOf<double>(maps, type);
+    const Value ofRule = AttributeRule::of(type).value;
+    if (isNumber(ofRule)) {
+        if (const auto column = columnOfKind(maps, type, ofRule)) {
+            return *column;
+        }
     }
+    // Without a rule, or with a file that does not keep to it.
+    return *columnOfKind(maps, type, commonKind(maps, type));
 }
 
 void AttributeArrays::set(const std::vector<AttributeMap*>& maps, const AttributeType& type,

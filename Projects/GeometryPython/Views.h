@@ -6,6 +6,9 @@
 #include "Handles.h"
 #include "Values.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace Ovra::GeoPython
 {
 
@@ -64,36 +67,44 @@ bool contains(const View<Side>& view, const pybind11::object& object)
     }
 }
 
+/// \brief The entities of these ids; throws KeyError if one is not there.
+template <typename Side>
+std::vector<typename Side::Entity*> entitiesAt(const View<Side>& view, const std::vector<int>& ids)
+{
+    std::vector<typename Side::Entity*> entities;
+    entities.reserve(ids.size());
+    auto& container = Side::container(*view.state);
+    for (const int id : ids) {
+        entities.push_back(container.entity(view.dimension, id));
+        if (entities.back() == nullptr) {
+            throw pybind11::key_error("there is no " + entityText(Side::noun, view.dimension, id));
+        }
+    }
+    return entities;
+}
+
 /// \brief Those of \p ids, which must all be of \p view's case.
 template <typename Side>
 View<Side> select(const View<Side>& view, const pybind11::object& ids)
 {
-    View<Side> selected{view.state, view.dimension,
-                        std::make_shared<std::vector<int>>(Arrays::idsFrom(ids))};
-    auto& container = Side::container(*view.state);
-    for (const int id : *selected.selection) {
-        if (container.entity(view.dimension, id) == nullptr) {
-            throw pybind11::key_error("there is no " + entityText(Side::noun, view.dimension, id));
-        }
-    }
-    return selected;
+    auto selection = std::make_shared<std::vector<int>>(Arrays::idsFrom(ids));
+    entitiesAt(view, *selection);
+    return {view.state, view.dimension, std::move(selection)};
 }
 
-template <typename Side>
-std::vector<Geo::AttributeMap*> mapsOf(const View<Side>& view)
+template <typename Entity>
+std::vector<Geo::AttributeMap*> mapsOf(const std::vector<Entity*>& entities)
 {
-    std::vector<Geo::AttributeMap*> maps;
-    maps.reserve(view.count());
-    for (auto* const entity : view.entities()) {
-        maps.push_back(&entity->attributes());
-    }
+    std::vector<Geo::AttributeMap*> maps(entities.size());
+    std::transform(entities.begin(), entities.end(), maps.begin(),
+                   [](Entity* entity) { return &entity->attributes(); });
     return maps;
 }
 
 template <typename Side>
 pybind11::object attributeOf(const View<Side>& view, const pybind11::str& tag)
 {
-    const std::vector<Geo::AttributeMap*> maps = mapsOf(view);
+    const std::vector<Geo::AttributeMap*> maps = mapsOf(view.entities());
     const pybind11::tuple columns =
         AttributeArrays::values({maps.begin(), maps.end()}, attributeType(tag));
     return pybind11::module_::import("numpy.ma").attr("MaskedArray")(columns[0], columns[1]);
@@ -103,8 +114,8 @@ template <typename Side>
 void setAttribute(const View<Side>& view, const pybind11::str& tag, const pybind11::object& values,
                   const pybind11::object& ids)
 {
-    const View<Side> chosen = ids.is_none() ? view : select(view, ids);
-    AttributeArrays::set(mapsOf(chosen), attributeType(tag), values);
+    const auto entities = ids.is_none() ? view.entities() : entitiesAt(view, Arrays::idsFrom(ids));
+    AttributeArrays::set(mapsOf(entities), attributeType(tag), values);
 }
 
 /// \brief Adds the class of views of one side, and of walks over them, to \p module.
