@@ -59,6 +59,16 @@ public:
     }
 
     py::object pythonCase() const { return python_; }
+
+    /// Ahead of the interpreter's end.
+    void forgetPython()
+    {
+        python_ = {};
+        points_ = {};
+        connectivity_ = {};
+        ids_ = {};
+    }
+
     const py::array_t<double>& points() const { return points_; }
     const py::array_t<int>& connectivity() const { return connectivity_; }
     const py::array_t<int>& ids() const { return ids_; }
@@ -226,16 +236,27 @@ void registerAll()
 
 } // namespace
 
+/// As the one that the package is for: an interpreter within a program would take the first of the path.
+void startInterpreter()
+{
+    PyConfig config;
+    PyConfig_InitPythonConfig(&config);
+    PyConfig_SetBytesString(&config, &config.program_name, OVRAGEO_PYTHON);
+    Py_InitializeFromConfig(&config);
+    PyConfig_Clear(&config);
+}
+
 } // namespace Benchmarks
 
 int main(int argc, char** argv)
 {
     benchmark::Initialize(&argc, argv);
-    const py::scoped_interpreter interpreter;
+    Benchmarks::startInterpreter();
     py::module_::import("sys").attr("path").attr("insert")(0, OVRAGEO_PACKAGE);
     const auto made = std::make_unique<Benchmarks::Cases>();
     Benchmarks::cases = made.get();
     Benchmarks::registerAll();
     benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    made->forgetPython();
+    return Py_FinalizeEx();
 }
