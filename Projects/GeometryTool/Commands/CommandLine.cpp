@@ -37,7 +37,7 @@ std::string footer()
         text += code == ExitCode::Success ? " " : beginsLine ? ",\n" : ", ";
         text += std::to_string(static_cast<int>(code)) + " " + meaning;
     }
-    return text + ".";
+    return text + ".\nThose of diff: 0 equal, 1 different, 2 trouble.";
 }
 
 } // namespace
@@ -59,7 +59,8 @@ const std::vector<ExitMeaning>& exitMeanings()
 
 void setUpCommandLine(CLI::App& app, Progress& progress)
 {
-    app.description("Imports, examines, converts and prepares cases of the geometry database");
+    app.description(
+        "Imports, examines, compares, prepares, shows and exports cases of the geometry database");
     app.name("ovrageo");
     app.set_version_flag("--version", "ovrageo " OVRAGEO_VERSION);
     app.require_subcommand(0, 1); // parse() asks for one, so that a wrong word is told by name

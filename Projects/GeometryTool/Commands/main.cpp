@@ -4,11 +4,14 @@
 #include "ToolError.h"
 
 #include <QHashSeed>
+#include <QStringList>
 
 #include <CLI/CLI.hpp>
 #include <csignal>
 #include <cstdio>
 #include <new>
+#include <string>
+#include <vector>
 
 using namespace Ovra::GeoTool;
 
@@ -23,6 +26,46 @@ int fail(Progress& progress, ExitCode exitCode, QString text)
     return static_cast<int>(exitCode);
 }
 
+QString joined(const std::vector<std::string>& words, const QString& separator)
+{
+    QStringList list;
+    for (const std::string& word : words) {
+        list += QString::fromStdString(word);
+    }
+    return list.join(separator);
+}
+
+QString commandNames(const CLI::App& app)
+{
+    std::vector<std::string> names;
+    for (const CLI::App* command : app.get_subcommands({})) {
+        names.push_back(command->get_name());
+    }
+    return joined(names, QStringLiteral(", "));
+}
+
+/// CLI11 names arguments that are too many in reverse, and a word that is no command among them.
+QString textOf(const CLI::ParseError& error, const CLI::App& app)
+{
+    const std::vector<std::string> left = app.remaining(true);
+    if (!dynamic_cast<const CLI::ExtrasError*>(&error) || left.empty()) {
+        return QString::fromUtf8(error.what());
+    }
+    const QString first = QString::fromStdString(left.front());
+    if (app.get_subcommands().empty() && !first.startsWith(QLatin1Char('-'))) {
+        return QStringLiteral("there is no command \"%1\"; there are %2")
+            .arg(first, commandNames(app));
+    }
+    return QStringLiteral("not expected: ") + joined(left, QStringLiteral(" "));
+}
+
+QString whereHelpIs(const CLI::App& app)
+{
+    const std::vector<CLI::App*> commands = app.get_subcommands();
+    const std::string name = commands.empty() ? "" : commands.front()->get_name() + ' ';
+    return QStringLiteral("; see ovrageo %1--help").arg(QString::fromStdString(name));
+}
+
 int parse(CLI::App& app, Progress& progress, int argc, char** argv)
 {
     try {
@@ -33,12 +76,11 @@ int parse(CLI::App& app, Progress& progress, int argc, char** argv)
         if (error.get_exit_code() == 0) { // help or version
             return app.exit(error);
         }
-        return fail(progress, ExitCode::Usage,
-                    QString::fromUtf8(error.what()) + QStringLiteral("; see ovrageo --help"));
+        return fail(progress, ExitCode::Usage, textOf(error, app) + whereHelpIs(app));
     }
     if (app.get_subcommands().empty()) {
         return fail(progress, ExitCode::Usage,
-                    QStringLiteral("a subcommand is missing; see ovrageo --help"));
+                    QStringLiteral("a subcommand is missing") + whereHelpIs(app));
     }
     return static_cast<int>(ExitCode::Success);
 }

@@ -21,6 +21,19 @@ const QList<QStringList> readingCommands = {{"info"},
                                             {"text", "-o", "@"},
                                             {"solver-input", "-o", "@"}};
 
+QStringList commandsOfHelp()
+{
+    const QString help = QString::fromUtf8(runTool({"--help"}).output)
+                             .section("Subcommands:", 1)
+                             .section("Example:", 0, 0);
+    const QRegularExpression line("^  ([a-z-]+) ", QRegularExpression::MultilineOption);
+    QStringList commands;
+    for (const QRegularExpressionMatch& match : line.globalMatch(help)) {
+        commands += match.captured(1);
+    }
+    return commands;
+}
+
 } // namespace
 
 class TestToolErrors : public QObject
@@ -43,11 +56,17 @@ private slots:
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("word");
         QTest::newRow("nothing") << QStringList() << "subcommand";
-        QTest::newRow("unknown subcommand") << QStringList{"inform"} << "inform";
+        QTest::newRow("unknown subcommand")
+            << QStringList{"inform", "x", "-o", "y"}
+            << "error: there is no command \"inform\"; there are import, info, verify, convert, "
+               "text, "
+               "prepare, solver-input, export, report, diff, picture; see ovrageo --help\n";
+        QTest::newRow("empty subcommand") << QStringList{""} << "error: there is no command \"\"; ";
         QTest::newRow("unknown option") << QStringList{"--fast"} << "--fast";
         QTest::newRow("unknown option of info") << QStringList{"info", "x", "--xml"} << "--xml";
         QTest::newRow("no name") << QStringList{"info"} << "NAME";
-        QTest::newRow("two names") << QStringList{"info", "x", "y"} << "y";
+        QTest::newRow("two names") << QStringList{"info", "x", "y", "z"}
+                                   << "error: not expected: y z; see ovrageo info --help\n";
         QTest::newRow("no output") << QStringList{"convert", "x"} << "--output";
         QTest::newRow("no value") << QStringList{"convert", "x", "-o"} << "--output";
         QTest::newRow("unknown format")
@@ -96,9 +115,10 @@ private slots:
     void helpHasAnExampleForEachSubcommand_data()
     {
         QTest::addColumn<QString>("command");
-        for (const char* command :
-             {"info", "verify", "convert", "text", "solver-input", "import"}) {
-            QTest::newRow(command) << command;
+        const QStringList commands = commandsOfHelp();
+        QVERIFY(commands.contains("import") && commands.contains("diff"));
+        for (const QString& command : commands) {
+            QTest::newRow(qPrintable(command)) << command;
         }
     }
 
@@ -110,6 +130,13 @@ private slots:
         QVERIFY(run.output.contains("Example"));
         QVERIFY(run.output.contains(("  ovrageo " + command + ' ').toUtf8()));
         QCOMPARE(run.errors, QByteArray());
+    }
+
+    void helpTellsTheExitCodes()
+    {
+        const QByteArray help = runTool({"--help"}).output;
+        QVERIFY(help.contains("Exit codes: 0 done, 1 internal error, 2 usage, 3 input missing"));
+        QVERIFY(help.contains("Those of diff: 0 equal, 1 different, 2 trouble."));
     }
 
     void tellsTheVersion()

@@ -1,15 +1,12 @@
 #include "Places.h"
 #include "Progress.h"
+#include "Terminal.h"
 #include "TinyCase.h"
 #include "ToolRun.h"
 
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <array>
-#include <cerrno>
-#include <cstdlib>
-#include <cstring>
 #include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -18,56 +15,6 @@ using namespace Ovra::GeoTool;
 
 namespace
 {
-
-/// A terminal without a screen: what is printed on it can be read back.
-class Terminal
-{
-public:
-    Terminal()
-        : master_(posix_openpt(O_RDWR | O_NOCTTY))
-    {
-        if (master_ >= 0 && grantpt(master_) == 0 && unlockpt(master_) == 0) {
-            name_ = ptsname(master_);
-            slave_ =
-                open(name_.constData(), O_RDWR | O_NOCTTY); // keeps the text when the tool is gone
-        }
-        if (slave_ < 0) {
-            failure_ = std::strerror(errno);
-        }
-    }
-
-    ~Terminal()
-    {
-        close(slave_);
-        close(master_);
-    }
-
-    Terminal(const Terminal&) = delete;
-    Terminal& operator=(const Terminal&) = delete;
-
-    QString name() const { return QString::fromLocal8Bit(name_); }
-
-    /// Why there is no terminal; empty where there is one.
-    QByteArray failure() const { return failure_; }
-
-    QByteArray text() const
-    {
-        fcntl(master_, F_SETFL, O_NONBLOCK);
-        std::array<char, 4096> buffer;
-        QByteArray text;
-        ssize_t size = 0;
-        while ((size = read(master_, buffer.data(), buffer.size())) > 0) {
-            text.append(buffer.data(), size);
-        }
-        return text;
-    }
-
-private:
-    int master_;
-    int slave_ = -1;
-    QByteArray name_;
-    QByteArray failure_;
-};
 
 /// Standard error of this process on a terminal, as long as the object lives.
 class StandardErrorOn
@@ -94,13 +41,6 @@ private:
     int before_;
 };
 
-/// Why no terminal can be had, as in a container without /dev/pts; empty where one can.
-QByteArray obstacle()
-{
-    const QByteArray reason = Terminal().failure();
-    return reason.isEmpty() ? reason : "no pseudo-terminal can be had here: " + reason;
-}
-
 } // namespace
 
 class TestToolProgress : public QObject
@@ -115,11 +55,15 @@ private slots:
         QVERIFY(tiny.save(path("tiny")));
     }
 
+    void init()
+    {
+        if (!Terminal::obstacle().isEmpty()) {
+            QSKIP(Terminal::obstacle().constData());
+        }
+    }
+
     void showsPhasesOnATerminalAndErasesThem()
     {
-        if (!obstacle().isEmpty()) {
-            QSKIP(obstacle().constData());
-        }
         const QByteArray text = printed({"solver-input", path("tiny"), "-o", path("out")});
         QVERIFY(text.contains("\r\033[Kreading tiny.geo_model"));
         QVERIFY(text.contains("\r\033[Kreading tiny.geo_mesh"));
@@ -131,9 +75,6 @@ private slots:
 
     void isSilentWhenTold()
     {
-        if (!obstacle().isEmpty()) {
-            QSKIP(obstacle().constData());
-        }
         QCOMPARE(printed({"solver-input", path("tiny"), "-o", path("out"), "--quiet"}),
                  QByteArray());
     }
@@ -148,9 +89,6 @@ private slots:
 
     void countsTheSecondsOfAPhaseThatSaysNothing()
     {
-        if (!obstacle().isEmpty()) {
-            QSKIP(obstacle().constData());
-        }
         const Terminal terminal;
         const StandardErrorOn on(terminal);
         Progress progress;
@@ -167,9 +105,6 @@ private slots:
 
     void goesOnCountingAfterAWarning()
     {
-        if (!obstacle().isEmpty()) {
-            QSKIP(obstacle().constData());
-        }
         const Terminal terminal;
         const StandardErrorOn on(terminal);
         Progress progress;
@@ -182,9 +117,6 @@ private slots:
 
     void countsWhileStandardErrorIsElsewhere()
     {
-        if (!obstacle().isEmpty()) {
-            QSKIP(obstacle().constData());
-        }
         const Terminal terminal;
         const Terminal elsewhere;
         const StandardErrorOn on(terminal);
@@ -198,9 +130,6 @@ private slots:
 
     void givesWayToAResultOnStandardOutput()
     {
-        if (!obstacle().isEmpty()) {
-            QSKIP(obstacle().constData());
-        }
         const Terminal terminal;
         const StandardErrorOn on(terminal);
         Progress progress;
@@ -217,9 +146,6 @@ private slots:
 
     void leavesItsLineToACopyOfTheProcess()
     {
-        if (!obstacle().isEmpty()) {
-            QSKIP(obstacle().constData());
-        }
         const Terminal terminal;
         const StandardErrorOn on(terminal);
         Progress progress;
@@ -241,9 +167,6 @@ private slots:
 
     void erasesTheLineOfAnImportThatFails()
     {
-        if (!obstacle().isEmpty()) {
-            QSKIP(obstacle().constData());
-        }
         QFile input(path("broken.stl"));
         QVERIFY(input.open(QIODevice::WriteOnly) && input.write("solid broken") > 0);
         input.close();
@@ -254,9 +177,6 @@ private slots:
 
     void theErrorLineStandsAlone()
     {
-        if (!obstacle().isEmpty()) {
-            QSKIP(obstacle().constData());
-        }
         const QByteArray text = printed({"info", path("none")});
         QVERIFY2(text.endsWith("ovrageo: error: cannot read " + path("none.geo_model").toUtf8() +
                                ": no such file\r\n"),

@@ -78,7 +78,7 @@ private slots:
             << QByteArray("a .vtp file is not written in parts; those that are: .vtu, .pvtu");
         QTest::newRow("interfaces alone")
             << QStringList{"-o", "x.vtu", "--keep-interfaces"} << 2
-            << QByteArray("--keep-interfaces requires --parts; see ovrageo --help\n");
+            << QByteArray("--keep-interfaces requires --parts; see ovrageo export --help\n");
         QTest::newRow("more than elements")
             << QStringList{"-o", path("x.vtu"), "--parts", "1000"} << 6
             << QByteArray("cannot cut 96 elements in 1000 parts\n");
