@@ -6,6 +6,8 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace Ovra::GeoTool
 {
 
@@ -69,6 +71,27 @@ void OutputCheck::requireFile(const QString& output, const QStringList& inputs)
 {
     requireName(namesFile(output), output, QStringLiteral("file"));
     requireSpared({output}, inputs);
+}
+
+void OutputCheck::requireSuffix(const QString& output, const QStringList& suffixes)
+{
+    const bool fits = std::any_of(suffixes.begin(), suffixes.end(), [&](const QString& suffix) {
+        return output.endsWith(suffix, Qt::CaseInsensitive);
+    });
+    if (!fits && !isDevice(output)) {
+        throw ToolError(ExitCode::Usage, QStringLiteral("the output %1 must have the suffix %2")
+                                             .arg(output, suffixes.join(QStringLiteral(" or "))));
+    }
+}
+
+void OutputCheck::requireNoTerminal(const QString& output)
+{
+    if (OutputFiles::isTerminal(output)) {
+        throw ToolError(ExitCode::Usage,
+                        QStringLiteral("cannot write to %1: it is a terminal, and the file is no "
+                                       "text; name a file to write")
+                            .arg(output));
+    }
 }
 
 void OutputCheck::requireCase(const CaseFiles& output, const QStringList& inputs)

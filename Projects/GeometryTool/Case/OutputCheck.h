@@ -17,6 +17,14 @@ public:
     /// \brief Refuses a single file, which may be a device or a pipe.
     static void requireFile(const QString& output, const QStringList& inputs);
 
+    /// \brief Refuses a file that would tell another format by its suffix than it has; a device, a
+    /// pipe and standard output need none.
+    /// \param suffixes with their dots, in lower case
+    static void requireSuffix(const QString& output, const QStringList& suffixes);
+
+    /// \brief Refuses a terminal, which bytes that are no text leave in disorder.
+    static void requireNoTerminal(const QString& output);
+
     /// \brief Refuses a case, whose two files no device can take, that is made from \p inputs.
     static void requireCase(const CaseFiles& output, const QStringList& inputs);
 

@@ -303,6 +303,19 @@ bool OutputFiles::isDeviceOrPipe(const QString& path)
     return info.exists() && !info.isFile() && !info.isDir();
 }
 
+bool OutputFiles::isTerminal(const QString& path)
+{
+    if (isStandardOutput(path)) {
+        return isatty(STDOUT_FILENO) == 1;
+    }
+    std::error_code error; // where there is nothing
+    const bool isDevice = std::filesystem::is_character_file(toPath(path), error);
+    const Descriptor device(
+        isDevice ? open(QFile::encodeName(path).constData(), O_RDONLY | O_NOCTTY | O_NONBLOCK)
+                 : -1);
+    return device.isOpen() && isatty(device.number()) == 1;
+}
+
 QString OutputFiles::unfinished(const QString& first, const QString& second)
 {
     return TemporaryName::unfinished(targetOf(first), targetOf(second));

@@ -48,6 +48,9 @@ public:
     /// \brief True for an existing file that is neither a regular one nor a directory.
     static bool isDeviceOrPipe(const QString& path);
 
+    /// \brief True for a terminal, and for standard output where that is one.
+    static bool isTerminal(const QString& path);
+
     /// \brief True if \p path leads to the existing file \p other, through whatever links.
     static bool replaces(const QString& path, const QString& other);
 

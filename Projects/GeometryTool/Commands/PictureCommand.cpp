@@ -83,10 +83,12 @@ void run(const Options& options, Progress& progress)
 {
     const PictureOptions picture =
         pictureOptions(options); // wrong arguments are told before a load
-    const PictureModule module;
     CaseFiles source(QString::fromStdString(options.name));
     const QString output = QString::fromStdString(options.output);
     OutputCheck::requireFile(output, source.paths());
+    OutputCheck::requireSuffix(output, {QStringLiteral(".png")});
+    OutputCheck::requireNoTerminal(output);
+    const PictureModule module;
     const QByteArray bytes = drawn(module, picture, source, progress);
     OutputFiles files;
     files.add(output).write(bytes);
@@ -96,7 +98,8 @@ void run(const Options& options, Progress& progress)
 void addOptions(CLI::App& command, Options& options)
 {
     command.add_option("NAME", options.name, "The case, with or without a suffix")->required();
-    command.add_option("-o,--output", options.output, "The PNG file to write")
+    command
+        .add_option("-o,--output", options.output, "The PNG file to write; - for standard output")
         ->type_name("FILE.png")
         ->required();
     command

@@ -28,14 +28,12 @@ struct Options
 void requireOutput(const Options& options)
 {
     const QString output = QString::fromStdString(options.output);
-    if (OutputFiles::isStandardOutput(output)) {
-        return;
-    }
     QStringList inputs = CaseFiles(QString::fromStdString(options.name)).paths();
     if (options.before) {
         inputs += CaseFiles(QString::fromStdString(*options.before)).paths();
     }
     OutputCheck::requireFile(output, inputs);
+    OutputCheck::requireSuffix(output, {QStringLiteral(".html"), QStringLiteral(".htm")});
 }
 
 void run(const Options& options, Progress& progress)
@@ -54,6 +52,7 @@ void run(const Options& options, Progress& progress)
         changes = before->changesTo(database);
     }
     const QByteArray page = report.page(source, database, changes, progress);
+    progress.finish();
     OutputFiles files;
     files.add(QString::fromStdString(options.output)).write(page);
     files.commit();

@@ -159,6 +159,8 @@ private slots:
                  (QJsonArray{patch(2, 1, 1), patch(2, 2, 1)}));
         QCOMPARE(report.at("surfaces/lines").toArray().size(), 3);
         QCOMPARE(report.at("surfaces/lines/1/segments").toInt(), 2);
+        QCOMPARE(report.at("surfaces/lines/0/faces").toArray(), (QJsonArray{1, 2}));
+        QCOMPARE(report.at("surfaces/lines/1/faces").toArray(), QJsonArray{1});
     }
 
     void leavesOutWhatHasNoPlace()
@@ -250,7 +252,30 @@ private slots:
         const ToolRun run = runTool(QStringList{"report", "-o", path(output)} + arguments);
         QCOMPARE(run.exitCode, 2);
         QVERIFY(isOneErrorLine(run.errors));
+        QVERIFY2(run.errors.contains(" is the input "), run.errors.constData());
         QCOMPARE(contentOf(path(output)), before);
+    }
+
+    void takesTheSuffixesOfPages_data()
+    {
+        QTest::addColumn<QString>("output");
+        QTest::addColumn<int>("exitCode");
+        QTest::newRow("html") << "page.HTML" << 0;
+        QTest::newRow("htm") << "page.htm" << 0;
+        QTest::newRow("other") << "page.txt" << 2;
+        QTest::newRow("none") << "page" << 2;
+    }
+
+    void takesTheSuffixesOfPages()
+    {
+        QFETCH(QString, output);
+        QFETCH(int, exitCode);
+        const ToolRun run = runTool({"report", path("closed"), "-o", path(output)});
+        QCOMPARE(run.exitCode, exitCode);
+        QCOMPARE(run.errors, exitCode == 0 ? QByteArray()
+                                           : "ovrageo: error: the output " + path(output).toUtf8() +
+                                                 " must have the suffix .html or .htm\n");
+        QCOMPARE(QFile::exists(path(output)), exitCode == 0);
     }
 
     void tellsOfAMissingCaseBefore()
