@@ -1,13 +1,12 @@
 #include "EntityTable.h"
 
+#include "AdjacentIds.h"
 #include "AttributeText.h"
 #include "CaseSummary.h"
 #include "CaseView.h"
 #include "ModelEntity.h"
 
 #include <QJsonObject>
-
-#include <algorithm>
 
 namespace Ovra::GeoTool
 {
@@ -34,17 +33,8 @@ QJsonArray attributesJson(const AttributeMap& attributes)
 
 QJsonArray boundsJson(const ModelEntity& entity, int bodyDimension)
 {
-    std::vector<int> ids;
-    for (int i = 0; entity.dimension() < bodyDimension && i < entity.adjacencyCount(bodyDimension);
-         ++i) {
-        ids.push_back(entity.adjacencyAt(bodyDimension, i)->id());
-    }
-    std::sort(ids.begin(), ids.end());
-    QJsonArray array;
-    for (const int id : ids) {
-        array.append(id);
-    }
-    return array;
+    return entity.dimension() < bodyDimension ? adjacentIdsJson(entity, bodyDimension)
+                                              : QJsonArray();
 }
 
 double measureOf(const ModelEntity& entity, const CaseSummary& summary)

@@ -1,5 +1,6 @@
 #include "SurfaceData.h"
 
+#include "AdjacentIds.h"
 #include "Box.h"
 #include "CaseView.h"
 #include "ModelEntity.h"
@@ -162,6 +163,7 @@ QJsonArray writeLines(const std::vector<CaseSurface::Line>& lines, IndexWriter& 
     for (const CaseSurface::Line& line : lines) {
         QJsonObject json = entityJson(line.entity);
         json.insert("segments", static_cast<qint64>(line.ends.size() / 2));
+        json.insert("faces", adjacentIdsJson(*line.entity, 2));
         array.append(json);
         writer.write(line.ends);
     }

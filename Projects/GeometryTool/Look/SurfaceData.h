@@ -13,9 +13,9 @@ namespace Ovra::GeoTool
 ///
 /// The head has `origin`, which all positions are relative to; `vertices`, the number of positions;
 /// `patches`, each with `dimension` and `id` of its entity (null where it has none), the numbers of
-/// `triangles` and `quadrilaterals`, and those `leftOut`; `lines`, each with `dimension`, `id` and
-/// the number of `segments`. The indices stand patch by patch, triangles before quadrilaterals, then
-/// line by line.
+/// `triangles` and `quadrilaterals`, and those `leftOut`; `lines`, each with `dimension`, `id`,
+/// the number of `segments` and the ids of its `faces`. The indices stand patch by patch, triangles
+/// before quadrilaterals, then line by line.
 ///
 /// Within a patch the polygons stand along a Morton curve through their middles, and vertices have
 /// their numbers in the order of their first use. Both blocks hold the lowest bytes of all their

@@ -18,6 +18,39 @@ namespace
 
 const QString hostile = QStringLiteral("</script><img src=x onerror=\"alert('1')\">");
 
+MeshEntity* vertexAt(Mesh& mesh, const Vector& point)
+{
+    auto vertices = mesh.iterator(0);
+    while (vertices.hasNext()) {
+        MeshEntity* const vertex = vertices.next().value();
+        if ((vertex->centroid() - point).length() < 1e-9) {
+            return vertex;
+        }
+    }
+    return nullptr;
+}
+
+MeshEntity* addElement(Mesh& mesh, int dimension, const QList<Vector>& points)
+{
+    MeshEntity* const element = MeshEntity::create(dimension);
+    for (const Vector& point : points) {
+        element->addAdjacency(vertexAt(mesh, point));
+    }
+    mesh.add(element);
+    return element;
+}
+
+/// An edge of the first region, and a mesh face over one of its sides that stands on nothing.
+void addEdgeAndLooseFace(GridMesh& grid)
+{
+    auto* const edge = new ModelEdge;
+    grid.model()->add(edge);
+    ClosedCase::link(edge, grid.model()->entity(3, 1)->adjacencyAt(2, 0));
+    edge->addChild(addElement(*grid.mesh(), 1, {Vector(0, 0, 0), Vector(0, 1, 0)}));
+    addElement(*grid.mesh(), 2, {Vector(0, 0, 0), Vector(0, 1, 0), Vector(0, 1, 1)});
+    grid.mesh()->setUpwardAdjacencies();
+}
+
 /// A fluid and a solid cube side by side, all of whose faces have the name of a villain.
 bool saveTwoCubes(const QString& path)
 {
@@ -27,6 +60,7 @@ bool saveTwoCubes(const QString& path)
     }
     grid.database()->model()->entity(3, 1)->setName(QStringLiteral("air"));
     grid.database()->model()->entity(3, 2)->setName(QStringLiteral("chip"));
+    addEdgeAndLooseFace(grid);
     return PreparationCase::save(*grid.database(), path);
 }
 
@@ -92,6 +126,16 @@ private slots:
         QVERIFY(seen_["hidingChanges"].toBool());
         QVERIFY(seen_["showingRestores"].toBool());
     }
+
+    void whatStandsOnNothingCanBeHiddenToo()
+    {
+        QCOMPARE(seen_["listed"].toArray(), (QJsonArray{"air", "chip", "On no region or face"}));
+        QVERIFY(seen_["loose"].toString().startsWith(
+            QStringLiteral("On no region or face\nPolygons\n1\n")));
+        QVERIFY(seen_["hidingLooseChanges"].toBool());
+    }
+
+    void nothingStaysWhereAllIsHidden() { QVERIFY(seen_["emptyWhenHidden"].toBool()); }
 
     void cuttingChangesThePicture() { QVERIFY(seen_["cuttingChanges"].toBool()); }
 

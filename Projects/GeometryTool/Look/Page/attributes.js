@@ -21,6 +21,7 @@ export function showAttributes(section, { info }) {
         { head: "attribute", cell: ([tag]) => tag },
         {
             head: "on",
+            isLong: true,
             cell: ([, on]) => [
                 ...countsText("model", on.model, on.modelEntities), ...countsText("mesh", on.mesh, on.meshEntities),
             ].join(", "),

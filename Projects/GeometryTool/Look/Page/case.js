@@ -11,7 +11,20 @@ export function readCase() {
     data.bodies = data.entities.filter((entity) => entity.dimension === data.bodyDimension);
     data.boundaries = data.entities.filter((entity) => entity.dimension < data.bodyDimension);
     data.find = finder(data.entities);
+    data.loose = looseOf(data);
+    data.all = data.loose ? [...data.entities, data.loose] : data.entities;
+    data.entityOf = (part) => data.find(part.dimension, part.id) ?? (isPatch(part) ? data.loose : undefined);
     return data;
+}
+
+export const isPatch = (part) => "triangles" in part;
+
+/** One entry for all patches that stand on no region or face, so that they can be named and hidden; null without any. */
+function looseOf(data) {
+    const patches = data.surfaces.patches.filter((patch) => !data.find(patch.dimension, patch.id));
+    const polygons = patches.reduce((sum, patch) => sum + patch.triangles + patch.quadrilaterals + patch.leftOut, 0);
+    const name = `On no ${kinds[data.bodyDimension]} or ${kinds[data.bodyDimension - 1]}`;
+    return polygons > 0 ? { dimension: null, id: null, name, polygons, bounds: [], attributes: [] } : null;
 }
 
 const keyOf = (dimension, id) => `${dimension}/${id}`;

@@ -57,7 +57,8 @@ function entityTable(rows, select) {
 
 const twinKey = (twin) => [twin.relation, twin.dimension, twin.id, twin.originalId].join("/");
 
-function twinTable(data, twins, select) {
+/** What stands for the two sides of something: made by a preparation, or a shell's faces. */
+export function twinTable(data, twins, select) {
     const entityOf = (twin, id, name) => {
         const entity = data.find(twin.dimension, id);
         return entity ? nameButton(entity, select) : name;

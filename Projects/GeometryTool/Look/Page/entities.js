@@ -26,7 +26,7 @@ const commonColumns = (dimension, select) => [
     { head: measureNames[dimension], isNumber: true, cell: (entity) => measure(entity.measure) },
 ];
 
-const attributeColumn = { head: "attributes", cell: attributesText };
+const attributeColumn = { head: "attributes", isLong: true, cell: attributesText };
 
 export function showBodies(section, data, select) {
     if (data.bodies.length === 0) {
@@ -48,6 +48,6 @@ export function showBoundaries(section, data, select) {
         .map((id) => data.find(data.bodyDimension, id)).filter(Boolean).map(titleOf).join(", ");
     title(section, capital(kindsOf[dimension]));
     section.append(table(capital(kindsOf[dimension]), [
-        ...commonColumns(dimension, select), { head: "bounds", cell: bodiesOf }, attributeColumn,
+        ...commonColumns(dimension, select), { head: "bounds", isLong: true, cell: bodiesOf }, attributeColumn,
     ], data.boundaries, filterText));
 }

@@ -50,7 +50,7 @@ async function start() {
     let panel = null;
     const select = (entity) => panel?.selectFromTable(entity);
     const goTo = (point) => panel?.goTo(point);
-    showOverview(byId("overview"), data);
+    showOverview(byId("overview"), data, select);
     showChanges(byId("changes"), data, select);
     showFindings(byId("findings"), data, goTo);
     showBodies(byId("bodies"), data, select);

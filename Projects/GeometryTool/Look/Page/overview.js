@@ -1,8 +1,11 @@
 // What `ovrageo info` tells of a case as a whole.
 
 import { kindsOf } from "./case.js";
+import { twinTable } from "./changes.js";
 import { counted, element, measure, place } from "./dom.js";
 import { facts, table, title } from "./tables.js";
+
+const number = (value) => value.toLocaleString("en");
 
 const fileText = (file) => `${file.path}, ${counted(file.bytes, "byte")}, format ${file.formatName}, version ${file.version}`;
 
@@ -24,35 +27,42 @@ function spaceText(info) {
 function countsTable(info) {
     return table("Entities", [
         { head: "", cell: (row) => kindsOf[row.dimension] },
-        { head: "model", isNumber: true, cell: (row) => row.model.count.toLocaleString("en") },
-        { head: "mesh", isNumber: true, cell: (row) => row.mesh.count.toLocaleString("en") },
-        { head: "kinds", cell: (row) => kindsText(row.mesh.kinds) },
+        { head: "model", isNumber: true, cell: (row) => number(row.model.count) },
+        { head: "id gaps", isNumber: true, cell: (row) => number(row.model.idGaps) },
+        { head: "mesh", isNumber: true, cell: (row) => number(row.mesh.count) },
+        { head: "id gaps", isNumber: true, cell: (row) => number(row.mesh.idGaps) },
+        { head: "no parent", isNumber: true, cell: (row) => number(row.mesh.unclassified) },
+        { head: "other dim.", isNumber: true, cell: (row) => number(row.mesh.onOtherDimension) },
+        { head: "kinds", isLong: true, cell: (row) => kindsText(row.mesh.kinds) },
     ], info.dimensions);
 }
 
 const kindsText = (kinds) =>
-    Object.entries(kinds).map(([kind, count]) => `${count.toLocaleString("en")} ${kind}`).join(", ");
+    Object.entries(kinds).map(([kind, count]) => `${number(count)} ${kind}`).join(", ");
 
 function materialsTable(info) {
     return table("Materials", [
         { head: "type", cell: (row) => row.type ?? "none" },
         { head: "id", isNumber: true, cell: (row) => row.id ?? "none" },
-        { head: info.is3d ? "regions" : "faces", isNumber: true, cell: (row) => row.modelEntities.toLocaleString("en") },
-        { head: "elements", isNumber: true, cell: (row) => row.elements.toLocaleString("en") },
+        { head: info.is3d ? "regions" : "faces", isNumber: true, cell: (row) => number(row.modelEntities) },
+        { head: "elements", isNumber: true, cell: (row) => number(row.elements) },
     ], info.materials);
 }
 
-export function showOverview(section, { info }) {
+export function showOverview(section, data, select) {
+    const { info, before } = data;
     title(section, "Overview");
     section.append(
         facts([
             ["Case", info.case],
             ["Space", spaceText(info)],
+            ["Coordinate system", String(info.coordinateSystem)],
             ["Mesh box", boxText(info.meshBox)],
             ["Model box", boxText(info.modelBox)],
             ["Model file", fileText(info.modelFile)],
             ["Mesh file", fileText(info.meshFile)],
-            info.refinementRegions > 0 ? ["Refinement", counted(info.refinementRegions, "region")] : null,
+            ["Refinement", counted(info.refinementRegions, "region")],
         ]),
-        element("div", { class: "side-by-side" }, countsTable(info), materialsTable(info)));
+        element("div", { class: "side-by-side" }, countsTable(info), materialsTable(info)),
+        !before && info.twins.length > 0 ? twinTable(data, info.twins, select) : "");
 }

@@ -1,6 +1,6 @@
 // What stands beside the view: how it is shown, what is shown, and what was clicked.
 
-import { kinds, materialOf, titleOf } from "./case.js";
+import { isPatch, kinds, materialOf, titleOf } from "./case.js";
 import { colourScale, neutral } from "./colours.js";
 import { Controls } from "./controls.js";
 import { byId, counted, element, measure, place } from "./dom.js";
@@ -36,7 +36,7 @@ export class Panel {
 
     dress({ colourBy, seesThroughFluid }) {
         const valueOf = {
-            boundary: (part) => this.data.find(part.dimension, part.id),
+            boundary: (part) => this.data.entityOf(part),
             body: (part) => this.bodyOf(part),
             material: (part) => this.bodyOf(part) && materialOf(this.bodyOf(part)),
         }[colourBy];
@@ -63,7 +63,7 @@ export class Panel {
             hits.every((hit, i) => hit.patch === this.clicks.hits[i].patch);
         this.clicks = { hits, next: same ? (this.clicks.next + 1) % hits.length : 0 };
         const hit = hits[this.clicks.next];
-        this.select(hit ? this.data.find(hit.patch.dimension, hit.patch.id) ?? null : null, hit?.place);
+        this.select(hit ? this.data.entityOf(hit.patch) : null, hit?.place);
     }
 
     selectFromTable(entity) {
@@ -85,9 +85,8 @@ export class Panel {
     }
 
     isPartOf(part, entity) {
-        const isItself = part.dimension === entity.dimension && part.id === entity.id;
-        const isPatch = "triangles" in part;
-        return isItself || (isPatch && this.visibility.bodiesOf(part).includes(entity));
+        const isItself = this.data.entityOf(part) === entity;
+        return isItself || (isPatch(part) && this.visibility.bodiesOf(part).includes(entity));
     }
 
     invitation() {
@@ -95,15 +94,8 @@ export class Panel {
     }
 
     facts(entity, at) {
-        const bounds = entity.bounds.map((id) => this.data.find(this.data.bodyDimension, id)).filter(Boolean);
         const rows = [
-            ["Name", entity.name || "none"],
-            ["Kind", `${kinds[entity.dimension]} ${entity.id}`],
-            entity.tag && entity.tag !== entity.name ? ["In the input", entity.tag] : null,
-            entity.dimension === this.data.bodyDimension ? ["Material", materialOf(entity)] : null,
-            bounds.length > 0 ? ["Bounds", bounds.map(titleOf).join(", ")] : null,
-            ["Elements", entity.elements.toLocaleString("en")],
-            [measureNames[entity.dimension], measure(entity.measure)],
+            ...(entity === this.data.loose ? [["Polygons", entity.polygons.toLocaleString("en")]] : this.rows(entity)),
             at ? ["Clicked at", place(at)] : null,
             ...entity.attributes.filter(([tag]) => !tag.startsWith("material_")),
         ];
@@ -116,12 +108,27 @@ export class Panel {
         ];
     }
 
+    rows(entity) {
+        const bounds = entity.bounds.map((id) => this.data.find(this.data.bodyDimension, id)).filter(Boolean);
+        return [
+            ["Name", entity.name || "none"],
+            ["Kind", `${kinds[entity.dimension]} ${entity.id}`],
+            entity.tag && entity.tag !== entity.name ? ["In the input", entity.tag] : null,
+            entity.dimension === this.data.bodyDimension ? ["Material", materialOf(entity)] : null,
+            bounds.length > 0 ? ["Bounds", bounds.map(titleOf).join(", ")] : null,
+            ["Elements", entity.elements.toLocaleString("en")],
+            [measureNames[entity.dimension], measure(entity.measure)],
+        ];
+    }
+
     buttons(entity) {
-        const others = this.data.entities.filter((other) => other.dimension === entity.dimension && other !== entity);
+        const { all, loose } = this.data;
+        const isAlike = (other) => other.dimension === entity.dimension || other === loose || entity === loose;
+        const others = all.filter((other) => other !== entity && isAlike(other));
         return element("div", { class: "buttons" },
             element("button", { type: "button", onclick: () => this.visibility.hide([entity], true) }, "Hide"),
             element("button", { type: "button", onclick: () => this.visibility.hide(others, true) }, "Hide all others"),
-            element("button", { type: "button", onclick: () => this.visibility.hide(this.data.entities, false) }, "Show all"));
+            element("button", { type: "button", onclick: () => this.visibility.hide(all, false) }, "Show all"));
     }
 }
 

@@ -10,7 +10,8 @@ export function title(section, text) {
 }
 
 /**
- * @param columns objects with `head`, `cell`, which makes the content of a row's cell, and `isNumber`
+ * @param columns objects with `head`, `cell`, which makes the content of a row's cell, `isNumber`, and `isLong`, of
+ * texts that need some width
  * @param filterBy makes the text of a row that a filter looks through; without it there is no filter
  */
 export function table(caption, columns, rows, filterBy = null) {
@@ -22,7 +23,7 @@ export function table(caption, columns, rows, filterBy = null) {
         const left = fitting.length - shownRows;
         rest.textContent = left > 0 ? `${counted(left, "more row")} not shown` : "";
     };
-    const heads = columns.map(({ head, isNumber }) => element("th", { scope: "col", class: isNumber && "number" }, head));
+    const heads = columns.map((column) => element("th", { scope: "col", class: classOf(column) }, column.head));
     show("");
     return element("div", {},
         filterBy && rows.length > 10 ? filterBox(caption, show) : null,
@@ -40,8 +41,10 @@ function filterBox(caption, show) {
     return input;
 }
 
+const classOf = ({ isNumber, isLong }) => (isNumber ? "number" : isLong && "long");
+
 function tableRow(columns, row) {
-    return element("tr", {}, columns.map(({ cell, isNumber }) => element("td", { class: isNumber && "number" }, cell(row))));
+    return element("tr", {}, columns.map((column) => element("td", { class: classOf(column) }, column.cell(row))));
 }
 
 /** Terms and what they are. */

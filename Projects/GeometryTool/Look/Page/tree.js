@@ -23,17 +23,15 @@ export class EntityTree {
         this.rows = [];
         const fits = (entity) => titleOf(entity).toLowerCase().includes(wanted);
         this.list.replaceChildren(...(wanted
-            ? this.data.entities.filter(fits).slice(0, 200).map((entity) => this.item(entity))
+            ? this.data.all.filter(fits).slice(0, 200).map((entity) => this.item(entity))
             : this.wholeTree()));
         this.update();
     }
 
     wholeTree() {
-        const isLoose = (entity) => entity.bounds.length === 0;
-        return [
-            ...this.data.bodies.map((body) => this.branch(body)),
-            ...this.data.boundaries.filter(isLoose).map((entity) => this.item(entity)),
-        ];
+        const boundNothing = this.data.boundaries.filter((entity) => entity.bounds.length === 0);
+        const others = this.data.loose ? [...boundNothing, this.data.loose] : boundNothing;
+        return [...this.data.bodies.map((body) => this.branch(body)), ...others.map((entity) => this.item(entity))];
     }
 
     branch(body) {

@@ -23,7 +23,7 @@ export class Visibility extends EventTarget {
 
     /** The regions whose boundary a patch or line is, or is itself a part of. */
     bodiesOf(part) {
-        const entity = this.data.find(part.dimension, part.id);
+        const entity = this.data.entityOf(part);
         if (!entity) {
             return [];
         }
@@ -34,7 +34,10 @@ export class Visibility extends EventTarget {
     }
 
     isShown(part) {
-        const entity = this.data.find(part.dimension, part.id);
+        const entity = this.data.entityOf(part);
+        if (!entity && part.faces?.length > 0) { // an edge goes with its faces
+            return part.faces.some((id) => this.isShown({ dimension: this.data.bodyDimension - 1, id }));
+        }
         const bodies = this.bodiesOf(part);
         const inSight = bodies.length === 0 || bodies.some((body) => !this.isHidden(body));
         return inSight && !(entity && this.isHidden(entity));

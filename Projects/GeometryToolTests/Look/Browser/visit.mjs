@@ -44,14 +44,34 @@ async function visit(page) {
 
 async function hide(page) {
     const all = await picture(page);
-    const boxes = page.locator("#entities > ul > li > .row input");
-    await boxes.last().uncheck();
+    const rows = page.locator("#entities > ul > li > .row");
+    seen.listed = await rows.allInnerTexts();
+    const boxes = rows.locator("input");
+    await boxes.nth(1).uncheck();
     seen.hidingChanges = (await picture(page)) !== all;
-    await boxes.last().check();
+    await boxes.nth(1).check();
     seen.showingRestores = (await picture(page)) === all;
     await page.getByLabel("Across").selectOption("x");
     seen.cuttingChanges = (await picture(page)) !== all;
     await page.getByLabel("Across").selectOption("nowhere");
+    await hideAll(page, boxes);
+}
+
+/** Of an empty view the picture is the same from all sides, apart from its triad. */
+async function hideAll(page, boxes) {
+    await page.evaluate(() => (document.getElementById("triad").style.display = "none"));
+    await page.getByRole("checkbox", { name: "Findings", exact: true }).uncheck();
+    await boxes.nth(0).uncheck();
+    await boxes.nth(1).uncheck();
+    const loose = await picture(page);
+    await boxes.nth(2).uncheck();
+    seen.hidingLooseChanges = (await picture(page)) !== loose;
+    await page.locator("#canvas").press("ArrowRight"); // and show that the keyboard is there
+    const none = await picture(page);
+    await page.keyboard.press("ArrowRight");
+    seen.emptyWhenHidden = (await picture(page)) === none;
+    await page.locator("#entities button.name").last().click();
+    seen.loose = await selected(page);
 }
 
 /** With the keyboard alone: which kinds of things are reached, and whether they do what they are for. */
@@ -70,7 +90,7 @@ async function press(page) {
     seen.arrowsTurn = (await picture(page)) !== before;
     await page.keyboard.press("0");
     const all = await picture(page);
-    await page.locator("#entities input[type=checkbox]").last().focus();
+    await page.locator("#entities input[type=checkbox]").nth(1).focus();
     await page.keyboard.press("Space");
     seen.spaceHides = (await picture(page)) !== all;
     await page.locator("#entities button.name").first().focus();
