@@ -128,6 +128,18 @@ PictureData::Colour PictureColours::of(const ModelEntity* face, const ModelEntit
     return palette.at(static_cast<std::size_t>(position) % palette.size());
 }
 
+QString PictureColours::neutralText() const
+{
+    return attribute_.isValid() ? QStringLiteral("(none)") : QStringLiteral("(no %1)").arg(by_);
+}
+
+std::optional<PictureData::LegendEntry> PictureColours::neutralEntry() const
+{
+    return isNeutralUsed_ ? std::optional(PictureData::LegendEntry{
+                                neutral, neutralText().toStdString(), false})
+                          : std::nullopt;
+}
+
 std::vector<PictureData::LegendEntry> PictureColours::legend() const
 {
     std::vector<PictureData::LegendEntry> entries;
@@ -136,9 +148,6 @@ std::vector<PictureData::LegendEntry> PictureColours::legend() const
             entries.push_back({palette.at(i % palette.size()),
                                values_[static_cast<qsizetype>(i)].toStdString(), false});
         }
-    }
-    if (isNeutralUsed_) {
-        entries.push_back({neutral, "(none)", false});
     }
     return entries;
 }

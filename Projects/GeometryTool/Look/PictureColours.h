@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 namespace Ovra::Geo
 {
 class ModelEntity;
@@ -39,8 +41,13 @@ public:
     /// \brief What the colours stand for, in the order of the model.
     std::vector<PictureData::LegendEntry> legend() const;
 
+    /// \brief The same of parts that have no value, sides of elements on no region for instance;
+    /// nothing where there are none.
+    std::optional<PictureData::LegendEntry> neutralEntry() const;
+
 private:
     QString valueOf(const Geo::ModelEntity* face, const Geo::ModelEntity* body) const;
+    QString neutralText() const;
     void addValues(const std::vector<Geo::ModelEntity*>& entities);
 
     QString by_;

@@ -4,8 +4,9 @@
 #include "PictureColours.h"
 #include "PictureData.h"
 #include "PictureOptions.h"
+#include "PictureParts.h"
 
-#include <map>
+#include <span>
 
 namespace Ovra::GeoTool
 {
@@ -27,28 +28,13 @@ public:
     void setTitle(const QString& name);
 
 private:
-    using Point = PictureData::Point;
-
-    /// A face as it is drawn for one of the regions that it bounds.
-    struct Part
-    {
-        std::size_t patch;
-        const Geo::ModelEntity* face;
-        const Geo::ModelEntity* body;
-    };
-
-    std::vector<Part> chosenParts() const;
-    std::vector<Part> partsOf(std::size_t patch) const;
-    const Geo::ModelEntity* bodyShown(const Geo::ModelEntity* face) const;
-    std::vector<const Geo::ModelEntity*> bodiesOf(const Geo::ModelEntity& entity) const;
-    void moveApart(const std::vector<Part>& parts);
-    Point offsetOf(const Geo::ModelEntity* body) const;
-    void addPart(const Part& part);
-    bool isSeenThrough(const Part& part) const;
-    void look(const std::vector<Part>& parts);
+    void look();
     void nameAxes();
     void cut();
-    bool isCutAway(const CaseSurface::Patch& patch) const;
+    bool isCutAway(const PictureParts::Part& part) const;
+    bool isCut(std::span<const int> vertices) const;
+    void addParts();
+    void addPart(const PictureParts::Part& part, double opacity);
     void addLines();
     void addSections();
     void addMarks(const CaseFindings& findings);
@@ -58,12 +44,11 @@ private:
     const CaseView& view_;
     const PictureOptions& options_;
     CaseSurface surface_;
+    PictureParts parts_;
     PictureColours colours_;
     PictureData data_;
     std::vector<int> numbers_; ///< of the case's vertices, among those of the picture
     QString findingsText_;
-    bool isSolidShown_ = false; ///< there is something within the fluid to see
-    std::map<const Geo::ModelEntity*, Point> offsets_;
 };
 
 } // namespace Ovra::GeoTool

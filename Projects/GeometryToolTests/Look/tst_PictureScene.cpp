@@ -1,3 +1,4 @@
+#include "CaseFindings.h"
 #include "CaseView.h"
 #include "ClosedCase.h"
 #include "GeometryDatabaseTests/GridMesh.h"
@@ -78,6 +79,71 @@ private slots:
         QCOMPARE(legendOf(PictureScene(view, options, nullptr).data()), legend);
     }
 
+    void namesWhatStandsOnNoRegion_data()
+    {
+        QTest::addColumn<QString>("by");
+        QTest::addColumn<QString>("last");
+        QTest::newRow("region") << "region"
+                                << "(no region)";
+        QTest::newRow("face") << "face"
+                              << "(no face)";
+        QTest::newRow("material") << "material"
+                                  << "(no material)";
+        QTest::newRow("attribute") << "material_type"
+                                   << "(none)";
+    }
+
+    void namesWhatStandsOnNoRegion()
+    {
+        QFETCH(QString, by);
+        QFETCH(QString, last);
+        ClosedCase closed;
+        closed.addVertex(Vector(0, 0, -1));
+        closed.addElement(3, {1, 3, 2, 5}, nullptr);
+        for (int i = 0; i < 40; ++i) { // more than the legend lists
+            ModelFace* const face = closed.addFace();
+            face->setName(QString::number(i));
+            ClosedCase::link(face, closed.region);
+            closed.addElement(2, {2, 3, 4}, face);
+        }
+        const CaseView view(closed.database);
+        PictureOptions options;
+        options.colorBy = by;
+        QCOMPARE(legendOf(PictureScene(view, options, nullptr).data()).last(), last);
+    }
+
+    void cutsElementsOnNoRegionToo()
+    {
+        ClosedCase closed;
+        closed.addVertex(Vector(0, 0, -1));
+        closed.addElement(3, {1, 3, 2, 5}, nullptr);
+        const CaseView view(closed.database);
+        PictureOptions options;
+        options.cut = PictureOptions::Cut{0, 0.25};
+        QCOMPARE(PictureScene(view, options, nullptr).data().sections.size(), std::size_t(2));
+    }
+
+    void tellsUnderTheTitleWhatIsShown()
+    {
+        GridMesh grid(PreparationCase::plan({"112"}, {{1, "fluid"}, {2, "solid"}}));
+        const CaseView view(*grid.database());
+        PictureOptions options;
+        const auto subtitle = [&](const CaseFindings* findings) {
+            PictureScene scene(view, options, findings);
+            scene.setTitle(QStringLiteral("three\ncubes"));
+            [&] { QCOMPARE(scene.data().title, std::string("three cubes")); }();
+            return QString::fromStdString(scene.data().subtitle);
+        };
+        QCOMPARE(subtitle(nullptr), QString("3 elements in 2 regions"));
+        options.cut = PictureOptions::Cut{0, 1.5};
+        const CaseFindings none(10);
+        QCOMPARE(subtitle(&none),
+                 QString("3 elements in 2 regions; cut at x = 1.5; 0 errors, 0 warnings"));
+        options.faces = QStringList{"region 1", "*2"};
+        QCOMPARE(subtitle(nullptr),
+                 QString("3 elements in 2 regions; shown: region 1, *2; cut at x = 1.5"));
+    }
+
     void movesEachRegionFromTheMiddle()
     {
         GridMesh grid(fluidAndSolid());
@@ -121,6 +187,9 @@ private slots:
         QCOMPARE(PictureScene(view, options, nullptr).data().axisTitles[2], std::string("z"));
         options.unit = QStringLiteral("mm");
         QCOMPARE(PictureScene(view, options, nullptr).data().axisTitles[2], std::string("z [mm]"));
+        options.unit = QStringLiteral("thousandths of an inch, of whatever kind");
+        QCOMPARE(PictureScene(view, options, nullptr).data().axisTitles[2],
+                 std::string("z [thousandths of an in..."));
     }
 
     void keepsTheLegendShortAndOnALine()

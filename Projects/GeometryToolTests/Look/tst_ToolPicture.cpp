@@ -3,10 +3,13 @@
 #include "Places.h"
 #include "PngImage.h"
 #include "PreparationCase.h"
+#include "Terminal.h"
 #include "ToolRun.h"
 
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <algorithm>
 
 using namespace Ovra::Geo;
 
@@ -27,6 +30,47 @@ bool isOrange(const PngImage::Colour& colour)
 bool isRed(const PngImage::Colour& colour)
 {
     return colour[0] > colour[1] + 90 && colour[0] > colour[2] + 80;
+}
+
+/// Of axes and what is written at them.
+bool isGrey(const PngImage::Colour& colour)
+{
+    const auto [low, high] = std::minmax_element(colour.begin(), colour.end());
+    return *high < 200 && *high - *low < 16;
+}
+
+/// The column with the longest grey line in the left half.
+int uprightAxis(const PngImage& image)
+{
+    int best = 0;
+    int most = 0;
+    for (int x = 0; x < image.width() / 2; ++x) {
+        int count = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            count += isGrey(image.at(x, y)) ? 1 : 0;
+        }
+        best = count > most ? x : best;
+        most = std::max(most, count);
+    }
+    return best;
+}
+
+/// How many texts stand one above the other to the left of the marks at an axis, below the titles.
+int textsBeside(const PngImage& image, int axis)
+{
+    constexpr int titles = 50;
+    constexpr int gap = 4; // of lines, more than there is within a text
+    int texts = 0;
+    int last = 0;
+    for (int y = titles; y < image.height(); ++y) {
+        for (int x = axis - 28; x < axis - 10; ++x) {
+            if (isGrey(image.at(x, y))) {
+                texts += y - last > gap ? 1 : 0;
+                last = y;
+            }
+        }
+    }
+    return texts;
 }
 
 bool isWhite(const PngImage::Colour& colour)
@@ -96,8 +140,8 @@ private slots:
 
     void showsTheFacesThatAreAskedFor()
     {
-        const int all = pictureOf("cubes").count(isWhite);
-        QVERIFY(pictureOf("cubes", {"--faces", "inl*"}).count(isWhite) > all);
+        QCOMPARE(pictureOf("cubes", {"--faces", "inl*"}).count(isOrange), 0);
+        QVERIFY(pictureOf("cubes", {"--faces", "region 2"}).count(isOrange) > 1000);
     }
 
     void cutsTheCaseOpen()
@@ -112,7 +156,7 @@ private slots:
     void movesRegionsApart()
     {
         const PngImage apart = pictureOf("cubes", {"--explode", "1"});
-        QVERIFY(apart.count(isBlue) > 4000);
+        QVERIFY(apart.count(isBlue) > 2000);
         QVERIFY(PngImage::difference(apart, pictureOf("cubes"), 20) > 1.0);
     }
 
@@ -123,6 +167,39 @@ private slots:
         QVERIFY(inverted.save(path("inverted")));
         QCOMPARE(pictureOf("inverted").count(isRed), 0);
         QVERIFY(pictureOf("inverted", {"--findings"}).count(isRed) > 20);
+    }
+
+    void marksHaveTheColourThatTheLegendSays()
+    {
+        ClosedCase bare; // an edge that is a side of no face is a warning
+        bare.addVertex(Vector(0.2, 0.2, 0.5));
+        bare.addElement(1, {4, 5}, bare.addEdge());
+        QVERIFY(bare.save(path("bare")));
+        const PngImage image = pictureOf("bare", {"--findings"});
+        const int amber = image.count([](const PngImage::Colour& colour) {
+            return std::abs(colour[0] - 237) + std::abs(colour[1] - 166) +
+                       std::abs(colour[2] - 13) <
+                   60;
+        });
+        const int yellow = image.count([](const PngImage::Colour& colour) {
+            return colour[0] > 200 && colour[1] > 200 && colour[2] < 120;
+        });
+        QVERIFY2(amber > 120, qPrintable(QString::number(amber))); // the disc of the legend has 78
+        QCOMPARE(yellow, 0);
+    }
+
+    void writesAllNumbersOfAnAxis()
+    {
+        PlanarCase planar;
+        for (int id = 1; id <= 4; ++id) {
+            auto* const vertex = static_cast<MeshVertex*>(planar.database.mesh()->entity(0, id));
+            vertex->setPoint(vertex->centroid() * 0.04 + Vector(0.001, 0.001, 0));
+        }
+        planar.addElement(2, {1, 3, 4}, planar.faces[1]);
+        QVERIFY(SavedCase::save(planar.database, path("numbered")));
+        const PngImage image = pictureOf("numbered", {"--size", "900x562"});
+        QCOMPARE(textsBeside(image, uprightAxis(image)), 4); // 0.01 to 0.04, in the middle of which
+                                                             // stands the title
     }
 
     void drawsPlanarCases()
@@ -160,7 +237,10 @@ private slots:
                           "\"z=nan\"");
         QTest::newRow("clip outside")
             << QStringList{"--clip", "y=7"} << 6
-            << QByteArray("--clip: y = 7 lies outside of what is shown, from 0 to 1");
+            << QByteArray("--clip: y = 7 does not cut what is shown, from 0 to 1");
+        QTest::newRow("clip at a side")
+            << QStringList{"--clip", "y=1"} << 6
+            << QByteArray("--clip: y = 1 does not cut what is shown, from 0 to 1");
         QTest::newRow("explode below 0") << QStringList{"--explode", "-1"} << 2
                                          << QByteArray("--explode must be a number from 0 to 100");
         QTest::newRow("unknown faces")
@@ -188,10 +268,66 @@ private slots:
         QVERIFY(!QFile::exists(path("refused.png")));
     }
 
+    void refusesOtherSuffixes_data()
+    {
+        QTest::addColumn<QString>("output");
+        for (const char* output : {"x.jpg", "x", "png", "x.png.bak", ".pngs"}) {
+            QTest::newRow(output) << output;
+        }
+    }
+
+    void refusesOtherSuffixes()
+    {
+        QFETCH(QString, output);
+        const ToolRun run = runTool({"picture", path("cubes"), "-o", path(output)});
+        QCOMPARE(run.errors, "ovrageo: error: the output " + path(output).toUtf8() +
+                                 " must have the suffix .png\n");
+        QCOMPARE(run.exitCode, 2);
+        QVERIFY(!QFile::exists(path(output)));
+    }
+
+    void takesItsSuffixInAnyCase()
+    {
+        QCOMPARE(runTool({"picture", path("cubes"), "-o", path("X.Png")}).errors, QByteArray());
+        QVERIFY(PngImage(contentOf(path("X.Png"))).isValid());
+    }
+
+    void writesToStandardOutput()
+    {
+        QVERIFY(draw("cubes", {}));
+        for (const char* output : {"-", "/dev/stdout"}) {
+            const ToolRun run =
+                runTool({"picture", path("cubes"), "-o", output, "--size", "400x250"});
+            QCOMPARE(run.errors, QByteArray());
+            QVERIFY(run.output == contentOf(path("picture.png")));
+        }
+    }
+
+    void writesToNoTerminal()
+    {
+        if (!Terminal::obstacle().isEmpty()) {
+            QSKIP(Terminal::obstacle().constData());
+        }
+        const Terminal terminal;
+        for (const QString& output : {QStringLiteral("-"), terminal.name()}) {
+            QProcess process;
+            process.setStandardOutputFile(terminal.name());
+            process.start(Places::tool(), {"picture", path("cubes"), "-o", output});
+            QVERIFY(process.waitForFinished(-1));
+            QCOMPARE(process.exitCode(), 2);
+            QCOMPARE(process.readAllStandardError(),
+                     "ovrageo: error: cannot write to " + output.toUtf8() +
+                         ": it is a terminal, and the file is no text; name a file to write\n");
+            QCOMPARE(terminal.text(), QByteArray());
+        }
+    }
+
     void refusesToReplaceItsInput()
     {
         const QByteArray mesh = contentOf(path("cubes.geo_mesh"));
-        const ToolRun run = runTool({"picture", path("cubes"), "-o", path("cubes.geo_mesh")});
+        QVERIFY(QFile::link("cubes.geo_mesh", path("link.png")));
+        const ToolRun run = runTool({"picture", path("cubes"), "-o", path("link.png")});
+        QVERIFY2(run.errors.contains(" is the input "), run.errors.constData());
         QCOMPARE(run.exitCode, 2);
         QCOMPARE(contentOf(path("cubes.geo_mesh")), mesh);
     }

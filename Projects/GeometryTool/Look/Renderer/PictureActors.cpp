@@ -196,7 +196,8 @@ void addMarks(const PictureData& data, vtkRenderer& renderer)
         actor->GetProperty()->SetColor(mark.colour[0], mark.colour[1], mark.colour[2]);
         actor->GetProperty()->SetPointSize(14.0F);
         actor->GetProperty()->RenderPointsAsSpheresOn();
-        actor->GetProperty()->SetAmbient(0.6);
+        actor->GetProperty()->SetAmbient(0.7); // in all the colour that the legend says
+        actor->GetProperty()->SetDiffuse(0.3);
         renderer.AddActor(actor);
     }
 }

@@ -78,7 +78,7 @@ public:
     Axes(const PictureData& data, vtkRenderer& renderer)
         : data_(data)
         , renderer_(renderer)
-        , textSize_(std::clamp(std::min(data.height / 46, data.width / 76), 10, 36))
+        , textSize_(axisTextSize(data))
     {
     }
 
@@ -89,9 +89,19 @@ public:
                 drawAxis(axis);
             }
         }
+        for (const Title& title : titles_) { // where the numbers leave room
+            writeTitle(title);
+        }
     }
 
 private:
+    struct Title
+    {
+        std::string text;
+        Pixel middle; ///< of its axis
+        Pixel away;
+    };
+
     /// An axis that points at the eye is a dot.
     bool isSeen(std::size_t axis) const
     {
@@ -151,9 +161,8 @@ private:
         const Pixel b = pixelOf(end, renderer_);
         const Pixel away = outward(a, b);
         drawLine(a, b);
-        // Where it is in nobody's way; the numbers have to do with what it leaves.
-        const Pixel middle = {(a[0] + b[0]) / 2, (a[1] + b[1]) / 2};
-        write(data_.axisTitles.at(axis), moved(middle, away, 3.4 * textSize_), away);
+        titles_.push_back(
+            {data_.axisTitles.at(axis), {(a[0] + b[0]) / 2, (a[1] + b[1]) / 2}, away});
         if (data_.hasAxisNumbers) {
             drawNumbers(axis, start, away);
         }
@@ -197,8 +206,23 @@ private:
         renderer_.AddActor2D(actor);
     }
 
-    /// A text that grows away from the box; left out where another one stands.
-    void write(const std::string& text, const Pixel& at, const Pixel& away)
+    /// As near to its axis as nothing is in its way; without the unit where that is too long.
+    void writeTitle(const Title& title)
+    {
+        constexpr double step = 0.4;
+        constexpr double farthest = 14.0;
+        for (const std::string& text : {title.text, title.text.substr(0, 1)}) {
+            for (double distance = 1.6; distance < farthest; distance += step) {
+                if (write(text, moved(title.middle, title.away, distance * textSize_),
+                          title.away)) {
+                    return;
+                }
+            }
+        }
+    }
+
+    /// A text that grows away from the box; not where another one stands, or outside of the view.
+    bool write(const std::string& text, const Pixel& at, const Pixel& away)
     {
         const auto actor = textActor(text, textSize_, grey);
         vtkTextProperty& property = *actor->GetTextProperty();
@@ -209,26 +233,46 @@ private:
                                           : away[1] > 0.4 ? VTK_TEXT_BOTTOM
                                                           : VTK_TEXT_CENTERED);
         actor->SetPosition(at[0], at[1]);
-        std::array<double, 4> bounds = {};
-        actor->GetBoundingBox(&renderer_, bounds.data());
-        const double gap = 0.3 * textSize_;
-        const Box box = {at[0] + bounds[0] - gap, at[1] + bounds[2] - gap, at[0] + bounds[1] + gap,
-                         at[1] + bounds[3] + gap};
-        const bool isFree = std::none_of(written_.begin(), written_.end(),
-                                         [&box](const Box& other) { return box.meets(other); });
+        const Box box = boxOf(*actor, at);
+        const bool isFree =
+            isInView(box) && std::none_of(written_.begin(), written_.end(),
+                                          [&box](const Box& other) { return box.meets(other); });
         if (isFree) {
             written_.push_back(box);
             renderer_.AddActor2D(actor);
         }
+        return isFree;
+    }
+
+    /// With the gap that texts keep from one another.
+    Box boxOf(vtkTextActor& actor, const Pixel& at) const
+    {
+        std::array<double, 4> bounds = {};
+        actor.GetBoundingBox(&renderer_, bounds.data());
+        const double gap = 0.3 * textSize_;
+        return {at[0] + bounds[0] - gap, at[1] + bounds[2] - gap, at[0] + bounds[1] + gap,
+                at[1] + bounds[3] + gap};
+    }
+
+    bool isInView(const Box& box) const
+    {
+        const int* const size = renderer_.GetSize();
+        return box.left >= 0 && box.bottom >= 0 && box.right <= size[0] && box.top <= size[1];
     }
 
     const PictureData& data_;
     vtkRenderer& renderer_;
     int textSize_;
+    std::vector<Title> titles_;
     std::vector<Box> written_;
 };
 
 } // namespace
+
+int axisTextSize(const PictureData& data)
+{
+    return std::clamp(std::min(data.height / 46, data.width / 76), 10, 36);
+}
 
 void addAxes(const PictureData& data, vtkRenderer& renderer)
 {

@@ -1,5 +1,6 @@
 #include "PictureCamera.h"
 
+#include "PictureAxes.h"
 #include "PictureData.h"
 
 #include <algorithm>
@@ -17,7 +18,13 @@ namespace
 using Point = PictureData::Point;
 
 constexpr double viewAngle = 24.0; // degrees
-constexpr double usedShare = 0.78; // of the view; axes and their numbers have the rest
+
+/// Of so many pixels of the view; axes and their numbers have the rest.
+double usedShare(double pixels, const PictureData& data)
+{
+    constexpr double border = 4.5; // in heights of the numbers
+    return std::clamp(1.0 - 2.0 * border * axisTextSize(data) / pixels, 0.45, 0.78);
+}
 
 double dot(const Point& a, const Point& b)
 {
@@ -59,13 +66,15 @@ Point half(const PictureData& data)
 
 double distanceOf(const PictureData& data, const Frame& frame, double aspect)
 {
-    const double upward = usedShare * std::tan(vtkMath::RadiansFromDegrees(viewAngle / 2));
+    const double reach = std::tan(vtkMath::RadiansFromDegrees(viewAngle / 2));
+    const double upward = usedShare(data.height, data) * reach;
+    const double across = usedShare(data.height * aspect, data) * reach * aspect;
     const Point size = half(data);
     double distance = 0.0;
     for (unsigned corner = 0; corner < 8; ++corner) {
         const Point place = {corner & 1U ? size[0] : -size[0], corner & 2U ? size[1] : -size[1],
                              corner & 4U ? size[2] : -size[2]};
-        distance = std::max(distance, distanceFor(place, frame, upward * aspect, upward));
+        distance = std::max(distance, distanceFor(place, frame, across, upward));
     }
     return distance > 0.0 ? distance : 1.0;
 }

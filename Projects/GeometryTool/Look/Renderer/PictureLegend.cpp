@@ -63,23 +63,28 @@ vtkSmartPointer<vtkActor2D> swatch(const PictureData::LegendEntry& entry, double
     return actor;
 }
 
+/// Not beyond the right margin.
+void write(vtkTextActor& text, double x, double y, const Layout& layout, vtkRenderer& renderer)
+{
+    text.SetPosition(x, y);
+    shorten(text, renderer.GetSize()[0] - x - 0.4 * layout.margin, renderer);
+    renderer.AddActor2D(&text);
+}
+
 } // namespace
 
 void addLegend(const PictureData& data, vtkRenderer& column)
 {
     const Layout layout(data);
     double y = layout.top;
-    const auto title = textActor(data.legendTitle, layout.textSize, 0.4);
-    title->SetPosition(layout.margin, y);
-    column.AddActor2D(title);
+    write(*textActor(data.legendTitle, layout.textSize, 0.4), layout.margin, y, layout, column);
     for (const PictureData::LegendEntry& entry : data.legend) {
         y -= layout.line;
         const auto mark = swatch(entry, layout.textSize);
         mark->SetPosition(layout.margin + 0.5 * layout.textSize, y);
         column.AddActor2D(mark);
-        const auto text = textActor(entry.text, layout.textSize);
-        text->SetPosition(layout.margin + 1.7 * layout.textSize, y);
-        column.AddActor2D(text);
+        write(*textActor(entry.text, layout.textSize), layout.margin + 1.7 * layout.textSize, y,
+              layout, column);
     }
 }
 
@@ -88,11 +93,9 @@ void addTitle(const PictureData& data, vtkRenderer& view)
     const Layout layout(data);
     const auto title = textActor(data.title, layout.textSize * 5 / 4);
     title->GetTextProperty()->BoldOn();
-    title->SetPosition(layout.margin, layout.top);
-    view.AddActor2D(title);
-    const auto subtitle = textActor(data.subtitle, layout.textSize, 0.4);
-    subtitle->SetPosition(layout.margin, layout.top - layout.line);
-    view.AddActor2D(subtitle);
+    write(*title, layout.margin, layout.top, layout, view);
+    write(*textActor(data.subtitle, layout.textSize, 0.4), layout.margin, layout.top - layout.line,
+          layout, view);
 }
 
 } // namespace Ovra::GeoTool

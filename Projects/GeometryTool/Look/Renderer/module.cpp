@@ -7,6 +7,7 @@
 #include "PictureData.h"
 #include "PictureLegend.h"
 
+#include <algorithm>
 #include <exception>
 #include <vtkAutoInit.h>
 #include <vtkNew.h>
@@ -24,10 +25,16 @@ namespace Ovra::GeoTool
 namespace
 {
 
-constexpr double columnStart = 0.78; // of the width, where the legend begins
+/// In parts of the width, where the legend begins: it needs some room in a small picture too.
+double columnStartOf(int width)
+{
+    const double column = std::max(0.22 * width, std::min(170.0, 0.42 * width));
+    return 1.0 - column / width;
+}
 
 void fill(const PictureData& data, vtkRenderWindow& window)
 {
+    const double columnStart = columnStartOf(data.width);
     window.SetSize(data.width, data.height);
     window.SetMultiSamples(4);
     window.SetNumberOfLayers(2);
