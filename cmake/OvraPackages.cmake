@@ -89,20 +89,25 @@ if(OVRA_BUILD_TOOL)
             "It also compares cases, draws pictures of them without a display, writes pages"
             "to look at in a browser, and exports to VTK, CGNS, Gmsh and other formats.")
 endif()
-if(OVRA_WITH_PYTHON)
+if(OVRA_BUILD_TOOL AND OVRA_WITH_PYTHON)
+    # A compiled module is for the Python that it was built with alone.
+    find_package(Python REQUIRED COMPONENTS Interpreter)
+    math(EXPR next_python_minor "${Python_VERSION_MINOR} + 1")
+    set(python "${Python_VERSION_MAJOR}.${Python_VERSION_MINOR}")
+    set(next_python "${Python_VERSION_MAJOR}.${next_python_minor}")
     ovra_add_package(
         python python3-ovrageo
         SECTION python
         DEPENDS "${library_package} (= ${debian_version})" "ovrageo (= ${debian_version})"
-                "python3 (>= ${OVRA_PYTHON_VERSION})" "python3 (<< ${OVRA_NEXT_PYTHON_VERSION})" "python3-numpy"
+                "python3 (>= ${python})" "python3 (<< ${next_python})" "python3-numpy"
         SUGGESTS "ovrageo-doc" "python3-distributed" "python3-meshio"
         CONTROL "${debian}/python/postinst" "${debian}/python/prerm"
         DESCRIPTION
             "make, verify and prepare cases of flow simulations - Python module"
             "The module ovrageo opens, builds, queries, prepares, verifies and writes cases"
-            "of flow and heat-transfer simulations: geometry, the finite-element mesh that is"
-            "classified on it, and the attributes of both. It imports and exports what the"
-            "command-line program ovrageo does."
+            "of flow and heat-transfer simulations: geometry, the finite-element mesh that"
+            "is classified on it, and the attributes of both. It imports and exports what"
+            "the command-line program ovrageo does."
             "."
             "Coordinates, connectivity and attributes come and go as NumPy arrays.")
 endif()
