@@ -300,7 +300,7 @@ def extruded():
 
 
 def classification():
-    drawing = Drawing(720, 300, "A model, and the mesh that stands on it")
+    drawing = Drawing(736, 300, "A model, and the mesh that stands on it")
     corner, size = (40, 55), (250, 180)
     drawing.polygon([(40, 55), (170, 55), (170, 235), (40, 235)], AIR, INK, 2.4)
     drawing.polygon([(170, 55), (290, 55), (290, 235), (170, 235)], SOLID, INK, 2.4)
@@ -335,11 +335,11 @@ def classification():
     drawing.text((550, 30), "mesh", FAINT)
     drawing.dot((54, 286), "#b3202c", "#b3202c", 5)
     drawing.text((66, 291), "on a model vertex", anchor="start")
-    drawing.dot((224, 286), "#ffffff", TIE)
-    drawing.text((236, 291), "and thick lines: on a model edge", anchor="start")
-    drawing.dot((474, 286), "#3a7abf", "#3a7abf")
-    drawing.dot((488, 286), "#d9822b", "#d9822b")
-    drawing.text((500, 291), "and triangles: on a model face", anchor="start")
+    drawing.dot((216, 286), "#ffffff", TIE)
+    drawing.text((228, 291), "and thick lines: on a model edge", anchor="start")
+    drawing.dot((480, 286), "#3a7abf", "#3a7abf")
+    drawing.dot((493, 286), "#d9822b", "#d9822b")
+    drawing.text((504, 291), "and triangles: on a model face", anchor="start")
     return drawing
 
 
