@@ -1,0 +1,137 @@
+"""Runs the study in processes of this machine, and on a cluster that knows nothing of it."""
+
+import csv
+import json
+import os
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+from pathlib import Path
+
+STUDY = Path(__file__).resolve().parents[1]
+SKIPPED = 77  # CTest counts this as skipped
+
+try:
+    import distributed  # noqa: F401
+    import matplotlib  # noqa: F401
+    import numpy as np
+    import scipy  # noqa: F401
+    import vtk
+    from vtk.util.numpy_support import vtk_to_numpy
+except ImportError as error:
+    print(f"skipped: {error}; install python3-distributed, python3-matplotlib, python3-scipy and python3-vtk9")
+    sys.exit(SKIPPED)
+
+
+def study(folder, *arguments):
+    """Runs the study, gives its exit code and what it prints."""
+    done = subprocess.run([sys.executable, "-B", STUDY / "study.py", "--output", folder, *arguments],
+                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+    return done.returncode, done.stdout
+
+
+def table(folder):
+    with open(folder / "table.csv", newline="", encoding="utf-8") as file:
+        return list(csv.DictReader(file))
+
+
+def point_data(path):
+    """Points and the arrays over them."""
+    reader = vtk.vtkXMLUnstructuredGridReader()
+    reader.SetFileName(str(path))
+    reader.Update()
+    data = reader.GetOutput().GetPointData()
+    return vtk_to_numpy(reader.GetOutput().GetPoints().GetData()), {
+        data.GetArrayName(i): vtk_to_numpy(data.GetArray(i)) for i in range(data.GetNumberOfArrays())}
+
+
+class Cluster:
+    """A scheduler and a worker, which run elsewhere than the study and without its modules."""
+
+    def __init__(self, folder):
+        self.folder = folder
+
+    def __enter__(self):
+        file = self.folder / "scheduler.json"
+        run = [sys.executable, "-B", "-m"]
+        quiet = {"cwd": self.folder, "stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
+        self.processes = [
+            subprocess.Popen([*run, "distributed.cli.dask_scheduler", "--scheduler-file", file, "--port", "0",
+                              "--host", "127.0.0.1", "--no-dashboard"], **quiet),
+            subprocess.Popen([*run, "distributed.cli.dask_worker", "--scheduler-file", file, "--nthreads", "1",
+                              "--no-dashboard", "--no-nanny"], **quiet)]
+        while not file.exists() or not file.read_text():
+            if self.processes[0].poll() is not None:
+                raise AssertionError("the scheduler ended")
+            time.sleep(0.1)
+        return json.loads(file.read_text())["address"]
+
+    def __exit__(self, *exception):
+        for process in reversed(self.processes):
+            process.terminate()
+            process.wait()
+
+
+class TestStudy(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.scope = tempfile.TemporaryDirectory()
+        cls.folder = Path(cls.scope.name)
+        cls.code, cls.said = study(cls.folder / "here", "--workers", "1", "--sizes", "4", "--gaps", "1", "-1", "2")
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.scope.cleanup()
+
+    def test_a_variant_that_fails_is_told_of_and_the_others_go_on(self):
+        self.assertEqual(self.code, 1, self.said)
+        self.assertRegex(self.said, r"gap--1-size-4: .*gap--1-size-4.geo: a gap of -0.001 m leaves no air")
+        self.assertEqual([row["gap/mm"] for row in table(self.folder / "here")], ["1", "2"])
+
+    def test_each_variant_leaves_what_it_made(self):
+        for name in ("gap-1-size-4", "gap-2-size-4"):
+            for suffix in (".geo", ".geo_model", ".geo_mesh", ".txt"):
+                self.assertTrue((self.folder / "here" / (name + suffix)).stat().st_size)
+        self.assertEqual((self.folder / "here" / "plot.png").read_bytes()[:4], b"\x89PNG")
+
+    def test_results_are_those_of_the_chip(self):
+        """The temperature lies between those of a wall of air as thick as the gap, of the lid's area and of the
+        chip's: heat neither flows through more than the former, nor through less than the latter."""
+        for row in table(self.folder / "here"):
+            gap = float(row["gap/mm"])
+            self.assertAlmostEqual(float(row["chip/mm3"]), 200)
+            self.assertAlmostEqual(float(row["air/mm3"]), 400 * (2 + gap) - 200, places=3)
+            of_wall = 0.05 * gap * 1e-3 / 0.026 / 1e-4
+            self.assertGreater(float(row["peak/K"]), 293 + of_wall / 4)
+            self.assertLess(float(row["peak/K"]), 293 + of_wall)
+
+    def test_a_cluster_gives_the_same(self):
+        with Cluster(self.folder) as address:
+            code, said = study(self.folder / "there", "--scheduler", address, "--sizes", "4", "--gaps", "2")
+        self.assertEqual(code, 0, said)
+        here, there = table(self.folder / "here")[1], table(self.folder / "there")[0]
+        for row in (here, there):
+            row.pop("seconds/s")
+        self.assertEqual(here, there)
+
+    def test_fields_are_those_of_the_vertices(self):
+        subprocess.run([sys.executable, "-B", STUDY / "field.py", "here/gap-1-size-4", "lid"], cwd=self.folder,
+                       check=True)
+        points, arrays = point_data(self.folder / "distance.vtu")
+        below = 0.003 - points[:, 2]
+        np.testing.assert_allclose(arrays["distance"][below < 1e-9], 0, atol=1e-9)
+        self.assertTrue((arrays["distance"] >= below - 1e-9).all())
+        self.assertTrue((arrays["distance"] <= np.hypot(below, 0.004)).all())  # as lid has a vertex each 4 mm
+        points, arrays = point_data(self.folder / "sizes.vtu")
+        self.assertTrue(((arrays["mesh_size"] > 0.0005) & (arrays["mesh_size"] < 0.004)).all())
+
+    def test_a_surface_that_is_not_there_is_told(self):
+        done = subprocess.run([sys.executable, "-B", STUDY / "field.py", "here/gap-1-size-4", "roof"],
+                              cwd=self.folder, capture_output=True, text=True)
+        self.assertEqual((done.returncode, done.stderr), (1, 'field: error: no mesh faces are on "roof"\n'))
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
