@@ -48,6 +48,7 @@ SOURCES = ("Cases", "Documentation", "Examples", "Projects", "Scripts", "CMakePr
 BLOCK = re.compile(r"^(?P<indent> *)```(?P<language>\w*)\n(?P<text>.*?)^(?P=indent)```$|"
                    r"^<!-- (?P<remark>(?:file|needs|not run:) .*?) -->$|"
                    r"^<!-- run\n(?P<hidden>.*?)^-->$", re.MULTILINE | re.DOTALL)
+LIST_ITEM = re.compile(r" *([-*]|[0-9]+\.) ")
 CODE = re.compile(r"(?<!`)`([^`\n]+)`(?!`)")
 PATH = re.compile(r"\w[\w.-]*(/[\w.-]+)+")
 PATHS_BELOW = ("Projects/GeometryTool", "Projects/GeometryDatabase")
@@ -221,6 +222,19 @@ class Runner:
     run_cmake = run_cpp
 
 
+def indented_blocks(text):
+    """The lines in which code begins that is told by its indentation alone."""
+    is_code, is_list, before = False, False, ""
+    for number, line in enumerate(text.split("\n"), 1):
+        if line.lstrip().startswith("```"):
+            is_code = not is_code
+        elif not is_code:
+            is_list = bool(LIST_ITEM.match(line)) or (is_list and (not line or line.startswith(" ")))
+            if line.startswith("    ") and not before and not is_list:
+                yield number
+        before = line.strip() if not line.startswith("    ") else "code"
+
+
 class InlineCommands:
     """Whether command lines within texts name commands and options that there are."""
 
@@ -277,6 +291,8 @@ def run_page(page, folder, counts):
     for found in CODE.finditer(text):
         if missing_path(page, found[1]):
             faults.append("%s:%d: there is no %s" % (page, text.count("\n", 0, found.start()) + 1, found[1]))
+    for line in indented_blocks(text):
+        faults.append("%s:%d: a block that is indented is not run: put it between fences" % (page, line))
     for block in blocks_of(page, text):
         reason = block.remark("not run:") or missing_program(block)
         if reason:

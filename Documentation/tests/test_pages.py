@@ -54,6 +54,10 @@ class Pages(unittest.TestCase):
     def test_blocks_of_unknown_kind(self):
         self.check(block("", "x"), "page:3: a block of the kind '' needs a remark why it is not run")
 
+    def test_indented_blocks(self):
+        self.check("a\n\n    ovrageo info x\n    b\n\nc", "page:3: a block that is indented is not run: put it between fences")
+        self.check("- a\n\n    more of a\n\n1. a\n    b\n\n```text\n\n    c\n```\n")
+
     def test_samples(self):
         self.check(block("cpp", "    Database database;\n    ModelEntity* block = ModelEntity::create(3);"))
         self.check(block("cpp", "int none();"), "page:3: no file below Examples has these lines")
