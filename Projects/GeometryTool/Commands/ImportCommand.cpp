@@ -1,11 +1,9 @@
 #include "ImportCommand.h"
 
-#include "AttributesFile.h"
 #include "CaseFiles.h"
-#include "Database.h"
+#include "CaseImport.h"
 #include "FixedAddresses.h"
-#include "GmshImporter.h"
-#include "IsolatedRun.h"
+#include "ImportJob.h"
 #include "OutputCheck.h"
 #include "Progress.h"
 #include "StandardOutput.h"
@@ -120,7 +118,7 @@ void tellOfUnit(const Arguments& arguments)
     }
 }
 
-void import(const Arguments& arguments, Progress& progress)
+void requireSound(const Arguments& arguments)
 {
     requirePositive(arguments.meshSize, "--mesh-size");
     requirePositive(arguments.scale, "--scale");
@@ -128,16 +126,15 @@ void import(const Arguments& arguments, Progress& progress)
     requireAir(arguments);
     requireOutput(arguments);
     requireOutputDirectory(QString::fromStdString(arguments.output));
-    std::optional<AttributesFile> attributes;
-    if (!arguments.attributes.empty()) {
-        attributes.emplace(QString::fromStdString(arguments.attributes));
-        attributes->read();
-    }
-    Geo::Database database;
-    GmshImporter(optionsOf(arguments), progress)
-        .import(database, attributes ? &*attributes : nullptr);
-    CaseFiles(QString::fromStdString(arguments.output)).save(database, progress);
-    progress.finish();
+}
+
+void run(const Arguments& arguments, Progress& progress)
+{
+    requireSound(arguments);
+    requireImport();
+    FixedAddresses::ensure();
+    importCase({optionsOf(arguments), QString::fromStdString(arguments.attributes),
+                QString::fromStdString(arguments.output), progress});
     tellOfUnit(arguments);
 }
 
@@ -203,25 +200,6 @@ void addAirOptions(CLI::App& command, Arguments& arguments)
         ->excludes(air);
 }
 
-/// A damaged file may bring Gmsh down, which the tool outlives.
-void importApart(const Arguments& arguments, Progress& progress)
-{
-    const QString input = QString::fromStdString(arguments.input);
-    FixedAddresses::ensure();
-    progress.leaveLineToCopy();
-    const IsolatedRun::Messages messages{
-        QStringLiteral(
-            "%1: the import broke down over it; the file is damaged or too much for Gmsh")
-            .arg(input),
-        QStringLiteral("%1: it ended Gmsh itself, as Exit does in a script; leave that out")
-            .arg(input)};
-    IsolatedRun::run(messages, [&] {
-        progress.phase(QStringLiteral("importing %1").arg(input));
-        import(arguments, progress);
-    });
-    progress.finish();
-}
-
 } // namespace
 
 void addImportCommand(CLI::App& app, Progress& progress)
@@ -235,7 +213,7 @@ void addImportCommand(CLI::App& app, Progress& progress)
     addAirOptions(*command, *arguments);
     command->footer("Example:\n  ovrageo import enclosure.geo -o enclosure --attributes "
                     "enclosure.json --mesh-size 0.01");
-    command->callback([arguments, &progress] { importApart(*arguments, progress); });
+    command->callback([arguments, &progress] { run(*arguments, progress); });
 }
 
 } // namespace Ovra::GeoTool

@@ -19,23 +19,22 @@ QStringList places()
             folder + QStringLiteral("/" OVRAGEO_MODULES_FROM_BINDIR "/")};
 }
 
-QString pathOf(const QString& fileName, const QString& purpose)
+QString pathOf(const QString& fileName, const QString& purpose, const QString& option)
 {
     for (const QString& place : places()) {
         if (QFileInfo::exists(place + fileName)) {
             return place + fileName;
         }
     }
-    throw ToolError(
-        ExitCode::Usage,
-        QStringLiteral("this ovrageo has no %1, which %2; build it with -DOVRA_WITH_VTK=ON")
-            .arg(fileName, purpose));
+    throw ToolError(ExitCode::Usage,
+                    QStringLiteral("this ovrageo has no %1, which %2; build it with -D%3=ON")
+                        .arg(fileName, purpose, option));
 }
 
 } // namespace
 
-HostModule::HostModule(const QString& fileName, const QString& purpose)
-    : library_(pathOf(fileName, purpose))
+HostModule::HostModule(const QString& fileName, const QString& purpose, const QString& option)
+    : library_(pathOf(fileName, purpose, option))
 {
 }
 

@@ -11,17 +11,26 @@ namespace Ovra::GeoTool
 class HostModule
 {
 public:
-    /// \brief Loads it from beside this program, or from where it is installed.
+    /// \brief Finds it beside this program, or where it is installed; it is loaded when the first of
+    /// its functions is asked for.
     ///
-    /// Throws ToolError Usage where there is none, or it cannot be loaded.
+    /// Throws ToolError Usage where there is none.
     /// \param fileName "ovrageo-picture.so"
     /// \param purpose  "draws pictures"
-    HostModule(const QString& fileName, const QString& purpose);
+    /// \param option   of the build, by which there is one, "OVRA_WITH_VTK"
+    HostModule(const QString& fileName, const QString& purpose, const QString& option);
 
-    /// \brief A function of the module; throws ToolError Usage if it has none of that name.
-    QFunctionPointer resolve(const char* name);
+    /// \brief A function of the module, which stays loaded to the end of the program; throws
+    /// ToolError Usage if it has none of that name.
+    template <typename Signature>
+    Signature* function(const char* name)
+    {
+        return reinterpret_cast<Signature*>(resolve(name));
+    }
 
 private:
+    QFunctionPointer resolve(const char* name);
+
     QLibrary library_;
 };
 

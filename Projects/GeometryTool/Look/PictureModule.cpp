@@ -8,8 +8,9 @@ namespace Ovra::GeoTool
 {
 
 PictureModule::PictureModule()
-    : draw_(HostModule(QStringLiteral("ovrageo-picture.so"), QStringLiteral("draws pictures"))
-                .resolve("ovrageo_draw"))
+    : draw_(HostModule(QStringLiteral("ovrageo-picture.so"), QStringLiteral("draws pictures"),
+                       QStringLiteral("OVRA_WITH_VTK"))
+                .function<void()>("ovrageo_draw"))
 {
 }
 

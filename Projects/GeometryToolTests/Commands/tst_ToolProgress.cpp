@@ -171,6 +171,9 @@ private slots:
         QVERIFY(input.open(QIODevice::WriteOnly) && input.write("solid broken") > 0);
         input.close();
         const QByteArray text = printed({"import", path("broken.stl"), "-o", path("broken")});
+        if (text.contains("was built without Gmsh")) {
+            QSKIP("this build has no Gmsh");
+        }
         QVERIFY(text.contains("\r\033[Kimporting "));
         QVERIFY2(text.contains("\r\033[Kovrageo: error: "), text.constData());
     }

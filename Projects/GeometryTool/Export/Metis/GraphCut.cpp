@@ -12,8 +12,6 @@ namespace Ovra::GeoTool
 
 static_assert(sizeof(idx_t) == sizeof(std::int32_t));
 
-void requireMetis() {}
-
 std::vector<int> cutGraph(CutGraph& graph, int parts)
 {
     std::array<idx_t, METIS_NOPTIONS> options = {};

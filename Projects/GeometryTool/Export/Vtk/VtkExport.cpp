@@ -10,19 +10,17 @@ struct ExportJob;
 namespace
 {
 
-using Write = void (*)(const ExportJob&);
-
-/// It stays loaded to the end of the program.
 HostModule& vtkModule()
 {
     static HostModule module(QStringLiteral("ovrageo-vtk.so"),
-                             QStringLiteral("writes the files of VTK"));
+                             QStringLiteral("writes the files of VTK"),
+                             QStringLiteral("OVRA_WITH_VTK"));
     return module;
 }
 
 void write(const char* function, const ExportJob& job)
 {
-    reinterpret_cast<Write>(vtkModule().resolve(function))(job);
+    vtkModule().function<void(const ExportJob&)>(function)(job);
 }
 
 } // namespace

@@ -1,19 +1,12 @@
 #pragma once
 
-#include "Box.h"
+#include "ImportOptions.h"
 
 #include <QString>
 #include <QStringList>
 
 namespace Ovra::GeoTool
 {
-
-/// \brief How large the box of air around the parts is.
-struct AirExtent
-{
-    double factor = 0; ///< above 1: the box of the parts, each half-extent times this; or else
-    Geo::Box box;      ///< these corners
-};
 
 /// \brief A box of air around the bodies of Gmsh's current model.
 ///

@@ -3,8 +3,8 @@
 #include "AirBox.h"
 #include "BodyJoining.h"
 #include "CadModel.h"
-#include "GmshReader.h"
 #include "GmshSession.h"
+#include "ImportOptions.h"
 #include "Progress.h"
 #include "ToolError.h"
 

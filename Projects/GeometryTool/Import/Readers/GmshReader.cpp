@@ -7,6 +7,7 @@
 #include "Counted.h"
 #include "DeclaredElements.h"
 #include "GmshSession.h"
+#include "ImportOptions.h"
 #include "InputDamage.h"
 #include "InputFileCheck.h"
 #include "KnownSuffix.h"
@@ -24,6 +25,7 @@
 #include "UnknownNode.h"
 #include "VolumeAdvice.h"
 #include "VrmlReader.h"
+#include "VtkCheck.h"
 #include "VtkSurfaceReader.h"
 
 #include <QDir>
@@ -103,7 +105,7 @@ QStringList readBrep(const QString& path)
 bool isVtkSurface(const QString& path)
 {
     return InputFileCheck::suffix(path) == QLatin1String("vtk") &&
-           VtkSurfaceReader::dataset(path) == "POLYDATA";
+           VtkCheck::dataset(path) == "POLYDATA";
 }
 
 QStringList readVtk(const QString& path)

@@ -1,8 +1,8 @@
 #include "SolidMaking.h"
 
 #include "Counted.h"
-#include "GmshReader.h"
 #include "GmshSession.h"
+#include "ImportOptions.h"
 #include "InputFileCheck.h"
 #include "LooseFaces.h"
 #include "Progress.h"

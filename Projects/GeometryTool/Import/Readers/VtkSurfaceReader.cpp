@@ -2,8 +2,6 @@
 
 #include "ToolError.h"
 
-#include <QFile>
-
 #include <array>
 #include <vector>
 
@@ -13,8 +11,6 @@ namespace Ovra::GeoTool
 namespace
 {
 
-constexpr int HeaderLines = 20;
-constexpr qint64 LongestLine = 100000;
 const QByteArray Integer = "int";
 
 [[noreturn]] void unsuitable(const PolygonFile& file, const QString& what)
@@ -27,19 +23,6 @@ const QByteArray Integer = "int";
 VtkSurfaceReader::VtkSurfaceReader(const QString& path)
     : file_(path)
 {
-}
-
-QByteArray VtkSurfaceReader::dataset(const QString& path)
-{
-    QFile file(path);
-    file.open(QIODevice::ReadOnly);
-    for (int i = 0; i < HeaderLines && !file.atEnd(); ++i) {
-        const QByteArray line = file.readLine(LongestLine).simplified();
-        if (line.startsWith("DATASET ")) {
-            return line.mid(8).toUpper();
-        }
-    }
-    return QByteArray();
 }
 
 QStringList VtkSurfaceReader::read()

@@ -18,10 +18,6 @@ class VtkSurfaceReader
 public:
     explicit VtkSurfaceReader(const QString& path);
 
-    /// \brief What the line DATASET of a legacy file names, "POLYDATA" for instance; empty if none
-    /// does.
-    static QByteArray dataset(const QString& path);
-
     /// \brief Makes nodes, one surface and its triangles in Gmsh; see PolygonSurface.
     /// \return what the user should know of the file, a sentence each
     ///

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QByteArray>
+#include <QString>
+
 class QFile;
 
 namespace Ovra::GeoTool
@@ -14,6 +17,10 @@ class VtkCheck
 public:
     /// \brief Throws ToolError, InputDamaged, if \p file, open and at its start, is not whole.
     static void check(QFile& file);
+
+    /// \brief What the line DATASET of a legacy file names, "POLYDATA" for instance; empty if none
+    /// does.
+    static QByteArray dataset(const QString& path);
 };
 
 } // namespace Ovra::GeoTool

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "GmshReader.h"
+#include "ImportOptions.h"
 #include "LooseBodies.h"
 
 #include <QString>

@@ -3,7 +3,6 @@
 #include "Counted.h"
 #include "InputDamage.h"
 #include "ToolError.h"
-#include "VtkSurfaceReader.h"
 
 #include <QByteArray>
 #include <QFile>
@@ -13,6 +12,9 @@ namespace Ovra::GeoTool
 
 namespace
 {
+
+constexpr int HeaderLines = 20;
+constexpr qint64 LongestLine = 100000;
 
 qint64 numbersInLine(const QByteArray& line)
 {
@@ -53,7 +55,7 @@ void checkVtkTables(QFile& file)
 
 void VtkCheck::check(QFile& file)
 {
-    const QByteArray dataset = VtkSurfaceReader::dataset(file.fileName());
+    const QByteArray dataset = VtkCheck::dataset(file.fileName());
     if (dataset == "POLYDATA") {
         return; // its reader sees to that
     }
@@ -92,6 +94,19 @@ void VtkCheck::check(QFile& file)
     if (!binary) {
         checkVtkTables(file);
     }
+}
+
+QByteArray VtkCheck::dataset(const QString& path)
+{
+    QFile file(path);
+    file.open(QIODevice::ReadOnly);
+    for (int i = 0; i < HeaderLines && !file.atEnd(); ++i) {
+        const QByteArray line = file.readLine(LongestLine).simplified();
+        if (line.startsWith("DATASET ")) {
+            return line.mid(8).toUpper();
+        }
+    }
+    return QByteArray();
 }
 
 } // namespace Ovra::GeoTool

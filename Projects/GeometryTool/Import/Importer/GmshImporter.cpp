@@ -1,5 +1,6 @@
 #include "GmshImporter.h"
 
+#include "AirBox.h"
 #include "AttributesFile.h"
 #include "CadModel.h"
 #include "Database.h"
@@ -7,6 +8,7 @@
 #include "EntitySplitting.h"
 #include "Flatness.h"
 #include "GmshExtraction.h"
+#include "GmshReader.h"
 #include "GmshSession.h"
 #include "ImportRemarks.h"
 #include "ImportScaling.h"
