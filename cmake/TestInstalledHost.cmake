@@ -1,8 +1,8 @@
 # Installs the built library below WORK, then builds and runs Examples/Host against that tree: through the
 # CMake package and through pkg-config, with the shared library and with the archive. Variables: BUILD, SOURCE, WORK, LIBDIR, CXX,
 # FLAGS (extra compiler and linker flags, for instrumented builds), BINDIR, TOOL (whether ovrageo is
-# built too, which must find the library where both were put), PICTURE (whether it draws, and so must find
-# its module), VERSION.
+# built too, which must find the library where both were put), IMPORT and PICTURE (whether it imports and
+# draws, and so must find its modules), VERSION.
 include("${CMAKE_CURRENT_LIST_DIR}/TestHosts.cmake")
 
 file(READ "${SOURCE}/README.md" readme)
@@ -31,7 +31,7 @@ execute_process(COMMAND "${WORK}/cmake/solver-input" WORKING_DIRECTORY "${WORK}"
 if(NOT "${result}|${output}" STREQUAL "1|")
     message(FATAL_ERROR "without a case solver-input ended with ${result} and wrote\n${output}")
 endif()
-if(TOOL)
+if(TOOL AND IMPORT)
     set(ovrageo "${prefix}/${BINDIR}/ovrageo")
     file(WRITE "${WORK}/case.geo" "SetFactory(\"OpenCASCADE\");\nBox(1) = {0, 0, 0, 1, 2, 3};\n")
     # The mesher keeps some of its memory until the end.

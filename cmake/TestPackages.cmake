@@ -1,7 +1,7 @@
 # Makes the packages for Debian, installs them into a root of their own, builds Examples/Host against what
 # is installed there, runs ovrageo and imports the Python module, and takes them out again: nothing may be
 # left. Variables: BUILD, SOURCE, WORK, LIBDIR, CXX, FLAGS, VERSION, MAJOR; TOOL, PICTURE and PYTHON, whether
-# ovrageo, its pictures and the module are built.
+# ovrageo, its import, its pictures and the module are built.
 include("${CMAKE_CURRENT_LIST_DIR}/TestHosts.cmake")
 
 set(library "libovrageometrydatabase${MAJOR}")
@@ -83,6 +83,8 @@ build_with_pkg_config(pkg-config-host "${prefix}/${LIBDIR}" OvraGeometryDatabase
 
 if(TOOL)
     expect_output("ovrageo ${VERSION}\n" "${prefix}/bin/ovrageo" --version)
+endif()
+if(TOOL AND IMPORT)
     file(WRITE "${WORK}/case.geo" "SetFactory(\"OpenCASCADE\");\nBox(1) = {0, 0, 0, 1, 2, 3};\n")
     run("${prefix}/bin/ovrageo" import "${WORK}/case.geo" -o "${WORK}/case" --mesh-size 1)
     run("${prefix}/bin/ovrageo" verify "${WORK}/case")
