@@ -33,7 +33,7 @@ expect_found(${host}/Prepare/New.h [[#include "SolverInput.h"]]
              "Prepare includes SolverInput.h of SolverInput, which is not below it")
 expect_found(${host}/Import/Readers/New.h [[  #  include "ImportedMesh.h" // why]]
              "ImportReaders includes ImportedMesh.h of ImportImporter, which is not below it")
-expect_found(${host}/Import/New.cpp [[#include "Readers/GmshReader.h"]]
+expect_found(${host}/Import/Importer/New.cpp [[#include "Readers/GmshReader.h"]]
              "includes Readers/GmshReader.h by a path")
 expect_found(${library}/Vector.cpp [[#include "AttributeMap.h"]]
              "the layer values includes AttributeMap.h of attributes, which is not below it")
