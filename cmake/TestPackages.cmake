@@ -1,6 +1,6 @@
 # Makes the packages for Debian, installs them into a root of their own, builds Examples/Host against what
 # is installed there, runs ovrageo and imports the Python module, and takes them out again: nothing may be
-# left. Variables: BUILD, SOURCE, WORK, LIBDIR, CXX, FLAGS, VERSION, MAJOR; TOOL, PICTURE and PYTHON, whether
+# left. Variables: BUILD, SOURCE, WORK, LIBDIR, CXX, FLAGS, VERSION, MAJOR; TOOL, IMPORT, PICTURE and PYTHON, whether
 # ovrageo, its import, its pictures and the module are built.
 include("${CMAKE_CURRENT_LIST_DIR}/TestHosts.cmake")
 
