@@ -1,6 +1,8 @@
 """The site is made without a fault, and what would be one is found: test_site.py FOLDER."""
 
+import json
 import os
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -87,10 +89,29 @@ class Site(unittest.TestCase):
 
     folder = None
 
+    @classmethod
+    def setUpClass(cls):
+        cls.making = subprocess.run([os.path.join(ROOT, "Scripts", "documentation"), "--no-install", cls.folder],
+                                    capture_output=True, text=True)
+
     def test_has_no_fault(self):
-        run = subprocess.run([os.path.join(ROOT, "Scripts", "documentation"), "--no-install", self.folder],
-                             capture_output=True, text=True)
-        self.assertEqual(run.returncode, 0, run.stdout + run.stderr)
+        self.assertEqual(self.making.returncode, 0, self.making.stdout + self.making.stderr)
+
+    def test_index_of_the_search(self):
+        with open(os.path.join(self.folder, "html", "index.js"), encoding="utf-8") as index:
+            entries = json.loads(index.read()[len("const ENTRIES = "):-len(";\n")])
+        names = [name for name, _, _ in entries]
+        for name in ("Mesh::renumber", "Version::operator==", "Mesh", "The data model", "Moving regions"):
+            self.assertIn(name, names)
+        links = {link for _, _, link in entries}
+        self.assertEqual(len(links), len(entries))
+        page = "".join('<a href="%s">a</a>' % link for link in sorted(links))
+        with tempfile.TemporaryDirectory() as folder:
+            shutil.copytree(os.path.join(self.folder, "html"), folder, dirs_exist_ok=True)
+            with open(os.path.join(folder, "entries.html"), "w", encoding="utf-8") as file:
+                file.write(page)
+            run = subprocess.run([os.path.join(SITE, "check"), folder], capture_output=True, text=True)
+        self.assertEqual(run.stdout.splitlines()[:-1], ["entries.html: no link leads here from index.html"])
 
     def test_undocumented_member_is_a_fault(self):
         with tempfile.TemporaryDirectory() as folder, \
