@@ -6,6 +6,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <utility>
 
 namespace Ovra::Geo
 {
@@ -33,8 +34,17 @@ QList<Entity*> inIdOrder(HashIterator<int, Entity*> walk)
 template <typename Entity>
 QList<Entity*> inIdOrder(const QSet<Entity*>& set)
 {
-    QList<Entity*> entities = set.values();
-    std::sort(entities.begin(), entities.end(), Entity::lessThan);
+    QList<std::pair<int, Entity*>> keys; // as each comparison would go for the ids all over memory
+    keys.reserve(set.size());
+    for (Entity* entity : set) {
+        keys.emplaceBack(entity->id(), entity);
+    }
+    std::sort(keys.begin(), keys.end());
+    QList<Entity*> entities;
+    entities.reserve(keys.size());
+    for (const auto& [id, entity] : std::as_const(keys)) {
+        entities.append(entity);
+    }
     return entities;
 }
 

@@ -68,8 +68,6 @@ public:
     double distance(const NearTree* other) const { return (point_ - other->point_).length(); }
 
 private:
-    friend class NearTreeBuilder;
-
     struct Candidate
     {
         double distance;

@@ -1,12 +1,13 @@
 #include "Database.h"
+#include "IdOrder.h"
 #include "InterpolationData.h"
 #include "Mesh.h"
 #include "MeshVertex.h"
 #include "Model.h"
 #include "ModelEntity.h"
 #include "NearTree.h"
-#include "NearTreeBuilder.h"
 #include "PeriodicTransform.h"
+#include "PointTree.h"
 #include "Solver.h"
 #include "Utility.h"
 
@@ -15,8 +16,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <memory>
 #include <utility>
+#include <vector>
 
 namespace Ovra::Geo
 {
@@ -142,14 +145,12 @@ quint32 scattered(int id)
     return x;
 }
 
-// By ascending \p keyOf of their ids, which is asked once for each.
-template <typename KeyOf>
-QList<MeshVertex*> sorted(const QSet<MeshEntity*>& vertices, KeyOf keyOf)
+QList<MeshVertex*> inScatteredOrder(const QSet<MeshEntity*>& vertices)
 {
-    QList<std::pair<decltype(keyOf(0)), MeshVertex*>> keys;
+    QList<std::pair<quint32, MeshVertex*>> keys;
     keys.reserve(vertices.size());
     for (MeshEntity* vertex : vertices) {
-        keys.emplaceBack(keyOf(vertex->id()), static_cast<MeshVertex*>(vertex));
+        keys.emplaceBack(scattered(vertex->id()), static_cast<MeshVertex*>(vertex));
     }
     std::sort(keys.begin(), keys.end());
 
@@ -161,42 +162,81 @@ QList<MeshVertex*> sorted(const QSet<MeshEntity*>& vertices, KeyOf keyOf)
     return result;
 }
 
-int ownId(int id)
+// A face whose vertices are tied, and tied to.
+struct TiedFace
 {
-    return id;
-}
+    explicit TiedFace(ModelEntity* of)
+        : face(of)
+        , vertices(Utility::getMeshVerticesOnModelEntity(of))
+        , inOrder(inIdOrder(vertices))
+    {
+    }
 
-// Finds the vertices of one face by place; owns the tree, and one query node for all searches.
+    ModelEntity* face;
+    QSet<MeshEntity*> vertices;
+    // Neighbours in the mesh have ids close to each other: in their order, one search goes through
+    // the same part of memory as the one before.
+    QList<MeshEntity*> inOrder;
+};
+
+// Finds the vertices of one face by place. NearTree's choice among equally near ones is promised, so that
+// it decides where there are such; it is made when the first are met, which on most faces never happens.
 class VertexFinder
 {
 public:
-    VertexFinder(NearTree* tree, const Mesh* mesh)
-        : tree_(tree)
+    using MakeTree = std::function<NearTree*()>;
+
+    VertexFinder(const TiedFace& face, const Mesh* mesh, MakeTree makeTree)
+        : vertices_(face.inOrder)
+        , places_(pointsOf(vertices_))
         , mesh_(mesh)
+        , makeTree_(std::move(makeTree))
     {
     }
 
     MeshVertex* nearest(const Vector& point)
     {
-        query_.set(0, point, 0.0);
-        return static_cast<MeshVertex*>(mesh_->entity(0, tree_->nearest(&query_)));
+        const int found = places_.nearest(point);
+        return static_cast<MeshVertex*>(found == PointTree::Undecided ? nearestByTree(point)
+                                                                      : vertices_.at(found));
     }
 
 private:
+    static std::vector<Vector> pointsOf(const QList<MeshEntity*>& vertices)
+    {
+        std::vector<Vector> points;
+        points.reserve(static_cast<std::size_t>(vertices.size()));
+        for (const MeshEntity* vertex : vertices) {
+            points.push_back(vertex->centroid());
+        }
+        return points;
+    }
+
+    MeshEntity* nearestByTree(const Vector& point)
+    {
+        if (!tree_) {
+            tree_.reset(makeTree_());
+        }
+        query_.set(0, point, 0.0);
+        return mesh_->entity(0, tree_->nearest(&query_));
+    }
+
+    QList<MeshEntity*> vertices_;
+    PointTree places_;
+    const Mesh* mesh_;
+    MakeTree makeTree_;
     std::unique_ptr<NearTree> tree_;
     NearTree query_;
-    const Mesh* mesh_;
 };
 
-// Calls \p tie for each vertex with its place on the partner face and the partner's vertex nearest
+// Calls \p tie for each vertex of a face with its place on the partner face and the partner's vertex nearest
 // to that. Leaves out what another pair or an earlier run has tied.
 template <typename Place, typename Tie>
-void tieEach(const QSet<MeshEntity*>& vertices, const AttributeType& link, VertexFinder partner,
-             Place place, Tie tie)
+void tieEach(const TiedFace& face, const AttributeType& link, VertexFinder partner, Place place,
+             Tie tie)
 {
-    // Neighbours in the mesh have ids close to each other: in their order, one search goes through
-    // the same part of memory as the one before.
-    for (MeshVertex* vertex : sorted(vertices, ownId)) {
+    for (MeshEntity* entity : face.inOrder) {
+        auto* vertex = static_cast<MeshVertex*>(entity);
         if (vertex->attributes().contains(link)) {
             continue;
         }
@@ -230,24 +270,25 @@ void Solver::interpolatePeriodicFaces()
 void Solver::interpolatePeriodicFace(ModelEntity* first, ModelEntity* second,
                                      const PeriodicTransform& transform) const
 {
-    const QSet<MeshEntity*> firstVertices = Utility::getMeshVerticesOnModelEntity(first);
-    const QSet<MeshEntity*> secondVertices = Utility::getMeshVerticesOnModelEntity(second);
-    const auto tieAll = [this](const QSet<MeshEntity*>& vertices, const QSet<MeshEntity*>& partners,
-                               ModelEntity* face, const PeriodicTransform& toFace) {
+    const TiedFace ofFirst(first);
+    const TiedFace ofSecond(second);
+    const auto tieAll = [this](const TiedFace& face, const TiedFace& partner,
+                               const PeriodicTransform& toPartner) {
         tieEach(
-            vertices, AttributeType::PeriodicEntityId,
-            VertexFinder(buildNearTree(partners), database_->mesh()),
+            face, AttributeType::PeriodicEntityId,
+            VertexFinder(partner, database_->mesh(),
+                         [&] { return buildNearTree(partner.vertices); }),
             [&](Vector point) {
-                transformPoint(point, toFace);
+                transformPoint(point, toPartner);
                 return point;
             },
             [&](MeshVertex* vertex, const Vector& point, MeshVertex* nearest) {
-                storePeriodicAttributes(vertex,
-                                        interpolate(point, nearest, face, PeriodicTolerance));
+                storePeriodicAttributes(
+                    vertex, interpolate(point, nearest, partner.face, PeriodicTolerance));
             });
     };
-    tieAll(firstVertices, secondVertices, second, transform);
-    tieAll(secondVertices, firstVertices, first, transform.inverse());
+    tieAll(ofFirst, ofSecond, transform);
+    tieAll(ofSecond, ofFirst, transform.inverse());
 }
 
 void Solver::interpolateExtrudedFaces()
@@ -268,21 +309,21 @@ void Solver::interpolateExtrudedFaces()
 
 void Solver::interpolateExtrudedFace(ModelEntity* first, ModelEntity* second) const
 {
-    const QSet<MeshEntity*> firstVertices = Utility::getMeshVerticesOnModelEntity(first);
-    const QSet<MeshEntity*> secondVertices = Utility::getMeshVerticesOnModelEntity(second);
-    const auto tieAll = [this](const QSet<MeshEntity*>& vertices, const QSet<MeshEntity*>& partners,
-                               ModelEntity* face) {
+    const TiedFace ofFirst(first);
+    const TiedFace ofSecond(second);
+    const auto tieAll = [this](const TiedFace& face, const TiedFace& partner) {
         tieEach(
-            vertices, AttributeType::ExtrudedEntityId,
-            VertexFinder(buildNearTree(partners), database_->mesh()),
+            face, AttributeType::ExtrudedEntityId,
+            VertexFinder(partner, database_->mesh(),
+                         [&] { return buildNearTree(partner.vertices); }),
             [](const Vector& point) { return point; },
             [&](MeshVertex* vertex, const Vector& point, MeshVertex* nearest) {
-                storeExtrusionAttributes(vertex,
-                                         interpolate(point, nearest, face, extrusionTolerance_));
+                storeExtrusionAttributes(
+                    vertex, interpolate(point, nearest, partner.face, extrusionTolerance_));
             });
     };
-    tieAll(firstVertices, secondVertices, second);
-    tieAll(secondVertices, firstVertices, first);
+    tieAll(ofFirst, ofSecond);
+    tieAll(ofSecond, ofFirst);
 }
 
 PeriodicTransform Solver::computePeriodicTransform(ModelEntity* first, ModelEntity* second) const
@@ -357,11 +398,17 @@ void Solver::clearExtrusionAttributes() const
 
 NearTree* Solver::buildNearTree(const QSet<MeshEntity*>& vertices) const
 {
-    NearTreeBuilder builder;
-    for (const MeshVertex* vertex : sorted(vertices, scattered)) {
-        builder.append(vertex->id(), vertex->point());
+    auto root = std::make_unique<NearTree>();
+    bool isFirst = true;
+    for (const MeshVertex* vertex : inScatteredOrder(vertices)) {
+        NearTree* const node = isFirst ? root.get() : new NearTree;
+        node->set(vertex->id(), vertex->point(), 0.0);
+        if (!isFirst) {
+            root->insert(node);
+        }
+        isFirst = false;
     }
-    return builder.build();
+    return root.release();
 }
 
 } // namespace Ovra::Geo
