@@ -50,6 +50,19 @@ if(TOOL AND IMPORT)
     endif()
 endif()
 
+# A host may be of any standard from C++17, and as strict as it likes. Qt's headers are not ours to judge.
+file(GLOB headers RELATIVE "${prefix}/include/OvraGeometryDatabase" "${prefix}/include/OvraGeometryDatabase/*.h")
+list(TRANSFORM headers REPLACE "(.+)" "#include <\\1>")
+list(JOIN headers "\n" all_headers)
+file(WRITE "${WORK}/all-headers.cpp" "${all_headers}\nint main() {}\n")
+run(pkg-config --cflags-only-I Qt6Core)
+string(REPLACE "-I" "-isystem" qt_folders "${output}")
+separate_arguments(qt_folders UNIX_COMMAND "${qt_folders}")
+foreach(standard 17 20 2b)
+    run("${CXX}" -std=c++${standard} -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror -fPIC -fsyntax-only ${qt_folders}
+        "-I${prefix}/include/OvraGeometryDatabase" "${WORK}/all-headers.cpp")
+endforeach()
+
 build_with_pkg_config(pkg-config-host "${prefix}/${LIBDIR}" OvraGeometryDatabase)
 expect_needed("${WORK}/pkg-config-host" TRUE)
 build_with_pkg_config(pkg-config-static-host "${prefix}/${LIBDIR}" OvraGeometryDatabaseStatic)

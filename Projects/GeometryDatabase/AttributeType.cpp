@@ -107,6 +107,10 @@ struct Id
 
 } // namespace
 
+#if !defined(Q_CONSTINIT) // which came with Qt 6.4; without it nothing but the check is missing
+#define Q_CONSTINIT
+#endif
+
 #define OVRA_GEO_CONSTANT(name, tag) Q_CONSTINIT const AttributeType AttributeType::name(Id::name);
 OVRA_GEO_ATTRIBUTES(OVRA_GEO_CONSTANT)
 #undef OVRA_GEO_CONSTANT
