@@ -88,11 +88,17 @@ Reals pointArray(const py::object& object)
     return points;
 }
 
-void requireCount(py::ssize_t given, std::size_t needed, const char* what)
+std::string counted(std::size_t count, const std::string& singular, const std::string& plural)
 {
-    if (static_cast<std::size_t>(given) != needed) {
-        throw py::value_error(std::to_string(given) + ' ' + what + " are given for " +
-                              std::to_string(needed) + " entities");
+    return std::to_string(count) + ' ' + (count == 1 ? singular : plural);
+}
+
+void requireCount(py::ssize_t given, std::size_t needed, const std::string& what)
+{
+    const auto count = static_cast<std::size_t>(given);
+    if (count != needed) {
+        throw py::value_error(counted(count, what + " is", what + "s are") + " given for " +
+                              counted(needed, "entity", "entities"));
     }
 }
 
@@ -129,7 +135,7 @@ std::vector<int> newIds(const Mesh& mesh, int dimension, const py::object& objec
         return {};
     }
     std::vector<int> ids = Arrays::idsFrom(object);
-    requireCount(static_cast<py::ssize_t>(ids.size()), count, "ids");
+    requireCount(static_cast<py::ssize_t>(ids.size()), count, "id");
     std::unordered_set<int> seen;
     for (const int id : ids) {
         if (id <= 0) {
@@ -184,7 +190,7 @@ std::vector<ModelEntity*> parentsFrom(const Model& model, const py::object& obje
     const Wholes ids = wholeArray(object);
     const bool isOneForAll = ids.ndim() == 0;
     if (!isOneForAll) {
-        requireCount(ids.size(), count, "parents");
+        requireCount(ids.size(), count, "parent");
     }
     std::vector<ModelEntity*> parents(count);
     for (std::size_t i = 0; i < count; ++i) {
@@ -211,6 +217,23 @@ std::vector<int> Arrays::idsFrom(const py::object& object)
     return shortened(values);
 }
 
+std::vector<int> Arrays::chosen(const std::vector<int>& all, const py::object& object)
+{
+    const py::array array = anyArray(object);
+    if (array.dtype().kind() != 'b' || array.ndim() != 1) {
+        return idsFrom(object);
+    }
+    requireCount(array.size(), all.size(), "truth value");
+    const py::array_t<bool, py::array::c_style | py::array::forcecast> mask(array);
+    std::vector<int> ids;
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        if (mask.data()[i]) {
+            ids.push_back(all[i]);
+        }
+    }
+    return ids;
+}
+
 py::array_t<int> Arrays::arrayOf(const std::vector<int>& ids)
 {
     return py::array_t<int>(static_cast<py::ssize_t>(ids.size()), ids.data());
@@ -235,7 +258,7 @@ void Arrays::setPoints(const MeshEntities& view, const py::object& object)
 {
     const Reals points = pointArray(object);
     const std::vector<MeshEntity*> vertices = view.entities();
-    requireCount(points.shape(0), vertices.size(), "points");
+    requireCount(points.shape(0), vertices.size(), "point");
     for (std::size_t row = 0; row < vertices.size(); ++row) {
         static_cast<MeshVertex*>(vertices[row])->setPoint(pointAt(points, row));
     }

@@ -19,6 +19,9 @@ namespace Arrays
 ///        are none, OverflowError for larger ones.
 std::vector<int> idsFrom(const pybind11::object& object);
 
+/// \brief The ids that \p object chooses: an array of them, or a truth value for each of \p all.
+std::vector<int> chosen(const std::vector<int>& all, const pybind11::object& object);
+
 /// \brief \p ids as an array of int32.
 pybind11::array_t<int> arrayOf(const std::vector<int>& ids);
 

@@ -224,6 +224,12 @@ QVariant anyFrom(const py::handle& object)
     throw py::type_error("no attribute can hold " + py::repr(object).cast<std::string>());
 }
 
+bool isListOf(const py::handle& object, bool (*isItem)(const py::handle&))
+{
+    return isList(object) && std::all_of(py::iter(object), py::iterator::sentinel(),
+                                         [isItem](const py::handle& item) { return isItem(item); });
+}
+
 bool fits(const py::handle& object, AttributeRule::Value kind)
 {
     switch (kind) {
@@ -237,6 +243,10 @@ bool fits(const py::handle& object, AttributeRule::Value kind)
         return py::isinstance<py::str>(object);
     case AttributeRule::Value::Any:
         return true;
+    case AttributeRule::Value::IntegerList:
+        return isListOf(object, isInteger);
+    case AttributeRule::Value::RealList:
+        return isListOf(object, isReal);
     default:
         return isList(object);
     }

@@ -49,6 +49,21 @@ pybind11::object entityAt(const View<Side>& view, int id)
     return wrap<Side>(view.state, *entity);
 }
 
+/// \brief The same by any object of Python; throws TypeError for one that is no integer.
+template <typename Side>
+pybind11::object entityBy(const View<Side>& view, const pybind11::object& id)
+{
+    if (PyIndex_Check(id.ptr()) == 0) {
+        throw pybind11::type_error("entities are asked for by id, an integer, and not by " +
+                                   pybind11::repr(id).cast<std::string>());
+    }
+    try {
+        return entityAt(view, id.cast<int>());
+    } catch (const pybind11::cast_error&) { // beyond 32 bits
+        throw pybind11::key_error("there is no id " + pybind11::repr(id).cast<std::string>());
+    }
+}
+
 template <typename Side>
 bool contains(const View<Side>& view, const pybind11::object& object)
 {
@@ -83,11 +98,12 @@ std::vector<typename Side::Entity*> entitiesAt(const View<Side>& view, const std
     return entities;
 }
 
-/// \brief Those of \p ids, which must all be of \p view's case.
+/// \brief Those of \p ids, which must all be of \p view's case, or those of \p view where a truth value
+///        is true.
 template <typename Side>
 View<Side> select(const View<Side>& view, const pybind11::object& ids)
 {
-    auto selection = std::make_shared<std::vector<int>>(Arrays::idsFrom(ids));
+    auto selection = std::make_shared<std::vector<int>>(Arrays::chosen(view.ids(), ids));
     entitiesAt(view, *selection);
     return {view.state, view.dimension, std::move(selection)};
 }
@@ -133,7 +149,7 @@ pybind11::class_<View<Side>> bindView(pybind11::module_& module, const char* nam
              [](const Of& self) {
                  return Walk<Side>{self.state, self.dimension, self.ids()};
              })
-        .def("__getitem__", &entityAt<Side>, py::arg("id"),
+        .def("__getitem__", &entityBy<Side>, py::arg("id"),
              "The entity of that id; KeyError without.")
         .def("__contains__", &contains<Side>)
         .def_property_readonly(
@@ -141,7 +157,10 @@ pybind11::class_<View<Side>> bindView(pybind11::module_& module, const char* nam
         .def_property_readonly(
             "ids", [](const Of& self) { return Arrays::arrayOf(self.ids()); },
             "The ids, an int32 array, in the order of every other array of this view.")
-        .def("select", &select<Side>, py::arg("ids"), "Those of the given ids, in their order.")
+        .def("select", &select<Side>, py::arg("ids"),
+             "Those of the given ids, in their order, or those where an array of truth values, one "
+             "for\n"
+             "each, is true.")
         .def("attribute", &attributeOf<Side>, py::arg("tag"),
              "The values of an attribute, a masked array of int64, float64 or bool; masked where "
              "an\n"

@@ -199,3 +199,15 @@ def test_a_selection_knows_its_own(tetrahedron):
         chosen[2]
     with pytest.raises(KeyError, match="there is no mesh vertex 9"):
         tetrahedron.mesh.vertices.select([9])
+
+
+def test_a_mask_selects_as_ids_do(tetrahedron):
+    vertices = tetrahedron.mesh.vertices
+    upper = vertices.select(vertices.coordinates[:, 2] > 0.5)
+    assert list(upper.ids) == [4]
+    assert list(vertices.select([4, 1]).select([True, False]).ids) == [4]
+    assert len(vertices.select(np.zeros(4, dtype=bool))) == 0
+    with pytest.raises(ValueError, match="^1 truth value is given for 4 entities$"):
+        vertices.select([True])
+    with pytest.raises(ValueError, match="^2 truth values are given for 1 entity$"):
+        upper.select([True, True])

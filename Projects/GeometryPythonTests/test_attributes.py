@@ -124,3 +124,10 @@ def test_model_and_mesh_have_attributes_too(tetrahedron):
     tetrahedron.mesh.attributes["ex_type"] = "a"
     assert tetrahedron.model.attributes == {"coordinate_system": 2}
     assert tetrahedron.mesh.attributes == {"ex_type": "a"}
+
+
+@pytest.mark.parametrize("tag, kind", [("hot_faces", "integers"), ("periodic_weights", "numbers")])
+def test_a_list_of_other_things_is_refused_with_its_tag(tetrahedron, tag, kind):
+    with pytest.raises(TypeError, match=rf"^{tag} takes a list of {kind}, and not \[<ModelFace 1 'skin'>\]$"):
+        tetrahedron.model.regions[1].attributes[tag] = [tetrahedron.model.faces[1]]
+    assert tag not in tetrahedron.model.regions[1].attributes

@@ -154,7 +154,15 @@ def test_export_picture_and_report(tetrahedron, tmp_path):
     assert (tmp_path / "case.html").read_text().startswith("<!doctype html>")
     assert tetrahedron.name is None  # the files in between are nobody's
     page = tetrahedron._repr_html_()
-    assert "A case in memory" in page and "data:image/png;base64," in page
+    assert "A case in memory" in page and "within 1 × 1 × 1" in page and "data:image/png;base64," in page
+
+
+def test_a_notebook_shows_a_case_without_mesh_and_a_closed_one():
+    case = ovrageo.Case()
+    case.model.add_vertex((0, 0, 0))
+    assert "no mesh" in case._repr_html_() and "no picture: the case has no faces to show" in case._repr_html_()
+    case.close()
+    assert case._repr_html_() == "<p>A case that is closed</p>"
 
 
 def test_diff_of_cases_in_memory(tetrahedron, tmp_path):

@@ -171,3 +171,25 @@ def test_a_point_is_three_finite_numbers(point, error):
     with pytest.raises(error):
         model.add_vertex(point)
     assert len(model.vertices) == 0
+
+
+def test_entities_are_found_by_name():
+    model = ovrageo.Case().model
+    for name in ("chip_1", "chip_2", "chip", "a[1].*", ""):
+        model.add_face(name)
+    faces = model.faces
+    assert [face.id for face in faces.named("chip_?")] == [1, 2]
+    assert [face.id for face in faces.named("chip*")] == [1, 2, 3]
+    assert [face.id for face in faces.named("a[1].*")] == [4]
+    assert len(faces.named("Chip")) == 0 and list(faces.named("").ids) == [5]
+    faces.named("chip*").set_attribute("is_thermal", True)
+    assert faces.attribute("is_thermal").count() == 3
+
+
+@pytest.mark.parametrize("key, shown", [("skin", "'skin'"), (1.0, "1.0"), (slice(1, 2), "slice(1, 2, None)")])
+def test_what_is_no_id_is_refused_with_its_value(tetrahedron, key, shown):
+    with pytest.raises(TypeError) as raised:
+        tetrahedron.model.faces[key]
+    assert str(raised.value) == f"entities are asked for by id, an integer, and not by {shown}"
+    with pytest.raises(KeyError, match="there is no id 1000000000000"):
+        tetrahedron.mesh.faces[10**12]

@@ -34,6 +34,7 @@ from ._core import (
     operation_names,
     section_names,
 )
+from ._names import named as _named
 from .case import Case, Finding, Verification, diff, import_file, open
 from .errors import (
     BusyError,
@@ -56,6 +57,7 @@ for _name in ("get", "keys", "items", "values", "pop", "popitem", "clear", "upda
     setattr(Attributes, _name, getattr(_MutableMapping, _name))
 _MutableMapping.register(Attributes)
 del _name
+setattr(ModelEntities, "named", _named)
 
 __all__ = [
     "Attributes", "Box", "BusyError", "Case", "CaseWarning", "DamagedFileError", "Error", "Finding",

@@ -3,6 +3,8 @@
 from __future__ import annotations
 
 import base64
+import os
+from collections.abc import Iterable
 from html import escape
 from typing import Any
 
@@ -10,6 +12,13 @@ from . import errors
 from .case import Case
 
 _KINDS = ("vertices", "edges", "faces", "regions")
+_WIDTH, _HEIGHT = 640, 400
+# In the elements themselves, as notebooks take other styles away; colours are those of the notebook.
+_PAGE = "display: flex; flex-wrap: wrap; gap: 1.5em; align-items: flex-start"
+_TABLE = "border-collapse: collapse; margin: 0.75em 0 0 0; font-variant-numeric: tabular-nums"
+_CELL = "border: 0; background: none; padding: 0.1em 1em 0.1em 0; text-align: "
+_HEAD = "border: 0; background: none; padding: 0.1em 1em 0.1em 0; font-weight: normal; opacity: 0.65; text-align: "
+_IMAGE = "max-width: 100%; height: auto; border-radius: 6px"
 
 
 def page(case: Case) -> str:
@@ -18,33 +27,53 @@ def page(case: Case) -> str:
         return "<p>A case that is closed</p>"
     facts = case.info()
     return (
-        '<div style="display: flex; flex-wrap: wrap; gap: 1em; align-items: flex-start">'
-        f"<div><strong>{escape(case.name or 'A case in memory')}</strong>"
-        f"{_counts(case)}{_materials(facts)}</div>{_picture(case)}</div>"
+        f'<div style="{_PAGE}"><div><strong>{_title(case)}</strong><br><small>{_extents(facts)}</small>'
+        f"{_counts(case)}{_materials(facts)}</div><div>{_picture(case)}</div></div>"
     )
+
+
+def _title(case: Case) -> str:
+    if case.name is None:
+        return "A case in memory"
+    return f'<span title="{escape(case.name)}">{escape(os.path.basename(case.name))}</span>'
+
+
+def _extents(facts: dict[str, Any]) -> str:
+    box = facts["meshBox"]
+    if not box:
+        return "no mesh"
+    sides = (f"{high - low:.4g}" for low, high in zip(box["minimum"], box["maximum"]))
+    return "within " + " × ".join(sides)
 
 
 def _counts(case: Case) -> str:
-    rows = "".join(
-        f"<tr><th>{kind}</th><td>{len(getattr(case.model, kind))}</td>"
-        f"<td>{len(getattr(case.mesh, kind))}</td></tr>"
-        for kind in _KINDS
-    )
-    return f"<table><tr><th></th><th>model</th><th>mesh</th></tr>{rows}</table>"
+    return _table(("", "model", "mesh"), (
+        (kind, f"{len(getattr(case.model, kind)):,}", f"{len(getattr(case.mesh, kind)):,}") for kind in _KINDS))
 
 
 def _materials(facts: dict[str, Any]) -> str:
-    rows = "".join(
-        f"<tr><td>{escape(str(material['type'] or 'none'))}</td><td>{material['elements']}</td></tr>"
-        for material in facts["materials"]
-    )
-    return f"<table><tr><th>material</th><th>elements</th></tr>{rows}</table>" if rows else ""
+    rows = [(f"{material['type'] or 'none'} {material['id']}", f"{material['modelEntities']:,}",
+             f"{material['elements']:,}") for material in facts["materials"]]
+    of = "regions" if facts["is3d"] else "faces"
+    return _table(("material", of, "elements"), rows) if rows else ""
+
+
+def _table(head: Iterable[str], rows: Iterable[Iterable[str]]) -> str:
+    lines = [_row("th", _HEAD, head), *(_row("td", _CELL, row) for row in rows)]
+    return f'<table style="{_TABLE}">{"".join(lines)}</table>'
+
+
+def _row(element: str, style: str, texts: Iterable[str]) -> str:
+    cells = (f'<{element} style="{style}{"right" if column else "left"}">{escape(text)}</{element}>'
+             for column, text in enumerate(texts))
+    return f"<tr style=\"background: none\">{''.join(cells)}</tr>"
 
 
 def _picture(case: Case) -> str:
     try:
-        png = case.picture(size="480x360")
+        png = case.picture(size=f"{2 * _WIDTH}x{2 * _HEIGHT}")
     except errors.Error as error:  # a case without elements, a host without VTK
-        return f"<p>{escape(str(error))}</p>"
+        return f"<small>no picture: {escape(str(error))}</small>"
     encoded = base64.b64encode(png or b"").decode()
-    return f'<img alt="The case" width="480" height="360" src="data:image/png;base64,{encoded}">'
+    return (f'<img alt="The case" width="{_WIDTH}" height="{_HEIGHT}" style="{_IMAGE}" '
+            f'src="data:image/png;base64,{encoded}">')
