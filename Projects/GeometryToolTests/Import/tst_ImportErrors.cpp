@@ -2,22 +2,18 @@
 #include "GmshFixture.h"
 #include "ImportChecks.h"
 #include "Matrix.h"
-#include "ToolRun.h"
-
-#include <QTemporaryDir>
-#include <QTest>
+#include "RefusalTest.h"
 
 using Ovra::Geo::AttributeType;
 
 /// What import says of wrong inputs, and that it leaves what stands at the output alone.
-class TestImportErrors : public QObject
+class TestImportErrors : public RefusalTest
 {
     Q_OBJECT
 
 private slots:
     void initTestCase()
     {
-        QVERIFY(directory_.isValid());
         const GmshFixture gmsh;
         GmshFixture::makeTwoBoxes(1.0);
         GmshFixture::write(path("two.step"));
@@ -38,11 +34,7 @@ private slots:
         GmshFixture::write(path("twob.msh"), true, 4.1, true);
     }
 
-    void init()
-    {
-        QVERIFY(writeContent(path("case.geo_model"), "model as it was"));
-        QVERIFY(writeContent(path("case.geo_mesh"), "mesh as it was"));
-    }
+    void init() { putWhatStays(); }
 
     void refusesTruncatedFiles_data()
     {
@@ -120,7 +112,7 @@ private slots:
 
     void refusesMissingFile() { checkRefused(import(path("nowhere.msh")), 3, "no such file"); }
 
-    void refusesDirectory() { checkRefused(import(directory_.path()), 3, "is a directory"); }
+    void refusesDirectory() { checkRefused(import(folder()), 3, "is a directory"); }
 
     void namesFormatThatGmshWasBuiltWithout()
     {
@@ -531,28 +523,6 @@ private slots:
         QCOMPARE(value(2, 5, AttributeType::PeriodicWeights).toList(), (QVariantList{1.0, 0.5}));
         QVERIFY(!value(3, 1, AttributeType::MaterialId).isValid());
     }
-
-private:
-    QString path(const QString& name) const { return directory_.filePath(name); }
-    QString path(const char* name) const { return path(QString::fromLatin1(name)); }
-
-    ToolRun import(const QString& file, const QStringList& options = {})
-    {
-        return runTool(QStringList{"import", file, "-o", path("case")} + options);
-    }
-
-    void checkRefused(const ToolRun& run, int exitCode, const QByteArray& words = QByteArray())
-    {
-        QVERIFY2(run.exitCode == exitCode, run.errors.constData());
-        const QByteArray lastLine = run.errors.trimmed().split('\n').last() + '\n';
-        QVERIFY2(isOneErrorLine(lastLine), run.errors.constData());
-        QVERIFY2(lastLine.contains(words), run.errors.constData());
-        QCOMPARE(run.output, QByteArray());
-        QCOMPARE(contentOf(path("case.geo_model")), QByteArray("model as it was"));
-        QCOMPARE(contentOf(path("case.geo_mesh")), QByteArray("mesh as it was"));
-    }
-
-    QTemporaryDir directory_;
 };
 
 QTEST_APPLESS_MAIN(TestImportErrors)

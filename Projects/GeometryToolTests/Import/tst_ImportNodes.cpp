@@ -1,22 +1,13 @@
 #include "ImportChecks.h"
-#include "ToolRun.h"
-
-#include <QTemporaryDir>
-#include <QTest>
+#include "RefusalTest.h"
 
 /// Nodes that are not there, or not anywhere, in what import reads.
-class TestImportNodes : public QObject
+class TestImportNodes : public RefusalTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY(directory_.isValid()); }
-
-    void init()
-    {
-        QVERIFY(writeContent(path("case.geo_model"), "model as it was"));
-        QVERIFY(writeContent(path("case.geo_mesh"), "mesh as it was"));
-    }
+    void init() { putWhatStays(); }
 
     void saysWhichLineNamesAnUnknownNode_data()
     {
@@ -164,13 +155,6 @@ private slots:
     }
 
 private:
-    QString path(const QString& name) const { return directory_.filePath(name); }
-
-    ToolRun import(const QString& file, const QStringList& options = {})
-    {
-        return runTool(QStringList{"import", file, "-o", path("case")} + options);
-    }
-
     static QByteArray msh4OfManyElements()
     {
         QByteArray text = "$MeshFormat\n4.1 0 8\n$EndMeshFormat\n$Nodes\n1 4 1 4\n3 1 0 4\n1\n"
@@ -181,19 +165,6 @@ private:
         }
         return text + "$EndElements\n";
     }
-
-    void checkRefused(const ToolRun& run, int exitCode, const QByteArray& words = QByteArray())
-    {
-        QVERIFY2(run.exitCode == exitCode, run.errors.constData());
-        const QByteArray lastLine = run.errors.trimmed().split('\n').last() + '\n';
-        QVERIFY2(isOneErrorLine(lastLine), run.errors.constData());
-        QVERIFY2(lastLine.contains(words), run.errors.constData());
-        QCOMPARE(run.output, QByteArray());
-        QCOMPARE(contentOf(path("case.geo_model")), QByteArray("model as it was"));
-        QCOMPARE(contentOf(path("case.geo_mesh")), QByteArray("mesh as it was"));
-    }
-
-    QTemporaryDir directory_;
 };
 
 QTEST_APPLESS_MAIN(TestImportNodes)
