@@ -8,7 +8,7 @@ Takes the fenced blocks of all Markdown pages of this tree, each page in a folde
                 show its output
     ```json     must be JSON, or members of an object
     ```python   run as a script; must succeed
-    ```pycon    run as doctest
+    ```pycon    run as doctest; the blocks of a page are one session
     ```cpp, ```cmake  must stand in a file below Examples/, which the test installed-host builds
     ```text     layouts, drawings and the like: not run. A command has no place there
 
@@ -148,6 +148,7 @@ class Runner:
 
     def __init__(self, folder):
         self.folder = folder
+        self.names = {"__name__": "__main__"}  # of the sessions
         os.makedirs(folder)
         for name in SOURCES:
             os.symlink(os.path.join(ROOT, name), os.path.join(folder, name))
@@ -208,12 +209,18 @@ class Runner:
         return None if run.returncode == 0 else run.stdout
 
     def run_pycon(self, text):
-        with open(os.path.join(self.folder, "session.txt"), "w", encoding="utf-8") as session:
-            session.write(text)
-        options = ["-o", "ELLIPSIS", "-o", "NORMALIZE_WHITESPACE"]
-        run = subprocess.run([sys.executable, "-B", "-m", doctest.__name__, *options, "session.txt"],
-                             cwd=self.folder, env=self.environment, text=True, capture_output=True)
-        return None if run.returncode == 0 else run.stdout + run.stderr
+        """As doctest does, with the names that the blocks of this page before it have left."""
+        test = doctest.DocTestParser().get_doctest(text, {}, "session", None, 0)
+        test.globs = self.names
+        said = []
+        before = os.getcwd()
+        os.chdir(self.folder)
+        try:
+            runner = doctest.DocTestRunner(optionflags=doctest.ELLIPSIS | doctest.NORMALIZE_WHITESPACE)
+            failed = runner.run(test, out=said.append, clear_globs=False).failed
+        finally:
+            os.chdir(before)
+        return "".join(said) if failed else None
 
     @staticmethod
     def run_cpp(text):
@@ -279,6 +286,12 @@ def missing_program(block):
     return name if name and not shutil.which(name) else None
 
 
+def missing_package(block, page_text):
+    """Why a session with the Python package is not run: a build without one leaves its path unset."""
+    is_needed = block.language == "pycon" and "import ovrageo" in page_text
+    return "a build without the Python package" if is_needed and "PYTHONPATH" not in os.environ else None
+
+
 def run_page(page, folder, counts):
     """The faults of a page; counts what was run, and what was not and why."""
     with open(os.path.join(ROOT, page), encoding="utf-8") as file:
@@ -294,7 +307,7 @@ def run_page(page, folder, counts):
     for line in indented_blocks(text):
         faults.append("%s:%d: a block that is indented is not run: put it between fences" % (page, line))
     for block in blocks_of(page, text):
-        reason = block.remark("not run:") or missing_program(block)
+        reason = block.remark("not run:") or missing_program(block) or missing_package(block, text)
         if reason:
             counts["not run"].append("%s: %s" % (block.place, reason))
             continue

@@ -32,6 +32,12 @@ class Pages(unittest.TestCase):
         self.check(block("sh", "echo a\ntest -d Cases") + block("json", '"a": 1') + block("python", "a = 1"))
         self.check(block("pycon", ">>> 1 + 1\n2") + block("text", "no command"))
 
+    def test_sessions(self):
+        """The blocks of a page go on where the one before ended, in the folder of the page; other pages do not."""
+        made = block("pycon", ">>> with open('made', 'w') as file:\n...     a = file.write('four')")
+        self.check(made + block("console", "$ cat made; echo\nfour") + block("pycon", ">>> a\n4"))
+        self.assertIn("NameError: name 'a' is not defined", faults_of(block("pycon", ">>> a\n4"))[0][0])
+
     def test_other_output(self):
         self.check(block("console", "$ echo a\nb"), "page:3: $ echo a\nwrote\na\n\nand not\nb")
         self.check(block("console", "$ seq 3\n1\n...\n4"), "page:3: $ seq 3\nwrote\n1\n2\n3\n\nand not\n1\n...\n4")
