@@ -80,6 +80,9 @@ class Filter(unittest.TestCase):
     def test_pictures(self):
         self.assertEqual(filtered("![A b.](../sketches/c.svg)", "Documentation/Diff.md"), "![A b.](c.svg)")
 
+    def test_languages(self):
+        self.assertEqual(filtered("```pycon\n>>> a\n```\n```sh\n```", "README.md"), "```py\n>>> a\n```\n```sh\n```")
+
     def test_classes(self):
         self.assertEqual(filtered("`Mesh` and `mesh`\n```\n`Mesh`\n```", "README.md"),
                          '<code>@ref Ovra::Geo::Mesh "Mesh"</code> and `mesh`\n```\n`Mesh`\n```')
