@@ -174,6 +174,35 @@ def test_a_planar_mesh_is_a_planar_case():
     assert not case.model.is_3d and case.mesh.faces.kinds == {"quadrilateral": 1}
 
 
+POINTS = [[0, 0, 0], [1, 0, 0], [0, 1, 0], [0, 0, 1.0]]
+
+
+@pytest.mark.parametrize(
+    "points, cells, error, text",
+    [
+        (POINTS, [("tetra", [[0, 1, 2, 9]])], ValueError,
+         "a cell of the kind tetra names point 9, and the mesh has 4, from 0 on"),
+        (POINTS, [("wedge", [[0, 1, 2, 3, 3, -1]])], ValueError,
+         "a cell of the kind wedge names point -1, and the mesh has 4, from 0 on"),
+        (POINTS, [("polygon", [[0, 1, 2, 3]])], ovrageo.UnsuitableError,
+         "cells of the kind polygon have no place in a case"),
+        ([[np.nan] * 3] * 4, [("tetra", [[0, 1, 2, 3]])], ovrageo.DamagedFileError,
+         "the mesh: node 1 has a coordinate that is no finite number"),
+    ],
+)
+def test_a_mesh_that_cannot_be_a_case_is_told(points, cells, error, text):
+    meshio = pytest.importorskip("meshio")
+    with pytest.raises(error) as raised:
+        bridges.from_meshio(meshio.Mesh(points, cells))
+    assert str(raised.value) == text
+
+
+def test_names_come_with_every_letter():
+    meshio = pytest.importorskip("meshio")
+    mesh = meshio.Mesh(POINTS, [("tetra", [[0, 1, 2, 3]])], cell_sets={'a "b" ü': [[0]], "none": [None]})
+    assert [region.name for region in bridges.from_meshio(mesh).model.regions] == ['a "b" ü']
+
+
 def test_a_field_over_the_vertices_is_one_over_the_points(channel, tmp_path):
     meshio = pytest.importorskip("meshio")
     mesh = bridges.to_meshio(channel)

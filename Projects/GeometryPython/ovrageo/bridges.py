@@ -49,6 +49,9 @@ _KINDS = {
     "wedge": _Kind("wedge", 13, _WEDGE),
     "hexahedron": _Kind("hexahedron", 12, (0, 1, 2, 3, 4, 5, 6, 7)),
 }
+# Kinds of second order that Gmsh has as well: the import leaves out their middle nodes.
+_SECOND_ORDER = {"line3", "triangle6", "quad8", "quad9", "tetra10", "pyramid13", "pyramid14", "wedge15",
+                 "wedge18", "hexahedron20", "hexahedron27"}
 _TYPE_SET = "material_type:"  #: begins the names of the cell sets that tell of the kind of material
 
 
@@ -183,6 +186,7 @@ def from_meshio(mesh: Any, **options: object) -> Case:
     group of Gmsh) that has its cells. Wedges may have either order. Mesh entities are numbered anew.
     """
     meshio = _library("meshio", "python3-meshio, or by pip meshio")
+    _require_known(mesh)
     entities, sets = _entities_of(mesh), _sets_of(mesh)
     cells = [(block.type, _upright(mesh.points, block.data) if block.type == "wedge" else block.data)
              for block in mesh.cells]
@@ -192,7 +196,10 @@ def from_meshio(mesh: Any, **options: object) -> Case:
     with tempfile.TemporaryDirectory(prefix="ovrageo-") as folder:
         path = os.path.join(folder, "mesh.msh")
         meshio.write(path, written, file_format="gmsh22", binary=True)
-        case = import_file(path, **options)  # type: ignore[arg-type]
+        try:
+            case = import_file(path, **options)  # type: ignore[arg-type]
+        except errors.Error as error:
+            raise type(error)(str(error).replace(path, "the mesh")) from None
     _name(case, mesh, entities, sets)
     _give_materials(case, mesh, entities, sets)
     return case
@@ -245,10 +252,9 @@ def _data(view: _core.MeshEntities) -> dict[str, _Array]:
 def _of_parents(case: Case, view: _core.MeshEntities, what: Any) -> _Array:
     """what(model entity) over mesh entities; an empty text for those on none."""
     dimensions, ids = view.parents
-    pairs, places = np.unique(np.stack([dimensions, ids]), axis=1, return_inverse=True)
-    texts = [what(_of_model(case, int(dimension))[int(id)]) if dimension >= 0 else ""
-             for dimension, id in pairs.T]
-    return np.asarray(np.array(texts, dtype=str)[places.ravel()])
+    keys, places = np.unique(dimensions.astype(np.int64) << 32 | ids, return_inverse=True)
+    texts = [what(_of_model(case, key >> 32)[key & 0xffffffff]) if key >= 0 else "" for key in keys.tolist()]
+    return np.asarray(np.array(texts, dtype=str)[places])
 
 
 def _names(case: Case, view: _core.MeshEntities) -> _Array:
@@ -278,6 +284,17 @@ def _add_data(vtk: Any, support: Any, target: Any, data: dict[str, _Array]) -> N
             array = support.numpy_to_vtk(values, deep=True)
         array.SetName(name)
         target.AddArray(array)
+
+
+def _require_known(mesh: Any) -> None:
+    known = {kind.name for kind in _KINDS.values()} | _SECOND_ORDER | {"vertex"}
+    for block in mesh.cells:
+        if block.type not in known:
+            raise errors.UnsuitableError(f"cells of the kind {block.type} have no place in a case")
+        wrong = block.data[(block.data < 0) | (block.data >= len(mesh.points))]
+        if len(wrong):
+            raise ValueError(f"a cell of the kind {block.type} names point {wrong[0]}, and the mesh has "
+                             f"{len(mesh.points)}, from 0 on")
 
 
 def _dimension(block: Any) -> int:
