@@ -70,53 +70,45 @@ MaterialSummary& materialOf(std::vector<MaterialSummary>& materials, const Model
     return materials.back();
 }
 
-bool liesInAPlane(const Mesh& mesh)
-{
-    std::vector<Vector> points;
-    points.reserve(static_cast<std::size_t>(mesh.count(0)));
-    auto vertices = mesh.iterator(0);
-    while (vertices.hasNext()) {
-        vertices.next();
-        points.push_back(vertices.value()->centroid());
-    }
-    return Flatness::isFlat(points);
-}
-
 } // namespace
 
 CaseSummary::CaseSummary(const CaseFiles& files, const Database& database, Progress& progress)
+    : CaseSummary(files, CaseView(database), progress)
+{
+}
+
+CaseSummary::CaseSummary(const CaseFiles& files, const CaseView& view, Progress& progress)
     : name(files.name())
     , modelFile(files.modelFacts())
     , meshFile(files.meshFacts())
-    , is3d(database.model()->is3d())
-    , coordinateSystem(database.model()->coordinateSystem())
-    , refinementRegionCount(database.model()->refinementRegionCount())
-    , modelBox(database.model()->boundingBox())
+    , is3d(view.model().is3d())
+    , coordinateSystem(view.model().coordinateSystem())
+    , refinementRegionCount(view.model().refinementRegionCount())
+    , modelBox(view.model().boundingBox())
 {
     progress.phase(QStringLiteral("counting"));
-    countModel(database);
-    countMesh(database, progress);
-    countMaterials(database);
-    listNames(database);
-    listTwins(*database.model());
-    isPlanar = liesInAPlane(*database.mesh());
+    countModel(view.model());
+    countMesh(view.mesh(), progress);
+    countMaterials(view);
+    listNames(view);
+    listTwins(view.model());
+    isPlanar = Flatness::isFlat(view.points());
     progress.phase(QStringLiteral("judging the elements"));
-    const CaseView view(database);
     for (int dimension = 1; dimension < 4; ++dimension) {
-        if (database.mesh()->count(dimension) > 0) {
-            quality.emplace_back(dimension, MeshQuality(view, dimension, progress));
+        if (!view.meshEntities(dimension).empty()) {
+            quality.emplace_back(dimension, view.quality(dimension, progress));
         }
     }
     progress.finish();
 }
 
-void CaseSummary::countModel(const Database& database)
+void CaseSummary::countModel(Model& ofCase)
 {
-    for (const AttributeType& type : database.model()->attributes().types()) {
+    for (const AttributeType& type : ofCase.attributes().types()) {
         attributes[tagOf(type)].model = 1;
     }
     for (int dimension = 0; dimension < 4; ++dimension) {
-        auto entities = database.model()->iterator(dimension);
+        auto entities = ofCase.iterator(dimension);
         while (entities.hasNext()) {
             entities.next();
             const ModelEntity& entity = *entities.value();
@@ -128,14 +120,14 @@ void CaseSummary::countModel(const Database& database)
     }
 }
 
-void CaseSummary::countMesh(const Database& database, Progress& progress)
+void CaseSummary::countMesh(Mesh& ofCase, Progress& progress)
 {
-    for (const AttributeType& type : database.mesh()->attributes().types()) {
+    for (const AttributeType& type : ofCase.attributes().types()) {
         attributes[tagOf(type)].mesh = 1;
     }
     for (int dimension = 0; dimension < 4; ++dimension) {
-        const int count = database.mesh()->count(dimension);
-        auto entities = database.mesh()->iterator(dimension);
+        const int count = ofCase.count(dimension);
+        auto entities = ofCase.iterator(dimension);
         while (entities.hasNext()) {
             entities.next();
             countMeshEntity(*entities.value());
@@ -163,11 +155,9 @@ void CaseSummary::countMeshEntity(MeshEntity& entity)
     }
 }
 
-void CaseSummary::countMaterials(const Database& database)
+void CaseSummary::countMaterials(const CaseView& view)
 {
-    auto regions = database.model()->orderedIterator(database.model()->faceDimension() + 1);
-    while (regions.hasNext()) {
-        const ModelEntity* const region = regions.next();
+    for (const ModelEntity* region : view.modelEntities(view.elementDimension())) {
         MaterialSummary& material = materialOf(materials, *region);
         ++material.modelEntityCount;
         material.elementCount += region->childCount();
@@ -177,14 +167,11 @@ void CaseSummary::countMaterials(const Database& database)
     });
 }
 
-void CaseSummary::listNames(const Database& database)
+void CaseSummary::listNames(const CaseView& view)
 {
-    const int bodies = database.model()->faceDimension() + 1;
-    for (const int dimension : {bodies, bodies - 1}) {
+    for (const int dimension : {view.elementDimension(), view.faceDimension()}) {
         QMap<QString, std::vector<int>> ids;
-        auto entities = database.model()->orderedIterator(dimension);
-        while (entities.hasNext()) {
-            const ModelEntity* const entity = entities.next();
+        for (const ModelEntity* entity : view.modelEntities(dimension)) {
             for (const QString& each : QSet<QString>{entity->name(), entity->tag()}) {
                 if (!each.isEmpty()) {
                     ids[each].push_back(entity->id());

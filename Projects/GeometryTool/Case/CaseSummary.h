@@ -69,6 +69,9 @@ struct CaseSummary
     /// \param files those that \p database has been loaded from
     CaseSummary(const CaseFiles& files, const Geo::Database& database, Progress& progress);
 
+    /// \brief The same by a view of that database, which others use too.
+    CaseSummary(const CaseFiles& files, const CaseView& view, Progress& progress);
+
     QString name;
     FileFacts modelFile;
     FileFacts meshFile;
@@ -94,11 +97,11 @@ struct CaseSummary
         quality; ///< of each dimension from 1 that has elements
 
 private:
-    void countModel(const Geo::Database& database);
-    void countMesh(const Geo::Database& database, Progress& progress);
+    void countModel(Geo::Model& ofCase);
+    void countMesh(Geo::Mesh& ofCase, Progress& progress);
     void countMeshEntity(Geo::MeshEntity& entity);
-    void countMaterials(const Geo::Database& database);
-    void listNames(const Geo::Database& database);
+    void countMaterials(const CaseView& view);
+    void listNames(const CaseView& view);
     void listTwins(const Geo::Model& ofCase);
 };
 

@@ -73,6 +73,15 @@ const VertexLists& CaseView::vertexLists(int dimension) const
     return *lists;
 }
 
+const MeshQuality& CaseView::quality(int dimension, Progress& progress) const
+{
+    std::optional<MeshQuality>& quality = qualities_.at(slot(dimension));
+    if (!quality) {
+        quality.emplace(*this, dimension, progress);
+    }
+    return *quality;
+}
+
 const std::vector<Vector>& CaseView::points() const
 {
     if (!points_) {

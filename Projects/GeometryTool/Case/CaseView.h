@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MeshQuality.h"
 #include "Vector.h"
 #include "VertexLists.h"
 
@@ -41,6 +42,10 @@ public:
     /// \pre all vertices that are listed are in the mesh
     const VertexLists& vertexLists(int dimension) const;
 
+    /// \brief How good the mesh entities of \p dimension, 1 to 3, are, judged at the first call.
+    /// \pre as of vertexLists(); no vertex moves between two calls
+    const MeshQuality& quality(int dimension, Progress& progress) const;
+
     /// \brief The points of meshEntities(0), made at the first call.
     const std::vector<Geo::Vector>& points() const;
 
@@ -58,6 +63,7 @@ private:
     std::array<std::vector<Geo::MeshEntity*>, 4> meshEntities_;
     mutable std::optional<IdPositions> positions_;
     mutable std::array<std::optional<VertexLists>, 4> vertexLists_;
+    mutable std::array<std::optional<MeshQuality>, 4> qualities_;
     mutable std::optional<std::vector<Geo::Vector>> points_;
 };
 

@@ -66,12 +66,12 @@ QByteArray drawn(const PictureModule& module, const PictureOptions& options, Cas
 {
     CaseDatabase database;
     source.load(database, progress);
+    const CaseView view(database);
     std::optional<CaseFindings> findings;
     if (options.hasFindings) {
-        findings = CaseVerifier(database).verify(progress, CaseVerifier::ContentTopics);
+        findings = CaseVerifier::verify(view, progress, CaseVerifier::ContentTopics);
     }
     progress.phase(QStringLiteral("drawing"));
-    const CaseView view(database);
     PictureScene scene(view, options, findings ? &*findings : nullptr);
     scene.setTitle(QFileInfo(source.name()).fileName());
     const QByteArray picture = module.draw(scene.data());

@@ -104,11 +104,11 @@ Report::Report()
 QByteArray Report::page(const CaseFiles& files, const Database& database,
                         const std::optional<QJsonObject>& changes, Progress& progress) const
 {
-    const CaseSummary summary(files, database, progress);
-    const CaseFindings findings =
-        CaseVerifier(database).verify(progress, CaseVerifier::ContentTopics, findingLimit);
-    progress.phase(QStringLiteral("gathering the surfaces"));
     const CaseView view(database);
+    const CaseSummary summary(files, view, progress);
+    const CaseFindings findings =
+        CaseVerifier::verify(view, progress, CaseVerifier::ContentTopics, findingLimit);
+    progress.phase(QStringLiteral("gathering the surfaces"));
     const SurfaceData surfaces(view, CaseSurface(view));
     const QJsonObject data{
         {"info", objectOf(infoJson(summary))},

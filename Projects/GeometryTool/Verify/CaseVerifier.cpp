@@ -25,8 +25,13 @@ CaseVerifier::CaseVerifier(const Geo::Database& database)
 
 CaseFindings CaseVerifier::verify(Progress& progress, Topics topics, int limit) const
 {
+    return verify(CaseView(database_), progress, topics, limit);
+}
+
+CaseFindings CaseVerifier::verify(const CaseView& view, Progress& progress, Topics topics,
+                                  int limit)
+{
     CaseFindings findings(limit);
-    const CaseView view(database_);
     if (topics.testFlag(Pointers) && !PointerCheck::run(view, findings)) {
         return findings;
     }

@@ -12,6 +12,7 @@ class Database;
 namespace Ovra::GeoTool
 {
 
+class CaseView;
 class Progress;
 
 /// \brief Looks whether a case in memory is sound, and says what is wrong where.
@@ -43,6 +44,10 @@ public:
     /// \param limit how many findings of a kind to keep with their text
     CaseFindings verify(Progress& progress, Topics topics = AllTopics,
                         int limit = CaseFindings::DefaultLimit) const;
+
+    /// \brief The same of a case whose view is there already, with what was found out through it.
+    static CaseFindings verify(const CaseView& view, Progress& progress, Topics topics,
+                               int limit = CaseFindings::DefaultLimit);
 
 private:
     const Geo::Database& database_;

@@ -195,7 +195,7 @@ void ElementCheck::checkVertexList(const MeshEntity& entity)
 
 void ElementCheck::checkShapes(int dimension, Progress& progress)
 {
-    const MeshQuality quality(view_, dimension, progress);
+    const MeshQuality& quality = view_.quality(dimension, progress);
     using Report = void (ElementCheck::*)(MeshEntity&);
     const std::array<std::pair<const std::vector<int>*, Report>, 3> reports = {
         {{&quality.degenerate(), &ElementCheck::reportFlat},
