@@ -26,7 +26,7 @@ and a comment of its own runs what the page has no need to show, as a console bl
 
 A command line within the text, `ovrageo prepare --all` for instance, has to name a command and options that
 ovrageo knows, and a path within it, `Prepare/Preparation.cpp` for instance, has to lead somewhere: in this tree, or
-below the library or the host. The tool is that of the variable OVRAGEO; OVRA_BUILD is the build whose library hosts are built with.
+below the library or the host. Links and pictures have to be there for those who read the files as such. The tool is that of the variable OVRAGEO; OVRA_BUILD is the build whose library hosts are built with.
 """
 
 import argparse
@@ -48,6 +48,7 @@ SOURCES = ("Cases", "Documentation", "Examples", "Projects", "Scripts", "CMakePr
 BLOCK = re.compile(r"^(?P<indent> *)```(?P<language>\w*)\n(?P<text>.*?)^(?P=indent)```$|"
                    r"^<!-- (?P<remark>(?:file|needs|not run:) .*?) -->$|"
                    r"^<!-- run\n(?P<hidden>.*?)^-->$", re.MULTILINE | re.DOTALL)
+LINK = re.compile(r"\]\((?!https?:|#)([^)\s#]+)(?:#[^)\s]*)?\)")
 LIST_ITEM = re.compile(r" *([-*]|[0-9]+\.) ")
 CODE = re.compile(r"(?<!`)`([^`\n]+)`(?!`)")
 PATH = re.compile(r"\w[\w.-]*(/[\w.-]+)+")
@@ -281,6 +282,20 @@ def missing_path(page, text):
     return text if bases and not any(os.path.exists(os.path.join(base, text)) for base in bases) else None
 
 
+def prose_of(text):
+    """A page without what stands between fences, in comments and in code."""
+    return CODE.sub("", BLOCK.sub(lambda found: "\n" * found[0].count("\n"), text))
+
+
+def dead_links(page, text):
+    """The links and pictures of a page that lead to no file beside it, with their lines."""
+    prose = prose_of(text)
+    for found in LINK.finditer(prose):
+        path = os.path.join(ROOT, os.path.dirname(page), found[1])
+        if not os.path.exists(path):
+            yield prose.count("\n", 0, found.start()) + 1, found[1]
+
+
 def missing_program(block):
     name = block.remark("needs")
     return name if name and not shutil.which(name) else None
@@ -304,6 +319,8 @@ def run_page(page, folder, counts):
     for found in CODE.finditer(text):
         if missing_path(page, found[1]):
             faults.append("%s:%d: there is no %s" % (page, text.count("\n", 0, found.start()) + 1, found[1]))
+    for line, link in dead_links(page, text):
+        faults.append("%s:%d: dead link to %s" % (page, line, link))
     for line in indented_blocks(text):
         faults.append("%s:%d: a block that is indented is not run: put it between fences" % (page, line))
     for block in blocks_of(page, text):

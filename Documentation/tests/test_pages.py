@@ -60,6 +60,10 @@ class Pages(unittest.TestCase):
     def test_blocks_of_unknown_kind(self):
         self.check(block("", "x"), "page:3: a block of the kind '' needs a remark why it is not run")
 
+    def test_links(self):
+        self.check("[a](page.md#b) [b](https://c.invalid/d) `[c](none.md)` [d](#e)\n" + block("text", "[f](none.md)"))
+        self.check("a\n![b](none.png)", "page:2: dead link to none.png")
+
     def test_indented_blocks(self):
         self.check("a\n\n    ovrageo info x\n    b\n\nc", "page:3: a block that is indented is not run: put it between fences")
         self.check("- a\n\n    more of a\n\n1. a\n    b\n\n```text\n\n    c\n```\n")
