@@ -55,7 +55,11 @@ def main():
         solution = solver.solve()
         report(solution)
         write(arguments, solver, solution)
-    except (InputError, OSError) as error:
+    except OSError as error:
+        text = f"{error.filename}: {error.strerror}" if error.filename else str(error)
+        print(f"heat: error: {text}", file=sys.stderr)
+        return 1
+    except InputError as error:
         print(f"heat: error: {error}", file=sys.stderr)
         return 1
     return 0

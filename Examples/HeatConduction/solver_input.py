@@ -213,15 +213,24 @@ class Lines:
         """The number of the line that was taken last."""
         return self._next
 
+    def last(self):
+        """That line."""
+        return self._lines[self._next - 1]
+
 
 def read(path):
     """Reads a file; raises InputError with the number of the line that does not fit."""
-    with open(path, encoding="utf-8") as stream:
-        lines = Lines(stream.read())
+    try:
+        with open(path, encoding="utf-8") as stream:
+            lines = Lines(stream.read())
+    except UnicodeDecodeError as error:
+        raise InputError(f"{path}: this is no text, at byte {error.start}, and so no solver input") from error
     try:
         return _read_sections(lines)
-    except (ValueError, IndexError, InputError) as error:
+    except InputError as error:
         raise InputError(f"{path}:{lines.where()}: {error}") from error
+    except (ValueError, IndexError) as error:
+        raise InputError(f"{path}:{lines.where()}: no line of a solver input: {lines.last()[:60]!r}") from error
 
 
 def _read_sections(lines):
@@ -234,10 +243,12 @@ def _read_sections(lines):
 
 
 def _read_nodes(lines):
-    rows = [line.split() for line in lines.until("-1")]
-    ids = np.array([int(row[0]) for row in rows], dtype=int)
-    points = np.array([[float(x) for x in row[1:]] for row in rows]).reshape(-1, 3)
-    return ids, points
+    ids, points = [], []
+    for line in lines.until("-1"):
+        number, x, y, z = line.split()
+        ids.append(int(number))
+        points.append((float(x), float(y), float(z)))
+    return np.array(ids, dtype=int), np.array(points).reshape(-1, 3)
 
 
 def _read_elements(lines):

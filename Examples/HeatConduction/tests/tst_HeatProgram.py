@@ -55,7 +55,9 @@ class Program(unittest.TestCase):
         return heat(self.input, self.folder / "problem.json", *options)
 
     def assert_refused(self, message):
-        done = self.run_heat()
+        self.assert_refuses(self.run_heat(), message)
+
+    def assert_refuses(self, done, message):
         self.assertEqual(done.returncode, 1)
         self.assertEqual(done.stdout, "")
         self.assertIn(message, done.stderr)
@@ -156,28 +158,47 @@ class Program(unittest.TestCase):
         self.assert_refused('shells are "thin" or "resolved", not "thick"')
 
     def test_bad_json(self):
-        (self.folder / "bad.json").write_text("{ materials", encoding="utf-8")
-        done = heat(self.input, self.folder / "bad.json")
-        self.assertEqual(done.returncode, 1)
-        self.assertIn("bad.json: Expecting property name", done.stderr)
+        for text, message in (
+                (b"{ materials", "bad.json:1:3: no JSON: Expecting property name"),
+                (b'{"shells":\n"th\xff"}', "bad.json: this is no text, at byte 14, and so no JSON"),
+                (b"[1]", "bad.json: a problem must be an object, not [1]"),
+                (b'{"materials": 3}', 'bad.json: "materials" must be an object, not 3'),
+                (b'{"materials": {"1": 3}}', "bad.json: material 1 must be an object, not 3"),
+                (b'{"materials": {"air": {}}}', 'bad.json: "air" is no number of a material'),
+                (b'{"surfaces": {"z=0": 300}}', 'bad.json: surface "z=0" must be an object, not 300'),
+                (b'{"contacts": {}}', 'bad.json: "contacts" must be a list, not {}'),
+                (b'{"contacts": [{"materials": [1]}]}', "bad.json: a contact needs two numbers of materials")):
+            (self.folder / "bad.json").write_bytes(text)
+            self.assert_refuses(heat(self.input, self.folder / "bad.json"), message)
 
     def test_nothing_holds_the_temperature(self):
         self.problem["surfaces"] = {}
         self.assert_refused("nothing holds the temperature of node 1")
 
+    def test_bad_plane(self):
+        self.problem["surfaces"]["z=up"] = {"temperature": 300}
+        self.assert_refused('"z=up" names no place of a plane, as "x=0.5" does')
+
     def test_damaged_input(self):
         first, second, _, rest = self.text.split("\n", 3)
         self.input.write_text("\n".join([first, second, "3 0 x 0", rest]), encoding="utf-8")
-        self.assert_refused("input.txt:")
+        self.assert_refused("input.txt:3: no line of a solver input: '3 0 x 0'")
+
+    def test_other_input(self):
+        self.input.write_text("$MeshFormat\n", encoding="utf-8")
+        self.assert_refused("input.txt:1: no line of a solver input: '$MeshFormat'")
+        self.input.write_bytes(b"\x00\xff")
+        self.assert_refused("input.txt: this is no text, at byte 1, and so no solver input")
 
     def test_cut_input(self):
         self.input.write_text(self.text[:len(self.text) // 2], encoding="utf-8")
         self.assert_refused("the file ends within a section")
 
-    def test_missing_file(self):
-        done = heat("nowhere.txt", PROBLEMS / "fan.json")
-        self.assertEqual(done.returncode, 1)
-        self.assertIn("nowhere.txt", done.stderr)
+    def test_files_that_cannot_be_read(self):
+        for name, reason in (("nowhere.txt", "No such file or directory"), (".", "Is a directory")):
+            path = self.folder / name
+            self.assert_refuses(heat(path, PROBLEMS / "fan.json"), f"heat: error: {path}: {reason}\n")
+            self.assert_refuses(heat(self.input, path), f"heat: error: {path}: {reason}\n")
 
 
 def corners(cell):
