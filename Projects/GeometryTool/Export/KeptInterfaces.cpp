@@ -9,7 +9,6 @@
 #include "Model.h"
 #include "ModelEntity.h"
 #include "Twins.h"
-#include "VertexTies.h"
 
 #include <QMap>
 
@@ -37,6 +36,12 @@ std::array<double, 3> coordinates(const Vector& point)
     return {point.x(), point.y(), point.z()};
 }
 
+std::vector<int> sorted(std::vector<int> vertices)
+{
+    std::sort(vertices.begin(), vertices.end());
+    return vertices;
+}
+
 } // namespace
 
 KeptInterfaces::KeptInterfaces(const CaseView& view)
@@ -44,20 +49,15 @@ KeptInterfaces::KeptInterfaces(const CaseView& view)
     , vertices_(positionsOf(view.meshEntities(0)))
     , joined_(view.meshEntities(view.elementDimension()).size())
 {
-    const int dimension = view.faceDimension();
     findPairs();
     findPeriodicPairs();
+    findExtrudedPairs();
     for (const Pair& pair : pairs_) {
-        meshFaces_.insert(pair.first, {});
-        meshFaces_.insert(pair.second, {});
+        children_.insert(pair.first, {});
+        children_.insert(pair.second, {});
     }
-    const std::vector<MeshEntity*>& meshFaces = view.meshEntities(dimension);
-    for (std::size_t i = 0; i < meshFaces.size(); ++i) {
-        const auto found = meshFaces_.find(meshFaces[i]->parent());
-        if (found != meshFaces_.end()) {
-            found->push_back(static_cast<int>(i));
-        }
-    }
+    findChildren(view.faceDimension());
+    findChildren(view.elementDimension());
     findElements();
     for (const Pair& pair : pairs_) {
         join(pair);
@@ -75,15 +75,18 @@ std::vector<int> KeptInterfaces::clusters()
     return clusters;
 }
 
+/// Of replicas the elements: those are all that there is at their faces.
 void KeptInterfaces::findPairs()
 {
     for (const Twin& twin : twinsOf(view_.model())) {
-        if (twin.original->dimension() != view_.faceDimension()) {
-            continue;
-        }
-        if (twin.relation == QLatin1String("shell twin")) {
-            pairs_.push_back({twin.original, twin.copy, byShellLink()});
-        } else if (twin.relation != QLatin1String("replica")) {
+        if (twin.relation == QLatin1String("replica")) {
+            if (twin.original->dimension() == view_.elementDimension()) {
+                pairs_.push_back(
+                    {twin.original, twin.copy, byLink(AttributeType::NewMotionVertex)});
+            }
+        } else if (twin.relation == QLatin1String("shell twin")) {
+            pairs_.push_back({twin.original, twin.copy, byLink(AttributeType::ShellVertex)});
+        } else {
             pairs_.push_back({twin.original, twin.copy, byPlace(twin.copy)});
         }
     }
@@ -100,7 +103,30 @@ void KeptInterfaces::findPeriodicPairs()
     }
     for (const std::vector<const ModelEntity*>& all : faces) {
         for (std::size_t i = 1; i < all.size(); ++i) {
-            pairs_.push_back({all[i - 1], all[i], byTie()});
+            pairs_.push_back({all[i - 1], all[i], byTie(VertexTies::periodic())});
+        }
+    }
+}
+
+void KeptInterfaces::findExtrudedPairs()
+{
+    for (const ModelEntity* face : view_.modelEntities(view_.faceDimension())) {
+        const ModelEntity* const partner = view_.model().entity(
+            view_.faceDimension(), intOf(face->attributes(), AttributeType::ExtrudedFace));
+        if (partner) {
+            pairs_.push_back({face, partner, byTie(VertexTies::extruded())});
+        }
+    }
+}
+
+void KeptInterfaces::findChildren(int dimension)
+{
+    const std::vector<MeshEntity*>& entities = view_.meshEntities(dimension);
+    for (std::size_t i = 0; i < entities.size(); ++i) {
+        const ModelEntity* const parent = entities[i]->parent();
+        const auto found = children_.find(parent);
+        if (found != children_.end() && parent->dimension() == dimension) {
+            found->push_back(static_cast<int>(i));
         }
     }
 }
@@ -112,8 +138,11 @@ void KeptInterfaces::findElements()
     ElementSides sides(view_);
     for (const ElementSides::Range& part : sides.parts()) {
         sides.collect(part);
-        for (const std::vector<int>& meshFaces : meshFaces_) {
-            for (const int meshFace : meshFaces) {
+        for (auto it = children_.cbegin(); it != children_.cend(); ++it) {
+            if (it.key()->dimension() != dimension) {
+                continue;
+            }
+            for (const int meshFace : it.value()) {
                 const std::span<const int> vertices = lists.of(place(meshFace));
                 if (!ElementCheck::isWellFormed(dimension, vertices)) {
                     continue;
@@ -132,28 +161,25 @@ void KeptInterfaces::findElements()
 
 void KeptInterfaces::join(const Pair& pair)
 {
-    const VertexLists& lists = view_.vertexLists(view_.faceDimension());
-    std::map<ElementSides::Key, int> counterparts;
-    for (const int meshFace : meshFaces_.value(pair.second)) {
-        counterparts.emplace(ElementSides::keyOf(lists.of(place(meshFace))), meshFace);
+    const int dimension = pair.first->dimension();
+    const VertexLists& lists = view_.vertexLists(dimension);
+    std::map<std::vector<int>, int> counterparts;
+    for (const int entity : children_.value(pair.second)) {
+        const std::span<const int> vertices = lists.of(place(entity));
+        counterparts.emplace(sorted({vertices.begin(), vertices.end()}), entity);
     }
-    for (const int meshFace : meshFaces_.value(pair.first)) {
+    for (const int entity : children_.value(pair.first)) {
         std::vector<int> partners;
-        for (const int vertex : lists.of(place(meshFace))) {
+        for (const int vertex : lists.of(place(entity))) {
             partners.push_back(pair.partnerOf(vertex));
         }
-        const auto counterpart = counterparts.find(ElementSides::keyOf(partners));
+        const auto counterpart = counterparts.find(sorted(partners));
         if (counterpart == counterparts.end()) {
-            std::vector<int> all = elementsAt(pair.first);
-            const std::vector<int> others = elementsAt(pair.second);
-            all.insert(all.end(), others.begin(), others.end());
-            joinAll(all);
+            joinAll(
+                elementsAt(children_.value(pair.first), children_.value(pair.second), dimension));
             return;
         }
-        std::vector<int> both = elements_.value(meshFace);
-        const std::vector<int> others = elements_.value(counterpart->second);
-        both.insert(both.end(), others.begin(), others.end());
-        joinAll(both);
+        joinAll(elementsAt({entity}, {counterpart->second}, dimension));
     }
 }
 
@@ -164,12 +190,17 @@ void KeptInterfaces::joinAll(const std::vector<int>& elements)
     }
 }
 
-std::vector<int> KeptInterfaces::elementsAt(const ModelEntity* face) const
+std::vector<int> KeptInterfaces::elementsAt(std::vector<int> some, const std::vector<int>& others,
+                                            int dimension) const
 {
+    some.insert(some.end(), others.begin(), others.end());
+    if (dimension == view_.elementDimension()) {
+        return some;
+    }
     std::vector<int> elements;
-    for (const int meshFace : meshFaces_.value(face)) {
-        const std::vector<int> some = elements_.value(meshFace);
-        elements.insert(elements.end(), some.begin(), some.end());
+    for (const int meshFace : some) {
+        const std::vector<int> at = elements_.value(meshFace);
+        elements.insert(elements.end(), at.begin(), at.end());
     }
     return elements;
 }
@@ -186,29 +217,26 @@ KeptInterfaces::PartnerOf KeptInterfaces::byPlace(const ModelEntity* other) cons
     };
 }
 
-KeptInterfaces::PartnerOf KeptInterfaces::byShellLink() const
+KeptInterfaces::PartnerOf KeptInterfaces::byLink(const AttributeType& link) const
 {
-    return [this](int vertex) { return shellPartner(vertex); };
+    return [this, link](int vertex) { return linkedPartner(vertex, link); };
 }
 
-KeptInterfaces::PartnerOf KeptInterfaces::byTie() const
+KeptInterfaces::PartnerOf KeptInterfaces::byTie(const VertexTies& ties) const
 {
-    return [this](int vertex) { return tiedPartner(vertex); };
+    return [this, ties](int vertex) { return tiedPartner(vertex, ties); };
 }
 
 /// A vertex on the rim of a shell is that of both its faces.
-int KeptInterfaces::shellPartner(int vertex) const
+int KeptInterfaces::linkedPartner(int vertex, const AttributeType& link) const
 {
     const AttributeMap& attributes = view_.meshEntities(0)[place(vertex)]->attributes();
-    return attributes.contains(AttributeType::ShellVertex)
-               ? vertices_.find(intOf(attributes, AttributeType::ShellVertex))
-               : vertex;
+    return attributes.contains(link) ? vertices_.find(intOf(attributes, link)) : vertex;
 }
 
 /// A vertex on the axis of a rotation is that of both sides.
-int KeptInterfaces::tiedPartner(int vertex) const
+int KeptInterfaces::tiedPartner(int vertex, const VertexTies& ties) const
 {
-    static const VertexTies ties = VertexTies::periodic();
     MeshEntity& entity = *view_.meshEntities(0)[place(vertex)];
     if (!ties.isTied(entity) || !ties.fault(view_.mesh(), entity).isEmpty()) {
         return vertex;

@@ -2,6 +2,7 @@
 
 #include "IdPositions.h"
 #include "UnionFind.h"
+#include "VertexTies.h"
 
 #include <QHash>
 
@@ -20,12 +21,13 @@ namespace Ovra::GeoTool
 class CaseView;
 
 /// \brief Which elements have to stay in one part, so that no cut parts the two sides of a doubled
-/// interface, of a shell, or of a periodic pair.
+/// interface, of a shell, of a periodic or an extruded pair, or a replica from its original.
 ///
 /// Where each mesh face has its counterpart on the other side, the elements at both stay together:
 /// by the place of the vertices on doubled faces, by `shell_vertex` on shells, by a tie to a single
-/// vertex on periodic faces. A pair that has a mesh face without counterpart stays together as a
-/// whole, with all elements at its mesh faces.
+/// vertex on periodic and extruded faces. Elements of a replica stay with those of its original, by
+/// `new_motion_vertex`. A pair that has a mesh face, or an element, without counterpart stays
+/// together as a whole, with all elements at its mesh faces.
 class KeptInterfaces
 {
 public:
@@ -47,22 +49,25 @@ private:
 
     void findPairs();
     void findPeriodicPairs();
+    void findExtrudedPairs();
+    void findChildren(int dimension);
     void findElements();
     void join(const Pair& pair);
     void joinAll(const std::vector<int>& elements);
-    std::vector<int> elementsAt(const Geo::ModelEntity* face) const;
+    std::vector<int> elementsAt(std::vector<int> some, const std::vector<int>& others,
+                                int dimension) const;
 
     PartnerOf byPlace(const Geo::ModelEntity* other) const;
-    PartnerOf byShellLink() const;
-    PartnerOf byTie() const;
-    int shellPartner(int vertex) const;
-    int tiedPartner(int vertex) const;
+    PartnerOf byLink(const Geo::AttributeType& link) const;
+    PartnerOf byTie(const VertexTies& ties) const;
+    int linkedPartner(int vertex, const Geo::AttributeType& link) const;
+    int tiedPartner(int vertex, const VertexTies& ties) const;
 
     const CaseView& view_;
     IdPositions vertices_; ///< by id
     std::vector<Pair> pairs_;
-    QHash<const Geo::ModelEntity*, std::vector<int>> meshFaces_; ///< of the faces of the pairs
-    QHash<int, std::vector<int>> elements_;                      ///< at those mesh faces
+    QHash<const Geo::ModelEntity*, std::vector<int>> children_; ///< of the entities of the pairs
+    QHash<int, std::vector<int>> elements_;                     ///< at mesh faces among them
     UnionFind joined_;
 };
 
