@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -41,18 +42,11 @@ QString targetOf(const QString& path)
     return info.exists() ? info.canonicalFilePath() : info.absoluteFilePath();
 }
 
-void requireReplaceable(const QString& path)
+void requireDirectoryOf(const QString& path)
 {
-    const QFileInfo info(path);
-    if (info.isDir()) {
-        throw outputError(path, QStringLiteral("it is a directory"));
-    }
-    if (info.exists() && !info.isWritable()) {
-        throw outputError(path, QStringLiteral("the file is write-protected"));
-    }
-    if (!QFileInfo(info.absolutePath()).isDir()) {
-        throw outputError(path,
-                          QStringLiteral("there is no directory %1").arg(info.absolutePath()));
+    const QString directory = QFileInfo(path).absolutePath();
+    if (!QFileInfo(directory).isDir()) {
+        throw outputError(path, QStringLiteral("there is no directory %1").arg(directory));
     }
 }
 
@@ -286,10 +280,28 @@ void OutputFiles::addDirectory(const QString& path)
     if (QFileInfo(path).isDir()) {
         return;
     }
+    requireDirectoryOf(path);
     if (!QDir().mkdir(path)) {
         throw outputError(path, QStringLiteral("the directory cannot be made"));
     }
     madeDirectories_ += path;
+}
+
+void OutputFiles::addRemoval(const QString& path)
+{
+    removals_ += path;
+}
+
+void OutputFiles::requireReplaceable(const QString& path)
+{
+    const QFileInfo info(path);
+    if (info.isDir()) {
+        throw outputError(path, QStringLiteral("it is a directory"));
+    }
+    if (info.exists() && !info.isWritable()) {
+        throw outputError(path, QStringLiteral("the file is write-protected"));
+    }
+    requireDirectoryOf(path);
 }
 
 bool OutputFiles::isStandardOutput(const QString& path)
@@ -341,8 +353,21 @@ void OutputFiles::commit()
     for (const std::unique_ptr<Entry>& entry : entries_) {
         entry->dropBackup();
     }
+    removeOutdated();
     if (lock.isOpen()) {
         removeLeftovers();
+    }
+}
+
+void OutputFiles::removeOutdated()
+{
+    for (const QString& path : removals_) {
+        const QString target = targetOf(path);
+        const bool isNew = std::any_of(entries_.begin(), entries_.end(),
+                                       [&](const auto& entry) { return entry->target == target; });
+        if (!isNew) {
+            QFile::remove(path);
+        }
     }
 }
 

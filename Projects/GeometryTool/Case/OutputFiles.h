@@ -42,6 +42,14 @@ public:
     /// the directory cannot be made.
     void addDirectory(const QString& path);
 
+    /// \brief The file \p path goes as commit() has put all others in place, unless it is one of
+    /// them; one that is not there is no matter.
+    void addRemoval(const QString& path);
+
+    /// \brief Throws ToolError OutputFailed where \p path can be no file that is written: a directory,
+    /// a file that is write-protected, or one in a directory that is not there.
+    static void requireReplaceable(const QString& path);
+
     /// \brief True for "-", which add() takes for standard output; "./-" is a file of that name.
     static bool isStandardOutput(const QString& path);
 
@@ -70,10 +78,12 @@ private:
     void replace();
     QString takeBack();
     void removeLeftovers();
+    void removeOutdated();
 
     TemporaryName names_;
     std::vector<std::unique_ptr<Entry>> entries_;
     QStringList madeDirectories_;
+    QStringList removals_;
 };
 
 } // namespace Ovra::GeoTool

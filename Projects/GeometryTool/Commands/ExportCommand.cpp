@@ -64,7 +64,7 @@ void requireParts(const ExportFormat& format, const ExportOptions& options)
     if (options.parts == 1) {
         return;
     }
-    if (!format.hasParts) {
+    if (!format.hasParts()) {
         throw ToolError(ExitCode::Usage,
                         QStringLiteral("a .%1 file is not written in parts; those that are: %2")
                             .arg(format.suffix, ExportFormat::suffixesWithParts()));
@@ -72,12 +72,42 @@ void requireParts(const ExportFormat& format, const ExportOptions& options)
     requireMetis();
 }
 
+void requireZones(const ExportFormat& format, const ExportOptions& options)
+{
+    if (options.oneZone && format.suffix != QLatin1String("cgns")) {
+        throw ToolError(ExitCode::Usage,
+                        QStringLiteral("--one-zone is for .cgns files, and a .%1 file has no zones")
+                            .arg(format.suffix));
+    }
+}
+
+/// What is written in fact: parts of .vtu files have an index of a format of its own beside them.
+struct Target
+{
+    const ExportFormat& format;
+    QString path;
+};
+
+Target targetOf(const ExportFormat& format, const QString& output, int parts)
+{
+    if (parts == 1 || format.partsSuffix == format.suffix) {
+        return {format, output};
+    }
+    const QString suffix = QLatin1Char('.') + format.suffix;
+    const QString name =
+        output.endsWith(suffix, Qt::CaseInsensitive) ? output.chopped(suffix.size()) : output;
+    return {ExportFormat::ofSuffix(format.partsSuffix),
+            name + QLatin1Char('.') + format.partsSuffix};
+}
+
 void run(const Options& options, Progress& progress)
 {
-    const QString output = QString::fromStdString(options.output);
-    const ExportFormat& format = formatOf(options); // wrong arguments are told before a long load
-    requireSeekable(format, output);
-    requireParts(format, options.job);
+    const ExportFormat& named = formatOf(options); // wrong arguments are told before a long load
+    requireSeekable(named, QString::fromStdString(options.output));
+    requireParts(named, options.job);
+    requireZones(named, options.job);
+    const auto [format, output] =
+        targetOf(named, QString::fromStdString(options.output), options.job.parts);
     CaseFiles source(QString::fromStdString(options.name));
     if (!OutputFiles::isStandardOutput(output)) {
         OutputCheck::requireFile(output, source.paths());

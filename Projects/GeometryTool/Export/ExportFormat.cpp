@@ -48,23 +48,27 @@ ToolError unknown(const QString& what)
 const std::vector<ExportFormat>& ExportFormat::all()
 {
     static const std::vector<ExportFormat> table = {
-        {"vtu", "VTK: the elements", Content::Binary, true, requireVtk, writeVtu},
-        {"pvtu", "VTK: the elements, in parts", Content::Binary, true, requireVtk, writePvtu},
-        {"vtp", "VTK: the mesh faces on model faces", Content::Binary, false, requireVtk, writeVtp},
-        {"vtm", "VTK: a block for each model region and face", Content::Binary, false, requireVtk,
+        {"vtu", "VTK: the elements", Content::Binary, "pvtu", requireVtk, writeVtu},
+        {"pvtu", "VTK: the elements, in parts", Content::Binary, "pvtu", requireVtk, writePvtu},
+        {"vtp", "VTK: the mesh faces on model faces", Content::Binary, {}, requireVtk, writeVtp},
+        {"vtm",
+         "VTK: a block for each model region and face",
+         Content::Binary,
+         {},
+         requireVtk,
          writeVtm},
-        {"cgns", "CGNS: a zone for each region, or with --one-zone for all", Content::Binary, true,
-         requireCgns, writeCgns},
-        {"msh", "Gmsh 4.1, binary", Content::Binary, false, requireGmsh, writeGmsh, true},
-        {"msh2", "Gmsh 2.2, text", Content::Text, false, requireGmsh, writeGmsh, true},
-        {"unv", "Universal", Content::Text, false, requireGmsh, writeGmsh, true},
-        {"inp", "Abaqus", Content::Text, false, requireGmsh, writeGmsh, true},
-        {"bdf", "Nastran", Content::Text, false, requireGmsh, writeGmsh, true},
-        {"nas", "Nastran", Content::Text, false, requireGmsh, writeGmsh, true},
-        {"mesh", "Medit", Content::Text, false, requireGmsh, writeGmsh, true},
-        {"su2", "SU2", Content::Text, false, requireGmsh, writeGmsh},
-        {"stl", "STL: the faces", Content::Text, false, requireGmsh, writeGmsh},
-        {"vtk", "legacy VTK, binary", Content::Binary, false, requireGmsh, writeGmsh},
+        {"cgns", "CGNS: a zone for each region, or with --one-zone for all", Content::Binary,
+         "cgns", requireCgns, writeCgns},
+        {"msh", "Gmsh 4.1, binary", Content::Binary, {}, requireGmsh, writeGmsh, true},
+        {"msh2", "Gmsh 2.2, text", Content::Text, {}, requireGmsh, writeGmsh, true},
+        {"unv", "Universal", Content::Text, {}, requireGmsh, writeGmsh, true},
+        {"inp", "Abaqus", Content::Text, {}, requireGmsh, writeGmsh, true},
+        {"bdf", "Nastran", Content::Text, {}, requireGmsh, writeGmsh, true},
+        {"nas", "Nastran", Content::Text, {}, requireGmsh, writeGmsh, true},
+        {"mesh", "Medit", Content::Text, {}, requireGmsh, writeGmsh, true},
+        {"su2", "SU2", Content::Text, {}, requireGmsh, writeGmsh},
+        {"stl", "STL: the faces", Content::Text, {}, requireGmsh, writeGmsh},
+        {"vtk", "legacy VTK, binary", Content::Binary, {}, requireGmsh, writeGmsh},
     };
     return table;
 }
@@ -96,7 +100,7 @@ QString ExportFormat::suffixes()
 
 QString ExportFormat::suffixesWithParts()
 {
-    return suffixesOf([](const ExportFormat& format) { return format.hasParts; });
+    return suffixesOf([](const ExportFormat& format) { return format.hasParts(); });
 }
 
 } // namespace Ovra::GeoTool

@@ -22,7 +22,7 @@ struct ExportFormat
     QString suffix; ///< without the dot, in lower case
     QString description;
     Content content = Content::Binary;
-    bool hasParts = false;       ///< whether it can be written in parts
+    QString partsSuffix; ///< of the format in which it is written in parts; empty if in none
     void (*require)() = nullptr; ///< throws ToolError where this build cannot write it
     void (*write)(const ExportJob& job) = nullptr;
     bool hasAttributes = false; ///< an attributes file stands beside it
@@ -36,6 +36,8 @@ struct ExportFormat
 
     /// \brief The format of a file by its name; throws as ofSuffix() does.
     static const ExportFormat& ofFile(const QString& path);
+
+    bool hasParts() const { return !partsSuffix.isEmpty(); }
 
     /// \brief ".vtu, .vtp, ...".
     static QString suffixes();

@@ -6,6 +6,7 @@
 #include "GraphCut.h"
 #include "KeptInterfaces.h"
 #include "Progress.h"
+#include "StandardOutput.h"
 #include "ToolError.h"
 
 #include <algorithm>
@@ -143,11 +144,22 @@ QString Partition::text() const
     const auto [least, most] =
         std::minmax_element(elements_.begin(), elements_.end(),
                             [](const auto& a, const auto& b) { return a.size() < b.size(); });
-    return QStringLiteral("%1 of %2 to %3, %4 between them")
-        .arg(counted(count_, QStringLiteral("part")))
-        .arg(least->size())
-        .arg(counted(static_cast<qint64>(most->size()), QStringLiteral("element")),
-             counted(cut_, QStringLiteral("side")));
+    const QString parts = counted(count_, QStringLiteral("part"));
+    const QString elements = counted(static_cast<qint64>(most->size()), QStringLiteral("element"));
+    if (count_ == 1) {
+        return QStringLiteral("%1 of %2").arg(parts, elements);
+    }
+    const QString sizes = least->size() == most->size()
+                              ? elements + QStringLiteral(" each")
+                              : QStringLiteral("%1 to %2").arg(least->size()).arg(elements);
+    return QStringLiteral("%1 of %2, %3 between them")
+        .arg(parts, sizes, counted(cut_, QStringLiteral("side")));
+}
+
+void Partition::tell(const ExportJob& job) const
+{
+    job.progress.finish();
+    printToStandardOutput(QStringLiteral("%1: %2\n").arg(job.path, text()).toUtf8());
 }
 
 void Partition::countCut(const ElementGraph& graph)

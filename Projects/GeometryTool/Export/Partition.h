@@ -46,6 +46,9 @@ public:
     /// \brief "4 parts of 1893 to 1894 elements, 812 sides between them".
     QString text() const;
 
+    /// \brief Prints that, behind the path of the job.
+    void tell(const ExportJob& job) const;
+
 private:
     void countCut(const ElementGraph& graph);
     void listElements();

@@ -10,6 +10,9 @@ namespace Ovra::GeoTool
 struct ExportJob;
 
 /// \brief The folder beside an output that is made of several files: "wing" beside "wing.vtm".
+///
+/// Those files in it to which an output of the same name refers that stands there already, and to
+/// which the new one does not, go when that is in place.
 class PieceFolder
 {
 public:
@@ -23,6 +26,8 @@ public:
     QString reference(const QString& fileName) const;
 
 private:
+    void outdatePieces() const;
+
     const ExportJob& job_;
     QString name_;
     QString path_;

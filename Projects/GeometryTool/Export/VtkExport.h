@@ -8,7 +8,7 @@ struct ExportJob;
 /// \brief Throws ToolError if this build has no VTK.
 void requireVtk();
 
-/// \brief Writes the elements as an unstructured grid; as writePvtu() does, if in parts.
+/// \brief Writes the elements as an unstructured grid.
 void writeVtu(const ExportJob& job);
 
 /// \brief Writes the elements in parts: an index, and a file for each part in the folder that has the

@@ -203,8 +203,15 @@ private slots:
         GridMesh grid(block(2, 2, 2, GridSpec::Shape::Block));
         const CaseView view(*grid.database());
         const Partition partition = cut(view, 1);
-        QCOMPARE(partition.text(), "1 part of 8 to 8 elements, 0 sides between them");
+        QCOMPARE(partition.text(), "1 part of 8 elements");
         QVERIFY(partition.ghostsOf(0).empty());
+    }
+
+    void tellsOfPartsOfOneSize()
+    {
+        GridMesh grid(block(8, 1, 1, GridSpec::Shape::Block));
+        const CaseView view(*grid.database());
+        QCOMPARE(cut(view, 2).text(), "2 parts of 4 elements each, 1 side between them");
     }
 
     void refusesMorePartsThanElements()
@@ -235,6 +242,48 @@ private slots:
         QVERIFY(tornFaces(view, cut(view, 3), *fluidSide, *solidSide, same) > 0);
         QCOMPARE(tornFaces(view, cut(view, 3, true), *fluidSide, *solidSide, same), 0);
         QCOMPARE(clusterCount(view), 96 - 24);
+    }
+
+    void keepsReplicasWithTheirOriginals()
+    {
+        GridMesh grid(PreparationCase::plan({"1111111111", "1222222221", "1111111111"},
+                                            {{1, "fluid"}, {2, "solid"}}));
+        grid.region(2)->attributes().insert(AttributeType::MotionType, 1);
+        QCOMPARE(PreparationCase::prepare(*grid.database(), {"replicate-moving"}).refusal,
+                 QString());
+        const CaseView view(*grid.database());
+        const std::vector<MeshEntity*>& elements = view.meshEntities(3);
+        QCOMPARE(elements.size(), std::size_t(30 + 8));
+        const std::vector<int> clusters = KeptInterfaces(view).clusters();
+        std::set<std::pair<QString, int>> found;
+        for (std::size_t i = 0; i < elements.size(); ++i) {
+            found.emplace(elements[i]->centroid().toString(), clusters[i]);
+        }
+        QCOMPARE(found.size(), std::size_t(30)); // where a replica is, in the same cluster
+        QCOMPARE(clusterCount(view), 30);
+    }
+
+    void keepsAnExtrudedPairTogether()
+    {
+        PeriodicSlabs slabs(true);
+        for (ModelEntity* face : {slabs.left(), slabs.right()}) {
+            face->attributes().remove(AttributeType::PeriodicPairId);
+        }
+        slabs.left()->attributes().insert(AttributeType::ExtrudedFace, slabs.right()->id());
+        const CaseView view(*slabs.database());
+        const int elements = 3 * PeriodicSlabs::height;
+        QCOMPARE(clusterCount(view), PeriodicSlabs::height + 1); // not tied: as a whole
+        for (MeshEntity* vertex : CaseView::verticesOn(*slabs.left())) {
+            AttributeMap& attributes = vertex->attributes();
+            attributes.insert(AttributeType::ExtrudedEntityType, 0);
+            attributes.insert(AttributeType::ExtrudedEntityId,
+                              attributes.value(AttributeType::PeriodicEntityId, 0));
+            attributes.insert(AttributeType::ExtrudedWeights, QVariantList{1.0});
+        }
+        QCOMPARE(clusterCount(view), elements - PeriodicSlabs::height);
+        QCOMPARE(tornFaces(view, cut(view, 2, true), *slabs.left(), *slabs.right(),
+                           PeriodicSlabs::opposite),
+                 0);
     }
 
     void keepsAPeriodicPairTogether_data()

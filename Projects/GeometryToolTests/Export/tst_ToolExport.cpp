@@ -33,6 +33,9 @@ private slots:
             << QStringList{"-o", "x"}
             << QByteArray("the output x has no suffix to tell its format; give it one or name the "
                           "format with --format; known are .vtu");
+        QTest::newRow("zones of what has none")
+            << QStringList{"-o", "x.vtu", "--one-zone"}
+            << QByteArray("--one-zone is for .cgns files, and a .vtu file has no zones\n");
         QTest::newRow("binary to standard output")
             << QStringList{"-o", "-", "--format", "vtu"}
             << QByteArray("cannot write to -: a .vtu file is binary; name a file to write\n");

@@ -33,7 +33,8 @@ private slots:
             {"export", path("case"), "-o", path("case.pvtu"), "--parts", "3", "--keep-interfaces"});
         QCOMPARE(run.errors, QByteArray());
         QCOMPARE(run.exitCode, 0);
-        QVERIFY2(run.output.startsWith("3 parts of ") && run.output.endsWith(" between them\n"),
+        QVERIFY2(run.output.startsWith(path("case.pvtu").toUtf8() + ": 3 parts of ") &&
+                     run.output.endsWith(" between them\n"),
                  run.output.constData());
         QCOMPARE(filesIn(path("case")), (QStringList{"part_0.vtu", "part_1.vtu", "part_2.vtu"}));
         if (QStandardPaths::findExecutable("mpirun").isEmpty()) {
@@ -50,9 +51,36 @@ private slots:
     {
         const ToolRun run = runTool({"export", path("case"), "-o", path("b.vtu"), "--parts", "2"});
         QCOMPARE(run.exitCode, 0);
+        QVERIFY2(run.output.startsWith(path("b.pvtu").toUtf8() + ": 2 parts of "),
+                 run.output.constData());
         QVERIFY(!QFile::exists(path("b.vtu")));
         QVERIFY(QFile::exists(path("b.pvtu")));
         QCOMPARE(filesIn(path("b")), (QStringList{"part_0.vtu", "part_1.vtu"}));
+    }
+
+    /// What the index that is replaced refers to, and nothing else in the folder.
+    void takesTheFilesOfAnEarlierExportAway()
+    {
+        const auto write = [&](const char* parts) {
+            return runTool({"export", path("case"), "-o", path("e.pvtu"), "--parts", parts})
+                .exitCode;
+        };
+        QCOMPARE(write("3"), 0);
+        QVERIFY(writeContent(path("e/part_7.vtu"), "of another"));
+        QVERIFY(writeContent(path("part_2.vtu"), "beside"));
+        QCOMPARE(runTool({"export", path("case"), "-o", path("e.pvtu"), "--parts", "999"}).exitCode,
+                 6);
+        QCOMPARE(filesIn(path("e")),
+                 (QStringList{"part_0.vtu", "part_1.vtu", "part_2.vtu", "part_7.vtu"}));
+        QCOMPARE(write("2"), 0);
+        QCOMPARE(filesIn(path("e")), (QStringList{"part_0.vtu", "part_1.vtu", "part_7.vtu"}));
+        const QByteArray index = contentOf(path("e.pvtu"));
+        QVERIFY(writeContent(path("e.pvtu"), QByteArray(index).replace("e/part_1", "part_2")));
+        QCOMPARE(write("2"), 0);
+        QVERIFY(QFile::exists(path("part_2.vtu")));
+        QVERIFY(writeContent(path("e.pvtu"), index.first(index.size() - 10)));
+        QCOMPARE(write("1"), 0);
+        QCOMPARE(filesIn(path("e")), (QStringList{"part_0.vtu", "part_1.vtu", "part_7.vtu"}));
     }
 
     void hasTheSameBytesInEveryRun()

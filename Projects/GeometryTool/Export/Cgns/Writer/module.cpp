@@ -14,7 +14,6 @@
 #include "Partition.h"
 #include "Progress.h"
 #include "ReturningEntities.h"
-#include "StandardOutput.h"
 #include "ToolError.h"
 #include "ZoneLayout.h"
 #include "ZoneLinks.h"
@@ -111,8 +110,7 @@ ZoneLayout layoutOf(const ExportJob& job)
         return job.options.oneZone ? ZoneLayout::asOne(job.view) : ZoneLayout::byRegion(job.view);
     }
     const Partition partition(job.view, job.options, job.progress);
-    job.progress.finish();
-    printToStandardOutput((partition.text() + QLatin1Char('\n')).toUtf8());
+    partition.tell(job);
     return ZoneLayout::byPart(job.view, partition);
 }
 

@@ -5,7 +5,6 @@
 #include "FieldArrays.h"
 #include "OutputFiles.h"
 #include "Progress.h"
-#include "StandardOutput.h"
 #include "VtkFile.h"
 
 #include <QFile>
@@ -84,8 +83,7 @@ void PartExport::write()
         job_.progress.update(part + 1, partition_.count(), QStringLiteral("parts"));
     }
     writeIndex(*piece, files);
-    job_.progress.finish();
-    printToStandardOutput((partition_.text() + QLatin1Char('\n')).toUtf8());
+    partition_.tell(job_);
 }
 
 vtkSmartPointer<vtkUnstructuredGrid> PartExport::pieceOf(int part)

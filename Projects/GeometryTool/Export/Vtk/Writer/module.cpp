@@ -9,7 +9,6 @@
 #include "VtkFile.h"
 
 #include <QFile>
-#include <QFileInfo>
 
 #include <vtkPolyData.h>
 #include <vtkUnstructuredGrid.h>
@@ -25,13 +24,6 @@ __attribute__((visibility("default"))) void ovrageo_write_pvtu(const ExportJob& 
 
 __attribute__((visibility("default"))) void ovrageo_write_vtu(const ExportJob& job)
 {
-    if (job.options.parts > 1) {
-        const QFileInfo info(job.path);
-        const QString index =
-            QStringLiteral("%1/%2.pvtu").arg(info.path(), info.completeBaseName());
-        ovrageo_write_pvtu({job.view, job.format, index, job.options, job.files, job.progress});
-        return;
-    }
     job.progress.phase(QStringLiteral("writing ") + job.path);
     VtkFile::write(*CaseGrid(job.view).elements(), job.files.add(job.path));
 }
