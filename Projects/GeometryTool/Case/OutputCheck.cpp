@@ -71,6 +71,9 @@ void OutputCheck::requireFile(const QString& output, const QStringList& inputs)
 {
     requireName(namesFile(output), output, QStringLiteral("file"));
     requireSpared({output}, inputs);
+    if (!OutputFiles::isStandardOutput(output)) {
+        OutputFiles::requireReplaceable(output);
+    }
 }
 
 void OutputCheck::requireSuffix(const QString& output, const QStringList& suffixes)
@@ -98,6 +101,9 @@ void OutputCheck::requireCase(const CaseFiles& output, const QStringList& inputs
 {
     requireCaseName(output);
     requireSpared(output.paths(), inputs);
+    for (const QString& path : output.paths()) {
+        OutputFiles::requireReplaceable(path);
+    }
 }
 
 void OutputCheck::requireCase(const CaseFiles& output, const CaseFiles& input)

@@ -7,10 +7,11 @@ namespace Ovra::GeoTool
 
 class CaseFiles;
 
-/// \brief Refuses outputs that cannot be meant, before anything is read or written.
+/// \brief Refuses outputs that cannot be meant, or cannot be, before anything is read or written.
 ///
 /// An output is refused if it would replace an input, whatever path or link leads there, or if its
-/// name names nothing. All functions throw ToolError Usage.
+/// name names nothing: ToolError Usage. One that has no directory to stand in is ToolError
+/// OutputFailed.
 class OutputCheck
 {
 public:

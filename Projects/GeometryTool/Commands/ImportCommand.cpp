@@ -10,9 +10,6 @@
 #include "ToolError.h"
 #include "UnitText.h"
 
-#include <QDir>
-#include <QFileInfo>
-
 #include <CLI/CLI.hpp>
 #include <cmath>
 #include <memory>
@@ -65,17 +62,6 @@ ImportOptions optionsOf(const Arguments& arguments)
     return options;
 }
 
-/// \brief Meshing may take long; a place that does not exist is better told ahead of it.
-void requireOutputDirectory(const QString& output)
-{
-    const QFileInfo info(output);
-    if (!info.dir().exists()) {
-        throw ToolError(ExitCode::OutputFailed, QStringLiteral("cannot write %1: there is no "
-                                                               "directory %2")
-                                                    .arg(output, info.dir().path()));
-    }
-}
-
 void requirePositive(const std::optional<double>& value, const char* option)
 {
     if (value && (!std::isfinite(*value) || *value <= 0.0)) {
@@ -125,7 +111,6 @@ void requireSound(const Arguments& arguments)
     requirePositive(arguments.joinTolerance, "--join-tolerance");
     requireAir(arguments);
     requireOutput(arguments);
-    requireOutputDirectory(QString::fromStdString(arguments.output));
 }
 
 void run(const Arguments& arguments, Progress& progress)
