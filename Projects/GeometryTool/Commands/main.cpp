@@ -4,9 +4,11 @@
 #include "ToolError.h"
 
 #include <QHashSeed>
+#include <QRegularExpression>
 #include <QStringList>
 
 #include <CLI/CLI.hpp>
+#include <cmath>
 #include <csignal>
 #include <cstdio>
 #include <new>
@@ -44,12 +46,33 @@ QString commandNames(const CLI::App& app)
     return joined(names, QStringLiteral(", "));
 }
 
+/// CLI11 tells what it cannot convert, and not into what.
+QString conversionText(const QString& text)
+{
+    static const QRegularExpression unconverted(
+        QStringLiteral("^Could not convert: (\\S+) = (.*)$"));
+    const QRegularExpressionMatch match = unconverted.match(text);
+    if (!match.hasMatch()) {
+        return text;
+    }
+    bool isNumber = false;
+    const double value = match.captured(2).toDouble(&isNumber);
+    if (isNumber && value == std::trunc(value)) {
+        return QStringLiteral("%1 takes no number as large as %2")
+            .arg(match.captured(1), match.captured(2));
+    }
+    return QStringLiteral("%1 takes %2, not \"%3\"")
+        .arg(match.captured(1),
+             isNumber ? QStringLiteral("a whole number") : QStringLiteral("a number"),
+             match.captured(2));
+}
+
 /// CLI11 names arguments that are too many in reverse, and a word that is no command among them.
 QString textOf(const CLI::ParseError& error, const CLI::App& app)
 {
     const std::vector<std::string> left = app.remaining(true);
     if (!dynamic_cast<const CLI::ExtrasError*>(&error) || left.empty()) {
-        return QString::fromUtf8(error.what());
+        return conversionText(QString::fromUtf8(error.what()));
     }
     const QString first = QString::fromStdString(left.front());
     if (app.get_subcommands().empty() && !first.startsWith(QLatin1Char('-'))) {

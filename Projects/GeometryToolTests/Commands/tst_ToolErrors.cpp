@@ -67,6 +67,13 @@ private slots:
         QTest::newRow("no name") << QStringList{"info"} << "NAME";
         QTest::newRow("two names") << QStringList{"info", "x", "y", "z"}
                                    << "error: not expected: y z; see ovrageo info --help\n";
+        const auto ofParts = [](const char* parts, const char* error) {
+            QTest::addRow("parts %s", parts)
+                << QStringList{"export", "x", "-o", "x.vtu", "--parts", parts} << error;
+        };
+        ofParts("abc", "error: --parts takes a number, not \"abc\"; see ovrageo export --help\n");
+        ofParts("2.5", "error: --parts takes a whole number, not \"2.5\"; see ovrageo export --");
+        ofParts("1e99", "error: --parts takes no number as large as 1e99; see ovrageo export --");
         QTest::newRow("no output") << QStringList{"convert", "x"} << "--output";
         QTest::newRow("no value") << QStringList{"convert", "x", "-o"} << "--output";
         QTest::newRow("unknown format")
@@ -369,6 +376,37 @@ private slots:
         QCOMPARE(run.exitCode, 0);
         QVERIFY(QFileInfo(path("linked.geo_mesh")).isSymLink());
         QCOMPARE(runInside({"info", "tiny"}).exitCode, 0);
+    }
+
+    /// In the same words, and before anything is read.
+    void tellsOfAMissingDirectory_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("output");
+        QTest::newRow("import") << QStringList{"import", "no.geo"} << "out";
+        QTest::newRow("convert") << QStringList{"convert", "no"} << "out";
+        QTest::newRow("prepare") << QStringList{"prepare", "no", "--all"} << "out";
+        QTest::newRow("solver-input") << QStringList{"solver-input", "no"} << "out.txt";
+        QTest::newRow("export") << QStringList{"export", "no"} << "out.inp";
+        QTest::newRow("export to parts")
+            << QStringList{"export", "no", "--parts", "2"} << "out.pvtu";
+        QTest::newRow("picture") << QStringList{"picture", "no"} << "out.png";
+        QTest::newRow("report") << QStringList{"report", "no"} << "out.html";
+    }
+
+    void tellsOfAMissingDirectory()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, output);
+        const ToolRun run = runTool(arguments + QStringList{"-o", path("missing/" + output)});
+        if (run.errors.contains("; build it with -D")) {
+            QSKIP("this build has not got what this needs");
+        }
+        const QString file = output == "out" ? output + ".geo_model" : output;
+        const QString expected = "ovrageo: error: cannot write " + path("missing/" + file) +
+                                 ": there is no directory " + path("missing") + "\n";
+        QCOMPARE(QString::fromUtf8(run.errors), expected);
+        QCOMPARE(run.exitCode, 5);
     }
 
     void tellsOfOutputsThatCannotBe_data()
