@@ -122,6 +122,27 @@ private slots:
         QCOMPARE(imported.faults(), QString());
     }
 
+    void tellsOfAMeshSizeThatHasNoInfluence_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<bool>("isMeshed");
+        QTest::newRow("mesh") << "two4.msh" << true;
+        QTest::newRow("geometry") << "two.brep" << false;
+    }
+
+    void tellsOfAMeshSizeThatHasNoInfluence()
+    {
+        QFETCH(QString, file);
+        QFETCH(bool, isMeshed);
+        const ToolRun run =
+            runTool({"import", path(file), "-o", path("sized"), "--mesh-size", "0.5"});
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(run.errors,
+                 isMeshed ? "ovrageo: warning: " + path(file).toUtf8() +
+                                ": brings a mesh with it, on which --mesh-size has no influence\n"
+                          : QByteArray());
+    }
+
     void meshesGeometry_data()
     {
         QTest::addColumn<QString>("file");

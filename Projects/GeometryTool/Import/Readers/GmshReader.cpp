@@ -186,6 +186,11 @@ int GmshReader::read(const ImportOptions& options)
     if (!hasElements(dimension)) {
         generate(options, dimension);
     }
+    if (options.meshSize > 0 && !isMeshedHere_) {
+        progress_.warning(
+            QStringLiteral("%1: brings a mesh with it, on which --mesh-size has no influence")
+                .arg(options.input));
+    }
     return dimension;
 }
 
