@@ -4,6 +4,7 @@
 #include "CaseFindings.h"
 #include "ClassificationCheck.h"
 #include "ElementCheck.h"
+#include "EntityNames.h"
 #include "IntAttribute.h"
 #include "LinkCheck.h"
 #include "MeshEntity.h"
@@ -13,7 +14,9 @@
 #include "ReferenceCheck.h"
 #include "SideCheck.h"
 #include "ToolError.h"
+#include "VertexTies.h"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -92,8 +95,35 @@ void SolverInputCheck::checkSurfaceConnectivity() const
     }
 }
 
+/// Else the first of many vertices would be blamed for what has not been done at all.
+void SolverInputCheck::requireTies() const
+{
+    const VertexTies ties = VertexTies::periodic();
+    const ModelEntity* untied = nullptr;
+    for (const ModelEntity* face : view_.modelEntities(view_.faceDimension())) {
+        if (intOf(face->attributes(), AttributeType::PeriodicPairId) == 0) {
+            continue;
+        }
+        const std::vector<MeshEntity*> vertices = CaseView::verticesOn(*face);
+        if (std::any_of(vertices.begin(), vertices.end(),
+                        [&](MeshEntity* vertex) { return ties.isTied(*vertex); })) {
+            return;
+        }
+        untied = untied || vertices.empty() ? untied : face;
+    }
+    if (untied) {
+        throw ToolError(
+            ExitCode::Unsuitable,
+            QStringLiteral("the case is not fit for solver input: no vertex of its "
+                           "periodic pairs is tied, on %1 for instance; ovrageo prepare "
+                           "--periodic ties them")
+                .arg(nameOf(*untied)));
+    }
+}
+
 void SolverInputCheck::checkPeriodic() const
 {
+    requireTies();
     Refusal refusal;
     LinkCheck links(VertexTies::periodic(), view_, refusal);
     for (const ModelEntity* face : view_.modelEntities(view_.faceDimension())) {

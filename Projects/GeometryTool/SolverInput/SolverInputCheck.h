@@ -32,6 +32,7 @@ private:
     void checkElements() const;
     void checkSurfaceConnectivity() const;
     void checkPeriodic() const;
+    void requireTies() const;
     void checkExtrusion() const;
     void checkMoving() const;
     void checkRotating() const;

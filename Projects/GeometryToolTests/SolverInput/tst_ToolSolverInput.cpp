@@ -281,8 +281,9 @@ private slots:
         row(
             "not interpolated",
             [](TinyCase& c) { c.face->attributes().insert(T::PeriodicPairId, 1); },
-            "mesh vertex 1 at (0, 0, 0) lacks its periodic_entity_type and periodic_entity_id, or "
-            "they mean nothing");
+            "no vertex of its periodic pairs is tied, on model face 3 for instance; ovrageo "
+            "prepare "
+            "--periodic ties them");
         row(
             "tie to nothing",
             [](TinyCase& c) {
