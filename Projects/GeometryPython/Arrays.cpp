@@ -93,15 +93,6 @@ std::string counted(std::size_t count, const std::string& singular, const std::s
     return std::to_string(count) + ' ' + (count == 1 ? singular : plural);
 }
 
-void requireCount(py::ssize_t given, std::size_t needed, const std::string& what)
-{
-    const auto count = static_cast<std::size_t>(given);
-    if (count != needed) {
-        throw py::value_error(counted(count, what + " is", what + "s are") + " given for " +
-                              counted(needed, "entity", "entities"));
-    }
-}
-
 Vector pointAt(const Reals& points, std::size_t row)
 {
     const double* const first = points.data() + 3 * row;
@@ -135,7 +126,7 @@ std::vector<int> newIds(const Mesh& mesh, int dimension, const py::object& objec
         return {};
     }
     std::vector<int> ids = Arrays::idsFrom(object);
-    requireCount(static_cast<py::ssize_t>(ids.size()), count, "id");
+    Arrays::requireCount(static_cast<py::ssize_t>(ids.size()), count, "id");
     std::unordered_set<int> seen;
     for (const int id : ids) {
         if (id <= 0) {
@@ -190,7 +181,7 @@ std::vector<ModelEntity*> parentsFrom(const Model& model, const py::object& obje
     const Wholes ids = wholeArray(object);
     const bool isOneForAll = ids.ndim() == 0;
     if (!isOneForAll) {
-        requireCount(ids.size(), count, "parent");
+        Arrays::requireCount(ids.size(), count, "parent");
     }
     std::vector<ModelEntity*> parents(count);
     for (std::size_t i = 0; i < count; ++i) {
@@ -204,6 +195,15 @@ std::vector<ModelEntity*> parentsFrom(const Model& model, const py::object& obje
 }
 
 } // namespace
+
+void Arrays::requireCount(py::ssize_t given, std::size_t needed, const std::string& what)
+{
+    const auto count = static_cast<std::size_t>(given);
+    if (count != needed) {
+        throw py::value_error(counted(count, what + " is", what + "s are") + " given for " +
+                              counted(needed, "entity", "entities"));
+    }
+}
 
 std::vector<int> Arrays::idsFrom(const py::object& object)
 {
@@ -223,7 +223,7 @@ std::vector<int> Arrays::chosen(const std::vector<int>& all, const py::object& o
     if (array.dtype().kind() != 'b' || array.ndim() != 1) {
         return idsFrom(object);
     }
-    requireCount(array.size(), all.size(), "truth value");
+    Arrays::requireCount(array.size(), all.size(), "truth value");
     const py::array_t<bool, py::array::c_style | py::array::forcecast> mask(array);
     std::vector<int> ids;
     for (std::size_t i = 0; i < all.size(); ++i) {
@@ -258,7 +258,7 @@ void Arrays::setPoints(const MeshEntities& view, const py::object& object)
 {
     const Reals points = pointArray(object);
     const std::vector<MeshEntity*> vertices = view.entities();
-    requireCount(points.shape(0), vertices.size(), "point");
+    Arrays::requireCount(points.shape(0), vertices.size(), "point");
     for (std::size_t row = 0; row < vertices.size(); ++row) {
         static_cast<MeshVertex*>(vertices[row])->setPoint(pointAt(points, row));
     }

@@ -15,6 +15,10 @@ namespace Ovra::GeoPython
 namespace Arrays
 {
 
+/// \brief Throws ValueError, "2 points are given for 1 entity", where the numbers differ.
+/// \param what "point"
+void requireCount(pybind11::ssize_t given, std::size_t needed, const std::string& what);
+
 /// \brief Integers of 32 bits of any array or sequence of integers; throws TypeError for numbers that
 ///        are none, OverflowError for larger ones.
 std::vector<int> idsFrom(const pybind11::object& object);

@@ -1,5 +1,6 @@
 #include "AttributeArrays.h"
 
+#include "Arrays.h"
 #include "AttributeMap.h"
 #include "AttributeRule.h"
 #include "Values.h"
@@ -139,10 +140,7 @@ bool isOneForAll(const py::object& object, const AttributeType& type)
 
 std::vector<QVariant> column(const py::object& object, const AttributeType& type, std::size_t count)
 {
-    if (py::len(object) != count) {
-        throw py::value_error(std::to_string(py::len(object)) + " values are given for " +
-                              std::to_string(count) + " entities");
-    }
+    Arrays::requireCount(static_cast<py::ssize_t>(py::len(object)), count, "value");
     std::vector<QVariant> values;
     values.reserve(count);
     for (const py::handle each : object) {

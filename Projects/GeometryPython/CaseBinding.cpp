@@ -111,9 +111,16 @@ void save(CaseState& self, const py::str& name, const std::string& formatName)
     self.files = files;
 }
 
+/// In the format that holds all of it.
 void saveCopy(CaseState& self, const py::str& name)
 {
-    saveAs(self, CaseFiles(textFrom(name)), CaseFiles::LatestMeshFormat);
+    const CaseFiles files(textFrom(name));
+    aside(self, [&files](Database& database, Progress& progress) {
+        const bool isForLatest = CaseFiles::unkeptParentCount(database) == 0;
+        files.save(database, progress,
+                   isForLatest ? CaseFiles::LatestMeshFormat : MeshSerializer::Format2013);
+        return true;
+    });
 }
 
 QString nameOf(const CaseState& state)

@@ -2,11 +2,13 @@
 
 import json
 import os
+import pickle
 import signal
 import subprocess
 import sys
 import time
 
+import numpy as np
 import pytest
 from conftest import CASES
 
@@ -68,7 +70,7 @@ def test_warnings_are_warnings_of_python(tetrahedron, tmp_path):
 
 
 def test_verify_tells_what_the_program_tells(tetrahedron, tmp_path):
-    assert tetrahedron.verify() and str(tetrahedron.verify()) == "the case is sound: 0 errors, 0 warnings\n"
+    assert tetrahedron.verify() and str(tetrahedron.verify()) == "the case is sound: 0 errors, 0 warnings"
     tetrahedron.mesh.regions[1].parent = None
     tetrahedron.save(tmp_path / "case")
     found = tetrahedron.verify()
@@ -80,7 +82,7 @@ def test_verify_tells_what_the_program_tells(tetrahedron, tmp_path):
     printed = subprocess.run(
         [os.environ["OVRAGEO"], "verify", tmp_path / "case"], capture_output=True, text=True
     )
-    assert printed.returncode == 7 and printed.stdout == str(found)
+    assert printed.returncode == 7 and printed.stdout == f"{found}\n"
     with pytest.raises(ValueError, match="limit must be 0 or more"):
         tetrahedron.verify(limit=-1)
 
@@ -98,6 +100,28 @@ def test_prepare_does_what_the_program_does(channel, channel_files, tmp_path):
     )
     channel.write_solver_input(tmp_path / "input.txt", sections=["nodes"])
     assert (tmp_path / "input.txt").read_text() == channel.solver_input(sections=["nodes"])
+
+
+def test_one_name_may_come_alone(channel):
+    assert [line.split(":")[0] for line in channel.prepare("renumber")] == ["renumber"]
+    assert channel.solver_input(sections="nodes") == channel.solver_input(sections=["nodes"])
+
+
+def test_a_copy_is_equal_and_of_its_own(tetrahedron):
+    copied = tetrahedron.copy()
+    assert ovrageo.diff(copied, tetrahedron)["equal"] and copied.name is None
+    copied.mesh.vertices[1].point = (0, 0, -1)
+    assert tetrahedron.mesh.vertices[1].point == (0, 0, 0)
+
+
+def test_a_copy_keeps_parents_of_another_dimension(tetrahedron):
+    tetrahedron.mesh.regions[1].parent = tetrahedron.model.faces[1]
+    assert tetrahedron.copy().mesh.regions[1].parent.dimension == 2
+
+
+def test_a_case_stays_in_its_process(tetrahedron):
+    with pytest.raises(TypeError, match="^a case is of one process: save it, and open it in the other$"):
+        pickle.dumps(tetrahedron)
 
 
 def test_prepare_takes_names_of_operations(channel):
@@ -129,8 +153,11 @@ def test_import_takes_the_options_of_the_command(tmp_path):
     assert solid.mesh.vertices.coordinates.max() == 2
     surface = ovrageo.import_file(script, dimension=2, output=tmp_path / "surface")
     assert surface.name == str(tmp_path / "surface") and not surface.model.is_3d
-    with pytest.warns(ovrageo.CaseWarning, match="to none of the regions"):
+    with pytest.warns(ovrageo.CaseWarning, match="^attributes: gives a material_type to none of the regions"):
         ovrageo.import_file(script, attributes={"entities": {"3:1": {"material_id": 2}}})
+    numbers = {"entities": {"3:1": {"material_type": "solid", "material_id": np.int64(2), "layers": np.arange(2.0)}}}
+    read = ovrageo.import_file(script, attributes=numbers, mesh_size=np.float32(0.5)).model.regions[1].attributes
+    assert read["material_id"] == 2 and read["layers"] == [0, 1]
     in_air = ovrageo.import_file(script, air_box=(-1, -1, -1, 2, 2, 2))
     assert len(in_air.model.regions) == 2
 
@@ -140,6 +167,9 @@ def test_import_fails_with_the_words_of_the_command(tmp_path):
         ovrageo.import_file("nowhere.step", mesh_size=-1.0)
     with pytest.raises(ovrageo.MissingFileError, match="nowhere.step"):
         ovrageo.import_file("nowhere.step")
+    (tmp_path / "box.geo").write_text('SetFactory("OpenCASCADE"); Box(1) = {0, 0, 0, 1, 1, 1};\n')
+    with pytest.raises(ovrageo.DamagedFileError, match="^attributes: groups/lid: no physical group"):
+        ovrageo.import_file(tmp_path / "box.geo", attributes={"groups": {"lid": {"side": 1}}}, mesh_size=1.0)
     (tmp_path / "bad.step").write_text("ISO-10303-21;")
     with pytest.raises(ovrageo.DamagedFileError, match="bad.step"):
         ovrageo.import_file(tmp_path / "bad.step")
@@ -149,7 +179,8 @@ def test_export_picture_and_report(tetrahedron, tmp_path):
     tetrahedron.export(tmp_path / "case.vtu")
     assert (tmp_path / "case.vtu").read_bytes().startswith(b"<VTKFile")
     assert tetrahedron.picture(size="200x200")[:8] == b"\x89PNG\r\n\x1a\n"
-    tetrahedron.picture(tmp_path / "case.png", size="200x200")
+    tetrahedron.picture(tmp_path / "case.png", size=(200, 300))
+    assert (tmp_path / "case.png").read_bytes()[16:24] == bytes([0, 0, 0, 200, 0, 0, 1, 44])
     tetrahedron.report(tmp_path / "case.html", before=tetrahedron)
     assert (tmp_path / "case.html").read_text().startswith("<!doctype html>")
     assert tetrahedron.name is None  # the files in between are nobody's

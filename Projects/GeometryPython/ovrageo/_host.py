@@ -6,17 +6,31 @@ releases of them loaded, and a file that brings Gmsh down brings nothing else do
 
 from __future__ import annotations
 
+import contextlib
+import contextvars
 import os
 import shutil
 import signal
 import subprocess
 import warnings
+from collections.abc import Iterator
 from pathlib import Path
 
 from . import errors
 
 _WARNING = "ovrageo: warning: "
 _ERROR = "ovrageo: error: "
+_names: contextvars.ContextVar[dict[str, str]] = contextvars.ContextVar("_names", default={})
+
+
+@contextlib.contextmanager
+def told_as(path: object, name: str) -> Iterator[None]:
+    """What the program says of this file of ours, it says by a name that the caller knows."""
+    token = _names.set({**_names.get(), str(path): name})
+    try:
+        yield
+    finally:
+        _names.reset(token)
 
 
 def program() -> str:
@@ -52,13 +66,16 @@ def run(*arguments: object, accept: tuple[int, ...] = (0,)) -> tuple[int, str]:
         start_new_session=True,  # it makes copies of itself, which shall end with it
     ) as process:
         try:
-            output, said = process.communicate()
+            output, errors_said = process.communicate()
         except BaseException:
             _end(process)
             raise
-    _warn(said.decode(errors="replace"))
+    said = errors_said.decode(errors="replace")
+    for path, name in _names.get().items():
+        said = said.replace(path, name)
+    _warn(said)
     if process.returncode not in accept:
-        raise _exception(process.returncode, said.decode(errors="replace"))
+        raise _exception(process.returncode, said)
     return process.returncode, output.decode(errors="surrogateescape")
 
 

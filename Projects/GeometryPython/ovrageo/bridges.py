@@ -24,7 +24,7 @@ from typing import Any, NamedTuple
 import numpy as np
 import numpy.typing as npt
 
-from . import _core, errors
+from . import _core, _host, errors
 from .case import Case, import_file
 
 _Array = npt.NDArray[Any]
@@ -196,10 +196,8 @@ def from_meshio(mesh: Any, **options: object) -> Case:
     with tempfile.TemporaryDirectory(prefix="ovrageo-") as folder:
         path = os.path.join(folder, "mesh.msh")
         meshio.write(path, written, file_format="gmsh22", binary=True)
-        try:
+        with _host.told_as(path, "the mesh"):
             case = import_file(path, **options)  # type: ignore[arg-type]
-        except errors.Error as error:
-            raise type(error)(str(error).replace(path, "the mesh")) from None
     _name(case, mesh, entities, sets)
     _give_materials(case, mesh, entities, sets)
     return case

@@ -54,7 +54,7 @@ class Verification:
         return self.is_sound
 
     def __str__(self) -> str:
-        return self._text
+        return self._text.rstrip("\n")
 
     def __repr__(self) -> str:
         return f"<Verification: {self._text.splitlines()[-1]}>"
@@ -92,7 +92,14 @@ class Case:
 
         mesh_format is "2013", "2014" or "2014a", the newest.
         """
-        self._state.save(os.fspath(name), mesh_format)
+        self._state.save(os.fsdecode(name), mesh_format)
+
+    def copy(self) -> Case:
+        """A case of its own, in memory, that is equal to this one; to prepare, for instance."""
+        with self._stored() as name:
+            copied = open(name)
+        copied._state.forget_files()
+        return copied
 
     def verify(self, limit: int = 10) -> Verification:
         """Looks whether the case is sound; of each kind the first `limit` findings are kept."""
@@ -111,7 +118,7 @@ class Case:
         return facts
 
     def prepare(
-        self, operations: Sequence[str] | None = None, *, extrusion_tolerance: float | None = None
+        self, operations: str | Sequence[str] | None = None, *, extrusion_tolerance: float | None = None
     ) -> list[str]:
         """Brings the case into the shape that the solver needs, and tells what each operation did.
 
@@ -119,23 +126,24 @@ class Case:
         They run in the one order in which they do not get into each other's way. Ids of the mesh change.
         The case is closed where it fails: save it before, or open it anew.
         """
-        return self._state.prepare(operations, extrusion_tolerance)
+        return self._state.prepare(_several(operations), extrusion_tolerance)
 
     def solver_input(
-        self, *, sections: Sequence[str] | None = None, scale: float = 1.0, labelled: bool = False
+        self, *, sections: str | Sequence[str] | None = None, scale: float = 1.0, labelled: bool = False
     ) -> str:
         """The text that the solver reads.
 
         sections are names of `ovrageo.section_names()`; scale multiplies all coordinates; labelled
         writes periodic, extrusion, moving and rotating in their labelled form.
         """
-        return self._state.solver_input(sections, scale, labelled)
+        return self._state.solver_input(_several(sections), scale, labelled)
 
     def write_solver_input(
-        self, path: StrPath, *, sections: Sequence[str] | None = None, scale: float = 1.0, labelled: bool = False
+        self, path: StrPath, *, sections: str | Sequence[str] | None = None, scale: float = 1.0,
+        labelled: bool = False
     ) -> None:
         """Writes `solver_input` to a file: whole, or not at all."""
-        self._state.write_solver_input(os.fspath(path), sections, scale, labelled)
+        self._state.write_solver_input(os.fsdecode(path), _several(sections), scale, labelled)
 
     def export(self, path: StrPath, **options: object) -> None:
         """Writes the case for another program, by the suffix of path, as `ovrageo export` does.
@@ -148,8 +156,10 @@ class Case:
     def picture(self, path: StrPath | None = None, **options: object) -> bytes | None:
         """Draws the case as `ovrageo picture` does: to a file, or as the bytes of a PNG without a path.
 
-        Options are those of the command, such as color_by="material_id", explode=0.5, size="800x600".
+        Options are those of the command, such as color_by="material_id", explode=0.5, size=(800, 600).
         """
+        if isinstance(options.get("size"), (list, tuple)):
+            options["size"] = "x".join(map(str, options["size"]))  # type: ignore[call-overload]
         with self._stored() as name, tempfile.TemporaryDirectory() as folder:
             drawn = Path(folder, "picture.png")
             _host.run("picture", name, "-o", drawn if path is None else path, *_options(options))
@@ -173,6 +183,9 @@ class Case:
     def __exit__(self, *exception: object) -> None:
         self.close()
 
+    def __reduce__(self) -> str:
+        raise TypeError("a case is of one process: save it, and open it in the other")
+
     def __repr__(self) -> str:
         if self._state.is_closed:
             return "<Case, closed>"
@@ -192,6 +205,18 @@ class Case:
             name = os.path.join(folder, os.path.basename(self.name or "case"))
             self._state.save_copy(name)
             yield name
+
+
+def _several(names: str | Sequence[str] | None) -> Sequence[str] | None:
+    """Names of which one may come alone."""
+    return [names] if isinstance(names, str) else names
+
+
+def _plain(value: Any) -> Any:
+    """Numbers and arrays of NumPy, for JSON."""
+    if hasattr(value, "tolist"):
+        return value.tolist()
+    raise TypeError(f"attributes cannot hold {value!r}")
 
 
 def _options(options: dict[str, object]) -> list[str]:
@@ -215,7 +240,7 @@ def open(name: StrPath) -> Case:  # noqa: A001 (as of a module: ovrageo.open)
     Traceback (most recent call last):
     ovrageo.errors.MissingFileError: cannot read nowhere.geo_model: no such file
     """
-    return Case(_core.open(os.fspath(name)))
+    return Case(_core.open(os.fsdecode(name)))
 
 
 def import_file(
@@ -232,15 +257,17 @@ def import_file(
     the case stays there as files too.
     """
     with tempfile.TemporaryDirectory(prefix="ovrageo-") as folder:
-        name = os.path.join(folder, "case") if output is None else os.fspath(output)
-        arguments: list[object] = ["import", path, "-o", name, *_options(options)]
+        name = os.path.join(folder, "case") if output is None else os.fsdecode(output)
+        arguments: list[object] = ["import", os.fsdecode(path), "-o", name, *_options(options)]
+        written = None
         if isinstance(attributes, dict):
             written = Path(folder, "attributes.json")
-            written.write_text(json.dumps(attributes))
+            written.write_text(json.dumps(attributes, default=_plain))
             attributes = written
         if attributes is not None:
             arguments += ["--attributes", attributes]
-        _host.run(*arguments)
+        with _host.told_as(written, "attributes"):
+            _host.run(*arguments)
         case = open(name)
         if output is None:
             case._state.forget_files()
