@@ -36,7 +36,11 @@ def main():
     arguments = parse()
     os.makedirs(arguments.output, exist_ok=True)
     variants = list(itertools.starmap(Variant, itertools.product(arguments.gaps, arguments.sizes)))
-    with connected(arguments) as client:
+    try:
+        client = connected(arguments)
+    except OSError as error:
+        sys.exit(f"study: error: {error}")
+    with client:
         results = list(finished(client, variants, os.path.abspath(arguments.output)))
     results.sort(key=lambda result: (result.gap, -result.size))
     print_table(results)

@@ -78,6 +78,7 @@ Mesh& CaseState::linkedMesh()
 
 void CaseState::keysAreFormer()
 {
+    ++numbering_;
     for (int dimension = 0; dimension < 4; ++dimension) {
         for (auto walk = model().iterator(dimension); walk.hasNext();) {
             ModelEntity& entity = *walk.next().value();

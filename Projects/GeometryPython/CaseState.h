@@ -48,6 +48,9 @@ public:
     /// \brief Tells that mesh entities may have new ids, under which their parents do not have them.
     void keysAreFormer();
 
+    /// \brief How often mesh entities may have got new ids.
+    int numbering() const { return numbering_; }
+
     /// \brief Frees the database; whatever stood for a part of it throws Gone from now on.
     void close() { giveUp("the case is closed"); }
 
@@ -91,6 +94,7 @@ private:
     std::string reason_;
     bool busy_ = false;
     bool linked_ = true;
+    int numbering_ = 0;
 };
 
 using CasePointer = std::shared_ptr<CaseState>;

@@ -6,8 +6,10 @@
 #include "Model.h"
 #include "ModelEntity.h"
 
+#include <algorithm>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Ovra::GeoPython
@@ -19,6 +21,7 @@ struct ModelSide
     using Entity = Geo::ModelEntity;
     static Geo::Model& container(CaseState& state) { return state.model(); }
     static constexpr const char* noun = "model";
+    static constexpr bool isRenumbered = false;
 };
 
 /// \brief The mesh of a case, for templates that serve both sides.
@@ -27,6 +30,7 @@ struct MeshSide
     using Entity = Geo::MeshEntity;
     static Geo::Mesh& container(CaseState& state) { return state.mesh(); }
     static constexpr const char* noun = "mesh";
+    static constexpr bool isRenumbered = true; ///< whether an entity's id may change
 };
 
 /// \brief "mesh face 7".
@@ -109,7 +113,7 @@ struct View
     Ids ids() const
     {
         if (selection) {
-            Side::container(*state);
+            requireSameIds();
             return *selection;
         }
         Ids found;
@@ -133,6 +137,7 @@ struct View
             }
             return found;
         }
+        requireSameIds();
         for (const int id : *selection) {
             Entity* const entity = container.entity(dimension, id);
             if (entity == nullptr) {
@@ -141,6 +146,30 @@ struct View
             found.push_back(entity);
         }
         return found;
+    }
+
+    /// \brief Whether \p id is in it, be the entity there or not. The first question sorts a selection.
+    bool has(int id) const
+    {
+        if (!selection) {
+            return true;
+        }
+        requireSameIds();
+        if (!sorted) {
+            auto ids = std::make_shared<Ids>(*selection);
+            std::sort(ids->begin(), ids->end());
+            sorted = std::move(ids);
+        }
+        return std::binary_search(sorted->begin(), sorted->end(), id);
+    }
+
+    /// \brief Throws Gone where the ids of a selection are those of other entities by now.
+    void requireSameIds() const
+    {
+        Side::container(*state);
+        if (Side::isRenumbered && numbering != state->numbering()) {
+            throw Gone("the mesh was renumbered after this selection was made");
+        }
     }
 
     std::size_t count() const
@@ -152,6 +181,8 @@ struct View
     CasePointer state;
     int dimension;
     std::shared_ptr<const Ids> selection = nullptr; ///< null for all
+    mutable std::shared_ptr<const Ids> sorted = nullptr;
+    int numbering = state->numbering(); ///< as the selection was made
 };
 
 using ModelEntities = View<ModelSide>;

@@ -38,13 +38,9 @@ template <typename Side>
 pybind11::object entityAt(const View<Side>& view, int id)
 {
     auto* const entity = Side::container(*view.state).entity(view.dimension, id);
-    const auto& selection = view.selection;
-    const bool isIn =
-        entity != nullptr &&
-        (!selection || std::find(selection->begin(), selection->end(), id) != selection->end());
-    if (!isIn) {
+    if (entity == nullptr || !view.has(id)) {
         throw pybind11::key_error("there is no " + entityText(Side::noun, view.dimension, id) +
-                                  (selection ? " in this selection" : ""));
+                                  (view.selection ? " in this selection" : ""));
     }
     return wrap<Side>(view.state, *entity);
 }

@@ -141,3 +141,16 @@ def test_other_threads_go_on_and_are_kept_off_a_busy_case(tmp_path):
     assert set(met) == {"another thread works on the case"}
     assert vertex.point == (0, 0, 0)
     assert np.array_equal(ovrageo.open(tmp_path / "case").mesh.regions.connectivity, cells + 1)
+
+
+def test_a_selection_of_the_mesh_does_not_outlive_its_ids(tetrahedron):
+    vertices, faces = tetrahedron.mesh.vertices, tetrahedron.model.faces.select([1])
+    extra = tetrahedron.mesh.add_vertex((9, 9, 9), id=100)
+    chosen = vertices.select([100, 2])
+    assert chosen[100] == extra and 2 in chosen and 1 not in chosen
+    tetrahedron.mesh.renumber()
+    for ask in (lambda: chosen.ids, lambda: chosen.coordinates, lambda: chosen[2], lambda: list(chosen),
+                lambda: chosen.select([2])):
+        with pytest.raises(ovrageo.GoneError, match="^the mesh was renumbered after this selection was made$"):
+            ask()
+    assert list(vertices.ids) == [1, 2, 3, 4, 5] and len(faces.ids) == 1

@@ -116,6 +116,14 @@ class TestStudy(unittest.TestCase):
             row.pop("seconds/s")
         self.assertEqual(here, there)
 
+    def test_a_scheduler_that_does_not_answer_is_told(self):
+        done = subprocess.run([sys.executable, "-B", STUDY / "study.py", "--scheduler", "tcp://127.0.0.1:1"],
+                              cwd=self.folder, capture_output=True, text=True,
+                              env={**os.environ, "DASK_DISTRIBUTED__COMM__TIMEOUTS__CONNECT": "1s"})
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("study: error: Timed out trying to connect to tcp://127.0.0.1:1", done.stderr)
+        self.assertNotIn("Traceback", done.stderr)
+
     def test_fields_are_those_of_the_vertices(self):
         subprocess.run([sys.executable, "-B", STUDY / "field.py", "here/gap-1-size-4", "lid"], cwd=self.folder,
                        check=True)
