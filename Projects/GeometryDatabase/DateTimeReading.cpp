@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QDateTime>
+#include <QTimeZone>
 
 namespace Ovra::Geo
 {
@@ -15,6 +16,12 @@ namespace
 constexpr int OldTimeZone = 4;
 
 constexpr int None = 256;
+
+#if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0) // which asks for a time zone where a QDateTime is made
+constexpr auto Utc = QTimeZone::UTC;
+#else
+constexpr auto Utc = Qt::UTC;
+#endif
 
 // How the time is to be understood, which stands behind date and time.
 int peekTimeSpec(const QDataStream& stream)
@@ -42,7 +49,7 @@ QDateTime readInNamelessZone(QDataStream& stream)
     const auto time = readValue<QTime>(stream);
     readValue<qint8>(stream);
     // Qt 5.0 wrote every time in UTC.
-    return stream.version() == QDataStream::Qt_5_0 ? QDateTime(date, time, Qt::UTC).toLocalTime()
+    return stream.version() == QDataStream::Qt_5_0 ? QDateTime(date, time, Utc).toLocalTime()
                                                    : QDateTime(date, time);
 }
 
