@@ -37,6 +37,21 @@ bool isOfKind(const py::array& array, const char* kinds)
     return array.size() == 0 || std::string(kinds).find(array.dtype().kind()) != std::string::npos;
 }
 
+/// Larger ones would come out negative.
+void requireWithinInt64(const py::array& array)
+{
+    if (array.dtype().kind() != 'u' || array.dtype().itemsize() < 8) {
+        return;
+    }
+    const py::array_t<quint64, py::array::c_style | py::array::forcecast> values(array);
+    const quint64 largest = std::numeric_limits<qint64>::max();
+    const auto isLarger = [largest](quint64 value) { return value > largest; };
+    if (std::any_of(values.data(), values.data() + values.size(), isLarger)) {
+        PyErr_SetString(PyExc_OverflowError, "an id does not fit into 32 bits");
+        throw py::error_already_set();
+    }
+}
+
 Wholes wholeArray(const py::object& object)
 {
     const py::array array = anyArray(object);
@@ -44,6 +59,10 @@ Wholes wholeArray(const py::object& object)
         throw py::type_error("an array of integers is needed, and not of " +
                              py::str(array.dtype()).cast<std::string>());
     }
+    if (py::hasattr(object, "mask")) {
+        throw py::type_error("ids of a masked array are not all known; give its compressed()");
+    }
+    requireWithinInt64(array);
     return Wholes(array);
 }
 
@@ -118,14 +137,26 @@ std::string kindOf(const MeshEntity& entity)
     return topology ? topology->name : "unknown";
 }
 
+/// A file may hold elements of any number of vertices, which the library has no geometry for.
+void requireShape(const MeshEntity& entity)
+{
+    const int dimension = entity.dimension();
+    if (dimension > 0 && !ElementTopology::find(dimension, entity.adjacencyCount(0))) {
+        throw py::value_error(entityText("mesh", dimension, entity.id()) + " has " +
+                              std::to_string(entity.adjacencyCount(0)) +
+                              " vertices, as no kind of element does");
+    }
+}
+
 /// Ids that were asked for: positive, each once, none taken; or none, for the next free ones.
-std::vector<int> newIds(const Mesh& mesh, int dimension, const py::object& object,
+std::vector<int> newIds(const CasePointer& state, int dimension, const py::object& object,
                         std::size_t count)
 {
     if (object.is_none()) {
         return {};
     }
-    std::vector<int> ids = Arrays::idsFrom(object);
+    std::vector<int> ids = Arrays::idsFrom(object); // which may run any Python
+    const Mesh& mesh = state->mesh();
     Arrays::requireCount(static_cast<py::ssize_t>(ids.size()), count, "id");
     std::unordered_set<int> seen;
     for (const int id : ids) {
@@ -175,10 +206,9 @@ std::vector<MeshEntity*> verticesOf(const Mesh& mesh, const Wholes& ids)
     return vertices;
 }
 
-std::vector<ModelEntity*> parentsFrom(const Model& model, const py::object& object, int dimension,
-                                      std::size_t count)
+std::vector<ModelEntity*> parentsOf(const Model& model, const Wholes& ids, int dimension,
+                                    std::size_t count)
 {
-    const Wholes ids = wholeArray(object);
     const bool isOneForAll = ids.ndim() == 0;
     if (!isOneForAll) {
         Arrays::requireCount(ids.size(), count, "parent");
@@ -245,6 +275,7 @@ py::array_t<double> Arrays::centroids(const MeshEntities& view)
     py::array_t<double> result({static_cast<py::ssize_t>(entities.size()), py::ssize_t{3}});
     double* place = result.mutable_data();
     for (const MeshEntity* const entity : entities) {
+        requireShape(*entity);
         const Vector point = view.dimension == 0 ? static_cast<const MeshVertex*>(entity)->point()
                                                  : entity->centroid();
         *place++ = point.x();
@@ -256,6 +287,9 @@ py::array_t<double> Arrays::centroids(const MeshEntities& view)
 
 void Arrays::setPoints(const MeshEntities& view, const py::object& object)
 {
+    if (view.dimension != 0) {
+        throw py::type_error("elements lie where their vertices do; set the coordinates of these");
+    }
     const Reals points = pointArray(object);
     const std::vector<MeshEntity*> vertices = view.entities();
     Arrays::requireCount(points.shape(0), vertices.size(), "point");
@@ -321,11 +355,16 @@ py::tuple Arrays::parents(const MeshEntities& view)
     return py::make_tuple(dimensions, ids);
 }
 
-void Arrays::classify(const MeshEntities& view, const py::object& ids, int dimension)
+void Arrays::classify(const MeshEntities& view, const py::object& object, int dimension)
 {
+    requireDimension(dimension);
+    const Wholes ids = wholeArray(object);
+    if (ids.ndim() > 1) {
+        throw py::value_error("parents are one id, or an array of one dimension");
+    }
     const std::vector<MeshEntity*> entities = view.entities();
     const std::vector<ModelEntity*> parents =
-        parentsFrom(view.state->model(), ids, dimension, entities.size());
+        parentsOf(view.state->model(), ids, dimension, entities.size());
     for (std::size_t i = 0; i < entities.size(); ++i) {
         if (parents[i] != nullptr) {
             parents[i]->addChild(entities[i]);
@@ -340,7 +379,7 @@ MeshEntities Arrays::addVertices(const CasePointer& state, const py::object& obj
 {
     const Reals points = pointArray(object);
     const auto count = static_cast<std::size_t>(points.shape(0));
-    const std::vector<int> ids = newIds(state->mesh(), 0, idObject, count);
+    const std::vector<int> ids = newIds(state, 0, idObject, count);
     return addAll(state, 0, count, ids, [&points](std::size_t row) {
         auto* const vertex = new MeshVertex;
         vertex->setPoint(pointAt(points, row));
@@ -359,7 +398,7 @@ MeshEntities Arrays::addElements(const CasePointer& state, const std::string& ki
                               " ids");
     }
     const auto count = static_cast<std::size_t>(rows.shape(0));
-    const std::vector<int> ids = newIds(state->mesh(), topology.dimension, idObject, count);
+    const std::vector<int> ids = newIds(state, topology.dimension, idObject, count);
     const std::vector<MeshEntity*> vertices = verticesOf(state->mesh(), rows);
     const auto width = static_cast<std::size_t>(topology.vertexCount);
     state->meshGrew();

@@ -112,15 +112,19 @@ bool isSequence(const AttributeType& type)
 
 bool isColumn(const py::object& object)
 {
-    return PySequence_Check(object.ptr()) != 0 && !py::isinstance<py::str>(object) &&
+    const bool isSingle =
+        py::isinstance<py::array>(object) && py::reinterpret_borrow<py::array>(object).ndim() == 0;
+    return !isSingle && PySequence_Check(object.ptr()) != 0 && !py::isinstance<py::str>(object) &&
            !py::isinstance<py::bytes>(object);
 }
 
-std::size_t depth(const py::object& object)
+/// How deep \p object is nested, as far as it matters: a list may hold itself.
+int depth(const py::object& object)
 {
-    std::size_t levels = 0;
+    constexpr int deepest = 4;
+    int levels = 0;
     py::object inner = object;
-    while (isColumn(inner) && py::len(inner) > 0) {
+    while (levels < deepest && isColumn(inner) && py::len(inner) > 0) {
         ++levels;
         inner = inner[py::int_(0)];
     }
@@ -132,32 +136,22 @@ bool isOneForAll(const py::object& object, const AttributeType& type)
     if (!isColumn(object)) {
         return true;
     }
-    const std::size_t ofOne = !isSequence(type)                                ? 0
-                              : AttributeRule::of(type).value == Value::Matrix ? 2
-                                                                               : 1;
-    return ofOne > 0 && depth(object) == ofOne;
+    const int ofMatrix = 2;
+    const int ofOne = AttributeRule::of(type).value == Value::Matrix ? ofMatrix : 1;
+    return isSequence(type) && depth(object) == ofOne;
 }
 
-std::vector<QVariant> column(const py::object& object, const AttributeType& type, std::size_t count)
+std::vector<QVariant> column(const py::object& object, const AttributeType& type)
 {
-    Arrays::requireCount(static_cast<py::ssize_t>(py::len(object)), count, "value");
     std::vector<QVariant> values;
-    values.reserve(count);
-    for (const py::handle each : object) {
+    for (const py::handle each : py::tuple(object)) { // a sequence need not be as long as it says
+        if (each.is_none()) {
+            throw py::type_error("None is no value for " + type.toString().toStdString() +
+                                 "; give the ids of those that have one");
+        }
         values.push_back(valueFrom(each, type));
     }
     return values;
-}
-
-template <typename Number>
-void setNumbers(const std::vector<AttributeMap*>& maps, const AttributeType& type,
-                const py::array& array)
-{
-    const py::array_t<Number, py::array::c_style | py::array::forcecast> numbers(array);
-    const Number* number = numbers.data();
-    for (AttributeMap* const map : maps) {
-        map->insert(type, QVariant(*number++));
-    }
 }
 
 bool isShort(qlonglong value)
@@ -165,48 +159,36 @@ bool isShort(qlonglong value)
     return value >= std::numeric_limits<int>::min() && value <= std::numeric_limits<int>::max();
 }
 
-/// NumPy's integers have 64 bits where nobody says otherwise; the library's have 32.
-void setWholes(const std::vector<AttributeMap*>& maps, const AttributeType& type,
-               const py::array& array)
+QVariant variantOf(qlonglong value)
 {
-    const py::array_t<qlonglong, py::array::c_style | py::array::forcecast> numbers(array);
-    const bool mustBeShort = AttributeRule::of(type).value == Value::Integer;
-    const qlonglong* number = numbers.data();
-    if (mustBeShort && !std::all_of(number, number + numbers.size(), isShort)) {
-        PyErr_SetString(PyExc_OverflowError, "a value does not fit into 32 bits");
-        throw py::error_already_set();
-    }
-    for (AttributeMap* const map : maps) {
-        map->insert(type,
-                    isShort(*number) ? QVariant(static_cast<int>(*number)) : QVariant(*number));
-        ++number;
-    }
+    return isShort(value) ? QVariant(static_cast<int>(value)) : QVariant(value);
 }
 
-/// The road of large arrays, without an object of Python for each value.
-bool setAtOnce(const std::vector<AttributeMap*>& maps, const AttributeType& type,
-               const py::object& object)
+QVariant variantOf(double value)
 {
-    if (!py::isinstance<py::array>(object)) {
-        return false;
-    }
-    const auto array = py::reinterpret_borrow<py::array>(object);
-    const char kind = array.dtype().kind();
-    const Value rule = AttributeRule::of(type).value;
-    if (array.ndim() != 1 || static_cast<std::size_t>(array.size()) != maps.size()) {
-        return false;
-    }
-    if (kind == 'i' && (rule == Value::Integer || rule == Value::Any)) {
-        setWholes(maps, type, array);
-    } else if ((kind == 'f' && (rule == Value::Real || rule == Value::Any)) ||
-               (kind == 'i' && rule == Value::Real)) {
-        setNumbers<double>(maps, type, array);
-    } else if (kind == 'b' && (rule == Value::Boolean || rule == Value::Any)) {
-        setNumbers<bool>(maps, type, array);
-    } else {
-        return false;
-    }
-    return true;
+    return value;
+}
+
+QVariant variantOf(bool value)
+{
+    return value;
+}
+
+QVariant variantOf(const QVariant& value)
+{
+    return value;
+}
+
+template <typename Item>
+const Item* itemsOf(const std::vector<Item>& items)
+{
+    return items.data();
+}
+
+template <typename Number, int Flags>
+const Number* itemsOf(const py::array_t<Number, Flags>& items)
+{
+    return items.data();
 }
 
 } // namespace
@@ -223,23 +205,69 @@ py::tuple AttributeArrays::values(const Maps& maps, const AttributeType& type)
     return *columnOfKind(maps, type, commonKind(maps, type));
 }
 
-void AttributeArrays::set(const std::vector<AttributeMap*>& maps, const AttributeType& type,
-                          const py::object& object)
+AttributeArrays::Values::Values(const py::object& object, const AttributeType& type)
+    : type_(type)
 {
     if (isOneForAll(object, type)) {
-        const QVariant value = valueFrom(object, type);
+        const bool isOfArray = py::isinstance<py::array>(object) && !isColumn(object);
+        values_ = valueFrom(isOfArray ? object.attr("item")() : object, type);
+    } else if (!takeArray(object)) {
+        values_ = column(object, type);
+    }
+}
+
+/// The road of large arrays, without an object of Python for each value.
+bool AttributeArrays::Values::takeArray(const py::object& object)
+{
+    if (!py::isinstance<py::array>(object) ||
+        py::reinterpret_borrow<py::array>(object).ndim() != 1) {
+        return false;
+    }
+    const auto array = py::reinterpret_borrow<py::array>(object);
+    const char kind = array.dtype().kind();
+    const Value rule = AttributeRule::of(type_).value;
+    if (kind == 'i' && (rule == Value::Integer || rule == Value::Any)) {
+        // NumPy's integers have 64 bits where nobody says otherwise; the library's have 32.
+        const Wholes wholes(array);
+        if (rule == Value::Integer &&
+            !std::all_of(wholes.data(), wholes.data() + wholes.size(), isShort)) {
+            PyErr_SetString(PyExc_OverflowError, "a value does not fit into 32 bits");
+            throw py::error_already_set();
+        }
+        values_ = wholes;
+    } else if ((kind == 'f' && (rule == Value::Real || rule == Value::Any)) ||
+               (kind == 'i' && rule == Value::Real)) {
+        values_ = Reals(array);
+    } else if (kind == 'b' && (rule == Value::Boolean || rule == Value::Any)) {
+        values_ = Truths(array);
+    } else {
+        return false;
+    }
+    return true;
+}
+
+void AttributeArrays::Values::setIn(const std::vector<AttributeMap*>& maps) const
+{
+    const auto setEach = [&](const auto& items) {
+        Arrays::requireCount(static_cast<py::ssize_t>(items.size()), maps.size(), "value");
+        const auto* item = itemsOf(items);
         for (AttributeMap* const map : maps) {
-            map->insert(type, value);
+            map->insert(type_, variantOf(*item++));
+        }
+    };
+    if (const auto* const value = std::get_if<QVariant>(&values_)) {
+        for (AttributeMap* const map : maps) {
+            map->insert(type_, *value);
         }
         return;
     }
-    if (setAtOnce(maps, type, object)) {
-        return;
-    }
-    const std::vector<QVariant> values = column(object, type, maps.size());
-    for (std::size_t i = 0; i < maps.size(); ++i) {
-        maps[i]->insert(type, values[i]);
-    }
+    std::visit(
+        [&](const auto& items) {
+            if constexpr (!std::is_same_v<std::decay_t<decltype(items)>, QVariant>) {
+                setEach(items);
+            }
+        },
+        values_);
 }
 
 } // namespace Ovra::GeoPython

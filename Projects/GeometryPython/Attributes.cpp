@@ -12,36 +12,38 @@ using namespace Ovra::Geo;
 namespace
 {
 
-/// What a file of a later release calls by a tag unknown here is kept and has no name.
-py::str tagOf(const AttributeType& type)
-{
-    return type.isValid() ? toPython(type.toString()) : py::str("(unknown)");
-}
-
 AttributeType presentType(const Attributes& attributes, const py::str& tag)
 {
     const AttributeType type = AttributeType::fromString(textFrom(tag));
     if (!type.isValid() || !attributes.get().contains(type)) {
-        throw py::key_error(tag.cast<std::string>());
+        PyErr_SetObject(PyExc_KeyError, tag.ptr());
+        throw py::error_already_set();
     }
     return type;
+}
+
+/// Without what a file of a later release has under a tag unknown here: that is kept, and has no name.
+QList<AttributeType> typesOf(const Attributes& attributes)
+{
+    QList<AttributeType> types = attributes.get().types();
+    types.removeAll(AttributeType());
+    return types;
 }
 
 py::list tagsOf(const Attributes& attributes)
 {
     py::list tags;
-    for (const AttributeType& type : attributes.get().types()) {
-        tags.append(tagOf(type));
+    for (const AttributeType& type : typesOf(attributes)) {
+        tags.append(toPython(type.toString()));
     }
     return tags;
 }
 
 py::dict dictOf(const Attributes& attributes)
 {
-    const AttributeMap& map = attributes.get();
     py::dict dict;
-    for (const AttributeType& type : map.types()) {
-        dict[tagOf(type)] = toPython(map.value(type, {}));
+    for (const AttributeType& type : typesOf(attributes)) {
+        dict[toPython(type.toString())] = toPython(attributes.get().value(type, {}));
     }
     return dict;
 }
@@ -74,7 +76,7 @@ void bindAttributes(py::module_& module)
         "the type of a value is fixed, setting another raises TypeError. Values are bool, int, "
         "float,\n"
         "str, bytes, list, dict, Vector and Matrix.")
-        .def("__len__", [](const Attributes& self) { return self.get().count(); })
+        .def("__len__", [](const Attributes& self) { return typesOf(self).size(); })
         .def("__iter__", [](const Attributes& self) { return py::iter(tagsOf(self)); })
         .def("__contains__", &contains)
         .def("__getitem__",
@@ -84,7 +86,8 @@ void bindAttributes(py::module_& module)
         .def("__setitem__",
              [](const Attributes& self, const py::str& tag, const py::object& value) {
                  const AttributeType type = attributeType(tag);
-                 self.get().insert(type, valueFrom(value, type));
+                 const QVariant converted = valueFrom(value, type); // which may run any Python
+                 self.get().insert(type, converted);
              })
         .def("__delitem__", [](const Attributes& self,
                                const py::str& tag) { self.get().remove(presentType(self, tag)); })

@@ -29,6 +29,24 @@ using namespace Ovra::GeoTool;
 namespace
 {
 
+py::list listOf(const QStringList& texts)
+{
+    py::list list;
+    for (const QString& text : texts) {
+        list.append(toPython(text));
+    }
+    return list;
+}
+
+QStringList namesFrom(const py::object& names)
+{
+    QStringList list;
+    for (const py::handle each : names) {
+        list += textFrom(py::cast<py::str>(each));
+    }
+    return list;
+}
+
 /// Collects what the host warns of, and gives it to Python once the interpreter's lock is held again.
 class Warnings
 {
@@ -44,7 +62,7 @@ public:
     {
         const py::object type = py::module_::import("ovrageo.errors").attr("CaseWarning");
         for (const QString& text : texts_) {
-            if (PyErr_WarnEx(type.ptr(), text.toUtf8().constData(), 1) != 0) {
+            if (PyErr_WarnEx(type.ptr(), text.toUtf8().constData(), 2) != 0) {
                 throw py::error_already_set();
             }
         }
@@ -55,18 +73,25 @@ private:
     Progress progress_;
 };
 
-/// Does \p work, which takes the database and a Progress, without the interpreter's lock.
-template <typename Work>
-auto aside(CaseState& state, Work work)
+/// Does \p work, which takes the database and a Progress, without the interpreter's lock, then \p after
+/// with it; what was warned of comes last, as Python may make exceptions of warnings.
+template <typename Work, typename After>
+auto aside(CaseState& state, Work work, After after)
 {
     Warnings warnings;
-    state.linkedMesh();
     const auto done = state.aside([&](Database& database) {
         const QuietLibrary quiet;
         return work(database, warnings.progress());
     });
+    after();
     warnings.tell();
     return done;
+}
+
+template <typename Work>
+auto aside(CaseState& state, Work work)
+{
+    return aside(state, work, [] {});
 }
 
 CasePointer open(const py::str& name)
@@ -75,9 +100,9 @@ CasePointer open(const py::str& name)
     state->files.emplace(textFrom(name));
     aside(*state, [&state](Database& database, Progress& progress) {
         state->files->load(database, progress);
+        CaseState::keyChildrenAnew(database);
         return true;
     });
-    state->keysAreFormer();
     return state;
 }
 
@@ -96,19 +121,23 @@ MeshSerializer::Format meshFormat(const std::string& name)
                           "\"; there are 2013, 2014 and 2014a");
 }
 
-void saveAs(CaseState& self, const CaseFiles& files, MeshSerializer::Format format)
+template <typename After>
+void saveAs(CaseState& self, const CaseFiles& files, MeshSerializer::Format format, After after)
 {
-    aside(self, [&](Database& database, Progress& progress) {
+    const auto work = [&](Database& database, Progress& progress) {
         files.save(database, progress, format);
         return true;
-    });
+    };
+    aside(self, work, after);
 }
 
 void save(CaseState& self, const py::str& name, const std::string& formatName)
 {
     const CaseFiles files(textFrom(name));
-    saveAs(self, files, meshFormat(formatName));
-    self.files = files;
+    if (files.name().isEmpty()) {
+        throw py::value_error("a case needs a name for its files");
+    }
+    saveAs(self, files, meshFormat(formatName), [&] { self.files = files; });
 }
 
 /// In the format that holds all of it.
@@ -160,13 +189,12 @@ QStringList operationsFrom(const py::object& operations)
     if (operations.is_none()) {
         return Preparation::operationNames();
     }
-    QStringList names;
-    for (const py::handle each : operations) {
-        names += textFrom(py::cast<py::str>(each));
-        if (!Preparation::operationNames().contains(names.last())) {
+    const QStringList names = namesFrom(operations);
+    for (const QString& name : names) {
+        if (!Preparation::operationNames().contains(name)) {
             throw py::value_error(
                 QStringLiteral("there is no operation \"%1\"; there are %2")
-                    .arg(names.last(), Preparation::operationNames().join(QStringLiteral(", ")))
+                    .arg(name, Preparation::operationNames().join(QStringLiteral(", ")))
                     .toStdString());
         }
     }
@@ -179,25 +207,23 @@ py::list prepare(CaseState& self, const py::object& operations, std::optional<do
     if (tolerance && !(*tolerance >= 0 && *tolerance <= 1)) {
         throw py::value_error("extrusion_tolerance must be a number from 0 to 1");
     }
+    const auto work = [&](Database& database, Progress& progress) {
+        Preparation preparation(database, progress);
+        if (tolerance) {
+            preparation.setExtrusionTolerance(*tolerance);
+        }
+        const QStringList report = preparation.run(names);
+        CaseState::keyChildrenAnew(database);
+        return report;
+    };
     QStringList report;
     try {
-        report = aside(self, [&](Database& database, Progress& progress) {
-            Preparation preparation(database, progress);
-            if (tolerance) {
-                preparation.setExtrusionTolerance(*tolerance);
-            }
-            return preparation.run(names);
-        });
+        report = aside(self, work, [&self] { self.meshIsNew(); });
     } catch (const ToolError&) {
         self.giveUp("a preparation that failed has left the case undefined; open it anew");
         throw;
     }
-    self.keysAreFormer();
-    py::list lines;
-    for (const QString& line : report) {
-        lines.append(toPython(line));
-    }
-    return lines;
+    return listOf(report);
 }
 
 SolverInput inputOf(const py::object& sections, double scale, bool labelled)
@@ -207,11 +233,7 @@ SolverInput inputOf(const py::object& sections, double scale, bool labelled)
         throw py::value_error("scale must be a finite number above 0");
     }
     if (!sections.is_none()) {
-        QStringList names;
-        for (const py::handle each : sections) {
-            names += textFrom(py::cast<py::str>(each));
-        }
-        input.setSections(names);
+        input.setSections(namesFrom(sections));
     }
     input.setScale(scale);
     input.setLabelled(labelled);
@@ -245,21 +267,11 @@ py::str solverInput(CaseState& self, const py::object& sections, double scale, b
     }));
 }
 
-py::list listOf(const QStringList& texts)
-{
-    py::list list;
-    for (const QString& text : texts) {
-        list.append(toPython(text));
-    }
-    return list;
-}
-
 } // namespace
 
 void bindCase(py::module_& module)
 {
     py::class_<CaseState, CasePointer>(module, "CaseState")
-        .def(py::init<>())
         .def("close", &CaseState::close)
         .def_property_readonly("is_closed", &CaseState::isClosed)
         .def_property_readonly("name",
@@ -276,6 +288,7 @@ void bindCase(py::module_& module)
         .def("write_solver_input", &writeSolverInput)
         .def("solver_input", &solverInput);
     module.def("open", &open);
+    module.def("make", [] { return std::make_shared<CaseState>(); });
     module.def("attribute_tags", [] { return listOf(AttributeType::tags()); });
     module.def("operation_names", [] { return listOf(Preparation::operationNames()); });
     module.def("section_names", [] { return listOf(SolverInput::sectionNames()); });

@@ -5,6 +5,8 @@
 #include "Model.h"
 #include "ModelEntity.h"
 
+#include <cxxabi.h>
+#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -67,24 +69,38 @@ Database& CaseState::database()
 
 Mesh& CaseState::linkedMesh()
 {
-    Mesh& linked = mesh();
-    if (!linked_) {
-        linked.clearUpwardAdjacencies();
-        linked.setUpwardAdjacencies();
-        linked_ = true;
-    }
-    return linked;
+    link(database());
+    return mesh();
 }
 
-void CaseState::keysAreFormer()
+void CaseState::link(Database& database)
 {
-    ++numbering_;
+    if (!linked_) {
+        database.mesh()->clearUpwardAdjacencies();
+        database.mesh()->setUpwardAdjacencies();
+        linked_ = true;
+    }
+}
+
+void CaseState::keyChildrenAnew(const Database& database)
+{
     for (int dimension = 0; dimension < 4; ++dimension) {
-        for (auto walk = model().iterator(dimension); walk.hasNext();) {
+        for (auto walk = database.model()->iterator(dimension); walk.hasNext();) {
             ModelEntity& entity = *walk.next().value();
             if (hasFormerKeys(entity)) {
                 keyAnew(entity);
             }
+        }
+    }
+}
+
+CaseState::Unlocked::~Unlocked()
+{
+    try {
+        PyEval_RestoreThread(thread_);
+    } catch (abi::__forced_unwind&) {
+        for (;;) {
+            pause();
         }
     }
 }

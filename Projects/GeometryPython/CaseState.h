@@ -7,6 +7,7 @@
 #include <pybind11/pybind11.h>
 #include <stdexcept>
 #include <string>
+#include <unordered_map>
 
 namespace Ovra::GeoPython
 {
@@ -45,11 +46,22 @@ public:
     /// \brief Tells that elements were added, whose vertices do not list them yet.
     void meshGrew() { linked_ = false; }
 
-    /// \brief Tells that mesh entities may have new ids, under which their parents do not have them.
-    void keysAreFormer();
+    /// \brief Tells that mesh entities may have new ids, so that whatever stands for one is void.
+    void meshIsNew() { ++meshEpoch_; }
 
-    /// \brief How often mesh entities may have got new ids.
-    int numbering() const { return numbering_; }
+    /// \brief Changes with meshIsNew().
+    int meshEpoch() const { return meshEpoch_; }
+
+    /// \brief Tells that an entity is about to be removed. Another of its id may come to lie at the
+    ///        same address.
+    void noteRemoval(const void* entity) { ++removals_[entity]; }
+
+    /// \brief How many entities at that address were removed.
+    int removalsAt(const void* entity) const
+    {
+        const auto found = removals_.find(entity);
+        return found == removals_.end() ? 0 : found->second;
+    }
 
     /// \brief Frees the database; whatever stood for a part of it throws Gone from now on.
     void close() { giveUp("the case is closed"); }
@@ -59,19 +71,27 @@ public:
 
     bool isClosed() const { return database_ == nullptr; }
 
+    /// \brief Whether another thread is in aside().
+    bool isBusy() const { return busy_; }
+
     /// \brief The files of the case, if it was read from or written to any.
     std::optional<GeoTool::CaseFiles> files;
 
-    /// \brief Does \p work with the database and without the interpreter's lock, so that other
-    ///        threads of Python go on; those that come for this case meanwhile get Busy.
+    /// \brief Does \p work with the database, all upward lists set, and without the interpreter's
+    ///        lock, so that other threads of Python go on; those that come for this case meanwhile get
+    ///        Busy.
     template <typename Work>
     auto aside(Work work)
     {
         Geo::Database& itself = database();
         const Occupation occupation(busy_); // ends with the lock held again
-        const pybind11::gil_scoped_release released;
+        const Unlocked unlocked;
+        link(itself);
         return work(itself);
     }
+
+    /// \brief Enters the mesh entities of \p database with their parents by their present ids.
+    static void keyChildrenAnew(const Geo::Database& database);
 
 private:
     class Occupation
@@ -90,11 +110,31 @@ private:
         bool& busy_;
     };
 
+    /// Without the interpreter's lock. A thread that cannot have it back, as the interpreter ends, waits
+    /// for the end of the process: Python would unwind it, through frames that need the lock.
+    class Unlocked
+    {
+    public:
+        Unlocked()
+            : thread_(PyEval_SaveThread())
+        {
+        }
+        ~Unlocked();
+        Unlocked(const Unlocked&) = delete;
+        Unlocked& operator=(const Unlocked&) = delete;
+
+    private:
+        PyThreadState* thread_;
+    };
+
+    void link(Geo::Database& database);
+
     std::unique_ptr<GeoTool::CaseDatabase> database_;
     std::string reason_;
     bool busy_ = false;
     bool linked_ = true;
-    int numbering_ = 0;
+    int meshEpoch_ = 0;
+    std::unordered_map<const void*, int> removals_;
 };
 
 using CasePointer = std::shared_ptr<CaseState>;

@@ -12,4 +12,11 @@ std::string entityText(const char* side, int dimension, int id)
            std::to_string(id);
 }
 
+void requireDimension(int dimension)
+{
+    if (dimension < 0 || dimension > 3) {
+        throw pybind11::value_error("a dimension is 0, 1, 2 or 3");
+    }
+}
+
 } // namespace Ovra::GeoPython

@@ -20,8 +20,8 @@ struct ModelSide
 {
     using Entity = Geo::ModelEntity;
     static Geo::Model& container(CaseState& state) { return state.model(); }
+    static int epoch(const CaseState&) { return 0; }
     static constexpr const char* noun = "model";
-    static constexpr bool isRenumbered = false;
 };
 
 /// \brief The mesh of a case, for templates that serve both sides.
@@ -29,12 +29,15 @@ struct MeshSide
 {
     using Entity = Geo::MeshEntity;
     static Geo::Mesh& container(CaseState& state) { return state.mesh(); }
+    static int epoch(const CaseState& state) { return state.meshEpoch(); }
     static constexpr const char* noun = "mesh";
-    static constexpr bool isRenumbered = true; ///< whether an entity's id may change
 };
 
 /// \brief "mesh face 7".
 std::string entityText(const char* side, int dimension, int id);
+
+/// \brief Throws ValueError unless \p dimension is 0 to 3.
+void requireDimension(int dimension);
 
 /// \brief Stands for an entity of a case that may be gone.
 ///
@@ -50,16 +53,25 @@ struct Handle
         , dimension(of.dimension())
         , id(of.id())
         , entity(&of)
+        , epoch(Side::epoch(*state))
+        , removals(state->removalsAt(entity))
     {
     }
 
     /// \brief The entity; throws Gone, or Busy.
     Entity& get() const
     {
-        if (Side::container(*state).entity(dimension, id) != entity) {
+        if (!isThere()) {
             throw Gone(text() + " was removed or renumbered; ask the case for it anew");
         }
         return *entity;
+    }
+
+    /// \brief Whether get() has it to give; throws Gone if the case is closed, or Busy.
+    bool isThere() const
+    {
+        return Side::container(*state).entity(dimension, id) == entity &&
+               Side::epoch(*state) == epoch && state->removalsAt(entity) == removals;
     }
 
     std::string text() const { return entityText(Side::noun, dimension, id); }
@@ -67,13 +79,15 @@ struct Handle
     bool operator==(const Handle& other) const
     {
         return state == other.state && dimension == other.dimension && id == other.id &&
-               entity == other.entity;
+               entity == other.entity && epoch == other.epoch && removals == other.removals;
     }
 
     CasePointer state;
     int dimension;
     int id;
     Entity* entity; ///< only ever compared before get() has found it in the case
+    int epoch;
+    int removals;
 };
 
 using ModelHandle = Handle<ModelSide>;
@@ -83,23 +97,50 @@ using MeshHandle = Handle<MeshSide>;
 template <typename Side, int Dimension>
 struct HandleOf : Handle<Side>
 {
-    using Handle<Side>::Handle;
+    explicit HandleOf(const Handle<Side>& handle)
+        : Handle<Side>(handle)
+    {
+    }
 };
 
-/// \brief The Python object that stands for \p entity, of the class of its dimension.
+/// \brief The Python object of \p handle, of the class of its dimension.
+template <typename Side>
+pybind11::object wrap(const Handle<Side>& handle)
+{
+    switch (handle.dimension) {
+    case 0:
+        return pybind11::cast(HandleOf<Side, 0>(handle));
+    case 1:
+        return pybind11::cast(HandleOf<Side, 1>(handle));
+    case 2:
+        return pybind11::cast(HandleOf<Side, 2>(handle));
+    default:
+        return pybind11::cast(HandleOf<Side, 3>(handle));
+    }
+}
+
+/// \brief The Python object that stands for \p entity.
 template <typename Side>
 pybind11::object wrap(const CasePointer& state, typename Side::Entity& entity)
 {
-    switch (entity.dimension()) {
-    case 0:
-        return pybind11::cast(HandleOf<Side, 0>(state, entity));
-    case 1:
-        return pybind11::cast(HandleOf<Side, 1>(state, entity));
-    case 2:
-        return pybind11::cast(HandleOf<Side, 2>(state, entity));
-    default:
-        return pybind11::cast(HandleOf<Side, 3>(state, entity));
+    return wrap(Handle<Side>(state, entity));
+}
+
+/// \brief A list of those that stand for \p entities.
+///
+/// All handles ahead of the first object, at which Python may collect garbage, and so do anything.
+template <typename Side, typename Entities>
+pybind11::list wrapAll(const CasePointer& state, const Entities& entities)
+{
+    std::vector<Handle<Side>> handles;
+    for (auto* const entity : entities) {
+        handles.emplace_back(state, *entity);
     }
+    pybind11::list list;
+    for (const Handle<Side>& handle : handles) {
+        list.append(wrap(handle));
+    }
+    return list;
 }
 
 /// \brief Entities of one dimension: all that the case has at the time of asking, or a selection.
@@ -167,7 +208,7 @@ struct View
     void requireSameIds() const
     {
         Side::container(*state);
-        if (Side::isRenumbered && numbering != state->numbering()) {
+        if (selection && Side::epoch(*state) != epoch) {
             throw Gone("the mesh was renumbered after this selection was made");
         }
     }
@@ -182,7 +223,7 @@ struct View
     int dimension;
     std::shared_ptr<const Ids> selection = nullptr; ///< null for all
     mutable std::shared_ptr<const Ids> sorted = nullptr;
-    int numbering = state->numbering(); ///< as the selection was made
+    int epoch = Side::epoch(*state); ///< as the selection was made
 };
 
 using ModelEntities = View<ModelSide>;

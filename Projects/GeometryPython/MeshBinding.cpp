@@ -3,6 +3,8 @@
 #include "Views.h"
 
 #include <array>
+#include <optional>
+#include <pybind11/stl.h>
 
 namespace Ovra::GeoPython
 {
@@ -55,6 +57,7 @@ void remove(const MeshOf& self, const MeshHandle& handle)
     if (handle.dimension == 0) {
         requireUnused(handle);
     }
+    self.state->noteRemoval(&entity);
     mesh.remove(&entity);
 }
 
@@ -64,8 +67,10 @@ void renumber(const MeshOf& self)
         for (int dimension = 0; dimension < 4; ++dimension) {
             database.mesh()->renumber(dimension);
         }
+        CaseState::keyChildrenAnew(database);
+        return true;
     });
-    self.state->keysAreFormer();
+    self.state->meshIsNew();
 }
 
 std::string representation(const MeshOf& self)
@@ -87,8 +92,10 @@ void bindMeshView(py::module_& module)
         module, "MeshEntities",
         "Mesh entities of one dimension: a collection by id that is walked by ascending\n"
         "id. Its properties are arrays of NumPy, copies, a row for each entity.")
-        .def_property("coordinates", &Arrays::centroids, &Arrays::setPoints,
-                      "Points of vertices, n x 3 float64; of elements the means of their vertices.")
+        .def_property(
+            "coordinates", &Arrays::centroids, &Arrays::setPoints,
+            "Points of vertices, n x 3 float64 in the unit of the case; of elements the means of\n"
+            "their vertices, which cannot be set.")
         .def_property_readonly(
             "connectivity", &Arrays::connectivity,
             "Ids of the vertices of elements of one kind, n x k int32, in node order.")
@@ -101,9 +108,8 @@ void bindMeshView(py::module_& module)
             "none) of the model entities.")
         .def(
             "classify",
-            [](const MeshEntities& self, const py::object& parents, const py::object& dimension) {
-                Arrays::classify(self, parents,
-                                 dimension.is_none() ? self.dimension : dimension.cast<int>());
+            [](const MeshEntities& self, const py::object& parents, std::optional<int> dimension) {
+                Arrays::classify(self, parents, dimension.value_or(self.dimension));
             },
             py::arg("parents"), py::arg("dimension") = py::none(),
             "Classifies the entities on model entities, by default of their own dimension: one id "
@@ -121,7 +127,9 @@ void bindGrowth(py::class_<MeshOf>& mesh)
                 return Arrays::addVertices(self.state, points, ids);
             },
             py::arg("points"), py::arg("ids") = py::none(),
-            "Adds vertices at the rows of an n x 3 array, and returns them.")
+            "Adds vertices at the rows of an n x 3 array, in the unit of the case, under n ids or "
+            "the\n"
+            "next free ones, and returns them.")
         .def(
             "add_elements",
             [](const MeshOf& self, const std::string& kind, const py::object& vertices,
@@ -129,7 +137,10 @@ void bindGrowth(py::class_<MeshOf>& mesh)
                 return Arrays::addElements(self.state, kind, vertices, ids);
             },
             py::arg("kind"), py::arg("vertices"), py::arg("ids") = py::none(),
-            "Adds elements of a kind, a row of vertex ids for each in node order, and returns "
+            "Adds elements of a kind, such as 'triangle' or 'hexahedron', whose k vertices are the "
+            "rows\n"
+            "of an n x k array of ids in node order, under n ids or the next free ones, and "
+            "returns\n"
             "them.")
         .def("remove", &remove, py::arg("entity"),
              "Removes an entity; ValueError for a vertex that an element uses.")
@@ -143,8 +154,10 @@ void bindMesh(py::module_& module)
 {
     bindMeshView(module);
     py::class_<MeshOf> mesh(module, "Mesh", "The mesh of a case.");
-    mesh.def(py::init([](const CasePointer& state) { return MeshOf{state}; }))
-        .def_property_readonly("vertices", &viewOf<0>, "The vertices.")
+    module.def(
+        "mesh_of", [](const CasePointer& state) { return MeshOf{state}; },
+        py::arg("state").none(false));
+    mesh.def_property_readonly("vertices", &viewOf<0>, "The vertices.")
         .def_property_readonly("edges", &viewOf<1>, "The edges.")
         .def_property_readonly("faces", &viewOf<2>, "The faces.")
         .def_property_readonly("regions", &viewOf<3>, "The regions.")

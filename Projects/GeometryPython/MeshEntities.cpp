@@ -61,27 +61,16 @@ QList<MeshEntity*> neighboursOf(MeshEntity& entity, int dimension)
         .values();
 }
 
-py::list wrapped(const CasePointer& state, const QList<MeshEntity*>& entities)
-{
-    py::list list;
-    for (MeshEntity* const each : entities) {
-        list.append(wrap<MeshSide>(state, *each));
-    }
-    return list;
-}
-
 py::list neighbours(const MeshHandle& handle, int dimension)
 {
-    if (dimension < 0 || dimension > 3) {
-        throw py::value_error("a dimension is 0, 1, 2 or 3");
-    }
+    requireDimension(dimension);
     MeshEntity& entity = handle.get();
     handle.state->linkedMesh();
     QList<MeshEntity*> found = neighboursOf(entity, dimension);
     if (dimension > 0) { // vertices stand in node order
         std::sort(found.begin(), found.end(), MeshEntity::lessThan);
     }
-    return wrapped(handle.state, found);
+    return wrapAll<MeshSide>(handle.state, found);
 }
 
 py::object parentOf(const MeshHandle& handle)
@@ -94,6 +83,9 @@ void setParent(const MeshHandle& handle, const py::object& parent)
 {
     MeshEntity& entity = handle.get();
     if (!parent.is_none()) {
+        if (!py::isinstance<ModelHandle>(parent)) {
+            throw py::type_error("a parent is a model entity, or None");
+        }
         const auto& model = parent.cast<const ModelHandle&>();
         if (model.state != handle.state) {
             throw py::value_error(model.text() + " is of another case");
@@ -108,11 +100,16 @@ std::string representation(const MeshHandle& handle)
 {
     static constexpr std::array<const char*, 4> classes = {"MeshVertex", "MeshEdge", "MeshFace",
                                                            "MeshRegion"};
+    const std::string head = std::string("<") +
+                             classes.at(static_cast<std::size_t>(handle.dimension)) + ' ' +
+                             std::to_string(handle.id);
+    if (handle.state->isClosed() || handle.state->isBusy() || !handle.isThere()) {
+        return head + ", gone or busy>";
+    }
     const ElementTopology* const topology = topologyOf(handle.get());
     const std::string kind =
         topology && handle.dimension > 1 ? std::string(", ") + topology->name : "";
-    return std::string("<") + classes.at(static_cast<std::size_t>(handle.dimension)) + ' ' +
-           std::to_string(handle.id) + kind + '>';
+    return head + kind + '>';
 }
 
 py::str kindOf(const MeshHandle& handle)
@@ -147,7 +144,7 @@ void bindBase(py::module_& module)
         .def_property_readonly(
             "vertices",
             [](const MeshHandle& self) {
-                return py::tuple(wrapped(self.state, listOf(self.get(), 0)));
+                return py::tuple(wrapAll<MeshSide>(self.state, listOf(self.get(), 0)));
             },
             "The vertices of an element in its node order; none of a vertex.")
         .def(
@@ -181,7 +178,8 @@ void bindVertex(py::module_& module)
                 return toPython(static_cast<MeshVertex&>(self.get()).point());
             },
             [](const VertexHandle& self, const py::object& point) {
-                static_cast<MeshVertex&>(self.get()).setPoint(vectorFrom(point));
+                const Vector place = vectorFrom(point);
+                static_cast<MeshVertex&>(self.get()).setPoint(place);
             },
             "The position, in the unit of the case.");
 }

@@ -81,6 +81,7 @@ void remove(const ModelOf& self, const ModelHandle& handle)
     ModelEntity& entity = handle.get();
     unlinkEverywhere(self.state->model(), entity);
     declassifyFrom(self.state->mesh(), entity);
+    self.state->noteRemoval(&entity);
     self.state->model().remove(&entity);
 }
 
@@ -136,7 +137,10 @@ void bindModel(py::module_& module)
                         "Model entities of one dimension: a collection by id that is walked by\n"
                         "ascending id, and whose attributes are arrays of NumPy.");
     py::class_<ModelOf> model(module, "Model", "The boundary representation of a case.");
-    model.def(py::init([](const CasePointer& state) { return ModelOf{state}; }))
+    module.def(
+        "model_of", [](const CasePointer& state) { return ModelOf{state}; },
+        py::arg("state").none(false));
+    model
         .def_property_readonly(
             "attributes",
             [](const ModelOf& self) {
@@ -149,7 +153,8 @@ void bindModel(py::module_& module)
         .def_property(
             "box", [](const ModelOf& self) { return toPython(self.state->model().boundingBox()); },
             [](const ModelOf& self, const py::object& box) {
-                self.state->model().setBoundingBox(boxFrom(box));
+                const Box converted = boxFrom(box);
+                self.state->model().setBoundingBox(converted);
             },
             "The stored bounding box, which nothing computes.")
         .def_property_readonly(

@@ -26,27 +26,21 @@ using EdgeHandle = HandleOf<ModelSide, 1>;
 using FaceHandle = HandleOf<ModelSide, 2>;
 using RegionHandle = HandleOf<ModelSide, 3>;
 
+/// Ahead of it comes whatever converts an object: that may run any Python, which may remove the entity.
 template <typename Entity, typename Of>
 Entity& as(const Of& handle)
 {
     return static_cast<Entity&>(handle.get());
 }
 
-void requireDimension(int dimension)
-{
-    if (dimension < 0 || dimension > 3) {
-        throw py::value_error("a dimension is 0, 1, 2 or 3");
-    }
-}
-
 py::list neighbours(const ModelHandle& handle, int dimension)
 {
     requireDimension(dimension);
-    py::list list;
+    QList<ModelEntity*> list;
     for (auto walk = handle.get().adjacencyIterator(dimension); walk.hasNext();) {
-        list.append(wrap<ModelSide>(handle.state, *walk.next()));
+        list.append(walk.next());
     }
-    return list;
+    return wrapAll<ModelSide>(handle.state, list);
 }
 
 void requireSameCase(const ModelHandle& a, const ModelHandle& b)
@@ -59,6 +53,9 @@ void requireSameCase(const ModelHandle& a, const ModelHandle& b)
 void link(const ModelHandle& handle, const py::args& others)
 {
     for (const py::handle each : others) {
+        if (!py::isinstance<ModelHandle>(each)) {
+            throw py::type_error("model entities are linked with model entities alone");
+        }
         const auto& other = each.cast<const ModelHandle&>();
         requireSameCase(handle, other);
         if (handle.dimension == other.dimension) {
@@ -102,6 +99,9 @@ std::string representation(const ModelHandle& handle)
     const std::string head = std::string("<") +
                              classes.at(static_cast<std::size_t>(handle.dimension)) + ' ' +
                              std::to_string(handle.id);
+    if (handle.state->isClosed() || handle.state->isBusy() || !handle.isThere()) {
+        return head + ", gone or busy>";
+    }
     const QString name = handle.get().name();
     return head + (name.isEmpty() ? "" : ' ' + py::repr(toPython(name)).cast<std::string>()) + '>';
 }
@@ -174,13 +174,15 @@ void bindBoxAndCentroid(Class& entityClass)
         .def_property(
             "box", [](const Of& self) { return toPython(self.get().boundingBox()); },
             [](const Of& self, const py::object& box) {
-                as<Entity>(self).setBoundingBox(boxFrom(box));
+                const auto converted = boxFrom(box);
+                as<Entity>(self).setBoundingBox(converted);
             },
             "The stored bounding box.")
         .def_property(
             "centroid", [](const Of& self) { return toPython(self.get().centroid()); },
             [](const Of& self, const py::object& point) {
-                as<Entity>(self).setCentroid(vectorFrom(point));
+                const auto converted = vectorFrom(point);
+                as<Entity>(self).setCentroid(converted);
             },
             "The stored centroid.");
 }
@@ -193,7 +195,8 @@ void bindNormal(Class& entityClass)
         .def_property(
             "normal", [](const Of& self) { return toPython(self.get().normal()); },
             [](const Of& self, const py::object& normal) {
-                as<Entity>(self).setNormal(vectorFrom(normal));
+                const auto converted = vectorFrom(normal);
+                as<Entity>(self).setNormal(converted);
             },
             "The stored normal.")
         .def_property(
@@ -209,7 +212,8 @@ void bindVertex(py::module_& module)
             "point",
             [](const VertexHandle& self) { return toPython(as<ModelVertex>(self).point()); },
             [](const VertexHandle& self, const py::object& point) {
-                as<ModelVertex>(self).setPoint(vectorFrom(point));
+                const auto converted = vectorFrom(point);
+                as<ModelVertex>(self).setPoint(converted);
             },
             "The position.");
 }
@@ -223,7 +227,7 @@ void bindEdge(py::module_& module)
     edge.def_property(
         "length", [](const EdgeHandle& self) { return as<ModelEdge>(self).length(); },
         [](const EdgeHandle& self, double length) { as<ModelEdge>(self).setLength(length); },
-        "The stored length.");
+        "The stored length, in the unit of the case.");
 }
 
 void bindFace(py::module_& module)
@@ -235,7 +239,7 @@ void bindFace(py::module_& module)
     face.def_property(
         "area", [](const FaceHandle& self) { return as<ModelFace>(self).area(); },
         [](const FaceHandle& self, double area) { as<ModelFace>(self).setArea(area); },
-        "The stored area.");
+        "The stored area, in the square of the case's unit.");
 }
 
 void bindRegion(py::module_& module)
@@ -245,7 +249,7 @@ void bindRegion(py::module_& module)
     region.def_property(
         "volume", [](const RegionHandle& self) { return as<ModelRegion>(self).volume(); },
         [](const RegionHandle& self, double volume) { as<ModelRegion>(self).setVolume(volume); },
-        "The stored volume.");
+        "The stored volume, in the cube of the case's unit.");
 }
 
 } // namespace

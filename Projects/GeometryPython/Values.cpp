@@ -153,12 +153,14 @@ QVariant listFrom(const py::handle& object,
 
 Matrix matrixFrom(const py::handle& object)
 {
-    if (!isList(object) || py::len(object) != 3) {
+    const py::tuple rows =
+        isList(object) ? py::tuple(py::reinterpret_borrow<py::object>(object)) : py::tuple();
+    if (rows.size() != 3) {
         throw py::type_error("a matrix is a sequence of 3 rows of 3 numbers");
     }
     Matrix matrix;
     int row = 0;
-    for (const py::handle each : object) {
+    for (const py::handle each : rows) {
         matrix.setRow(row++, vectorFrom(each));
     }
     return matrix;
@@ -350,13 +352,15 @@ py::object toPython(const QVariant& value)
 
 Vector vectorFrom(const py::handle& object)
 {
-    if (!isList(object) || py::len(object) != 3) {
+    const py::tuple numbers =
+        isList(object) ? py::tuple(py::reinterpret_borrow<py::object>(object)) : py::tuple();
+    if (numbers.size() != 3) {
         throw py::type_error("a point or direction is a sequence of 3 numbers, and not " +
                              py::repr(object).cast<std::string>());
     }
     Vector vector;
     int component = 0;
-    for (const py::handle each : object) {
+    for (const py::handle each : numbers) {
         const double value = doubleFrom(each);
         if (!std::isfinite(value)) {
             throw py::value_error("a point or direction takes finite numbers alone");

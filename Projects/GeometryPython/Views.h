@@ -7,6 +7,7 @@
 #include "Values.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace Ovra::GeoPython
@@ -37,6 +38,7 @@ struct Walk
 template <typename Side>
 pybind11::object entityAt(const View<Side>& view, int id)
 {
+    view.requireSameIds();
     auto* const entity = Side::container(*view.state).entity(view.dimension, id);
     if (entity == nullptr || !view.has(id)) {
         throw pybind11::key_error("there is no " + entityText(Side::noun, view.dimension, id) +
@@ -67,7 +69,7 @@ bool contains(const View<Side>& view, const pybind11::object& object)
         if (pybind11::isinstance<Handle<Side>>(object)) {
             const auto& handle = object.cast<const Handle<Side>&>();
             return handle.state == view.state && handle.dimension == view.dimension &&
-                   contains(view, pybind11::int_(handle.get().id()));
+                   handle.isThere() && contains(view, pybind11::int_(handle.id));
         }
         entityAt(view, object.cast<int>());
         return true;
@@ -122,12 +124,41 @@ pybind11::object attributeOf(const View<Side>& view, const pybind11::str& tag)
     return pybind11::module_::import("numpy.ma").attr("MaskedArray")(columns[0], columns[1]);
 }
 
+/// \brief Those of \p entities for which \p values has one: all, unless it is a masked array.
+template <typename Entity>
+std::vector<Entity*> unmasked(const std::vector<Entity*>& entities,
+                              const std::optional<pybind11::array_t<bool>>& mask)
+{
+    if (!mask) {
+        return entities;
+    }
+    Arrays::requireCount(mask->size(), entities.size(), "value");
+    std::vector<Entity*> chosen;
+    for (std::size_t i = 0; i < entities.size(); ++i) {
+        if (!mask->data()[i]) {
+            chosen.push_back(entities[i]);
+        }
+    }
+    return chosen;
+}
+
 template <typename Side>
 void setAttribute(const View<Side>& view, const pybind11::str& tag, const pybind11::object& values,
                   const pybind11::object& ids)
 {
-    const auto entities = ids.is_none() ? view.entities() : entitiesAt(view, Arrays::idsFrom(ids));
-    AttributeArrays::set(mapsOf(entities), attributeType(tag), values);
+    namespace py = pybind11;
+    const Geo::AttributeType type = attributeType(tag);
+    const auto chosen = ids.is_none() ? std::vector<int>() : Arrays::idsFrom(ids);
+    const py::module_ masks = py::module_::import("numpy.ma");
+    std::optional<py::array_t<bool>> mask;
+    py::object present = values;
+    if (masks.attr("isMaskedArray")(values).template cast<bool>()) {
+        mask = py::array_t<bool>(masks.attr("getmaskarray")(values));
+        present = values.attr("compressed")();
+    }
+    const AttributeArrays::Values converted(present, type); // the last that may run any Python
+    const auto entities = ids.is_none() ? view.entities() : entitiesAt(view, chosen);
+    converted.setIn(mapsOf(unmasked(entities, mask)));
 }
 
 /// \brief Adds the class of views of one side, and of walks over them, to \p module.
@@ -152,7 +183,7 @@ pybind11::class_<View<Side>> bindView(pybind11::module_& module, const char* nam
             "dimension", [](const Of& self) { return self.dimension; }, "Of the entities, 0 to 3.")
         .def_property_readonly(
             "ids", [](const Of& self) { return Arrays::arrayOf(self.ids()); },
-            "The ids, an int32 array, in the order of every other array of this view.")
+            "The ids, n int32, in the order of every other array of this view.")
         .def("select", &select<Side>, py::arg("ids"),
              "Those of the given ids, in their order, or those where an array of truth values, one "
              "for\n"
@@ -161,11 +192,11 @@ pybind11::class_<View<Side>> bindView(pybind11::module_& module, const char* nam
              "The values of an attribute, a masked array of int64, float64 or bool; masked where "
              "an\n"
              "entity has none. TypeError for values that are no numbers.")
-        .def(
-            "set_attribute", &setAttribute<Side>, py::arg("tag"), py::arg("values"),
-            py::arg("ids") = py::none(),
-            "Sets an attribute of all entities, or of those of ids: one value for all, or one for\n"
-            "each.")
+        .def("set_attribute", &setAttribute<Side>, py::arg("tag"), py::arg("values"),
+             py::arg("ids") = py::none(),
+             "Sets an attribute of all entities, or of those of n ids: one value for all, or n of "
+             "them;\n"
+             "what is masked in a masked array stays as it is.")
         .def("__repr__", [name](const Of& self) {
             return '<' + std::string(name) + " of dimension " + std::to_string(self.dimension) +
                    ": " + std::to_string(self.count()) + '>';

@@ -211,3 +211,71 @@ def test_a_mask_selects_as_ids_do(tetrahedron):
         vertices.select([True])
     with pytest.raises(ValueError, match="^2 truth values are given for 1 entity$"):
         upper.select([True, True])
+
+
+def test_what_is_masked_stays_as_it_is(tetrahedron):
+    vertices = tetrahedron.mesh.vertices
+    vertices.select([1]).set_attribute("mesh_size", 2.0)
+    vertices.set_attribute("mesh_size", 2 * vertices.attribute("mesh_size"))
+    assert vertices.attribute("mesh_size").tolist() == [4.0, None, None, None]
+    masked = np.ma.MaskedArray([1, 2], [True, False])
+    vertices.set_attribute("rotor_vertex", masked, ids=[3, 4])
+    assert vertices.attribute("rotor_vertex").tolist() == [None, None, None, 2]
+    with pytest.raises(ValueError, match="2 values are given for 4 entities"):
+        vertices.set_attribute("rotor_vertex", masked)
+    with pytest.raises(TypeError, match="masked"):
+        vertices.select(np.ma.MaskedArray([1, 2], [True, False]))
+
+
+@pytest.mark.parametrize(
+    "use, error",
+    [
+        (lambda mesh: mesh.faces.classify(1, dimension=4), ValueError),
+        (lambda mesh: mesh.faces.classify(1, dimension=-1), ValueError),
+        (lambda mesh: mesh.faces.classify(1, dimension="2"), TypeError),
+        (lambda mesh: mesh.faces.classify([[1, 1], [1, 1]]), ValueError),
+        (lambda mesh: mesh.faces.select(np.array([2**63 + 1], dtype=np.uint64)), OverflowError),
+        (lambda mesh: setattr(mesh.regions, "coordinates", [[0, 0, 0]]), TypeError),
+        (lambda mesh: mesh.vertices.set_attribute("ex_height", [1, None, 2, 3]), TypeError),
+        (lambda mesh: setattr(mesh.faces[1], "parent", mesh.faces[2]), TypeError),
+    ],
+)
+def test_arguments_that_mean_nothing(tetrahedron, use, error):
+    with pytest.raises(error):
+        use(tetrahedron.mesh)
+    assert list(tetrahedron.mesh.faces.parents[1]) == [1, 1, 1, 1]
+
+
+def test_a_sequence_that_says_it_is_longer(tetrahedron):
+    class Short(list):
+        def __len__(self):
+            return 100004
+
+    with pytest.raises((ValueError, TypeError)):
+        tetrahedron.mesh.vertices.set_attribute("visual_scale_factor", Short([1.0]))
+
+
+def test_a_list_that_holds_itself_is_no_column(tetrahedron):
+    endless = []
+    endless.append(endless)
+    with pytest.raises((TypeError, RecursionError)):
+        tetrahedron.mesh.vertices.set_attribute("periodic_translation", endless)
+
+
+def test_a_single_number_of_an_array_is_one_for_all(tetrahedron):
+    tetrahedron.mesh.vertices.set_attribute("rotor_vertex", np.array(7))
+    assert list(tetrahedron.mesh.vertices.attribute("rotor_vertex")) == [7, 7, 7, 7]
+
+
+def test_elements_of_no_kind_have_no_place(tetrahedron, tmp_path):
+    """A file may hold a triangle of two vertices: what stands for four bytes in the middle of the file."""
+    tetrahedron.save(tmp_path / "case")
+    path = tmp_path / "case.geo_mesh"
+    content = path.read_bytes()
+    face = b"".join(number.to_bytes(4, "big") for number in (3, 2, 3, 4))
+    assert content.count(face) == 1
+    path.write_bytes(content.replace(face, face[:3] + b"\x02" + face[4:12]))
+    opened = ovrageo.open(tmp_path / "case")
+    assert opened.mesh.faces.kinds["unknown"] == 1
+    with pytest.raises(ValueError, match="has 2 vertices, as no kind of element does"):
+        opened.mesh.faces.coordinates

@@ -228,3 +228,42 @@ def running():
     """Command lines of ovrageo processes."""
     lines = subprocess.run(["ps", "-eo", "args"], capture_output=True, text=True, check=True).stdout
     return "\n".join(line for line in lines.splitlines() if "ovrageo import" in line)
+
+
+def test_names_that_look_like_options(tetrahedron, tmp_path, monkeypatch):
+    monkeypatch.chdir(tmp_path)
+    (tmp_path / "-o x.geo").write_text('SetFactory("OpenCASCADE"); Box(1) = {0, 0, 0, 1, 1, 1};\n')
+    case = ovrageo.import_file("-o x.geo", mesh_size=1)
+    case.save("-a b")
+    assert ovrageo.diff("-a b", "-a b")["equal"]
+
+
+def test_a_name_is_needed(tetrahedron):
+    with pytest.raises(ValueError, match="needs a name"):
+        tetrahedron.save("")
+
+
+def test_a_program_that_is_not_there_is_told(tetrahedron, monkeypatch):
+    monkeypatch.setenv("OVRAGEO", "/nowhere/ovrageo")
+    with pytest.raises(ovrageo.Error, match="cannot run /nowhere/ovrageo: No such file or directory"):
+        tetrahedron.picture()
+    assert "cannot run" in tetrahedron._repr_html_()
+
+
+def test_diff_of_a_case_that_is_missing(tmp_path):
+    with pytest.raises(ovrageo.MissingFileError, match="cannot read .*none.geo_model: no such file"):
+        ovrageo.diff(tmp_path / "none", tmp_path / "none")
+
+
+def test_a_warning_that_is_made_an_error_leaves_the_case_whole(channel, tmp_path):
+    channel.model.faces.set_attribute("mesh_size", 1.0)
+    channel.save(tmp_path / "case")
+    with (tmp_path / "case.geo_mesh").open("ab") as file:
+        file.write(b"x")
+    with pytest.raises(ovrageo.CaseWarning):
+        ovrageo.open(tmp_path / "case")  # as warnings are errors here
+    channel.mesh.remove(next(iter(channel.mesh.regions)))
+    channel.prepare()
+    with pytest.raises(ovrageo.CaseWarning, match="translation is multiplied"):
+        channel.solver_input(scale=0.5)
+    assert len(channel.mesh.regions) > 0

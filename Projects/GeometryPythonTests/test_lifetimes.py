@@ -1,6 +1,8 @@
 """Whatever outlives a case keeps it alive, or says that it is gone."""
 
 import gc
+import subprocess
+import sys
 import threading
 
 import numpy as np
@@ -154,3 +156,86 @@ def test_a_selection_of_the_mesh_does_not_outlive_its_ids(tetrahedron):
         with pytest.raises(ovrageo.GoneError, match="^the mesh was renumbered after this selection was made$"):
             ask()
     assert list(vertices.ids) == [1, 2, 3, 4, 5] and len(faces.ids) == 1
+
+
+class Closing:
+    """Converts itself to a number, and closes a case meanwhile."""
+
+    def __init__(self, case, value=1):
+        self.case, self.value = case, value
+
+    def __index__(self):
+        self.case.close()
+        return self.value
+
+    def __float__(self):
+        return float(self.__index__())
+
+
+@pytest.mark.parametrize(
+    "use",
+    [
+        lambda case, it: case.model.faces[1].attributes.__setitem__("material_id", it),
+        lambda case, it: setattr(case.mesh.vertices[1], "point", (it, 0, 0)),
+        lambda case, it: setattr(case.model.faces[1], "box", ((it, 0, 0), (1, 1, 1))),
+        lambda case, it: setattr(case.model, "box", ((it, 0, 0), (1, 1, 1))),
+        lambda case, it: case.mesh.vertices.set_attribute("visual_scale_factor", [it, 1, 1, 1]),
+        lambda case, it: case.mesh.vertices.set_attribute("rotor_vertex", 5, ids=[it, 2]),
+        lambda case, it: case.mesh.vertices.classify([it, 1, 1, 1]),
+        lambda case, it: case.mesh.add_vertices([[0, 0, 0]], ids=[it]),
+        lambda case, it: case.mesh.add_elements("tetrahedron", [[it, 2, 3, 4]]),
+        lambda case, it: setattr(case.mesh.vertices, "coordinates", [[it, 0, 0]] * 4),
+    ],
+)
+def test_a_case_that_is_closed_by_an_argument_is_closed(tetrahedron, use):
+    with pytest.raises((ovrageo.GoneError, TypeError, ValueError)):  # NumPy asks no number of some
+        use(tetrahedron, Closing(tetrahedron))
+
+
+def test_another_entity_of_the_same_id_is_another():
+    model = ovrageo.Case().model
+    for _ in range(50):  # the new one may lie where the former lay
+        former = model.add_face("former", id=7)
+        model.remove(former)
+        other = model.add_face("other", id=7)
+        with pytest.raises(ovrageo.GoneError):
+            former.name
+        assert former != other and former not in model.faces and other in model.faces
+        assert repr(former) == "<ModelFace 7, gone or busy>"
+        model.remove(other)
+
+
+def test_a_preparation_makes_mesh_entities_and_selections_void(channel):
+    vertex, chosen = channel.mesh.vertices[1], channel.mesh.vertices.select([1, 2])
+    face = channel.model.faces[1]
+    channel.prepare(["renumber"])
+    for ask in (lambda: vertex.point, lambda: chosen.coordinates, lambda: chosen[1]):
+        with pytest.raises(ovrageo.GoneError, match="renumbered"):
+            ask()
+    assert face.id == 1
+
+
+def test_what_cases_make_is_made_by_nobody_else():
+    for kind in (ovrageo.Mesh, ovrageo.Model, ovrageo.MeshFace, ovrageo.ModelEntities, ovrageo.Attributes):
+        with pytest.raises(TypeError, match="a case makes it"):
+            kind()
+        with pytest.raises(TypeError, match="a case makes it"):
+            kind.__new__(kind)
+
+
+def test_threads_that_work_at_the_end_do_not_disturb_it(tmp_path):
+    code = """
+import sys, threading, time, ovrageo
+def work():
+    while True:
+        ovrageo.open(sys.argv[1])
+for _ in range(3):
+    threading.Thread(target=work, daemon=True).start()
+time.sleep(0.3)
+"""
+    points, cells = grid(12)
+    with ovrageo.Case() as case:
+        case.mesh.add_elements("tetrahedron", case.mesh.add_vertices(points).ids[cells])
+        case.save(tmp_path / "case")
+    ended = subprocess.run([sys.executable, "-c", code, tmp_path / "case"], capture_output=True, text=True)
+    assert (ended.returncode, ended.stderr) == (0, "")

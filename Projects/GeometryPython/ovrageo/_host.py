@@ -10,7 +10,6 @@ import contextlib
 import contextvars
 import os
 import shutil
-import signal
 import subprocess
 import warnings
 from collections.abc import Iterator
@@ -57,14 +56,7 @@ def run(*arguments: object, accept: tuple[int, ...] = (0,)) -> tuple[int, str]:
     Its warnings become warnings of Python; an exit code that is not accepted is raised as the exception
     of its kind. Ctrl-C, or any other exception meanwhile, ends the program.
     """
-    command = [program(), *map(_argument, arguments)]
-    with subprocess.Popen(
-        command,
-        stdin=subprocess.DEVNULL,
-        stdout=subprocess.PIPE,
-        stderr=subprocess.PIPE,
-        start_new_session=True,  # it makes copies of itself, which shall end with it
-    ) as process:
+    with _started([program(), *map(_argument, arguments)]) as process:
         try:
             output, errors_said = process.communicate()
         except BaseException:
@@ -79,19 +71,33 @@ def run(*arguments: object, accept: tuple[int, ...] = (0,)) -> tuple[int, str]:
     return process.returncode, output.decode(errors="surrogateescape")
 
 
+def path(value: str | os.PathLike[str]) -> str:
+    """A path that no command takes for an option."""
+    text = os.fspath(value)
+    return os.path.join(".", text) if text.startswith("-") else text
+
+
+def _started(command: list[str]) -> subprocess.Popen[bytes]:
+    try:
+        return subprocess.Popen(
+            command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE
+        )
+    except OSError as error:
+        raise errors.Error(f"cannot run {command[0]}: {error.strerror}") from None
+
+
 def _argument(value: object) -> str:
     # Numbers of NumPy are floats too, and write themselves with their type.
     return repr(float(value)) if isinstance(value, float) else str(value)
 
 
 def _end(process: subprocess.Popen[bytes]) -> None:
+    """Ends it, and with it the copies of itself that it has made."""
+    process.terminate()
     try:
-        os.killpg(process.pid, signal.SIGTERM)
         process.wait(timeout=5)
-    except ProcessLookupError:
-        pass
     except subprocess.TimeoutExpired:
-        os.killpg(process.pid, signal.SIGKILL)
+        process.kill()
 
 
 def _warn(said: str) -> None:

@@ -1,11 +1,14 @@
 """Entities by name."""
 
+from __future__ import annotations
+
 import re
+from typing import Any
 
 from ._core import ModelEntities
 
 
-def named(self: ModelEntities, pattern: str) -> ModelEntities:
+def named(self: ModelEntities[Any], pattern: str) -> ModelEntities[Any]:
     """Those whose name is `pattern`, letter by letter; * stands for any characters, ? for any one.
 
     >>> import ovrageo

@@ -42,6 +42,8 @@ def _extents(facts: dict[str, Any]) -> str:
     box = facts["meshBox"]
     if not box:
         return "no mesh"
+    if None in box["minimum"] + box["maximum"]:
+        return "not within finite numbers"
     sides = (f"{high - low:.4g}" for low, high in zip(box["minimum"], box["maximum"]))
     return "within " + " × ".join(sides)
 

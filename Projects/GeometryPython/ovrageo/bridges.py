@@ -96,7 +96,7 @@ def grid(case: Case, *, attributes: Sequence[str] = ("material_id",)) -> Grid:
     return Grid(case.mesh.vertices.coordinates, cells, types, _data(case.mesh.vertices), cell_data)
 
 
-def field(case: Case, entities: _core.MeshEntities, tag: str) -> _Array:
+def field(case: Case, entities: _core.MeshEntities[Any], tag: str) -> _Array:
     """An attribute of numbers over mesh entities: their own, else that of the model entity they stand on.
 
     Where neither has it, 0, or NaN among reals. Truth values are 0 and 1.
@@ -156,7 +156,7 @@ def to_meshio(case: Case, *, vtk_wedges: bool = True) -> Any:
     meshio = _library("meshio", "python3-meshio, or by pip meshio")
     vertices = case.mesh.vertices
     blocks: list[tuple[str, _Array]] = []
-    views: list[_core.MeshEntities] = []
+    views: list[_core.MeshEntities[Any]] = []
     for view in _shown(case):
         for kind, each in _by_kind(view):
             rows = _rows(case, each, kind)
@@ -210,17 +210,17 @@ def _library(name: str, package: str) -> Any:
         raise ImportError(f"{name} is needed for this and cannot be imported ({error}): install {package}") from error
 
 
-def _of_model(case: Case, dimension: int) -> _core.ModelEntities:
+def _of_model(case: Case, dimension: int) -> _core.ModelEntities[Any]:
     model = case.model
     return (model.vertices, model.edges, model.faces, model.regions)[dimension]
 
 
-def _elements(case: Case) -> _core.MeshEntities:
+def _elements(case: Case) -> _core.MeshEntities[Any]:
     mesh = case.mesh
     return next((view for view in (mesh.regions, mesh.faces) if len(view)), mesh.edges)
 
 
-def _shown(case: Case) -> Iterator[_core.MeshEntities]:
+def _shown(case: Case) -> Iterator[_core.MeshEntities[Any]]:
     """The elements, and of lower dimensions what stands on a model entity of its own dimension."""
     elements = _elements(case)
     yield elements
@@ -229,25 +229,25 @@ def _shown(case: Case) -> Iterator[_core.MeshEntities]:
             yield view.select(view.ids[view.parents[0] == view.dimension])
 
 
-def _by_kind(view: _core.MeshEntities) -> Iterator[tuple[_Kind, _core.MeshEntities]]:
+def _by_kind(view: _core.MeshEntities[Any]) -> Iterator[tuple[_Kind, _core.MeshEntities[Any]]]:
     for kind, count in view.kinds.items():
         if kind not in _KINDS:
             raise errors.UnsuitableError(f"{count} of the elements are of no kind that others know")
         yield _KINDS[kind], view.of_kind(kind)
 
 
-def _rows(case: Case, view: _core.MeshEntities, kind: _Kind) -> _Array:
+def _rows(case: Case, view: _core.MeshEntities[Any], kind: _Kind) -> _Array:
     """The vertices of elements of one kind, as rows of all vertices, in VTK's order."""
     rows: _Array = np.searchsorted(case.mesh.vertices.ids, view.connectivity[:, kind.order])
     return rows
 
 
-def _data(view: _core.MeshEntities) -> dict[str, _Array]:
+def _data(view: _core.MeshEntities[Any]) -> dict[str, _Array]:
     dimensions, ids = view.parents
     return {"mesh_id": view.ids, "model_id": ids, "model_dimension": dimensions.astype(np.int32)}
 
 
-def _of_parents(case: Case, view: _core.MeshEntities, what: Any) -> _Array:
+def _of_parents(case: Case, view: _core.MeshEntities[Any], what: Any) -> _Array:
     """what(model entity) over mesh entities; an empty text for those on none."""
     dimensions, ids = view.parents
     keys, places = np.unique(dimensions.astype(np.int64) << 32 | ids, return_inverse=True)
@@ -255,11 +255,11 @@ def _of_parents(case: Case, view: _core.MeshEntities, what: Any) -> _Array:
     return np.asarray(np.array(texts, dtype=str)[places])
 
 
-def _names(case: Case, view: _core.MeshEntities) -> _Array:
+def _names(case: Case, view: _core.MeshEntities[Any]) -> _Array:
     return _of_parents(case, view, lambda entity: entity.name)
 
 
-def _labels(case: Case, view: _core.MeshEntities) -> list[_Array]:
+def _labels(case: Case, view: _core.MeshEntities[Any]) -> list[_Array]:
     """The names of the sets that mesh entities are in; an empty one is none."""
     types = _of_parents(case, view, lambda entity: entity.attributes.get("material_type", ""))
     return [_names(case, view), np.where(types == "", "", np.char.add(_TYPE_SET, types))]

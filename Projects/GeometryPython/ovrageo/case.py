@@ -70,17 +70,17 @@ class Case:
     """
 
     def __init__(self, _state: _core.CaseState | None = None) -> None:
-        self._state = _state or _core.CaseState()
+        self._state = _state or _core.make()
 
     @property
     def model(self) -> _core.Model:
         """The boundary representation."""
-        return _core.Model(self._state)
+        return _core.model_of(self._state)
 
     @property
     def mesh(self) -> _core.Mesh:
         """The mesh."""
-        return _core.Mesh(self._state)
+        return _core.mesh_of(self._state)
 
     @property
     def name(self) -> str | None:
@@ -123,7 +123,9 @@ class Case:
         """Brings the case into the shape that the solver needs, and tells what each operation did.
 
         operations are names of `ovrageo.operation_names()`; without them, all that have something to do.
-        They run in the one order in which they do not get into each other's way. Ids of the mesh change.
+        They run in the one order in which they do not get into each other's way. Ids of the mesh change,
+        and what stood for a mesh entity is void. extrusion_tolerance, from 0 to 1, is the weight below which
+        a vertex of the partner has no part in the tie of an extruded face; 0.01 without it.
         The case is closed where it fails: save it before, or open it anew.
         """
         return self._state.prepare(_several(operations), extrusion_tolerance)
@@ -133,7 +135,8 @@ class Case:
     ) -> str:
         """The text that the solver reads.
 
-        sections are names of `ovrageo.section_names()`; scale multiplies all coordinates; labelled
+        sections are names of `ovrageo.section_names()`; scale, without unit, multiplies all coordinates,
+        such as 0.001 for metres of a case in millimetres; labelled
         writes periodic, extrusion, moving and rotating in their labelled form.
         """
         return self._state.solver_input(_several(sections), scale, labelled)
@@ -148,7 +151,7 @@ class Case:
     def export(self, path: StrPath, **options: object) -> None:
         """Writes the case for another program, by the suffix of path, as `ovrageo export` does.
 
-        Options are those of the command, such as parts=4 or format="msh22".
+        Options are those of the command, such as parts=4 or format="msh2".
         """
         with self._stored() as name:
             _host.run("export", name, "-o", path, *_options(options))
@@ -190,7 +193,10 @@ class Case:
         if self._state.is_closed:
             return "<Case, closed>"
         name = f" {self.name!r}" if self.name else ""
-        return f"<Case{name}: {self.model!r}, {self.mesh!r}>"
+        try:
+            return f"<Case{name}: {self.model!r}, {self.mesh!r}>"
+        except errors.BusyError:
+            return f"<Case{name}, busy in another thread>"
 
     def _repr_html_(self) -> str:
         """What Jupyter shows of it: a summary, and a picture where it can be drawn."""
@@ -258,7 +264,7 @@ def import_file(
     """
     with tempfile.TemporaryDirectory(prefix="ovrageo-") as folder:
         name = os.path.join(folder, "case") if output is None else os.fsdecode(output)
-        arguments: list[object] = ["import", os.fsdecode(path), "-o", name, *_options(options)]
+        arguments: list[object] = ["import", _host.path(path), "-o", name, *_options(options)]
         written = None
         if isinstance(attributes, dict):
             written = Path(folder, "attributes.json")
@@ -281,7 +287,7 @@ def diff(a: Case | StrPath, b: Case | StrPath, **options: object) -> dict[str, A
     """
     with contextlib.ExitStack() as stack:
         names = [
-            stack.enter_context(case._stored()) if isinstance(case, Case) else case for case in (a, b)
+            stack.enter_context(case._stored()) if isinstance(case, Case) else _present(case) for case in (a, b)
         ]
         try:
             _, output = _host.run("diff", *names, "--json", *_options(options), accept=(0, 1))
@@ -289,3 +295,14 @@ def diff(a: Case | StrPath, b: Case | StrPath, **options: object) -> dict[str, A
             raise errors.Error(str(error)) from None
     differences: dict[str, Any] = json.loads(output)
     return differences
+
+
+def _present(name: StrPath) -> str:
+    """The name of a case that has files; `ovrageo diff` has one exit code for all that goes wrong."""
+    text = _host.path(name)
+    for suffix in (".geo_model", ".geo_mesh"):
+        text = text.removesuffix(suffix)
+    for suffix in (".geo_model", ".geo_mesh"):
+        if not os.path.exists(text + suffix):
+            raise errors.MissingFileError(f"cannot read {text}{suffix}: no such file")
+    return text
