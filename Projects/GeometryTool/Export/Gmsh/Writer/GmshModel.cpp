@@ -127,13 +127,17 @@ void GmshModel::make()
         strayEntity_ = gmsh::model::addDiscreteEntity(highest);
         regions.push_back(strayEntity_);
     }
-    addNodes();
+    // Gmsh looks up all nodes anew for the elements of each entity, so that nodes come as late as can be.
+    const Buckets<int> vertices = verticesByEntity();
+    addNodes(vertices, 0);
     if (format_.lowestDimension == 0) {
         addPoints();
     }
     for (int d = 1; d <= highest; ++d) {
+        addNodes(vertices, dimensionUnder(d));
         addElements(d);
     }
+    addNodes(vertices, 3);
     addGroups();
 }
 
@@ -162,15 +166,38 @@ bool GmshModel::hasStrays(int dimension) const
     });
 }
 
-void GmshModel::addNodes() const
+/// \brief Dimension of the entity whose node a vertex is: what stands nowhere is one of the last region.
+int GmshModel::dimensionUnder(const MeshEntity& vertex) const
+{
+    const int dimension = vertex.parent() ? vertex.parent()->dimension() : 0;
+    return vertex.parent() && positionOf(vertex, dimension) >= 0 ? dimension
+                                                                 : view_.elementDimension();
+}
+
+/// \brief The highest of the vertices of all elements of a dimension.
+int GmshModel::dimensionUnder(int dimension) const
+{
+    int highest = dimension;
+    const VertexLists& lists = view_.vertexLists(dimension);
+    for (std::size_t i = 0; i < lists.size() && highest < view_.elementDimension(); ++i) {
+        for (const int vertex : lists.of(i)) {
+            const auto position = static_cast<std::size_t>(vertex);
+            highest = std::max(highest, dimensionUnder(*view_.meshEntities(0)[position]));
+        }
+    }
+    return highest;
+}
+
+/// \brief Positions of the vertices by that of their entity, counted through all dimensions.
+Buckets<int> GmshModel::verticesByEntity() const
 {
     const std::vector<MeshEntity*>& vertices = view_.meshEntities(0);
     std::array<std::size_t, 5> starts = {};
     for (std::size_t d = 0; d < 4; ++d) {
         starts.at(d + 1) = starts.at(d) + entities_.at(d).size();
     }
-    const std::size_t last = starts[4] - 1; // what stands nowhere stands on the last region
-    const Buckets<int> byEntity(starts[4], [&](auto add) {
+    const std::size_t last = starts[4] - 1;
+    return Buckets<int>(starts[4], [&](auto add) {
         for (std::size_t i = 0; i < vertices.size(); ++i) {
             const ModelEntity* const parent = vertices[i]->parent();
             const int d = parent ? parent->dimension() : 0;
@@ -181,11 +208,20 @@ void GmshModel::addNodes() const
                 static_cast<int>(i));
         }
     });
-    for (std::size_t d = 0; d < 4; ++d) {
-        for (std::size_t i = 0; i < entities_.at(d).size(); ++i) {
-            addNodesOf(static_cast<int>(d), entities_.at(d)[i], byEntity[starts.at(d) + i]);
+}
+
+/// \brief Adds the nodes on entities up to a dimension that are not there yet.
+void GmshModel::addNodes(const Buckets<int>& byEntity, int highest)
+{
+    std::size_t start = 0;
+    for (int d = 0; d <= highest; ++d) {
+        const std::vector<int>& entities = entities_.at(static_cast<std::size_t>(d));
+        for (std::size_t i = 0; i < entities.size() && d >= nextNodes_; ++i) {
+            addNodesOf(d, entities[i], byEntity[start + i]);
         }
+        start += entities.size();
     }
+    nextNodes_ = std::max(nextNodes_, highest + 1);
 }
 
 void GmshModel::addNodesOf(int dimension, int entity, std::span<const int> vertices) const

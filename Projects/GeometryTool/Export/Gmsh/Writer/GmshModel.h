@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Buckets.h"
 #include "GroupNames.h"
 #include "IdPositions.h"
 
@@ -39,7 +40,10 @@ public:
 
 private:
     void addEntities(int dimension) const;
-    void addNodes() const;
+    Buckets<int> verticesByEntity() const;
+    int dimensionUnder(const Geo::MeshEntity& vertex) const;
+    int dimensionUnder(int dimension) const;
+    void addNodes(const Buckets<int>& byEntity, int highest);
     void addNodesOf(int dimension, int entity, std::span<const int> vertices) const;
     void addPoints();
     void addElements(int dimension);
@@ -56,6 +60,7 @@ private:
     std::array<std::vector<int>, 4> entities_; ///< ids, ascending
     std::array<IdPositions, 4> positions_;     ///< of the ids in entities_
     int strayEntity_ = 0;                      ///< for elements that stand on no region
+    int nextNodes_ = 0;                        ///< dimension of entities whose nodes come next
     std::vector<std::size_t> nodeTags_;        ///< by position of the mesh vertex
     std::size_t nextTag_;                      ///< for elements below the highest dimension
 };

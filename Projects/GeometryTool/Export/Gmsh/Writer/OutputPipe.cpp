@@ -6,7 +6,9 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <fcntl.h>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -52,6 +54,9 @@ void OutputPipe::drainInto(QFile& file)
             return;
         }
         file.write(block.data(), count);
+        if (count < blockSize / 2) { // let more gather: the writer hands over 4 KiB at a time
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
     }
 }
 
