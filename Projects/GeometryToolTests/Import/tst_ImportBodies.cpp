@@ -218,7 +218,8 @@ private:
     static QByteArray scriptOfTheManual()
     {
         const QByteArray manual = contentOf(Places::documentation() + QStringLiteral("/Import.md"));
-        const qsizetype begin = manual.indexOf("SetFactory");
+        const QByteArray fence = "```geo\n";
+        const qsizetype begin = manual.indexOf(fence + "SetFactory") + fence.size();
         return manual.mid(begin, manual.indexOf("```", begin) - begin);
     }
 
