@@ -5,7 +5,6 @@
 #include "Model.h"
 #include "ModelEntity.h"
 
-#include <cxxabi.h>
 #include <unistd.h>
 #include <utility>
 #include <vector>
@@ -98,7 +97,7 @@ CaseState::Unlocked::~Unlocked()
 {
     try {
         PyEval_RestoreThread(thread_);
-    } catch (abi::__forced_unwind&) {
+    } catch (...) { // the unwinding, which is no exception with a type
         for (;;) {
             pause();
         }

@@ -48,8 +48,8 @@ private slots:
         QCOMPARE(clear, 1);
         const ClosedCase fluid;
         const CaseView other(fluid.database);
-        for (const PictureData::Surface& surface :
-             PictureScene(other, {}, nullptr).data().surfaces) {
+        const PictureScene scene(other, {}, nullptr);
+        for (const PictureData::Surface& surface : scene.data().surfaces) {
             QCOMPARE(surface.opacity, 1.0);
         }
     }
