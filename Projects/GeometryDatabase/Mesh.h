@@ -114,7 +114,7 @@ public:
     /// Upward lists that are set already get everything a second time, as in
     /// setUpwardAdjacencies(): clear them first. A bad stream leaves its status at
     /// QDataStream::ReadPastEnd or QDataStream::ReadCorruptData, as told in MeshSerializer; an
-    /// unknown format changes nothing but the version. What was read of it stays, and all upward
+    /// unknown format does too, and changes nothing but the version. What was read stays; all upward
     /// lists are then derived anew, each entry once. Corrupt data is also a mesh whose upward lists
     /// would outgrow it, as only elements can bring about that lie within one another by hundreds:
     /// the edges, or the faces, whose vertices all have more than 64 neighbours then have more

@@ -144,7 +144,7 @@ public:
     ///
     /// The form is told in ModelSerializer2013. A bad stream leaves its status at
     /// QDataStream::ReadPastEnd or QDataStream::ReadCorruptData, as told in ModelSerializer; an
-    /// unknown format changes nothing but the version.
+    /// unknown format does too, and changes nothing but the version.
     /// \pre the model holds no entities, since adjacency is read for every entity that it holds
     void read(QDataStream& stream);
 

@@ -86,13 +86,22 @@ TextBlock::~TextBlock() noexcept(false)
 
 TextBlock& TextBlock::operator<<(double value)
 {
-    if (!isPlain_ || !std::isfinite(value) || isTie(value, precision_)) {
-        flush();
+    if (!isPlain_) {
         stream_ << value;
         return *this;
     }
+    if (!std::isfinite(value) || isTie(value, precision_)) {
+        return putText(QByteArray::number(value, 'g', precision_)); // as the stream has it
+    }
     const double unsignedZero = value == 0.0 ? 0.0 : value; // the stream shows no sign on it
     return putNumber(unsignedZero, std::chars_format::general, precision_);
+}
+
+TextBlock& TextBlock::putText(const QByteArray& text)
+{
+    makeRoom();
+    end_ = std::copy(text.begin(), text.end(), end_);
+    return *this;
 }
 
 void TextBlock::flush()
@@ -100,14 +109,17 @@ void TextBlock::flush()
     if (end_ == text_.data()) {
         return; // an empty string is a field too, and a stream with a field width pads it
     }
-    const QLatin1String text(text_.data(), static_cast<qsizetype>(end_ - text_.data()));
+    QLatin1String text(text_.data(), static_cast<qsizetype>(end_ - text_.data()));
     end_ = text_.data();
-    // The first block goes through the stream, which then knows that it has been written to; and all
-    // do when it is not as it should be, when it keeps text for later.
-    if (!isDirect_ || !streamHasText_ || stream_.status() != QTextStream::Ok) {
+    // A stream that is not as it should be keeps text for later.
+    if (!isDirect_ || stream_.status() != QTextStream::Ok) {
         stream_ << text;
-        streamHasText_ = true;
         return;
+    }
+    if (!streamHasText_) { // it is to know that it has been written to
+        stream_ << text.first(1);
+        text = text.sliced(1);
+        streamHasText_ = true;
     }
     stream_.flush();
     if (stream_.status() == QTextStream::Ok &&

@@ -64,6 +64,8 @@ private:
         32768; // above what a file gathers by itself, which it then does not
     static constexpr int LongestField = 32; // 17 digits with sign, point, zeros and exponent are 25
 
+    TextBlock& putText(const QByteArray& text);
+
     template <typename... Format>
     TextBlock& putNumber(Format... format)
     {

@@ -125,12 +125,14 @@ public:
     SinkDevice() { open(QIODevice::WriteOnly | QIODevice::Unbuffered); }
 
     QByteArray taken;
+    int writes = 0;
 
 protected:
     qint64 readData(char*, qint64) override { return -1; }
 
     qint64 take(const char* data, qint64 size)
     {
+        ++writes;
         taken.append(data, size);
         return size;
     }

@@ -5,8 +5,10 @@
 #include <QLocale>
 #include <QTest>
 
+#include <cmath>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <random>
 
 using namespace Ovra::Geo;
@@ -63,7 +65,7 @@ QString textOfStream(Setting set)
 template <typename Sink>
 void writeManyFields(Sink& sink)
 {
-    for (int i = 0; i < 300; ++i) {
+    for (int i = 0; i < 2000; ++i) { // several blocks
         writeFields(sink);
     }
 }
@@ -195,6 +197,67 @@ private slots:
         QCOMPARE(actual, expected);
     }
 
+    // Halfway between two decimals of so many digits the stream rounds away from zero.
+    void roundsHalvesAsTheStream_data()
+    {
+        QTest::addColumn<int>("precision");
+        for (int precision = 1; precision <= 17; ++precision) {
+            QTest::addRow("%d digits", precision) << precision;
+        }
+    }
+
+    void roundsHalvesAsTheStream()
+    {
+        QFETCH(int, precision);
+        QString expected;
+        QString actual;
+        QTextStream expectedStream(&expected);
+        QTextStream actualStream(&actual);
+        expectedStream.setRealNumberPrecision(precision);
+        actualStream.setRealNumberPrecision(precision);
+        TextBlock block(actualStream);
+        // An odd multiple of two to the power of -n has n digits behind the point, the last a 5.
+        for (int behindPoint = 1; behindPoint <= precision + 1; ++behindPoint) {
+            for (int i = -999; i < 1000; i += 2) {
+                const double value =
+                    std::ldexp(i, -behindPoint) + std::pow(10.0, precision - behindPoint);
+                expectedStream << value << ' ' << std::ldexp(i, -behindPoint) << ' ';
+                block << value << ' ' << std::ldexp(i, -behindPoint) << ' ';
+            }
+        }
+        block.flush();
+        actualStream.flush();
+        expectedStream.flush();
+        QCOMPARE(actual, expected);
+    }
+
+    void noNumberBreaksABlock_data()
+    {
+        QTest::addColumn<double>("value");
+        QTest::newRow("halfway between two decimals") << 32769 * std::ldexp(1.0, -16);
+        QTest::newRow("infinity") << std::numeric_limits<double>::infinity();
+        QTest::newRow("no number") << std::numeric_limits<double>::quiet_NaN();
+    }
+
+    void noNumberBreaksABlock()
+    {
+        QFETCH(double, value);
+        const auto device = [](double field) {
+            auto written = std::make_unique<StreamTesting::FullDevice>(10'000'000);
+            QTextStream stream(written.get());
+            stream.setRealNumberPrecision(15);
+            TextBlock block(stream);
+            for (int i = 0; i < 20000; ++i) {
+                block << field << ' ';
+            }
+            return written;
+        };
+        const auto written = device(value);
+        QVERIFY(written->taken.size() > 60000);
+        QVERIFY2(written->writes <= device(0.1234567890123)->writes,
+                 QByteArray::number(written->writes).constData());
+    }
+
     void keepsTheOrderBesideTheStream()
     {
         QByteArray bytes;
@@ -257,9 +320,18 @@ private slots:
         }
     }
 
+    void aDeviceThatTakesPartsAtATime_data()
+    {
+        QTest::addColumn<qint64>("most");
+        QTest::newRow("little more than a stream gives it") << qint64{17000};
+        QTest::newRow("most of a block") << qint64{30000};
+        QTest::newRow("more than a block") << qint64{40000};
+    }
+
     void aDeviceThatTakesPartsAtATime()
     {
-        StreamTesting::SlowDevice device(20000);
+        QFETCH(qint64, most);
+        StreamTesting::SlowDevice device(most);
         QTextStream stream(&device);
         QByteArray expected;
         {

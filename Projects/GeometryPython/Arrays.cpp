@@ -45,7 +45,7 @@ void requireWithinInt64(const py::array& array)
     }
     const py::array_t<quint64, py::array::c_style | py::array::forcecast> values(array);
     const quint64 largest = std::numeric_limits<qint64>::max();
-    const auto isLarger = [largest](quint64 value) { return value > largest; };
+    const auto isLarger = [](quint64 value) { return value > largest; };
     if (std::any_of(values.data(), values.data() + values.size(), isLarger)) {
         PyErr_SetString(PyExc_OverflowError, "an id does not fit into 32 bits");
         throw py::error_already_set();
