@@ -18,6 +18,9 @@ target_compile_options(
               -Wundef
               $<$<BOOL:${OVRA_WARNINGS_AS_ERRORS}>:-Werror>)
 target_compile_definitions(OvraCompilerSettings INTERFACE QT_NO_CAST_FROM_BYTEARRAY)
+# A product that is rounded on the one side alone leaves noise where parallel vectors have a cross product of
+# zero; GCC makes such code wherever the processor can.
+target_compile_options(OvraCompilerSettings INTERFACE -ffp-contract=off)
 
 if(OVRA_SANITIZE)
     target_compile_options(OvraCompilerSettings INTERFACE -fsanitize=${OVRA_SANITIZE}

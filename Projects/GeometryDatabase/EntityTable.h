@@ -14,7 +14,7 @@ namespace Ovra::Geo
 /// \brief An id for a new entity of \p table: the next of \p ids; or, where they have come to the
 ///        highest number there is, as one outlying id is enough for, one that no entity has.
 template <typename Entity>
-int unusedId(const IdTable<Entity>& table, IdGenerator& ids)
+int unusedId(IdTable<Entity>& table, IdGenerator& ids)
 {
     return ids.maxId() < std::numeric_limits<int>::max() ? ids.getId() : table.freeId();
 }

@@ -82,14 +82,18 @@ public:
         }
     }
 
-    /// \brief An id that no entity has: behind the window if there is one, so that a run of new
-    ///        entities finds each at once.
-    int freeId() const
+    /// \brief An id from 1 on that no entity has: behind the window if there is one, or else behind
+    ///        the last that was given, so that a run of new entities finds each at once.
+    int freeId()
     {
-        qint64 id = end() <= std::numeric_limits<int>::max() ? end() : size() + 1;
-        while (contains(static_cast<int>(id))) {
-            ++id;
+        qint64 id = std::max<qint64>(1, end());
+        if (id > Highest || contains(static_cast<int>(id))) {
+            id = std::max<qint64>(nextFree_, size() + 1);
+            while (contains(static_cast<int>(id))) {
+                id = id < Highest ? id + 1 : 1;
+            }
         }
+        nextFree_ = id < Highest ? id + 1 : 1;
         return static_cast<int>(id);
     }
 
@@ -101,6 +105,7 @@ private:
 
     static constexpr qint64 LeastRange = 16;
     static constexpr qint64 SlotsPerEntity = 4;
+    static constexpr qint64 Highest = std::numeric_limits<int>::max();
 
     // 64 bits, since the ids are any of 32.
     qint64 placeOf(int id) const { return qint64{id} - first_; }
@@ -195,6 +200,7 @@ private:
     qsizetype inWindow_ = 0;
     QHash<int, Entity*> outliers_; // none of an id in the window
     qsizetype settleAt_ = 2 * LeastRange;
+    qint64 nextFree_ = 1;
 };
 
 /// \brief An id and the entity that stands under it.

@@ -161,9 +161,9 @@ NeighbourList::Block* NeighbourList::allocate(quint32 capacity, bool withCounter
     return block;
 }
 
-quint64& NeighbourList::counter() const
+quintptr& NeighbourList::counter() const
 {
-    return *reinterpret_cast<quint64*>(block_->entries() + block_->capacity);
+    return *reinterpret_cast<quintptr*>(block_->entries() + block_->capacity);
 }
 
 void NeighbourList::share() const

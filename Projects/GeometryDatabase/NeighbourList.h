@@ -122,7 +122,7 @@ private:
 
     static Block* allocate(quint32 capacity, bool withCounter);
 
-    quint64& counter() const;
+    quintptr& counter() const; // of the size of the entry in whose place it is
     void share() const;
     void detach();
     void grow();

@@ -75,7 +75,7 @@ QList<ModelEntity*> Solver::getPeripheralFaces(ModelEntity* device)
     auto faces = device->adjacencyIterator(device->dimension() - 1);
     while (faces.hasNext()) {
         ModelEntity* face = faces.next();
-        if (touchesAny(face, regions, device->dimension())) {
+        if (!peripheralFaces.contains(face) && touchesAny(face, regions, device->dimension())) {
             peripheralFaces.append(face);
         }
     }

@@ -162,6 +162,59 @@ private slots:
         QCOMPARE(idsOf(table), range(51, 50) + Ids({200, Highest}));
     }
 
+    void givesFreeIdsFromOneOn_data()
+    {
+        QTest::addColumn<Ids>("taken");
+        QTest::addColumn<Ids>("removed");
+        QTest::newRow("none taken") << Ids() << Ids();
+        QTest::newRow("below zero and the highest") << Ids{-1, Highest} << Ids();
+        QTest::newRow("far below zero") << Ids{-3, Highest} << Ids();
+        QTest::newRow("the lowest") << Ids{Lowest, Highest} << Ids();
+        QTest::newRow("the two highest") << Ids{Highest - 1, Highest} << Ids();
+        QTest::newRow("free ones below the highest")
+            << range(Highest - 100, 100) + Ids{Highest} << range(Highest - 99, 99);
+        QTest::newRow("few in the window") << range(1, 50) + Ids{Highest, 1051} << range(2, 48);
+    }
+
+    void givesFreeIdsFromOneOn()
+    {
+        QFETCH(Ids, taken);
+        QFETCH(Ids, removed);
+        Table table;
+        for (const int id : std::as_const(taken)) {
+            table.insert(id, entity());
+        }
+        for (const int id : std::as_const(removed)) {
+            table.remove(id);
+        }
+        for (int given = 0; given < 1000; ++given) {
+            const int id = table.freeId();
+            QVERIFY(id > 0);
+            QVERIFY(!table.contains(id));
+            table.insert(id, entity());
+        }
+    }
+
+    // A walk over all that were given before would not end in the lifetime of a test.
+    void givesManyFreeIdsWhereFewAreLeft()
+    {
+        Table table;
+        for (const int id : range(1, 1'000'000)) {
+            table.insert(id, entity());
+        }
+        for (const int id : range(2, 999'999)) {
+            table.remove(id);
+        }
+        table.insert(Highest, entity());
+        for (int given = 1'000'001; given <= 1'400'000; ++given) {
+            const int id = table.freeId();
+            QVERIFY(!table.contains(id));
+            QVERIFY(id > 0);
+            table.insert(id, entity());
+        }
+        QCOMPARE(table.size(), 400'002);
+    }
+
     void beginsAnewWhenAllIsRemoved()
     {
         Table table;

@@ -87,6 +87,16 @@ private slots:
         QCOMPARE(test.addVertex(Vector())->id(), 6);
     }
 
+    void givesPositiveIdsBesideNegativeOnes()
+    {
+        TestMesh test;
+        test.addVertex(Vector(), -1);
+        test.addVertex(Vector(), std::numeric_limits<int>::max());
+        for (int id = 1; id <= 3; ++id) {
+            QCOMPARE(test.addVertex(Vector())->id(), id);
+        }
+    }
+
     void doesNotGiveRemovedIdsAgainWhenTheHighestIsInUse()
     {
         TestMesh test;

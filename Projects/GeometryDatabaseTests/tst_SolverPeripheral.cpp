@@ -274,6 +274,17 @@ private slots:
         QCOMPARE(statorOf(grid, faces.at(1))->id(), statorOf(grid, faces.at(0))->id() + 1);
     }
 
+    void aFaceThatTheDeviceListsTwiceIsPeripheralOnce()
+    {
+        GridMesh grid(row({"rotating_device", "fluid"}));
+        ModelEntity* face = grid.face(1, 2);
+        const int faces = grid.model()->count(2);
+        grid.region(1)->addAdjacency(face);
+        Solver(grid.database()).addPeripheralFaces();
+        QCOMPARE(grid.model()->count(2), faces + 1);
+        QCOMPARE(statorOf(grid, face)->adjacencyAt(3, 0), grid.region(2));
+    }
+
     void theFaceBetweenTwoDevicesIsPeripheralOnce()
     {
         GridMesh grid(row({"rotating_device", "rotating_device"}));

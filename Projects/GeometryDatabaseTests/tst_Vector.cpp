@@ -210,6 +210,15 @@ private slots:
 
     void dividesByTheScalarOnTheLeftToo() { QCOMPARE(2.0 / Vector(2, 4, 8), Vector(1, 2, 4)); }
 
+    // Where a compiler fuses a multiplication with an addition, it does not.
+    void crossesToZeroWithItself()
+    {
+        for (int i = 1; i <= 1000; ++i) {
+            const Vector vector(0.1 * i, 0.7 / i, 1.3 + i);
+            QCOMPARE(vector ^ vector, Vector());
+        }
+    }
+
     void crossesByTheRightHand()
     {
         QCOMPARE(Vector(1, 0, 0) ^ Vector(0, 1, 0), Vector(0, 0, 1));
