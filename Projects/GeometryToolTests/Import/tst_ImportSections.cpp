@@ -162,6 +162,9 @@ private slots:
         QTest::newRow("shells: no such region")
             << shell("3", R"("x0")", R"("x1")")
             << QByteArray("shells/0/region: there is no entity of dimension 3 with id 3");
+        QTest::newRow("shells: none of the three")
+            << shell("3", R"("nothing")", R"("nowhere")")
+            << QByteArray("shells/0/region: there is no entity of dimension 3 with id 3");
         QTest::newRow("shells: no such group")
             << shell(R"("x0")", R"("x0")", R"("x1")")
             << QByteArray("shells/0/region: no physical group and no entity of dimension 3 has the "

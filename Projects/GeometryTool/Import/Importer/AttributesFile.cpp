@@ -340,9 +340,11 @@ void AttributesFile::applyShell(const Shell& shell, const ImportedMesh& mesh, Mo
         const QString place = shell.place + QLatin1Char('/') + QLatin1String(key);
         return model.entity(ofDimension, single(json, place, ofDimension, mesh));
     };
-    ShellLinks links(find("region", shell.region, dimension),
-                     find("original_face", shell.originalFace, dimension - 1),
-                     find("new_face", shell.newFace, dimension - 1));
+    // One after the other, so that with every compiler the first that is missing is told of.
+    ModelEntity* const region = find("region", shell.region, dimension);
+    ModelEntity* const originalFace = find("original_face", shell.originalFace, dimension - 1);
+    ModelEntity* const newFace = find("new_face", shell.newFace, dimension - 1);
+    ShellLinks links(region, originalFace, newFace);
     if (!links.pair()) {
         fail(shell.place, links.mismatch());
     }
