@@ -93,7 +93,7 @@ public:
                 id = id < Highest ? id + 1 : 1;
             }
         }
-        nextFree_ = id < Highest ? id + 1 : 1;
+        nextFree_ = id < Highest ? static_cast<int>(id) + 1 : 1;
         return static_cast<int>(id);
     }
 
@@ -197,10 +197,10 @@ private:
 
     QList<Entity*> window_; // from the id first_ on; null where there is none
     int first_ = 1;
+    int nextFree_ = 1; // behind the last free id that was given
     qsizetype inWindow_ = 0;
     QHash<int, Entity*> outliers_; // none of an id in the window
     qsizetype settleAt_ = 2 * LeastRange;
-    qint64 nextFree_ = 1;
 };
 
 /// \brief An id and the entity that stands under it.
