@@ -1,6 +1,7 @@
 #include "Arrays.h"
 
 #include "ElementTopology.h"
+#include "Masks.h"
 #include "MeshVertex.h"
 
 #include <algorithm>
@@ -59,9 +60,7 @@ Wholes wholeArray(const py::object& object)
         throw py::type_error("an array of integers is needed, and not of " +
                              py::str(array.dtype()).cast<std::string>());
     }
-    if (py::hasattr(object, "mask")) {
-        throw py::type_error("ids of a masked array are not all known; give its compressed()");
-    }
+    Masks::requireNone(object, "ids");
     requireWithinInt64(array);
     return Wholes(array);
 }
@@ -96,6 +95,7 @@ Reals pointArray(const py::object& object)
     if (!isOfKind(array, "fiu") || array.ndim() != 2 || array.shape(1) != 3) {
         throw py::value_error("points are an array of n x 3 numbers");
     }
+    Masks::requireNone(object, "points");
     Reals points(array);
     const double* const end = points.data() + points.size();
     const double* const bad =
@@ -237,7 +237,9 @@ void Arrays::requireCount(py::ssize_t given, std::size_t needed, const std::stri
 
 std::vector<int> Arrays::idsFrom(const py::object& object)
 {
-    if (py::isinstance<py::array_t<int>>(object)) { // the ids that were asked of a view
+    const bool areOfView =
+        py::isinstance<py::array_t<int>>(object) && !Masks::isMaskedArray(object);
+    if (areOfView) {
         const auto ids = py::array_t<int, py::array::c_style>::ensure(object);
         requireOneDimension(ids);
         return {ids.data(), ids.data() + ids.size()};
@@ -254,10 +256,11 @@ std::vector<int> Arrays::chosen(const std::vector<int>& all, const py::object& o
         return idsFrom(object);
     }
     Arrays::requireCount(array.size(), all.size(), "truth value");
-    const py::array_t<bool, py::array::c_style | py::array::forcecast> mask(array);
+    const py::array_t<bool, py::array::c_style | py::array::forcecast> truths(
+        Masks::isMaskedArray(object) ? object.attr("filled")(false) : py::object(array));
     std::vector<int> ids;
     for (std::size_t i = 0; i < all.size(); ++i) {
-        if (mask.data()[i]) {
+        if (truths.data()[i]) {
             ids.push_back(all[i]);
         }
     }

@@ -20,10 +20,11 @@ namespace Arrays
 void requireCount(pybind11::ssize_t given, std::size_t needed, const std::string& what);
 
 /// \brief Integers of 32 bits of any array or sequence of integers; throws TypeError for numbers that
-///        are none, OverflowError for larger ones.
+///        are none or masked, OverflowError for larger ones.
 std::vector<int> idsFrom(const pybind11::object& object);
 
-/// \brief The ids that \p object chooses: an array of them, or a truth value for each of \p all.
+/// \brief The ids that \p object chooses: an array of them, or a truth value for each of \p all; one
+///        that is masked, and so not known, chooses nothing.
 std::vector<int> chosen(const std::vector<int>& all, const pybind11::object& object);
 
 /// \brief \p ids as an array of int32.

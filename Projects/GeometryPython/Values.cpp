@@ -1,6 +1,7 @@
 #include "Values.h"
 
 #include "AttributeRule.h"
+#include "Masks.h"
 
 #include <cmath>
 #include <functional>
@@ -73,11 +74,12 @@ bool isBoolean(const py::handle& object)
     return PyBool_Check(object.ptr()) || name == "bool_" || name == "bool";
 }
 
+/// What is masked would be taken for NaN.
 bool isReal(const py::handle& object)
 {
     return PyFloat_Check(object.ptr()) || isInteger(object) ||
            (py::hasattr(object, "__float__") && !isBoolean(object) &&
-            !py::isinstance<py::str>(object));
+            !py::isinstance<py::str>(object) && !Masks::isMasked(object));
 }
 
 bool isList(const py::handle& object)

@@ -223,8 +223,59 @@ def test_what_is_masked_stays_as_it_is(tetrahedron):
     assert vertices.attribute("rotor_vertex").tolist() == [None, None, None, 2]
     with pytest.raises(ValueError, match="2 values are given for 4 entities"):
         vertices.set_attribute("rotor_vertex", masked)
-    with pytest.raises(TypeError, match="masked"):
-        vertices.select(np.ma.MaskedArray([1, 2], [True, False]))
+
+
+def test_a_masked_truth_value_is_false(tetrahedron):
+    vertices = tetrahedron.mesh.vertices
+    vertices.select([1, 3]).set_attribute("mesh_size", [2.0, 0.5])
+    assert list(vertices.select(vertices.attribute("mesh_size") < 1.0).ids) == [3]
+    assert list(vertices.select(vertices.attribute("mesh_size") > 1.0).ids) == [1]
+    assert list(tetrahedron.model.faces.select(np.ma.MaskedArray([True], [True])).ids) == []
+
+
+@pytest.mark.parametrize("kind", [np.int32, np.int64, np.uint8])
+@pytest.mark.parametrize(
+    "use",
+    [
+        lambda mesh, ids: mesh.vertices.select(ids),
+        lambda mesh, ids: mesh.vertices.select(list(ids.reshape(2, 1))),
+        lambda mesh, ids: mesh.vertices.set_attribute("rotor_vertex", 7, ids=ids),
+        lambda mesh, ids: mesh.vertices.select([1, 2]).classify(ids, dimension=2),
+        lambda mesh, ids: mesh.add_vertices([[0, 0, 0], [1, 1, 1]], ids=ids + 7),
+        lambda mesh, ids: mesh.add_elements("line", [ids]),
+        lambda mesh, ids: mesh.add_elements("line", ids.reshape(1, 2)),
+    ],
+)
+def test_masked_ids_are_refused(tetrahedron, kind, use):
+    before = tetrahedron.text()
+    with pytest.raises(TypeError, match=r"^ids of a masked array are not all known; give its compressed\(\)$"):
+        use(tetrahedron.mesh, np.ma.MaskedArray([1, 1], [True, False], dtype=kind))
+    assert tetrahedron.text() == before
+
+
+@pytest.mark.parametrize("masked", [lambda points: points, lambda points: list(points)])
+def test_masked_points_are_refused(tetrahedron, masked):
+    mesh, before = tetrahedron.mesh, tetrahedron.text()
+    points = np.ma.MaskedArray(np.full((4, 3), 5.0), mask=True)
+    for use in (lambda: setattr(mesh.vertices, "coordinates", masked(points)), lambda: mesh.add_vertices(masked(points))):
+        with pytest.raises(TypeError, match="^points of a masked array are not all known"):
+            use()
+    assert tetrahedron.text() == before
+    mesh.vertices.coordinates = np.ma.MaskedArray(np.full((4, 3), 5.0))
+    assert mesh.vertices[1].point == (5, 5, 5)
+
+
+def test_what_has_a_method_mask_is_no_masked_array(tetrahedron):
+    class Series:
+        """As of pandas."""
+
+        def __array__(self, *_):
+            return np.array([3, 1])
+
+        def mask(self):
+            raise AssertionError
+
+    assert list(tetrahedron.mesh.vertices.select(Series()).ids) == [3, 1]
 
 
 @pytest.mark.parametrize(
