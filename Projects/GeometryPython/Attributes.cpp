@@ -3,6 +3,9 @@
 #include "AttributeMap.h"
 #include "Values.h"
 
+#include <utility>
+#include <vector>
+
 namespace Ovra::GeoPython
 {
 
@@ -14,8 +17,8 @@ namespace
 
 AttributeType presentType(const Attributes& attributes, const py::str& tag)
 {
-    const AttributeType type = AttributeType::fromString(textFrom(tag));
-    if (!type.isValid() || !attributes.get().contains(type)) {
+    const AttributeType type = attributeType(tag);
+    if (!attributes.get().contains(type)) {
         PyErr_SetObject(PyExc_KeyError, tag.ptr());
         throw py::error_already_set();
     }
@@ -57,6 +60,25 @@ bool contains(const Attributes& attributes, const py::object& tag)
     return type.isValid() && attributes.get().contains(type);
 }
 
+/// All values are converted ahead of the first that is set, so that a refusal leaves all as it was.
+void update(const Attributes& attributes, const py::object& others, const py::kwargs& more)
+{
+    const py::dict all(others);
+    all.attr("update")(**more);
+    std::vector<std::pair<AttributeType, QVariant>> values;
+    for (const auto& [tag, value] : all) {
+        if (!py::isinstance<py::str>(tag)) {
+            throw py::type_error("a tag is a text, and not " + py::repr(tag).cast<std::string>());
+        }
+        const AttributeType type = attributeType(py::reinterpret_borrow<py::str>(tag));
+        values.emplace_back(type, valueFrom(value, type));
+    }
+    AttributeMap& map = attributes.get();
+    for (const auto& [type, value] : values) {
+        map.insert(type, value);
+    }
+}
+
 } // namespace
 
 void bindAttributes(py::module_& module)
@@ -72,10 +94,13 @@ void bindAttributes(py::module_& module)
         module, "Attributes",
         "The attributes of an entity, a model or a mesh: a mutable mapping from tags to values.\n\n"
         "Tags are those of the vocabulary, see attribute_tags(); setting another raises KeyError. "
-        "Where\n"
-        "the type of a value is fixed, setting another raises TypeError. Values are bool, int, "
-        "float,\n"
-        "str, bytes, list, dict, Vector and Matrix.")
+        "As of\n"
+        "any mapping, others are just not there when they are looked up: `in` is False, and get() "
+        "gives "
+        "its\n"
+        "default. Where the type of a value is fixed, setting another raises TypeError. Values are "
+        "bool,\n"
+        "int, float, str, bytes, list, dict, Vector and Matrix.")
         .def("__len__", [](const Attributes& self) { return typesOf(self).size(); })
         .def("__iter__", [](const Attributes& self) { return py::iter(tagsOf(self)); })
         .def("__contains__", &contains)
@@ -91,6 +116,10 @@ void bindAttributes(py::module_& module)
              })
         .def("__delitem__", [](const Attributes& self,
                                const py::str& tag) { self.get().remove(presentType(self, tag)); })
+        .def("update", &update, py::arg("others") = py::tuple(), py::pos_only(),
+             "Sets several attributes, of a mapping, of pairs or by keywords: all of them, or none "
+             "where\n"
+             "one is refused.")
         .def("__repr__", [](const Attributes& self) {
             return "<Attributes of " + self.owner + ": " +
                    py::repr(dictOf(self)).cast<std::string>() + ">";

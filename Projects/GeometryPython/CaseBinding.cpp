@@ -3,6 +3,9 @@
 #include "CaseSummary.h"
 #include "CaseVerifier.h"
 #include "InfoJson.h"
+#include "Mesh.h"
+#include "MeshMeans.h"
+#include "Model.h"
 #include "OutputFiles.h"
 #include "Preparation.h"
 #include "Progress.h"
@@ -121,23 +124,18 @@ MeshSerializer::Format meshFormat(const std::string& name)
                           "\"; there are 2013, 2014 and 2014a");
 }
 
-template <typename After>
-void saveAs(CaseState& self, const CaseFiles& files, MeshSerializer::Format format, After after)
-{
-    const auto work = [&](Database& database, Progress& progress) {
-        files.save(database, progress, format);
-        return true;
-    };
-    aside(self, work, after);
-}
-
-void save(CaseState& self, const py::str& name, const std::string& formatName)
+void save(CaseState& self, const py::str& name, const std::string& formatName, bool dropParents)
 {
     const CaseFiles files(textFrom(name));
     if (files.name().isEmpty()) {
         throw py::value_error("a case needs a name for its files");
     }
-    saveAs(self, files, meshFormat(formatName), [&] { self.files = files; });
+    const MeshSerializer::Format format = meshFormat(formatName);
+    const auto work = [&](Database& database, Progress& progress) {
+        files.save(database, progress, format, dropParents);
+        return true;
+    };
+    aside(self, work, [&] { self.files = files; });
 }
 
 /// In the format that holds all of it.
@@ -207,8 +205,11 @@ py::list prepare(CaseState& self, const py::object& operations, std::optional<do
     if (tolerance && !(*tolerance >= 0 && *tolerance <= 1)) {
         throw py::value_error("extrusion_tolerance must be a number from 0 to 1");
     }
-    const auto work = [&](Database& database, Progress& progress) {
-        Preparation preparation(database, progress);
+    Warnings warnings;
+    const auto work = [&](Database& database) {
+        const QuietLibrary quiet;
+        MeshMeans::forget(*database.model());
+        Preparation preparation(database, warnings.progress());
         if (tolerance) {
             preparation.setExtrusionTolerance(*tolerance);
         }
@@ -216,14 +217,23 @@ py::list prepare(CaseState& self, const py::object& operations, std::optional<do
         CaseState::keyChildrenAnew(database);
         return report;
     };
-    QStringList report;
-    try {
-        report = aside(self, work, [&self] { self.meshIsNew(); });
-    } catch (const ToolError&) {
-        self.giveUp("a preparation that failed has left the case undefined; open it anew");
-        throw;
-    }
+    const QStringList report = self.asideOrGiveUp(
+        work, "a preparation that failed has left the case undefined; open it anew");
+    warnings.tell();
     return listOf(report);
+}
+
+/// As `ovrageo text -o -` prints it.
+py::str text(CaseState& self)
+{
+    return toPython(aside(self, [](Database& database, Progress&) {
+        QString dump;
+        QTextStream stream(&dump);
+        database.model()->write(stream);
+        database.mesh()->write(stream);
+        stream.flush();
+        return dump;
+    }));
 }
 
 SolverInput inputOf(const py::object& sections, double scale, bool labelled)
@@ -284,14 +294,21 @@ void bindCase(py::module_& module)
         .def("forget_files", [](CaseState& self) { self.files.reset(); })
         .def("verify", &verify)
         .def("info", &info)
+        .def("text", &text)
         .def("prepare", &prepare)
         .def("write_solver_input", &writeSolverInput)
         .def("solver_input", &solverInput);
     module.def("open", &open);
     module.def("make", [] { return std::make_shared<CaseState>(); });
-    module.def("attribute_tags", [] { return listOf(AttributeType::tags()); });
-    module.def("operation_names", [] { return listOf(Preparation::operationNames()); });
-    module.def("section_names", [] { return listOf(SolverInput::sectionNames()); });
+    module.def(
+        "attribute_tags", [] { return listOf(AttributeType::tags()); },
+        "The tags that attributes may have, in the order of the vocabulary.");
+    module.def(
+        "operation_names", [] { return listOf(Preparation::operationNames()); },
+        "The operations of a preparation, in the order in which they run.");
+    module.def(
+        "section_names", [] { return listOf(SolverInput::sectionNames()); },
+        "The sections of the solver input, in the order in which they stand there.");
 }
 
 } // namespace Ovra::GeoPython

@@ -46,10 +46,7 @@ public:
     /// \brief Tells that elements were added, whose vertices do not list them yet.
     void meshGrew() { linked_ = false; }
 
-    /// \brief Tells that mesh entities may have new ids, so that whatever stands for one is void.
-    void meshIsNew() { ++meshEpoch_; }
-
-    /// \brief Changes with meshIsNew().
+    /// \brief Changes with asideOrGiveUp().
     int meshEpoch() const { return meshEpoch_; }
 
     /// \brief Tells that an entity is about to be removed. Another of its id may come to lie at the
@@ -88,6 +85,22 @@ public:
         const Unlocked unlocked;
         link(itself);
         return work(itself);
+    }
+
+    /// \brief As aside(), for \p work that gives mesh entities new ids, so that whatever stands for one is
+    ///        void, and that cannot be taken back where it throws: the case is given up for \p reason then.
+    template <typename Work>
+    auto asideOrGiveUp(Work work, const std::string& reason)
+    {
+        database(); // Gone and Busy come ahead of any change
+        try {
+            auto done = aside(work);
+            ++meshEpoch_;
+            return done;
+        } catch (...) {
+            giveUp(reason);
+            throw;
+        }
     }
 
     /// \brief Enters the mesh entities of \p database with their parents by their present ids.

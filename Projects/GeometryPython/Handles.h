@@ -143,6 +143,17 @@ pybind11::list wrapAll(const CasePointer& state, const Entities& entities)
     return list;
 }
 
+/// \brief Throws Gone, "the mesh was renumbered after this walk began", unless ids are still those of
+///        \p epoch, or Busy.
+template <typename Side>
+void requireEpoch(CaseState& state, int epoch, const char* since)
+{
+    Side::container(state);
+    if (Side::epoch(state) != epoch) {
+        throw Gone(std::string("the mesh was renumbered after this ") + since);
+    }
+}
+
 /// \brief Entities of one dimension: all that the case has at the time of asking, or a selection.
 template <typename Side>
 struct View
@@ -207,14 +218,15 @@ struct View
     /// \brief Throws Gone where the ids of a selection are those of other entities by now.
     void requireSameIds() const
     {
-        Side::container(*state);
-        if (selection && Side::epoch(*state) != epoch) {
-            throw Gone("the mesh was renumbered after this selection was made");
+        if (selection) {
+            requireEpoch<Side>(*state, epoch, "selection was made");
         }
     }
 
+    /// \brief Number of ids(); throws Gone as that does.
     std::size_t count() const
     {
+        requireSameIds();
         const int all = Side::container(*state).count(dimension);
         return selection ? selection->size() : static_cast<std::size_t>(all);
     }

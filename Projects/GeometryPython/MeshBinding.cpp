@@ -63,14 +63,15 @@ void remove(const MeshOf& self, const MeshHandle& handle)
 
 void renumber(const MeshOf& self)
 {
-    self.state->aside([](Database& database) {
+    const auto work = [](Database& database) {
         for (int dimension = 0; dimension < 4; ++dimension) {
             database.mesh()->renumber(dimension);
         }
         CaseState::keyChildrenAnew(database);
         return true;
-    });
-    self.state->meshIsNew();
+    };
+    self.state->asideOrGiveUp(
+        work, "a renumbering that failed has left the case undefined; open it anew");
 }
 
 std::string representation(const MeshOf& self)
@@ -120,7 +121,10 @@ void bindMeshView(py::module_& module)
 void bindGrowth(py::class_<MeshOf>& mesh)
 {
     mesh.def("add_vertex", &addVertex, py::arg("point"), py::arg("id") = py::none(),
-             "Adds a vertex, under the next free id if none is given, and returns it.")
+             "Adds a vertex, whose point is in the unit of the case, under the next free id if "
+             "none is "
+             "given,\n"
+             "and returns it.")
         .def(
             "add_vertices",
             [](const MeshOf& self, const py::object& points, const py::object& ids) {

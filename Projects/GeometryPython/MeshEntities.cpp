@@ -153,10 +153,10 @@ void bindBase(py::module_& module)
             "dimension, that it uses; by id, vertices in node order.")
         .def_property_readonly(
             "box", [](const MeshHandle& self) { return toPython(shaped(self).boundingBox()); },
-            "The smallest box that holds the vertices.")
+            "The smallest box that holds the vertices, in the unit of the case.")
         .def_property_readonly(
             "centroid", [](const MeshHandle& self) { return toPython(shaped(self).centroid()); },
-            "The mean of the vertices.")
+            "The mean of the vertices, in the unit of the case.")
         .def_property_readonly(
             "normal", [](const MeshHandle& self) { return toPython(shaped(self).normal()); },
             "Unit normal of a face, or of an edge in the xy plane; zero otherwise.")

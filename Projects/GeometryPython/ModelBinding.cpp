@@ -112,7 +112,10 @@ void bindEntities(py::class_<ModelOf>& model)
         .def_property_readonly("faces", &viewOf<2>, "The faces.")
         .def_property_readonly("regions", &viewOf<3>, "The regions.")
         .def("add_vertex", &addVertex, py::arg("point"), py::arg("name") = "", py::arg("id") = 0,
-             "Adds a vertex, under the next free id if none is given, and returns it.")
+             "Adds a vertex, whose point is in the unit of the case, under the next free id if "
+             "none is "
+             "given,\n"
+             "and returns it.")
         .def(
             "add_edge",
             [](const ModelOf& self, const py::str& name, int id) { return add(self, 1, name, id); },
@@ -156,7 +159,7 @@ void bindModel(py::module_& module)
                 const Box converted = boxFrom(box);
                 self.state->model().setBoundingBox(converted);
             },
-            "The stored bounding box, which nothing computes.")
+            "The stored bounding box, in the unit of the case, which nothing computes.")
         .def_property_readonly(
             "is_3d", [](const ModelOf& self) { return self.state->model().is3d(); },
             "Whether there is at least one region.")

@@ -147,10 +147,10 @@ void bindBase(py::module_& module)
         .def("unlink", &unlink, py::arg("other"), "Takes a link away, in both directions.")
         .def_property_readonly(
             "box", [](const ModelHandle& self) { return toPython(self.get().boundingBox()); },
-            "The stored bounding box.")
+            "The stored bounding box, in the unit of the case.")
         .def_property_readonly(
             "centroid", [](const ModelHandle& self) { return toPython(self.get().centroid()); },
-            "The stored centroid; that of a vertex is its point.")
+            "The stored centroid, in the unit of the case; that of a vertex is its point.")
         .def_property_readonly(
             "normal", [](const ModelHandle& self) { return toPython(self.get().normal()); },
             "The stored normal of an edge or face; zero otherwise.")
@@ -177,14 +177,14 @@ void bindBoxAndCentroid(Class& entityClass)
                 const auto converted = boxFrom(box);
                 as<Entity>(self).setBoundingBox(converted);
             },
-            "The stored bounding box.")
+            "The stored bounding box, in the unit of the case.")
         .def_property(
             "centroid", [](const Of& self) { return toPython(self.get().centroid()); },
             [](const Of& self, const py::object& point) {
                 const auto converted = vectorFrom(point);
                 as<Entity>(self).setCentroid(converted);
             },
-            "The stored centroid.");
+            "The stored centroid, in the unit of the case.");
 }
 
 template <typename Entity, typename Class>
@@ -215,7 +215,7 @@ void bindVertex(py::module_& module)
                 const auto converted = vectorFrom(point);
                 as<ModelVertex>(self).setPoint(converted);
             },
-            "The position.");
+            "The position, in the unit of the case.");
 }
 
 void bindEdge(py::module_& module)

@@ -4,6 +4,7 @@
 #include "AttributeArrays.h"
 #include "AttributeMap.h"
 #include "Handles.h"
+#include "Masks.h"
 #include "Values.h"
 
 #include <algorithm>
@@ -18,9 +19,11 @@ namespace Ovra::GeoPython
 template <typename Side>
 struct Walk
 {
+    /// \brief The next entity; throws Gone where the ids are those of other entities by now.
     pybind11::object next()
     {
         while (place < ids.size()) {
+            requireEpoch<Side>(*state, epoch, "walk began");
             auto* const entity = Side::container(*state).entity(dimension, ids[place++]);
             if (entity != nullptr) {
                 return wrap<Side>(state, *entity);
@@ -32,6 +35,7 @@ struct Walk
     CasePointer state;
     int dimension;
     std::vector<int> ids;
+    int epoch = Side::epoch(*state);
     std::size_t place = 0;
 };
 
@@ -149,16 +153,27 @@ void setAttribute(const View<Side>& view, const pybind11::str& tag, const pybind
     namespace py = pybind11;
     const Geo::AttributeType type = attributeType(tag);
     const auto chosen = ids.is_none() ? std::vector<int>() : Arrays::idsFrom(ids);
-    const py::module_ masks = py::module_::import("numpy.ma");
     std::optional<py::array_t<bool>> mask;
     py::object present = values;
-    if (masks.attr("isMaskedArray")(values).template cast<bool>()) {
-        mask = py::array_t<bool>(masks.attr("getmaskarray")(values));
+    if (Masks::isMaskedArray(values)) {
+        mask = py::array_t<bool>(py::module_::import("numpy.ma").attr("getmaskarray")(values));
         present = values.attr("compressed")();
     }
     const AttributeArrays::Values converted(present, type); // the last that may run any Python
     const auto entities = ids.is_none() ? view.entities() : entitiesAt(view, chosen);
     converted.setIn(mapsOf(unmasked(entities, mask)));
+}
+
+template <typename Side>
+std::string countText(const View<Side>& view)
+{
+    try {
+        return std::to_string(view.count());
+    } catch (const Gone&) {
+        return "gone";
+    } catch (const Busy&) {
+        return "busy";
+    }
 }
 
 /// \brief Adds the class of views of one side, and of walks over them, to \p module.
@@ -187,7 +202,7 @@ pybind11::class_<View<Side>> bindView(pybind11::module_& module, const char* nam
         .def("select", &select<Side>, py::arg("ids"),
              "Those of the given ids, in their order, or those where an array of truth values, one "
              "for\n"
-             "each, is true.")
+             "each, is true; one that is masked counts as false.")
         .def("attribute", &attributeOf<Side>, py::arg("tag"),
              "The values of an attribute, a masked array of int64, float64 or bool; masked where "
              "an\n"
@@ -199,7 +214,7 @@ pybind11::class_<View<Side>> bindView(pybind11::module_& module, const char* nam
              "what is masked in a masked array stays as it is.")
         .def("__repr__", [name](const Of& self) {
             return '<' + std::string(name) + " of dimension " + std::to_string(self.dimension) +
-                   ": " + std::to_string(self.count()) + '>';
+                   ": " + countText(self) + '>';
         });
     return view;
 }

@@ -49,3 +49,14 @@ def grid(count):
     steps = ((x, x + y), (y, y + z), (z, z + x), (y + x, y), (z + y, z), (x + z, x))  # right-handed
     cells = [np.hstack([corner, corner + a, corner + b, corner + x + y + z]) for a, b in steps]
     return points, np.vstack(cells)
+
+
+def cube(count):
+    """A region of six tetrahedra for each cell of a grid of count cells a side."""
+    points, cells = grid(count)
+    case = ovrageo.Case()
+    case.model.add_region("cube")
+    vertices = case.mesh.add_vertices(points)
+    vertices.classify(1, dimension=3)
+    case.mesh.add_elements("tetrahedron", vertices.ids[cells]).classify(1)
+    return case, cells

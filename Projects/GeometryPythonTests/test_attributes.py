@@ -112,10 +112,53 @@ def test_a_list_that_holds_itself_is_an_error(attributes):
     assert attributes == {}
 
 
+def test_a_masked_number_is_no_value(tetrahedron):
+    """Python would take it for NaN."""
+    vertices = tetrahedron.mesh.vertices
+    vertices.select([1]).set_attribute("mesh_size", 2.0)
+    one, other = vertices.attribute("mesh_size")[:2]
+    assert one == 2
+    for tag, value in (("visual_scale_factor", other), ("periodic_weights", [0.5, other])):
+        with pytest.raises(TypeError, match=f"{tag} takes .*, and not "):
+            vertices[2].attributes[tag] = value
+    with pytest.raises(TypeError, match="visual_scale_factor takes a number, and not masked"):
+        vertices.set_attribute("visual_scale_factor", [1.0, other, 3.0, 4.0])
+    assert vertices[2].attributes == {}
+
+
+@pytest.mark.parametrize(
+    "others, more, error",
+    [
+        ({"material_id": 3, "material_type": 5}, {}, TypeError),
+        ([("material_id", 3), ("materialid", 5)], {}, KeyError),
+        ({"material_id": 3}, {"is_shell": 5}, TypeError),
+        ({"material_id": 3, 5: 5}, {}, TypeError),
+        ([("material_id", 3), ("material_type",)], {}, ValueError),
+    ],
+)
+def test_an_update_of_which_one_is_refused_sets_none(attributes, others, more, error):
+    attributes["material_id"] = 1
+    with pytest.raises(error):
+        attributes.update(others, **more)
+    assert attributes == {"material_id": 1}
+
+
+def test_an_update_takes_what_that_of_a_dict_takes(attributes, tetrahedron):
+    attributes.update()
+    attributes.update([("material_id", 3)], is_shell=True)
+    other = tetrahedron.model.regions[1].attributes
+    other.update(attributes, material_id=4)
+    assert attributes == {"material_id": 3, "is_shell": True} and other == {"material_id": 4, "is_shell": True}
+    with pytest.raises(TypeError):
+        attributes.update({}, {})
+
+
 def test_an_unknown_tag_is_refused_and_not_found(attributes):
-    with pytest.raises(KeyError, match="there is no attribute 'materialid'"):
-        attributes["materialid"] = 3
-    assert "materialid" not in attributes
+    for use in (lambda: attributes.__setitem__("materialid", 3), lambda: attributes["materialid"],
+                lambda: attributes.__delitem__("materialid")):
+        with pytest.raises(KeyError, match="there is no attribute 'materialid'; see ovrageo.attribute_tags"):
+            use()
+    assert "materialid" not in attributes and attributes.get("materialid") is None
     assert "material_id" in ovrageo.attribute_tags() and len(ovrageo.attribute_tags()) == 77
 
 

@@ -1,6 +1,7 @@
 """Whole cases: files, checks, preparation, solver input, and what the program does for the package."""
 
 import contextlib
+import copy
 import json
 import os
 import pathlib
@@ -9,12 +10,14 @@ import signal
 import subprocess
 import sys
 import time
+import warnings
 
 import numpy as np
 import pytest
 from conftest import CASES
 
 import ovrageo
+from ovrageo import _host
 
 
 def ovrageo_prints(*arguments):
@@ -109,8 +112,38 @@ def test_one_name_may_come_alone(channel):
     assert channel.solver_input(sections="nodes") == channel.solver_input(sections=["nodes"])
 
 
-def test_a_copy_is_equal_and_of_its_own(tetrahedron):
-    copied = tetrahedron.copy()
+def test_a_preparation_uses_the_mesh_as_it_is_now(channel):
+    """Model entities of the library keep the means of their mesh, of which the periodic transform is made."""
+    face = channel.model.faces[1]
+    face.tag = "kept"
+    report = channel.prepare(["periodic"])
+    former = np.array(channel.model.attributes["periodic_translation"])
+    channel.mesh.vertices.coordinates = 1.001 * channel.mesh.vertices.coordinates
+    fresh = channel.copy()
+    assert channel.prepare(["periodic"]) == fresh.prepare(["periodic"]) == report
+    assert channel.model.attributes["periodic_translation"] == pytest.approx(1.001 * former)
+    assert channel.text() == fresh.text()  # all that entities have, their children by the parents of these
+    assert face.tag == "kept" and np.array_equal(face.children.ids, fresh.model.faces[1].children.ids)
+
+
+def test_the_text_is_that_of_the_program(tetrahedron, tmp_path):
+    tetrahedron.save(tmp_path / "case")
+    assert tetrahedron.text() == ovrageo_prints("text", tmp_path / "case", "-o", "-")
+
+
+def test_parents_that_no_format_holds_may_be_dropped(tetrahedron, tmp_path):
+    tetrahedron.mesh.regions[1].parent = tetrahedron.model.faces[1]
+    with pytest.raises(ovrageo.UnsuitableError, match="format 2013 can"):
+        tetrahedron.save(tmp_path / "case")
+    assert not list(tmp_path.iterdir())
+    with pytest.warns(ovrageo.CaseWarning, match="^1 mesh entity stands on .*written without a parent$"):
+        tetrahedron.save(tmp_path / "case", drop_parents=True)
+    assert ovrageo.open(tmp_path / "case").mesh.regions[1].parent is None
+
+
+@pytest.mark.parametrize("copied_by", [ovrageo.Case.copy, copy.copy, copy.deepcopy])
+def test_a_copy_is_equal_and_of_its_own(tetrahedron, copied_by):
+    copied = copied_by(tetrahedron)
     assert ovrageo.diff(copied, tetrahedron)["equal"] and copied.name is None
     copied.mesh.vertices[1].point = (0, 0, -1)
     assert tetrahedron.mesh.vertices[1].point == (0, 0, 0)
@@ -258,6 +291,30 @@ def test_a_program_that_is_not_there_is_told(tetrahedron, monkeypatch):
 def test_diff_of_a_case_that_is_missing(tmp_path):
     with pytest.raises(ovrageo.MissingFileError, match="cannot read .*none.geo_model: no such file"):
         ovrageo.diff(tmp_path / "none", tmp_path / "none")
+
+
+@pytest.mark.parametrize("filtered", ["error", "always"])
+def test_a_warning_hides_no_error(tmp_path, filtered):
+    """As of an import that warned before it failed."""
+    case = ovrageo.Case()
+    case.mesh.add_vertex((0, 0, 0))
+    case.save(tmp_path / "case")
+    with (tmp_path / "case.geo_mesh").open("ab") as file:
+        file.write(b"xyz")
+    with warnings.catch_warnings(record=True) as told:
+        warnings.simplefilter(filtered, ovrageo.CaseWarning)
+        with pytest.raises(ovrageo.UnsuitableError, match="no faces to show"):
+            _host.run("picture", tmp_path / "case", "-o", tmp_path / "case.png")
+    assert len(told) == (filtered == "always")
+
+
+def test_a_warning_that_is_made_an_error_leaves_the_files(tmp_path):
+    script = tmp_path / "box.geo"
+    script.write_text('SetFactory("OpenCASCADE"); Box(1) = {0, 0, 0, 1, 1, 1};\n')
+    attributes = {"entities": {"3:1": {"material_id": 2}}}
+    with pytest.raises(ovrageo.CaseWarning, match="gives a material_type to none"):
+        ovrageo.import_file(script, attributes=attributes, mesh_size=1.0, output=tmp_path / "box")  # an error here
+    assert ovrageo.open(tmp_path / "box").model.regions[1].attributes["material_id"] == 2
 
 
 def test_a_warning_that_is_made_an_error_leaves_the_case_whole(channel, tmp_path):

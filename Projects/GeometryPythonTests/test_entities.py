@@ -1,10 +1,12 @@
 """Entities of model and mesh, one at a time."""
 
 import math
+import types
 
 import pytest
 
 import ovrageo
+from ovrageo import _core
 
 
 def test_a_new_case_is_empty():
@@ -64,6 +66,25 @@ def test_geometry_of_model_entities_is_what_was_stored():
     assert region.box == ovrageo.Box(ovrageo.Vector(0, 0, 0), ovrageo.Vector(1, 2, 3))
     assert region.box.maximum.z == 3
     assert region.centroid == (0.5, 1, 1.5)
+
+
+def members():
+    """Everything public of the extension that has a docstring to read."""
+    for name, item in vars(_core).items():
+        if not name.startswith("_") and name not in ("CaseState", "open", "make", "model_of", "mesh_of"):
+            yield name, item
+            for member, value in vars(item).items() if isinstance(item, type) else ():
+                if not member.startswith("_") and not isinstance(value, types.FunctionType):  # those of a mapping
+                    yield f"{name}.{member}", value
+
+
+def test_everything_says_what_it_is():
+    """pybind11 begins the docstring of a function with its signature."""
+    for name, item in members():
+        if item.__doc__ is not None and "\n\n" in item.__doc__ and item.__doc__.startswith(name.split(".")[-1] + "("):
+            assert item.__doc__.split("\n\n", 1)[1].strip(), name
+        else:
+            assert item.__doc__ and "(" not in item.__doc__.split()[0], name
 
 
 def test_links_go_both_ways_and_once():

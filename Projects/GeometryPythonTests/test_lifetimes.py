@@ -1,13 +1,16 @@
 """Whatever outlives a case keeps it alive, or says that it is gone."""
 
+import contextlib
 import gc
+import os
 import subprocess
 import sys
 import threading
+from pathlib import Path
 
 import numpy as np
 import pytest
-from conftest import grid
+from conftest import cube, grid
 
 import ovrageo
 
@@ -97,6 +100,21 @@ def test_a_walk_passes_over_what_is_removed(tetrahedron):
     assert seen == [1, 3, 4]
 
 
+@pytest.mark.parametrize("void", [lambda case: case.mesh.renumber(), lambda case: case.prepare(["renumber"])])
+def test_a_walk_over_former_ids_says_so(tetrahedron, void):
+    """It would go on over other entities, past some and twice over others."""
+    mesh = tetrahedron.mesh
+    mesh.remove(mesh.faces[1])
+    walk = iter(mesh.faces)
+    assert next(walk).id == 2
+    void(tetrahedron)
+    with pytest.raises(ovrageo.GoneError, match="^the mesh was renumbered after this walk began$"):
+        next(walk)
+    of_model = iter(tetrahedron.model.faces)
+    mesh.renumber()
+    assert [face.id for face in of_model] == [1]
+
+
 def test_a_selection_of_what_was_removed_says_so(tetrahedron):
     chosen = tetrahedron.mesh.faces.select([1, 2])
     tetrahedron.mesh.remove(tetrahedron.mesh.faces[2])
@@ -126,23 +144,81 @@ def test_a_case_that_could_not_be_prepared_is_closed(tetrahedron):
         tetrahedron.mesh.vertices
 
 
-def test_other_threads_go_on_and_are_kept_off_a_busy_case(tmp_path):
-    points, cells = grid(30)
-    case = ovrageo.Case()
-    vertices = case.mesh.add_vertices(points)
-    case.mesh.add_elements("tetrahedron", vertices.ids[cells])
-    vertex, met = case.mesh.vertices[1], []
-    writer = threading.Thread(target=case.save, args=(tmp_path / "case",))
-    writer.start()
-    while writer.is_alive():  # which it could not see if the writer held the interpreter's lock
+OUT_OF_MEMORY = """
+import resource
+import ovrageo
+from conftest import cube
+
+case, _ = cube(20)
+in_use = int(open("/proc/self/statm").read().split()[0]) * resource.getpagesize()
+resource.setrlimit(resource.RLIMIT_AS, (in_use + (1 << 20), resource.RLIM_INFINITY))
+try:
+    WORK
+except MemoryError as error:
+    resource.setrlimit(resource.RLIMIT_AS, (resource.RLIM_INFINITY, resource.RLIM_INFINITY))
+    try:
+        print(case.mesh)
+    except ovrageo.GoneError as error:
+        print(error)
+"""
+
+
+@pytest.mark.skipif("asan" in os.environ.get("LD_PRELOAD", ""), reason="the sanitizer ends where there is no memory")
+@pytest.mark.parametrize("work, noun", [("case.prepare()", "preparation"), ("case.mesh.renumber()", "renumbering")])
+def test_memory_that_runs_out_leaves_no_case_half_changed(work, noun):
+    done = subprocess.run(
+        [sys.executable, "-c", OUT_OF_MEMORY.replace("WORK", work)],
+        capture_output=True, text=True, cwd=Path(__file__).parent)
+    assert done.stdout == f"a {noun} that failed has left the case undefined; open it anew\n", done.stderr
+
+
+@pytest.mark.parametrize(
+    "count, work",
+    [
+        (20, lambda case, folder: case.save(folder / "other")),
+        (10, lambda case, folder: case.verify()),
+        (10, lambda case, folder: case.info()),
+        (8, lambda case, folder: case.prepare(["renumber"])),
+        (20, lambda case, folder: case.mesh.renumber()),
+        (10, lambda case, folder: case.solver_input()),
+    ],
+)
+def test_other_threads_go_on_and_are_kept_off_a_busy_case(tmp_path, count, work):
+    case, cells = cube(count)  # so many that the work takes a while
+    model, met, shown = case.model, set(), set()
+    worker = threading.Thread(target=work, args=(case, tmp_path))
+    worker.start()
+    while worker.is_alive():  # which it could not see busy if the worker held the interpreter's lock
         try:
-            assert vertex.point == (0, 0, 0)
+            assert model.regions[1].name == "cube"
         except ovrageo.BusyError as error:
-            met.append(str(error))
-    writer.join()
-    assert set(met) == {"another thread works on the case"}
-    assert vertex.point == (0, 0, 0)
-    assert np.array_equal(ovrageo.open(tmp_path / "case").mesh.regions.connectivity, cells + 1)
+            met.add(str(error))
+            shown.add(case._repr_html_())
+    worker.join()
+    assert met == {"another thread works on the case"}
+    assert "<p>A case on which another thread works</p>" in shown
+    assert np.array_equal(case.mesh.regions.connectivity, cells + 1)
+
+
+def test_other_threads_go_on_while_a_case_is_read(tmp_path):
+    case, cells = cube(20)
+    case.save(tmp_path / "case")
+    opened, was_seen = [], False
+    reader = threading.Thread(target=lambda: opened.append(ovrageo.open(tmp_path / "case")))
+    reader.start()
+    while reader.is_alive():  # the file is open only while the host reads it
+        was_seen = was_seen or str(tmp_path / "case.geo_mesh") in open_files()
+    assert was_seen
+    assert np.array_equal(opened[0].mesh.regions.connectivity, cells + 1)
+
+
+def open_files():
+    """Paths of the files that this process has open."""
+    paths = set()
+    for number in os.listdir("/proc/self/fd"):
+        with contextlib.suppress(OSError):  # it has been closed meanwhile
+            paths.add(os.readlink(f"/proc/self/fd/{number}"))
+    return paths
 
 
 def test_a_selection_of_the_mesh_does_not_outlive_its_ids(tetrahedron):
@@ -152,10 +228,11 @@ def test_a_selection_of_the_mesh_does_not_outlive_its_ids(tetrahedron):
     assert chosen[100] == extra and 2 in chosen and 1 not in chosen
     tetrahedron.mesh.renumber()
     for ask in (lambda: chosen.ids, lambda: chosen.coordinates, lambda: chosen[2], lambda: list(chosen),
-                lambda: chosen.select([2])):
+                lambda: chosen.select([2]), lambda: len(chosen)):
         with pytest.raises(ovrageo.GoneError, match="^the mesh was renumbered after this selection was made$"):
             ask()
     assert list(vertices.ids) == [1, 2, 3, 4, 5] and len(faces.ids) == 1
+    assert repr(chosen) == "<MeshEntities of dimension 0: gone>"
 
 
 class Closing:

@@ -51,9 +51,8 @@ from .values import Box, Matrix, Vector
 
 __version__ = _core.__version__
 
-# get(), items(), update() and the others come with what a mapping has to have.
-for _name in ("get", "keys", "items", "values", "pop", "popitem", "clear", "update", "setdefault",
-              "__eq__", "__ne__"):
+# get(), items() and the others come with what a mapping has to have.
+for _name in ("get", "keys", "items", "values", "pop", "popitem", "clear", "setdefault", "__eq__", "__ne__"):
     setattr(Attributes, _name, getattr(_MutableMapping, _name))
 _MutableMapping.register(Attributes)
 del _name

@@ -65,9 +65,11 @@ def run(*arguments: object, accept: tuple[int, ...] = (0,)) -> tuple[int, str]:
     said = errors_said.decode(errors="replace")
     for path, name in _names.get().items():
         said = said.replace(path, name)
-    _warn(said)
     if process.returncode not in accept:
+        with contextlib.suppress(errors.CaseWarning):  # a filter may make errors of them, but this is the one to tell
+            _warn(said)
         raise _exception(process.returncode, said)
+    _warn(said)
     return process.returncode, output.decode(errors="surrogateescape")
 
 

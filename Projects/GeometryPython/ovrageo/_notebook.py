@@ -23,8 +23,6 @@ _IMAGE = "max-width: 100%; height: auto; border-radius: 6px"
 
 def page(case: Case) -> str:
     """A table of counts and materials, and a picture where the host can draw."""
-    if case._state.is_closed:
-        return "<p>A case that is closed</p>"
     facts = case.info()
     return (
         f'<div style="{_PAGE}"><div><strong>{_title(case)}</strong><br><small>{_extents(facts)}</small>'
@@ -74,6 +72,8 @@ def _row(element: str, style: str, texts: Iterable[str]) -> str:
 def _picture(case: Case) -> str:
     try:
         png = case.picture(size=f"{2 * _WIDTH}x{2 * _HEIGHT}")
+    except (errors.BusyError, errors.GoneError):
+        raise
     except errors.Error as error:  # a case without elements, a host without VTK
         return f"<small>no picture: {escape(str(error))}</small>"
     encoded = base64.b64encode(png or b"").decode()

@@ -87,12 +87,14 @@ class Case:
         """Path of the files, without a suffix, that the case was last read from or written to."""
         return self._state.name
 
-    def save(self, name: StrPath, *, mesh_format: str = "2014a") -> None:
+    def save(self, name: StrPath, *, mesh_format: str = "2014a", drop_parents: bool = False) -> None:
         """Writes name.geo_model and name.geo_mesh: both, or neither.
 
-        mesh_format is "2013", "2014" or "2014a", the newest.
+        mesh_format is "2013", "2014" or "2014a", the newest. The last two cannot hold mesh entities that
+        stand on a model entity of another dimension: with drop_parents these lose their parent, here in
+        memory too, with a warning; without it a case that has some is refused.
         """
-        self._state.save(os.fsdecode(name), mesh_format)
+        self._state.save(os.fsdecode(name), mesh_format, drop_parents)
 
     def copy(self) -> Case:
         """A case of its own, in memory, that is equal to this one; to prepare, for instance."""
@@ -116,6 +118,10 @@ class Case:
             del facts["modelFile"], facts["meshFile"]
             facts["case"] = self.name
         return facts
+
+    def text(self) -> str:
+        """Model and mesh for people to read, as `ovrageo text -o -` prints them; long for a large mesh."""
+        return self._state.text()
 
     def prepare(
         self, operations: str | Sequence[str] | None = None, *, extrusion_tolerance: float | None = None
@@ -186,6 +192,12 @@ class Case:
     def __exit__(self, *exception: object) -> None:
         self.close()
 
+    def __copy__(self) -> Case:
+        return self.copy()
+
+    def __deepcopy__(self, memo: object) -> Case:
+        return self.copy()
+
     def __reduce__(self) -> str:
         raise TypeError("a case is of one process: save it, and open it in the other")
 
@@ -202,7 +214,12 @@ class Case:
         """What Jupyter shows of it: a summary, and a picture where it can be drawn."""
         from . import _notebook
 
-        return _notebook.page(self)
+        try:
+            return _notebook.page(self)
+        except errors.BusyError:
+            return "<p>A case on which another thread works</p>"
+        except errors.GoneError:
+            return "<p>A case that is closed</p>"
 
     @contextlib.contextmanager
     def _stored(self) -> Iterator[str]:
