@@ -155,7 +155,6 @@ class Runner:
             os.symlink(os.path.join(ROOT, name), os.path.join(folder, name))
         tool = os.path.dirname(os.environ["OVRAGEO"])
         self.environment = dict(os.environ, PATH=os.pathsep.join([tool, TESTS, os.environ["PATH"]]),
-                                OVRA_PAGES_CASES=os.path.join(os.path.dirname(folder), "cases"),
                                 CMAKE_PREFIX_PATH=os.path.join(os.path.dirname(folder), "prefix"))
 
     def shell(self, script):
