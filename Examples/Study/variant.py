@@ -82,8 +82,8 @@ def result(variant, script, name):
         case.prepare()
         require_sound(case)
         case.save(name)
-        case.write_solver_input(name + ".txt")
-        return Result(variant.gap, variant.size, **measures(case), peak=peak(name + ".txt"),
+        case.write_solver_input(name + ".gbi")
+        return Result(variant.gap, variant.size, **measures(case), peak=peak(name + ".gbi"),
                       seconds=time.monotonic() - begin)
 
 
