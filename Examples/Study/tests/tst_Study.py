@@ -92,7 +92,7 @@ class TestStudy(unittest.TestCase):
 
     def test_each_variant_leaves_what_it_made(self):
         for name in ("gap-1-size-4", "gap-2-size-4"):
-            for suffix in (".geo", ".geo_model", ".geo_mesh", ".txt"):
+            for suffix in (".geo", ".geo_model", ".geo_mesh", ".gbi"):
                 self.assertTrue((self.folder / "here" / (name + suffix)).stat().st_size)
         self.assertEqual((self.folder / "here" / "plot.png").read_bytes()[:4], b"\x89PNG")
 
