@@ -39,6 +39,7 @@ const char* classOf(ExitCode exitCode)
     }
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): as pybind11 calls it
 void translate(std::exception_ptr thrown)
 {
     try {

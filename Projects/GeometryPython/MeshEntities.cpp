@@ -190,11 +190,11 @@ void bindMeshEntities(py::module_& module)
 {
     bindBase(module);
     bindVertex(module);
-    py::class_<HandleOf<MeshSide, 1>, MeshHandle>(module, "MeshEdge",
-                                                  "A line element: two vertices.");
-    py::class_<HandleOf<MeshSide, 2>, MeshHandle>(
+    const py::class_<HandleOf<MeshSide, 1>, MeshHandle> edge(module, "MeshEdge",
+                                                             "A line element: two vertices.");
+    const py::class_<HandleOf<MeshSide, 2>, MeshHandle> face(
         module, "MeshFace", "A surface element: a triangle or quadrilateral.");
-    py::class_<HandleOf<MeshSide, 3>, MeshHandle>(
+    const py::class_<HandleOf<MeshSide, 3>, MeshHandle> region(
         module, "MeshRegion", "A volume element: a tetrahedron, pyramid, wedge or hexahedron.");
 }
 
