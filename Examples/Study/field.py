@@ -8,10 +8,13 @@ distance of each vertex from a surface, for which no attribute is meant.
 import argparse
 import sys
 
-import numpy as np
-import scipy.spatial
-import vtk
-from vtk.util.numpy_support import numpy_to_vtk
+try:
+    import numpy as np
+    import scipy.spatial
+    import vtk
+    from vtk.util.numpy_support import numpy_to_vtk
+except ImportError as error:
+    sys.exit(f"field: error: {error}; install python3-numpy, python3-scipy and python3-vtk9")
 
 import ovrageo
 

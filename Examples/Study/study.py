@@ -35,7 +35,7 @@ def main():
     """The exit code: 1 if a variant failed."""
     arguments = parse()
     os.makedirs(arguments.output, exist_ok=True)
-    variants = list(itertools.starmap(Variant, itertools.product(arguments.gaps, arguments.sizes)))
+    variants = variants_of(arguments)
     try:
         client = connected(arguments)
     except OSError as error:
@@ -45,8 +45,11 @@ def main():
     results.sort(key=lambda result: (result.gap, -result.size))
     print_table(results)
     write_table(results, os.path.join(arguments.output, "table.csv"))
+    picture = Path(arguments.output, "plot.png")
     if results:
-        plot(results, os.path.join(arguments.output, "plot.png"))
+        plot(results, picture)
+    else:
+        picture.unlink(missing_ok=True)  # which would be that of another study
     return 0 if len(results) == len(variants) else 1
 
 
@@ -63,6 +66,12 @@ def parse():
     parser.add_argument("--output", default="study", metavar="FOLDER",
                         help="where results go, a folder that all workers see; default: study")
     return parser.parse_args()
+
+
+def variants_of(arguments):
+    """Each once, as two tasks of one name would write the same files."""
+    combined = itertools.starmap(Variant, itertools.product(arguments.gaps, arguments.sizes))
+    return list({variant.name: variant for variant in combined}.values())
 
 
 def connected(arguments):

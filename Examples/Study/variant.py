@@ -35,7 +35,7 @@ class Variant:
 
     @property
     def name(self):
-        return f"gap-{self.gap:g}-size-{self.size:g}"
+        return f"gap-{exact(self.gap)}-size-{exact(self.size)}"
 
 
 @dataclasses.dataclass(frozen=True)
@@ -62,6 +62,12 @@ class Failure:
 
 class NotSound(Exception):
     """A case that the verification finds errors in."""
+
+
+def exact(number):
+    """The shortest text of a number that no other number has: 1, 0.5, 1.0000001."""
+    short = f"{number:g}"
+    return short if float(short) == number else repr(number)
 
 
 def run(variant, script, folder):

@@ -3,6 +3,7 @@
 import csv
 import json
 import os
+import re
 import subprocess
 import sys
 import tempfile
@@ -79,7 +80,8 @@ class TestStudy(unittest.TestCase):
     def setUpClass(cls):
         cls.scope = tempfile.TemporaryDirectory()
         cls.folder = Path(cls.scope.name)
-        cls.code, cls.said = study(cls.folder / "here", "--workers", "1", "--sizes", "4", "--gaps", "1", "-1", "2")
+        cls.code, cls.said = study(
+            cls.folder / "here", "--workers", "1", "--sizes", "4", "4.0", "--gaps", "1", "-1", "2", "1")
 
     @classmethod
     def tearDownClass(cls):
@@ -89,6 +91,24 @@ class TestStudy(unittest.TestCase):
         self.assertEqual(self.code, 1, self.said)
         self.assertRegex(self.said, r"gap--1-size-4: .*gap--1-size-4.geo: a gap of -0.001 m leaves no air")
         self.assertEqual([row["gap/mm"] for row in table(self.folder / "here")], ["1", "2"])
+        self.assertEqual(len(re.findall(r"^\[\d/3\] ", self.said, re.MULTILINE)), 3)  # each once
+
+    def test_near_values_have_files_of_their_own(self):
+        names = subprocess.run(
+            [sys.executable, "-B", "-c",
+             "import study, types; print(*(each.name for each in study.variants_of("
+             "types.SimpleNamespace(gaps=[1, 1.0000001, 1e-7], sizes=[0.1, 0.1]))))"],
+            cwd=STUDY, check=True, capture_output=True, text=True).stdout
+        self.assertEqual(names, "gap-1-size-0.1 gap-1.0000001-size-0.1 gap-1e-07-size-0.1\n")
+
+    def test_no_plot_is_left_where_all_variants_fail(self):
+        folder = self.folder / "none"
+        folder.mkdir()
+        (folder / "plot.png").write_bytes(b"of a former study")
+        code, said = study(folder, "--workers", "1", "--sizes", "4", "--gaps", "-1")
+        self.assertEqual(code, 1, said)
+        self.assertEqual(table(folder), [])
+        self.assertFalse((folder / "plot.png").exists())
 
     def test_each_variant_leaves_what_it_made(self):
         for name in ("gap-1-size-4", "gap-2-size-4"):
@@ -134,6 +154,16 @@ class TestStudy(unittest.TestCase):
         self.assertTrue((arrays["distance"] <= np.hypot(below, 0.004)).all())  # as lid has a vertex each 4 mm
         points, arrays = point_data(self.folder / "sizes.vtu")
         self.assertTrue(((arrays["mesh_size"] > 0.0005) & (arrays["mesh_size"] < 0.004)).all())
+
+    def test_a_library_that_is_missing_is_told(self):
+        without = self.folder / "without"
+        without.mkdir()
+        (without / "vtk.py").write_text("raise ImportError(\"No module named 'vtk'\")\n", encoding="utf-8")
+        path = f"{without}:{os.environ['PYTHONPATH']}"
+        done = subprocess.run([sys.executable, "-B", STUDY / "field.py", "here/gap-1-size-4", "lid"], cwd=self.folder,
+                              capture_output=True, text=True, env={**os.environ, "PYTHONPATH": path})
+        self.assertEqual((done.returncode, done.stderr), (
+            1, "field: error: No module named 'vtk'; install python3-numpy, python3-scipy and python3-vtk9\n"))
 
     def test_a_surface_that_is_not_there_is_told(self):
         done = subprocess.run([sys.executable, "-B", STUDY / "field.py", "here/gap-1-size-4", "roof"],
