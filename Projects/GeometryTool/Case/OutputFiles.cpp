@@ -50,13 +50,17 @@ void requireDirectoryOf(const QString& path)
     }
 }
 
-void allowManyFiles()
+/// Half of the descriptors that the system lets this process have: others need some too.
+int descriptorBudget()
 {
     rlimit limit = {};
-    if (getrlimit(RLIMIT_NOFILE, &limit) == 0) {
-        limit.rlim_cur = limit.rlim_max;
-        setrlimit(RLIMIT_NOFILE, &limit);
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0) {
+        return 0;
     }
+    limit.rlim_cur = limit.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &limit);
+    constexpr rlim_t most = 1 << 16; // the limit may be none
+    return static_cast<int>(std::min(limit.rlim_cur, most) / 2);
 }
 
 } // namespace
@@ -134,6 +138,7 @@ struct OutputFiles::Entry
     void openPart(const TemporaryName& names);
     void bringToDisk();
     void giveName();
+    void release();
     void keepOld(const TemporaryName& names);
     void putInPlace();
     bool takeBack(const TemporaryName& names);
@@ -186,6 +191,9 @@ void OutputFiles::Entry::openPart(const TemporaryName& names)
 
 void OutputFiles::Entry::bringToDisk()
 {
+    if (!file.isOpen()) {
+        return; // is finished
+    }
     if (!file.bringToDisk()) {
         throw outputError(path, file.failure());
     }
@@ -200,6 +208,12 @@ void OutputFiles::Entry::giveName()
     if (part) {
         require(part->giveName());
     }
+}
+
+void OutputFiles::Entry::release()
+{
+    giveName();
+    part->release();
 }
 
 /// Leaves the old file under its own name too, so that there is no moment without one.
@@ -274,12 +288,53 @@ QFile& OutputFiles::add(const QString& path)
     return entries_.back()->file;
 }
 
+void OutputFiles::finish(QFile& file)
+{
+    const auto found = std::find_if(entries_.rbegin(), entries_.rend(),
+                                    [&](const auto& entry) { return &entry->file == &file; });
+    if (found == entries_.rend()) {
+        return;
+    }
+    Entry& entry = **found;
+    entry.bringToDisk();
+    if (!entry.part) {
+        return;
+    }
+    static const int budget = descriptorBudget();
+    if (heldCount_ < budget) {
+        ++heldCount_;
+    } else {
+        release(entry);
+    }
+}
+
+/// One file of the set stays open in each directory: by it other processes know that the closed ones
+/// are no leftovers.
+void OutputFiles::release(Entry& entry)
+{
+    const QString directory = QFileInfo(entry.target).path();
+    if (directoriesWithReleased_.contains(directory)) {
+        entry.release();
+        return;
+    }
+    entry.giveName();
+    directoriesWithReleased_.insert(directory);
+}
+
+void OutputFiles::requireFolder(const QString& path)
+{
+    const QFileInfo info(path);
+    if (info.exists() && !info.isDir()) {
+        throw outputError(path, QStringLiteral("it is no directory"));
+    }
+}
+
 void OutputFiles::addDirectory(const QString& path)
 {
-    allowManyFiles();
     if (QFileInfo(path).isDir()) {
         return;
     }
+    requireFolder(path);
     requireDirectoryOf(path);
     if (!QDir().mkdir(path)) {
         throw outputError(path, QStringLiteral("the directory cannot be made"));
@@ -361,11 +416,12 @@ void OutputFiles::commit()
 
 void OutputFiles::removeOutdated()
 {
+    QSet<QString> targets;
+    for (const std::unique_ptr<Entry>& entry : entries_) {
+        targets.insert(entry->target);
+    }
     for (const QString& path : removals_) {
-        const QString target = targetOf(path);
-        const bool isNew = std::any_of(entries_.begin(), entries_.end(),
-                                       [&](const auto& entry) { return entry->target == target; });
-        if (!isNew) {
+        if (!targets.contains(targetOf(path))) {
             QFile::remove(path);
         }
     }
@@ -398,11 +454,13 @@ void OutputFiles::replace()
 
 void OutputFiles::removeLeftovers()
 {
+    QStringList targets;
     for (auto entry = entries_.rbegin(); entry != entries_.rend(); ++entry) {
         if ((*entry)->part) {
-            TemporaryName::removeLeftovers((*entry)->target);
+            targets += (*entry)->target;
         }
     }
+    TemporaryName::removeLeftovers(targets);
 }
 
 QString OutputFiles::takeBack()

@@ -4,6 +4,7 @@
 #include "TemporaryName.h"
 
 #include <QFile>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -35,11 +36,17 @@ public:
     /// instance.
     QFile& add(const QString& path);
 
+    /// \brief The content of \p file, of add(), is whole: brings it to disk and closes it.
+    ///
+    /// For sets of many files: where they take half of the descriptors that the process can have,
+    /// further ones wait under their temporary names, and take none. Throws ToolError OutputFailed as
+    /// commit() does.
+    void finish(QFile& file);
+
     /// \brief Makes the directory \p path, if it is missing, for files to be added in it.
     ///
-    /// It goes again with this object if nothing has been written to it. As there may be many files,
-    /// the process is let have as many open as the system allows. Throws ToolError OutputFailed if
-    /// the directory cannot be made.
+    /// It goes again with this object if nothing has been written to it. Throws ToolError OutputFailed
+    /// if the directory cannot be made.
     void addDirectory(const QString& path);
 
     /// \brief The file \p path goes as commit() has put all others in place, unless it is one of
@@ -49,6 +56,9 @@ public:
     /// \brief Throws ToolError OutputFailed where \p path can be no file that is written: a directory,
     /// a file that is write-protected, or one in a directory that is not there.
     static void requireReplaceable(const QString& path);
+
+    /// \brief Throws ToolError OutputFailed where something else than a directory stands at \p path.
+    static void requireFolder(const QString& path);
 
     /// \brief True for "-", which add() takes for standard output; "./-" is a file of that name.
     static bool isStandardOutput(const QString& path);
@@ -74,6 +84,7 @@ private:
     class CheckedFile;
     struct Entry;
 
+    void release(Entry& entry);
     Descriptor lockDirectory() const;
     void replace();
     QString takeBack();
@@ -82,6 +93,8 @@ private:
 
     TemporaryName names_;
     std::vector<std::unique_ptr<Entry>> entries_;
+    int heldCount_ = 0;                     ///< finished files that have kept their descriptor
+    QSet<QString> directoriesWithReleased_; ///< those that hold their set's files in them
     QStringList madeDirectories_;
     QStringList removals_;
 };

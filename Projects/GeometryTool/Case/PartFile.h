@@ -32,6 +32,10 @@ public:
     /// \brief Lets it stand under its temporary name.
     std::error_code giveName();
 
+    /// \brief Closes it; it has its name, and holds it no longer.
+    /// \pre giveName()
+    void release() { file_ = Descriptor(); }
+
     /// \brief Renames it from its temporary name, whatever stands at \p target.
     std::error_code moveTo(const QString& target);
 

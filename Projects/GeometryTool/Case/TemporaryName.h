@@ -14,7 +14,7 @@ class Descriptor;
 /// FILE.TAG.part is the file that comes, FILE.TAG.old the one that goes. TAG is 16 random hexadecimal
 /// digits, the same for all files of a set, and 8 that follow from them and FILE, so that no file of
 /// a user's is taken for one of these. A process at work holds a lock on its new
-/// files; what nobody holds is left over.
+/// files, or on one of the set in the same directory; what nobody holds is left over.
 class TemporaryName
 {
 public:
@@ -34,10 +34,10 @@ public:
     /// system has no locks; nothing is removed there either.
     static void hold(const Descriptor& file);
 
-    /// \brief Removes what is left over beside \p target.
+    /// \brief Removes what is left over beside \p targets, in their order.
     ///
     /// The caller holds a lock on the directory, within which alone files named old() come and go.
-    static void removeLeftovers(const QString& target);
+    static void removeLeftovers(const QStringList& targets);
 
     /// \brief The new file that a killed process could no longer give the name \p second after it
     /// had replaced \p first; empty if there is none.

@@ -7,6 +7,7 @@
 #include "GraphCut.h"
 #include "OutputCheck.h"
 #include "OutputFiles.h"
+#include "PieceFolder.h"
 #include "Progress.h"
 #include "ToolError.h"
 
@@ -100,6 +101,20 @@ Target targetOf(const ExportFormat& format, const QString& output, int parts)
             name + QLatin1Char('.') + format.partsSuffix};
 }
 
+void requireOutput(const ExportFormat& format, const QString& output, const QStringList& inputs)
+{
+    if (OutputFiles::isStandardOutput(output)) {
+        return;
+    }
+    OutputCheck::requireFile(output, inputs);
+    if (format.hasAttributes) {
+        OutputCheck::requireFile(attributesPath(output), inputs);
+    }
+    if (format.hasFolder) {
+        PieceFolder::require(output, format.suffix);
+    }
+}
+
 void run(const Options& options, Progress& progress)
 {
     const ExportFormat& named = formatOf(options); // wrong arguments are told before a long load
@@ -109,12 +124,7 @@ void run(const Options& options, Progress& progress)
     const auto [format, output] =
         targetOf(named, QString::fromStdString(options.output), options.job.parts);
     CaseFiles source(QString::fromStdString(options.name));
-    if (!OutputFiles::isStandardOutput(output)) {
-        OutputCheck::requireFile(output, source.paths());
-        if (format.hasAttributes) {
-            OutputCheck::requireFile(attributesPath(output), source.paths());
-        }
-    }
+    requireOutput(format, output, source.paths());
     CaseDatabase database;
     source.load(database, progress);
     if (OutputFiles::isStandardOutput(output)) {
@@ -165,7 +175,12 @@ std::string footer()
         text +=
             QStringLiteral("  .%1 %2\n").arg(format.suffix.leftJustified(5), format.description);
     }
-    return (text + QStringLiteral("\nExample:\n  ovrageo export wing -o wing.vtu")).toStdString();
+    text += QStringLiteral("\nExamples:\n"
+                           "  ovrageo export wing -o wing.vtu\n"
+                           "  ovrageo export wing -o wing.pvtu --parts 8 --keep-interfaces\n"
+                           "  ovrageo export wing -o wing.cgns --one-zone\n"
+                           "  ovrageo export wing -o - --format su2 -q | gzip > wing.su2.gz");
+    return text.toStdString();
 }
 
 } // namespace

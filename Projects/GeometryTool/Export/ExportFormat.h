@@ -26,6 +26,7 @@ struct ExportFormat
     void (*require)() = nullptr; ///< throws ToolError where this build cannot write it
     void (*write)(const ExportJob& job) = nullptr;
     bool hasAttributes = false; ///< an attributes file stands beside it
+    bool hasFolder = false;     ///< it refers to files in a PieceFolder beside it
 
     /// \brief All formats, in the order in which the help lists them.
     static const std::vector<ExportFormat>& all();

@@ -2,6 +2,7 @@
 
 #include "ExportJob.h"
 #include "OutputFiles.h"
+#include "ToolError.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -37,20 +38,46 @@ QStringList referencesOf(const QString& index)
     return xml.hasError() ? QStringList() : references;
 }
 
+QString folderNameOf(const QString& output)
+{
+    return QFileInfo(output).completeBaseName();
+}
+
+QString folderOf(const QString& output)
+{
+    return QFileInfo(output).path() + QLatin1Char('/') + folderNameOf(output);
+}
+
 } // namespace
+
+void PieceFolder::require(const QString& output, const QString& suffix)
+{
+    const QStringList taken{QString(), QStringLiteral("."), QStringLiteral(".."),
+                            QFileInfo(output).fileName()};
+    if (taken.contains(folderNameOf(output))) {
+        throw ToolError(ExitCode::Usage,
+                        QStringLiteral("the output %1 leaves no name for its folder, which is that "
+                                       "of the output without the suffix; give it one such as "
+                                       "wing.%2")
+                            .arg(output, suffix));
+    }
+    OutputFiles::requireFolder(folderOf(output));
+}
 
 PieceFolder::PieceFolder(const ExportJob& job)
     : job_(job)
-    , name_(QFileInfo(job.path).completeBaseName())
-    , path_(QFileInfo(job.path).path() + QLatin1Char('/') + name_)
+    , name_(folderNameOf(job.path))
+    , path_(folderOf(job.path))
 {
     job.files.addDirectory(path_);
     outdatePieces();
 }
 
-QFile& PieceFolder::add(const QString& fileName) const
+void PieceFolder::write(const QString& fileName, const std::function<void(QFile&)>& fill) const
 {
-    return job_.files.add(path_ + QLatin1Char('/') + fileName);
+    QFile& file = job_.files.add(path_ + QLatin1Char('/') + fileName);
+    fill(file);
+    job_.files.finish(file);
 }
 
 QString PieceFolder::reference(const QString& fileName) const

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <functional>
+
 class QFile;
 
 namespace Ovra::GeoTool
@@ -16,11 +18,18 @@ struct ExportJob;
 class PieceFolder
 {
 public:
+    /// \brief Throws ToolError where there can be no such folder: Usage if the name of \p output
+    /// leaves none for it, as "wing" and ".vtm" do, OutputFailed if a file of that name stands there.
+    /// \param suffix of the format, for the message
+    static void require(const QString& output, const QString& suffix);
+
     /// \brief Makes the folder, if it is missing.
+    /// \pre require() has let the job's path through.
     explicit PieceFolder(const ExportJob& job);
 
-    /// \brief A new file in the folder; what else stands there stays.
-    QFile& add(const QString& fileName) const;
+    /// \brief Writes a new file in the folder; what else stands there stays.
+    /// \param fill called once with the file, open for writing
+    void write(const QString& fileName, const std::function<void(QFile&)>& fill) const;
 
     /// \brief The path of a file in the folder, as the output names it: "wing/region_2.vtu".
     QString reference(const QString& fileName) const;

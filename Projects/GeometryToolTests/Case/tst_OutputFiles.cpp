@@ -131,6 +131,27 @@ private slots:
         QCOMPARE(filesIn(directory_->path()), QStringList({"a"}));
     }
 
+    /// Finished files are closed; one of their set is open, and holds them all.
+    void whatAnotherRunHasFinishedStays()
+    {
+        const TemporaryName other;
+        const QString closed = other.part(path("a"));
+        const QString held = other.part(path("b"));
+        const QString ofAnotherSet = TemporaryName().part(path("a"));
+        for (const QString& part : {closed, held, ofAnotherSet}) {
+            QVERIFY(writeContent(part, "new"));
+        }
+        {
+            const Descriptor file(open(qPrintable(held), O_RDONLY));
+            TemporaryName::hold(file);
+            write("a", "newer");
+            QVERIFY(QFile::exists(closed));
+            QVERIFY(!QFile::exists(ofAnotherSet));
+        }
+        write("a", "newest");
+        QVERIFY(!QFile::exists(closed));
+    }
+
     void knowsAnUnfinishedPair_data()
     {
         QTest::addColumn<QStringList>("left");

@@ -39,6 +39,21 @@ private slots:
         QTest::newRow("binary to standard output")
             << QStringList{"-o", "-", "--format", "vtu"}
             << QByteArray("cannot write to -: a .vtu file is binary; name a file to write\n");
+        const auto noFolder = [](const QByteArray& output, const QByteArray& suffix) {
+            return "the output " + output +
+                   " leaves no name for its folder, which is that of the output without the "
+                   "suffix; give it one such as wing." +
+                   suffix + '\n';
+        };
+        QTest::newRow("blocks of a name without a suffix")
+            << QStringList{"-o", "out", "--format", "vtm"} << noFolder("out", "vtm");
+        QTest::newRow("parts of a name without a suffix")
+            << QStringList{"-o", "out", "--format", "pvtu"} << noFolder("out", "pvtu");
+        for (const QByteArray& output : {QByteArray(".vtm"), QByteArray("..vtm"),
+                                         QByteArray("...vtm"), QByteArray("/tmp/.vtm")}) {
+            QTest::newRow(output.constData())
+                << QStringList{"-o", output} << noFolder(output, "vtm");
+        }
         QTest::newRow("binary to a device")
             << QStringList{"-o", "/dev/null", "--format", "vtu"}
             << QByteArray(
@@ -53,6 +68,19 @@ private slots:
         QCOMPARE(run.exitCode, 2);
         QVERIFY2(run.errors.startsWith("ovrageo: error: " + begin), run.errors.constData());
         QVERIFY(isOneErrorLine(run.errors));
+    }
+
+    /// Told before the case is read: this one is damaged.
+    void writesNoFolderOverAFile()
+    {
+        const QString path = directory_.filePath("taken.vtm");
+        QVERIFY(writeContent(directory_.filePath("taken"), "a file"));
+        QVERIFY(writeContent(name() + ".geo_mesh", "damaged"));
+        const ToolRun run = runTool({"export", name(), "-o", path});
+        QCOMPARE(run.errors, "ovrageo: error: cannot write " +
+                                 directory_.filePath("taken").toUtf8() + ": it is no directory\n");
+        QCOMPARE(run.exitCode, 5);
+        QCOMPARE(contentOf(directory_.filePath("taken")), QByteArray("a file"));
     }
 
     void replacesNoInput()

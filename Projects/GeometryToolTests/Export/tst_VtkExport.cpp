@@ -323,8 +323,58 @@ private slots:
         QVERIFY(!QFile::exists(path("full")));
     }
 
+    void writesMoreFilesThanItCanHaveOpen()
+    {
+        TinyCase many;
+        addFaces(many);
+        QVERIFY(many.save(path("many")));
+        const ToolRun run =
+            runTool({"export", path("many"), "-o", path("many.vtm")}, QString(), letFewBeOpen);
+        QCOMPARE(run.errors, QByteArray());
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(filesIn(path("many")).size(), 102); // of a region and of faces
+        const auto root =
+            readBy<vtkXMLMultiBlockDataReader, vtkMultiBlockDataSet>(path("many.vtm"));
+        QCOMPARE(blocksOf(*root).size(), 102);
+    }
+
+    /// The blocks fit, the file that refers to them does not.
+    void leavesNoneOfManyFilesWhereItFails()
+    {
+        TinyCase many;
+        addFaces(many);
+        QVERIFY(many.save(path("many")));
+        QVERIFY(QDir(directory_.path()).mkdir("failed"));
+        const ToolRun run =
+            runTool({"export", path("many"), "-o", path("failed/many.vtm")}, QString(), [] {
+                letFewBeOpen();
+                const rlimit size = {7000, 7000};
+                setrlimit(RLIMIT_FSIZE, &size);
+            });
+        QCOMPARE(run.errors, "ovrageo: error: cannot write " + path("failed/many.vtm").toUtf8() +
+                                 ": File too large\n");
+        QCOMPARE(run.exitCode, 5);
+        QVERIFY(
+            QDir(path("failed")).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
+    }
+
 private:
     QString path(const char* name) const { return directory_.filePath(QLatin1String(name)); }
+
+    static void letFewBeOpen()
+    {
+        const rlimit limit = {60, 60};
+        setrlimit(RLIMIT_NOFILE, &limit);
+    }
+
+    static void addFaces(TinyCase& tiny)
+    {
+        for (int i = 0; i < 100; ++i) {
+            auto* const face = new ModelFace;
+            face->setId(100 + i);
+            tiny.model()->add(face);
+        }
+    }
 
     static void setAttributes(TinyCase& tiny)
     {

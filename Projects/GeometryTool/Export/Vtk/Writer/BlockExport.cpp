@@ -69,7 +69,8 @@ BlockExport::Blocks BlockExport::writeAll(int dimension, const QString& suffix, 
     Blocks blocks;
     for (ModelEntity* entity : entities) {
         const QString file = fileNameOf(*entity) + suffix;
-        writeOne(children.value(entity), entity, folder_.add(file));
+        folder_.write(file,
+                      [&](QFile& opened) { writeOne(children.value(entity), entity, opened); });
         blocks.push_back({blockNameOf(*entity), folder_.reference(file)});
         job_.progress.update(static_cast<qint64>(blocks.size()),
                              static_cast<qint64>(entities.size()), QStringLiteral("blocks"));

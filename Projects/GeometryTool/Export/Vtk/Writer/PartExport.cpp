@@ -78,7 +78,7 @@ void PartExport::write()
     for (int part = 0; part < partition_.count(); ++part) {
         const QString file = QStringLiteral("part_%1.vtu").arg(part);
         piece = pieceOf(part);
-        VtkFile::write(*piece, folder_.add(file));
+        folder_.write(file, [&](QFile& opened) { VtkFile::write(*piece, opened); });
         files += folder_.reference(file);
         job_.progress.update(part + 1, partition_.count(), QStringLiteral("parts"));
     }
