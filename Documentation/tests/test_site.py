@@ -104,7 +104,8 @@ class Site(unittest.TestCase):
         with open(os.path.join(self.folder, "html", "index.js"), encoding="utf-8") as index:
             entries = json.loads(index.read()[len("const ENTRIES = "):-len(";\n")])
         names = [name for name, _, _ in entries]
-        for name in ("Mesh::renumber", "Version::operator==", "Mesh", "The data model", "Moving regions"):
+        for name in ("Mesh::renumber", "Version::operator==", "Mesh", "The data model", "Moving regions", "import_file",
+                     "MeshEntities.set_attribute"):
             self.assertIn(name, names)
         links = {link for _, _, link in entries}
         self.assertEqual(len(links), len(entries))

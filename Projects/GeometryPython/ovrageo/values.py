@@ -6,6 +6,7 @@ from typing import NamedTuple
 class Vector(NamedTuple):
     """A point or direction.
 
+    >>> from ovrageo import Vector
     >>> Vector(1, 2, 3).z
     3
     """
