@@ -100,7 +100,8 @@ if(OVRA_BUILD_TOOL AND OVRA_WITH_PYTHON)
         SECTION python
         DEPENDS "${library_package} (= ${debian_version})" "ovrageo (= ${debian_version})"
                 "python3 (>= ${python})" "python3 (<< ${next_python})" "python3-numpy"
-        SUGGESTS "ovrageo-doc" "python3-distributed" "python3-meshio"
+        SUGGESTS "ovrageo-doc" "python3-distributed" "python3-matplotlib" "python3-meshio" "python3-scipy"
+                 "python3-vtk9"
         CONTROL "${debian}/python/postinst" "${debian}/python/prerm"
         DESCRIPTION
             "make, verify and prepare cases of flow simulations - Python module"
@@ -114,6 +115,7 @@ endif()
 ovra_add_package(
     documentation ovrageo-doc ALL
     SECTION doc
+    SUGGESTS "ovrageo" "libovrageometrydatabase-dev" "python3-ovrageo" "python3-scipy"
     DESCRIPTION
         "make, verify and prepare cases of flow simulations - documentation"
         "What the commands of ovrageo do with a case and why, the file formats and"
@@ -121,7 +123,7 @@ ovra_add_package(
         "all of it is built."
         "."
         "With it come examples: five cases with their geometry, a host program in C++,"
-        "and a small solver in Python that reads the solver input.")
+        "a small solver in Python that reads the solver input, and a parameter study.")
 
 include(CPack)
 
@@ -132,8 +134,11 @@ install(FILES "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CONTRIBUT
               "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
         DESTINATION "${documentation}" COMPONENT documentation)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/Documentation" DESTINATION "${documentation}"
-        COMPONENT documentation FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.svg")
+        COMPONENT documentation FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.svg"
+        PATTERN site EXCLUDE PATTERN tests EXCLUDE)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/Cases" "${PROJECT_SOURCE_DIR}/Examples" DESTINATION "${documentation}"
-        COMPONENT documentation PATTERN tests EXCLUDE PATTERN __pycache__ EXCLUDE)
+        COMPONENT documentation USE_SOURCE_PERMISSIONS PATTERN tests EXCLUDE PATTERN __pycache__ EXCLUDE)
+install(PROGRAMS "${PROJECT_SOURCE_DIR}/Scripts/run-case" DESTINATION "${documentation}/Scripts"
+        COMPONENT documentation)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/build/documentation/html" DESTINATION "${documentation}"
         COMPONENT documentation OPTIONAL)

@@ -1,6 +1,7 @@
 # Makes the packages for Debian, installs them into a root of their own, builds Examples/Host against what
 # is installed there, runs ovrageo and imports the Python module, and takes them out again: nothing may be
-# left. Variables: BUILD, SOURCE, WORK, LIBDIR, CXX, FLAGS, VERSION, MAJOR; TOOL, IMPORT, PICTURE and PYTHON, whether
+# left. Dependencies are only looked at, since fetching them takes minutes: Scripts/test-packages installs them, and
+# walks a user's whole way. Variables: BUILD, SOURCE, WORK, LIBDIR, CXX, FLAGS, VERSION, MAJOR; TOOL, IMPORT, PICTURE and PYTHON, whether
 # ovrageo, its import, its pictures and the module are built.
 include("${CMAKE_CURRENT_LIST_DIR}/TestHosts.cmake")
 
@@ -65,6 +66,14 @@ endfunction()
 file(WRITE "${root}/var/lib/dpkg/status" "")
 file(MAKE_DIRECTORY "${root}/var/lib/dpkg/updates" "${root}/var/lib/dpkg/info" "${root}/var/lib/dpkg/triggers")
 dpkg(--install ${packages})
+
+# The pages lead somewhere where they are read, and what they call can be called.
+set(documentation "${root}/usr/share/doc/ovrageo-doc")
+run(/usr/bin/python3 -B "${SOURCE}/Documentation/tests/run_pages.py" --links "${documentation}")
+foreach(program Examples/Formats/dump.py Examples/HeatConduction/heat.py Examples/HeatConduction/run-case
+                Examples/Study/study.py Examples/Study/field.py Scripts/run-case)
+    run(test -x "${documentation}/${program}")
+endforeach()
 
 # Programs and libraries are stripped, and look for libraries in no place of their own.
 file(GLOB_RECURSE binaries "${root}/usr/bin/*" "${root}/usr/lib/*.so*")

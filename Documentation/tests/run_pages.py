@@ -1,4 +1,5 @@
-"""Runs what the pages show: run_pages.py [--only PAGE] [--work FOLDER].
+"""Runs what the pages show: run_pages.py [--only PAGE] [--work FOLDER]; or looks for dead links alone, in the
+pages of a folder: run_pages.py --links FOLDER.
 
 Takes the fenced blocks of all Markdown pages of this tree, each page in a folder of its own:
 
@@ -26,7 +27,8 @@ and a comment of its own runs what the page has no need to show, as a console bl
 
 A command line within the text, `ovrageo prepare --all` for instance, has to name a command and options that
 ovrageo knows, and a path within it, `Prepare/Preparation.cpp` for instance, has to lead somewhere: in this tree, or
-below the library or the host. Links and pictures have to be there for those who read the files as such. The tool is that of the variable OVRAGEO; OVRA_BUILD is the build whose library hosts are built with.
+below the library or the host. Links and pictures have to be there for those who read the files as such. The tool is that of the variable OVRAGEO; OVRA_BUILD is the build whose library
+hosts are built with, and not set where the library is installed.
 """
 
 import argparse
@@ -83,12 +85,12 @@ class Block:
         return next((r[len(kind):].strip() for r in self.remarks if r.startswith(kind + " ")), None)
 
 
-def pages():
-    """The pages of this tree, by their paths."""
-    for folder, folders, files in os.walk(ROOT):
+def pages(root=ROOT):
+    """The pages of a tree, by their paths."""
+    for folder, folders, files in os.walk(root):
         folders[:] = sorted(f for f in folders if not f.startswith(".") and f not in ("build", "out"))
         for name in sorted(files):
-            path = os.path.relpath(os.path.join(folder, name), ROOT)
+            path = os.path.relpath(os.path.join(folder, name), root)
             if name.endswith(".md") and path not in NO_PAGES:
                 yield path
 
@@ -286,11 +288,11 @@ def prose_of(text):
     return CODE.sub("", BLOCK.sub(lambda found: "\n" * found[0].count("\n"), text))
 
 
-def dead_links(page, text):
+def dead_links(page, text, root=ROOT):
     """The links and pictures of a page that lead to no file beside it, with their lines."""
     prose = prose_of(text)
     for found in LINK.finditer(prose):
-        path = os.path.join(ROOT, os.path.dirname(page), found[1])
+        path = os.path.join(root, os.path.dirname(page), found[1])
         if not os.path.exists(path):
             yield prose.count("\n", 0, found.start()) + 1, found[1]
 
@@ -335,11 +337,27 @@ def run_page(page, folder, counts):
     return faults
 
 
+def check_links(root):
+    """Prints the dead links of the pages of a folder, and gives the exit code."""
+    count = faults = 0
+    for count, page in enumerate(pages(root), 1):
+        with open(os.path.join(root, page), encoding="utf-8") as file:
+            for line, link in dead_links(page, file.read(), root):
+                print("%s:%d: dead link to %s" % (page, line, link))
+                faults += 1
+    if not count:
+        print("there are no pages in %s" % root)
+    return 1 if faults or not count else 0
+
+
 def main():
     parser = argparse.ArgumentParser(description="Runs what the pages show.")
     parser.add_argument("--only", help="part of the path of pages")
     parser.add_argument("--work", help="folder to work in, which stays")
+    parser.add_argument("--links", metavar="FOLDER", help="look for dead links alone, in the pages of a folder")
     arguments = parser.parse_args()
+    if arguments.links:
+        return check_links(arguments.links)
     work = arguments.work or tempfile.mkdtemp()
     counts = {"run": 0, "texts": 0, "not run": []}
     faults = []

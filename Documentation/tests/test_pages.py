@@ -1,5 +1,7 @@
 """Faults that run_pages.py has to find in a page."""
 
+import contextlib
+import io
 import os
 import tempfile
 import unittest
@@ -63,6 +65,18 @@ class Pages(unittest.TestCase):
     def test_links(self):
         self.check("[a](page.md#b) [b](https://c.invalid/d) `[c](none.md)` [d](#e)\n" + block("text", "[f](none.md)"))
         self.check("a\n![b](none.png)", "page:2: dead link to none.png")
+
+    def test_links_of_another_tree(self):
+        with tempfile.TemporaryDirectory() as folder, contextlib.redirect_stdout(io.StringIO()) as output:
+            self.assertEqual(run_pages.check_links(folder), 1)
+            with open(os.path.join(folder, "page.md"), "w", encoding="utf-8") as page:
+                page.write("[a](page.md)\n")
+            self.assertEqual(run_pages.check_links(folder), 0)
+            with open(os.path.join(folder, "page.md"), "a", encoding="utf-8") as page:
+                page.write("[b](Documentation/DataModel.md)\n")
+            self.assertEqual(run_pages.check_links(folder), 1)
+        self.assertEqual(output.getvalue(), "there are no pages in %s\npage.md:2: dead link to "
+                                            "Documentation/DataModel.md\n" % folder)
 
     def test_indented_blocks(self):
         self.check("a\n\n    ovrageo info x\n    b\n\nc", "page:3: a block that is indented is not run: put it between fences")
