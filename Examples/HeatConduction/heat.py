@@ -8,12 +8,15 @@ picture where asked to.
 import argparse
 import sys
 
-import numpy as np
+try:
+    import numpy as np
 
-import problem
-import solver_input
-from conduction import Conduction
-from solver_input import InputError
+    import problem
+    import solver_input
+    from conduction import Conduction
+    from solver_input import InputError
+except ImportError as error:
+    sys.exit(f"heat: error: {error}; install python3-numpy and python3-scipy")
 
 
 def parse():
@@ -39,7 +42,10 @@ def write(arguments, solver, solution):
     """Writes the files that were asked for; VTK is needed for these alone."""
     if not arguments.vtu and not arguments.picture:
         return
-    import results
+    try:
+        import results
+    except ImportError as error:
+        sys.exit(f"heat: error: {error}; install python3-vtk9")
     grid = results.grid(solver, solution)
     if arguments.vtu:
         results.write_vtu(grid, arguments.vtu)

@@ -1,10 +1,12 @@
 """The program heat.py: its report, its files, and what it says of bad input."""
 
 import json
+import os
 import subprocess
 import sys
 import tempfile
 import unittest
+import unittest.mock
 from pathlib import Path
 
 import testing
@@ -125,6 +127,17 @@ class Program(unittest.TestCase):
                 face = corners(cell.GetFace(number))
                 normal = np.cross(face[1] - face[0], face[2] - face[0])
                 self.assertGreater(normal @ (face.mean(axis=0) - middle), 0)
+
+    def test_package_that_is_missing(self):
+        for module, option, package in (("scipy", "--vtu", "python3-scipy"), ("vtkmodules", "--vtu", "python3-vtk9"),
+                                        ("vtkmodules", "--picture", "python3-vtk9")):
+            without = self.folder / f"without-{module}"
+            without.mkdir(exist_ok=True)
+            (without / f"{module}.py").write_text(f"raise ImportError(\"No module named '{module}'\")\n", encoding="utf-8")
+            with unittest.mock.patch.dict(os.environ, PYTHONPATH=str(without)):
+                done = self.run_heat(option, self.folder / "out")
+            self.assertEqual(done.returncode, 1)
+            self.assertRegex(done.stderr, f"^heat: error: No module named '{module}'; install .*{package}\n$")
 
     def test_unknown_material(self):
         del self.problem["materials"]["2"]
