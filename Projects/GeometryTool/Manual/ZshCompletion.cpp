@@ -1,6 +1,7 @@
 #include "CommandDescription.h"
 #include "ShellCompletion.h"
 
+#include <QRegularExpression>
 #include <QTextStream>
 
 namespace Ovra::GeoTool
@@ -53,21 +54,29 @@ QString value(const DescribedOption& option)
     return QStringLiteral(":%1:%2").arg(escaped(option.placeholder), action(option.completion));
 }
 
-/// '(-o --output)'{-o,--output}'[what it does]:FILE:_files'
+/// The names; a long one with the sign that lets a value stand behind "=" as well as in the next word.
+QString names(const DescribedOption& option)
+{
+    QStringList all = option.names;
+    if (option.takesValue()) {
+        all.replaceInStrings(QRegularExpression(QStringLiteral("^(--.+)$")),
+                             QStringLiteral("\\1="));
+    }
+    return all.size() == 1 ? all.constFirst()
+                           : QLatin1Char('{') + all.join(QLatin1Char(',')) + QLatin1Char('}');
+}
+
+/// '(-o --output)'{-o,--output=}'[what it does]:FILE:_files'
 QString specification(const DescribedOption& option, int position)
 {
     if (option.isPositional()) {
         return quoted(QString::number(position) + value(option));
     }
-    const QString names =
-        option.names.size() == 1
-            ? option.names.constFirst()
-            : QLatin1Char('{') + option.names.join(QLatin1Char(',')) + QLatin1Char('}');
     const QString what = QLatin1Char('[') + escaped(option.text) + QLatin1Char(']') +
                          (option.takesValue() ? value(option) : QString());
     const QStringList others = option.names + option.excludes;
-    return quoted(QLatin1Char('(') + others.join(QLatin1Char(' ')) + QLatin1Char(')')) + names +
-           quoted(what);
+    return quoted(QLatin1Char('(') + others.join(QLatin1Char(' ')) + QLatin1Char(')')) +
+           names(option) + quoted(what);
 }
 
 void writeSpecifications(QTextStream& out, const CommandDescription& command, const QString& indent)

@@ -1,6 +1,7 @@
 #include "CommandDescription.h"
 #include "CommandLine.h"
 #include "ManualPage.h"
+#include "Places.h"
 #include "Progress.h"
 #include "ShellCompletion.h"
 #include "ToolRun.h"
@@ -54,6 +55,22 @@ QStringList captures(const QString& text, const QString& expression)
         found.append(match.captured(1));
     }
     return found;
+}
+
+/// "line: offer|offer" of what complete-in-zsh prints, offers in alphabetical order.
+QStringList offersOf(const QStringList& lines, const QString& printed)
+{
+    QStringList all;
+    QStringList rest = printed.split(QLatin1Char('\n'));
+    for (const QString& line : lines) {
+        QStringList offers;
+        while (!rest.isEmpty() && !rest.first().isEmpty()) {
+            offers.append(rest.takeFirst());
+        }
+        rest = rest.mid(1);
+        all.append(line + QLatin1String(": ") + sorted(offers).join(QLatin1Char('|')));
+    }
+    return all;
 }
 
 QString helpOf(const QStringList& command)
@@ -204,6 +221,42 @@ private slots:
             run(zsh, {QStringLiteral("-n"), path(QStringLiteral("_ovrageo"))}, folder_.path());
         QCOMPARE(parsed.errors, QString());
         QCOMPARE(parsed.exitCode, 0);
+    }
+
+    // One shell for all lines, since it takes a second to start.
+    void zshCompletes()
+    {
+        if (QStandardPaths::findExecutable(QStringLiteral("zsh")).isEmpty()) {
+            QSKIP("there is no zsh");
+        }
+        const std::pair<QString, QString> expected[] = {
+            {"ovrageo im", "import"},
+            {"ovrageo -q ver", "verify"},
+            {"ovrageo verify ", "dumps|two words.geo_model|wing.geo_model"},
+            {"ovrageo info p", "part.step"},
+            {"ovrageo import ", "dumps|part.step|part.stl"},
+            {"ovrageo import part.step --attributes ", "dumps|set.json"},
+            {"ovrageo import part.step --attributes=s", "set.json"},
+            {"ovrageo import part.step --dimension ", "2|3"},
+            {"ovrageo import part.step --mesh-size ", ""},
+            {"ovrageo import part.step --mesh", "--mesh-size"},
+            {"ovrageo convert wing --mesh-format 2014", "2014|2014a"},
+            {"ovrageo export wing --format v", "vtk|vtm|vtp|vtu"},
+            {"ovrageo picture wing --color-by reg", "region"},
+            {"ovrageo unheard ", ""},
+        };
+        QStringList arguments{folder_.path()};
+        QStringList offered;
+        for (const auto& [line, offers] : expected) {
+            arguments.append(line);
+            offered.append(line + QLatin1String(": ") + offers);
+        }
+        const Run shell = run(Places::toolSources() +
+                                  QLatin1String("/../GeometryToolTests/Manual/complete-in-zsh"),
+                              arguments, path(QStringLiteral("work")));
+        QCOMPARE(shell.exitCode, 0);
+        QCOMPARE(shell.errors, QString());
+        QCOMPARE(offersOf(arguments.mid(1), shell.output), offered);
     }
 
     void manualFormatsWithoutWarnings()
