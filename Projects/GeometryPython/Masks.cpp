@@ -10,21 +10,24 @@ namespace py = pybind11;
 namespace
 {
 
-bool answer(const char* question, const py::handle& object)
+/// Looked up once and never let go, as it is asked of every item of a list.
+py::object& maskedArrayClass()
 {
-    return py::module_::import("numpy.ma").attr(question)(object).cast<bool>();
+    static auto* const found = new py::object(py::module_::import("numpy.ma").attr("MaskedArray"));
+    return *found;
 }
 
 } // namespace
 
 bool Masks::isMaskedArray(const py::handle& object)
 {
-    return answer("isMaskedArray", object);
+    return py::isinstance(object, maskedArrayClass());
 }
 
 bool Masks::isMasked(const py::handle& object)
 {
-    return answer("is_masked", object);
+    return isMaskedArray(object) &&
+           py::module_::import("numpy.ma").attr("is_masked")(object).cast<bool>();
 }
 
 void Masks::requireNone(const py::object& object, const std::string& what)

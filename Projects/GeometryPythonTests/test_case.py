@@ -112,18 +112,42 @@ def test_one_name_may_come_alone(channel):
     assert channel.solver_input(sections="nodes") == channel.solver_input(sections=["nodes"])
 
 
-def test_a_preparation_uses_the_mesh_as_it_is_now(channel):
+BAR = """SetFactory("OpenCASCADE"); Box(1) = {0, 0, 0, 3, 1, 1}; Physical Volume("bar") = {1};
+Physical Surface("first") = {1}; Physical Surface("second") = {2};
+"""
+STRIP = """SetFactory("OpenCASCADE"); Rectangle(1) = {0, 0, 0, 3, 1}; Physical Surface("bar") = {1};
+Physical Curve("first") = {4}; Physical Curve("second") = {2};
+"""
+
+
+@pytest.mark.parametrize("geometry", [BAR, STRIP], ids=["regions", "faces"])
+def test_a_preparation_uses_the_mesh_as_it_is_now(tmp_path, geometry):
     """Model entities of the library keep the means of their mesh, of which the periodic transform is made."""
-    face = channel.model.faces[1]
-    face.tag = "kept"
-    report = channel.prepare(["periodic"])
-    former = np.array(channel.model.attributes["periodic_translation"])
-    channel.mesh.vertices.coordinates = 1.001 * channel.mesh.vertices.coordinates
-    fresh = channel.copy()
-    assert channel.prepare(["periodic"]) == fresh.prepare(["periodic"]) == report
-    assert channel.model.attributes["periodic_translation"] == pytest.approx(1.001 * former)
-    assert channel.text() == fresh.text()  # all that entities have, their children by the parents of these
-    assert face.tag == "kept" and np.array_equal(face.children.ids, fresh.model.faces[1].children.ids)
+    script = tmp_path / "bar.geo"
+    script.write_text(geometry)
+    groups = {name: {"periodic_pair_id": 1, "periodic_side_id": side} for side, name in enumerate(("first", "second"), 1)}
+    case = ovrageo.import_file(script, mesh_size=0.5, attributes={
+        "groups": {**groups, "bar": {"material_type": "solid", "material_id": 1}}})
+    report = case.prepare(["periodic"])
+    assert case.model.attributes["periodic_translation"].x == pytest.approx(3)
+    case.mesh.vertices.coordinates = 1.001 * case.mesh.vertices.coordinates
+    fresh = case.copy()
+    assert case.prepare(["periodic"]) == fresh.prepare(["periodic"]) == report
+    assert case.model.attributes["periodic_translation"].x == pytest.approx(3.003)
+    assert case.text() == fresh.text()
+
+
+def test_a_preparation_without_operations_changes_nothing(channel, tmp_path):
+    tagged = {"of an edge": channel.model.edges[1], "of a face": channel.model.faces[1]}
+    for tag, entity in tagged.items():
+        entity.tag = tag
+    channel.save(tmp_path / "before")
+    assert channel.prepare([]) == []
+    channel.save(tmp_path / "after")
+    for suffix in (".geo_model", ".geo_mesh"):
+        before, after = ((tmp_path / name).with_suffix(suffix).read_bytes() for name in ("before", "after"))
+        assert before == after
+    assert all(entity.tag == tag for tag, entity in tagged.items())
 
 
 def test_the_text_is_that_of_the_program(tetrahedron, tmp_path):

@@ -145,17 +145,26 @@ def test_a_case_that_could_not_be_prepared_is_closed(tetrahedron):
 
 
 OUT_OF_MEMORY = """
-import resource
+import contextlib, resource
 import ovrageo
 from conftest import cube
 
+def limit(size):
+    resource.setrlimit(resource.RLIMIT_AS, (size, resource.RLIM_INFINITY))
+
 case, _ = cube(20)
 in_use = int(open("/proc/self/statm").read().split()[0]) * resource.getpagesize()
-resource.setrlimit(resource.RLIMIT_AS, (in_use + (1 << 20), resource.RLIM_INFINITY))
+limit(in_use)
+filling = []  # what was freed before, and could be had again
+for size in (1 << 16, 1 << 12, 1 << 10):
+    with contextlib.suppress(MemoryError):
+        while True:
+            filling.append(bytearray(size))
+limit(in_use + (1 << 18))
 try:
     WORK
 except MemoryError as error:
-    resource.setrlimit(resource.RLIMIT_AS, (resource.RLIM_INFINITY, resource.RLIM_INFINITY))
+    limit(resource.RLIM_INFINITY)
     try:
         print(case.mesh)
     except ovrageo.GoneError as error:
