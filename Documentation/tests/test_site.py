@@ -73,6 +73,12 @@ class Filter(unittest.TestCase):
                          '[a](@ref verify), <code>@ref ovrageo-info "b"</code>, '
                          "[c](@ref solver-input-who-reads-it)")
 
+    def test_names_of_files_become_titles(self):
+        links = "[Verify.md](Verify.md), [`Verify.md`](Verify.md#pairs), [0012](decisions/0012-pictures-without-a-display.md)"
+        self.assertEqual(filtered(links, "Documentation/Picture.md"),
+                         "[Verifying a case](@ref verify), [Pairs](@ref verify-pairs), "
+                         "[0012 Pictures without a display](@ref decision-0012-pictures-without-a-display)")
+
     def test_pages_in_folders(self):
         self.assertEqual(filtered("# Cases\n[up](../README.md)", "Cases/README.md"),
                          "# Cases {#cases}\n[up](@ref index)")
