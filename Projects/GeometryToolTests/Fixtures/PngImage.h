@@ -59,7 +59,11 @@ public:
         int squares = 0;
         for (int y = 0; y + side <= a.height_; y += side) {
             for (int x = 0; x + side <= a.width_; x += side) {
-                sum += std::abs(a.brightness(x, y, side) - b.brightness(x, y, side));
+                const Means one = a.means(x, y, side);
+                const Means other = b.means(x, y, side);
+                for (std::size_t channel = 0; channel < one.size(); ++channel) {
+                    sum += std::abs(one[channel] - other[channel]) / 3.0;
+                }
                 ++squares;
             }
         }
@@ -124,16 +128,21 @@ private:
         }
     }
 
-    double brightness(int x, int y, int side) const
+    using Means = std::array<double, 3>;
+
+    // Each channel by itself: blue in place of orange would have the same brightness.
+    Means means(int x, int y, int side) const
     {
-        double sum = 0.0;
+        Means sums = {};
         for (int j = y; j < y + side; ++j) {
             for (int i = x; i < x + side; ++i) {
                 const Colour colour = at(i, j);
-                sum += colour[0] + colour[1] + colour[2];
+                for (std::size_t channel = 0; channel < sums.size(); ++channel) {
+                    sums[channel] += colour[channel] / (1.0 * side * side);
+                }
             }
         }
-        return sum / (3.0 * side * side);
+        return sums;
     }
 
     int width_ = 0;
