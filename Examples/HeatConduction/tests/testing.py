@@ -11,6 +11,7 @@ from pathlib import Path
 
 COARSE = {"carriage": 0.018, "channel": 0.010, "enclosure": 0.010, "fan": 0.025, "sector": 0.008}
 SKIPPED = 77  # CTest counts this as skipped
+NOTHING_SKIPPED = "OVRA_NOTHING_SKIPPED" in os.environ  # all is installed, Scripts/test has seen to it
 
 HERE = Path(__file__).resolve().parent
 ROOT = HERE.parents[2]

@@ -1,3 +1,4 @@
+#include "AttributeType.h"
 #include "CgnsChecker.h"
 #include "CgnsContent.h"
 #include "CgnsNames.h"
@@ -9,11 +10,15 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
 #include <cmath>
 #include <map>
 #include <set>
 #include <sys/resource.h>
+#include <utility>
+#include <vector>
 
+using Ovra::Geo::AttributeType;
 using Ovra::Geo::Vector;
 using Ovra::GeoTool::CgnsNames;
 
@@ -27,7 +32,10 @@ private slots:
     {
         QVERIFY(directory_.isValid());
         makeParts();
-        makePrepared("sector");
+        for (const char* name : {"sector", "fan", "channel"}) {
+            makePrepared(name);
+        }
+        makeMatchingSides();
         makePlane();
         QVERIFY(writeContent(path("kinds.msh"), kinds()));
         QCOMPARE(runTool({"import", path("kinds.msh"), "-o", path("kinds")}).exitCode, 0);
@@ -37,8 +45,12 @@ private slots:
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QStringList>("options");
-        for (const char* name : {"parts", "parts-prepared", "sector-prepared", "plane", "kinds"}) {
+        for (const char* name : {"parts", "parts-prepared", "sector-prepared", "matching-prepared",
+                                 "plane", "kinds"}) {
             QTest::newRow(name) << name << QStringList();
+        }
+        for (const char* name : {"parts", "parts-prepared", "sector-prepared", "fan-prepared",
+                                 "channel-prepared", "plane", "kinds"}) {
             QTest::addRow("%s in one zone", name) << name << QStringList("--one-zone");
             if (QByteArray(name) != "kinds") {
                 QTest::addRow("%s in parts", name) << name << QStringList{"--parts", "3"};
@@ -192,6 +204,75 @@ private slots:
             }
         }
         QCOMPARE(links, 4); // two pairs, both ways
+    }
+
+    /// Vertex by vertex, where the transform takes each to that to which it is connected.
+    void connectsPeriodicPairsThatMatch()
+    {
+        const CgnsContent content = written("matching-prepared");
+        const CgnsContent::Zone& zone = content.zone("box");
+        QCOMPARE(zone.links.size(), std::size_t(2));
+        for (const CgnsContent::Link& link : zone.links) {
+            QCOMPARE(link.texts.value("Relation"), QString("periodic"));
+            QCOMPARE(link.type, CGNS_ENUMV(Abutting1to1));
+            QCOMPARE(distinct(link.points), nodesOn(zone, link.texts.value("FullName")));
+            QCOMPARE(distinct(link.donors), nodesOn(zone, link.texts.value("DonorFace")));
+            for (std::size_t i = 0; i < link.points.size(); ++i) {
+                const Vector moved = turned(pointOf(zone, link.points[i]), link.center, link.angle,
+                                            link.translation);
+                QVERIFY((moved - pointOf(zone, link.donors[i])).length() < 1e-6);
+            }
+        }
+    }
+
+    void connectsWhatIsDoubledAsAWhole_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("relation");
+        QTest::newRow("fluid and solid") << "fan-prepared"
+                                         << "solid side";
+        QTest::newRow("rotor and stator") << "fan-prepared"
+                                          << "stator side";
+    }
+
+    /// All vertices of a face with those of its double, in the same places, from either side.
+    void connectsWhatIsDoubledAsAWhole()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, relation);
+        const CgnsContent content = written(name);
+        QStringList connected;
+        for (const auto& [zone, link] : linksOf(content, relation)) {
+            const CgnsContent::Zone& other = content.zone(link->donor);
+            QCOMPARE(link->type, CGNS_ENUMV(Abutting1to1));
+            QCOMPARE(distinct(link->points), nodesOn(*zone, link->texts.value("FullName")));
+            QCOMPARE(distinct(link->donors), nodesOn(other, link->texts.value("DonorFace")));
+            for (std::size_t i = 0; i < link->points.size(); ++i) {
+                QVERIFY(pointOf(*zone, link->points[i]) == pointOf(other, link->donors[i]));
+            }
+            connected += pairOf(*link);
+        }
+        ImportedCase original(path(name));
+        QCOMPARE(connectedIn(original, relation == "solid side" ? AttributeType::SolidFace
+                                                                : AttributeType::StatorFace),
+                 sorted(connected));
+    }
+
+    /// The mesh faces of either side, which do not match.
+    void connectsExtrudedFaces()
+    {
+        const CgnsContent content = written("channel-prepared");
+        QStringList connected;
+        for (const auto& [zone, link] : linksOf(content, "extruded")) {
+            QCOMPARE(link->type, CGNS_ENUMV(Abutting));
+            const std::vector<cgsize_t> faces = elementsOn(*zone, link->texts.value("FullName"));
+            QCOMPARE(link->points, (std::vector<cgsize_t>{faces.front(), faces.back()}));
+            QCOMPARE(link->donors,
+                     elementsOn(content.zone(link->donor), link->texts.value("DonorFace")));
+            connected += pairOf(*link);
+        }
+        ImportedCase original(path("channel-prepared"));
+        QCOMPARE(connectedIn(original, AttributeType::ExtrudedFace), sorted(connected));
     }
 
     /// Every vertex of several parts is connected, and with these alone.
@@ -415,6 +496,28 @@ private:
                  0);
     }
 
+    /// A box whose periodic sides have the same mesh, 2 apart.
+    void makeMatchingSides() const
+    {
+        QVERIFY(writeContent(
+            path("matching.geo"),
+            "SetFactory(\"OpenCASCADE\"); Mesh.MeshSizeMax = 0.6; Box(1) = {0, 0, 0, 2, 1, 1};\n"
+            "Transfinite Surface \"*\"; Transfinite Volume \"*\";\n"
+            "Physical Volume(\"box\") = {1};\n"
+            "Physical Surface(\"low\") = Surface In BoundingBox{-1, -1, -1, 0.1, 2, 2};\n"
+            "Physical Surface(\"high\") = Surface In BoundingBox{1.9, -1, -1, 3, 2, 2};\n"));
+        QVERIFY(writeContent(path("matching.json"), R"({"groups": {
+            "box": {"material_type": "fluid", "material_id": 1},
+            "low": {"periodic_pair_id": 1, "periodic_side_id": 1},
+            "high": {"periodic_pair_id": 1, "periodic_side_id": 2}}})"));
+        const ToolRun run = runTool({"import", path("matching.geo"), "-o", path("matching"),
+                                     "--attributes", path("matching.json")});
+        QVERIFY2(run.exitCode == 0, run.errors.constData());
+        QCOMPARE(runTool({"prepare", path("matching"), "-o", path("matching-prepared"), "--all"})
+                     .exitCode,
+                 0);
+    }
+
     void makePlane() const
     {
         QVERIFY(
@@ -492,6 +595,71 @@ private:
         }
     }
 
+    /// The connections of a relation, each with its zone.
+    static std::vector<std::pair<const CgnsContent::Zone*, const CgnsContent::Link*>>
+    linksOf(const CgnsContent& content, const QString& relation)
+    {
+        std::vector<std::pair<const CgnsContent::Zone*, const CgnsContent::Link*>> found;
+        for (const CgnsContent::Zone& zone : content.zones) {
+            for (const CgnsContent::Link& link : zone.links) {
+                if (link.texts.value("Relation") == relation) {
+                    found.emplace_back(&zone, &link);
+                }
+            }
+        }
+        return found;
+    }
+
+    static QString pairOf(const CgnsContent::Link& link)
+    {
+        return link.texts.value("FullName") + " to " + link.texts.value("DonorFace");
+    }
+
+    /// Not so the side of a region without mesh.
+    static bool boundsElements(Ovra::Geo::ModelEntity* face)
+    {
+        const std::vector<Ovra::Geo::MeshEntity*> children = ImportedCase::children(face);
+        return std::any_of(children.begin(), children.end(),
+                           [](auto* child) { return child->adjacencyCount(3) > 0; });
+    }
+
+    /// What an attribute of faces connects, both ways.
+    static QStringList connectedIn(ImportedCase& original, const AttributeType& type)
+    {
+        const auto nameOf = [](const Ovra::Geo::ModelEntity& face) {
+            return face.name().isEmpty() ? QStringLiteral("face_%1").arg(face.id()) : face.name();
+        };
+        QStringList connected;
+        for (Ovra::Geo::ModelEntity* face : original.entities(2)) {
+            Ovra::Geo::ModelEntity* const other =
+                original.model()->entity(2, face->attributes().value(type, 0).toInt());
+            if (other && other != face && boundsElements(face) && boundsElements(other)) {
+                connected += {nameOf(*face) + " to " + nameOf(*other),
+                              nameOf(*other) + " to " + nameOf(*face)};
+            }
+        }
+        connected.sort();
+        return connected;
+    }
+
+    static QStringList sorted(QStringList texts)
+    {
+        texts.sort();
+        return texts;
+    }
+
+    static Vector pointOf(const CgnsContent::Zone& zone, cgsize_t node)
+    {
+        return zone.points[static_cast<std::size_t>(node) - 1];
+    }
+
+    static std::vector<cgsize_t> distinct(std::vector<cgsize_t> numbers)
+    {
+        std::sort(numbers.begin(), numbers.end());
+        numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
+        return numbers;
+    }
+
     static Vector turned(const Vector& point, const std::array<float, 3>& center,
                          const std::array<float, 3>& angle, const std::array<float, 3>& translation)
     {
@@ -564,17 +732,46 @@ private:
                  qPrintable(face));
     }
 
-    static std::vector<Vector> pointsOn(const CgnsContent::Zone& zone, const QString& face)
+    static std::vector<const CgnsContent::Section*> sectionsOn(const CgnsContent::Zone& zone,
+                                                               const QString& face)
     {
-        std::vector<Vector> points;
+        std::vector<const CgnsContent::Section*> sections;
         for (const CgnsContent::Section& section : zone.sections) {
             const bool isFace =
                 section.type == CGNS_ENUMV(TRI_3) || section.type == CGNS_ENUMV(QUAD_4);
             if (isFace && section.texts.value("FullName") == face) {
-                for (const cgsize_t node : section.nodes) {
-                    points.push_back(zone.points[static_cast<std::size_t>(node) - 1]);
-                }
+                sections.push_back(&section);
             }
+        }
+        return sections;
+    }
+
+    /// The numbers of the mesh faces on a face, in ascending order.
+    static std::vector<cgsize_t> elementsOn(const CgnsContent::Zone& zone, const QString& face)
+    {
+        std::vector<cgsize_t> elements;
+        for (const CgnsContent::Section* section : sectionsOn(zone, face)) {
+            for (int element = section->first; element <= section->last; ++element) {
+                elements.push_back(element);
+            }
+        }
+        return distinct(elements);
+    }
+
+    static std::vector<cgsize_t> nodesOn(const CgnsContent::Zone& zone, const QString& face)
+    {
+        std::vector<cgsize_t> nodes;
+        for (const CgnsContent::Section* section : sectionsOn(zone, face)) {
+            nodes.insert(nodes.end(), section->nodes.begin(), section->nodes.end());
+        }
+        return distinct(nodes);
+    }
+
+    static std::vector<Vector> pointsOn(const CgnsContent::Zone& zone, const QString& face)
+    {
+        std::vector<Vector> points;
+        for (const cgsize_t node : nodesOn(zone, face)) {
+            points.push_back(pointOf(zone, node));
         }
         return points;
     }

@@ -6,6 +6,7 @@
 #include "Places.h"
 #include "PreparedChecks.h"
 #include "ToolRun.h"
+#include "VtkContent.h"
 
 #include <QMap>
 #include <QObject>
@@ -215,12 +216,26 @@ private slots:
         verify(back);
     }
 
-    void isSoundAsCgns_data()
+    void isReadByVtk_data() { addBoth(); }
+
+    /// All elements and mesh faces, under the names and attributes of what they stand on.
+    void isReadByVtk()
     {
-        QTest::addColumn<QString>("name");
-        QTest::newRow("imported") << importedName();
-        QTest::newRow("prepared") << preparedName();
+        QFETCH(QString, name);
+        const ToolRun run = runTool({"export", name, "-o", name + ".vtu"});
+        if (run.errors.contains("was built without VTK")) {
+            QSKIP("this build has no VTK");
+        }
+        QCOMPARE(run.errors, QByteArray());
+        QCOMPARE(runTool({"export", name, "-o", name + ".vtm"}).errors, QByteArray());
+        ImportedCase original(name);
+        QCOMPARE(VtkContent::gridOf(name + ".vtu").cells, original.mesh()->count(3));
+        const auto blocks = VtkContent::blocksOf(name + ".vtm");
+        QCOMPARE(blockFaults(original, 3, blocks.value("regions")), QString());
+        QCOMPARE(blockFaults(original, 2, blocks.value("faces")), QString());
     }
+
+    void isSoundAsCgns_data() { addBoth(); }
 
     void isSoundAsCgns()
     {
@@ -239,6 +254,56 @@ private slots:
 
 private:
     using ModelEntity = Ovra::Geo::ModelEntity;
+
+    void addBoth() const
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("imported") << importedName();
+        QTest::newRow("prepared") << preparedName();
+    }
+
+    /// What the blocks of model regions, or faces, do not hold of them; they stand by ids.
+    static QString blockFaults(ImportedCase& original, int dimension,
+                               const QList<VtkContent::Piece>& blocks)
+    {
+        const std::vector<ModelEntity*> entities = original.entities(dimension);
+        if (blocks.size() != static_cast<qsizetype>(entities.size())) {
+            return QStringLiteral("%1 blocks of %2").arg(blocks.size()).arg(entities.size());
+        }
+        for (qsizetype i = 0; i < blocks.size(); ++i) {
+            const QString fault = blockFault(*entities[static_cast<std::size_t>(i)], blocks.at(i));
+            if (!fault.isEmpty()) {
+                return blocks.at(i).name + QStringLiteral(": ") + fault;
+            }
+        }
+        return QString();
+    }
+
+    static QString blockFault(ModelEntity& entity, const VtkContent::Piece& block)
+    {
+        const QString kind =
+            entity.dimension() == 3 ? QStringLiteral("region_") : QStringLiteral("face_");
+        const QString id = QString::number(entity.id());
+        const QString name = entity.name().isEmpty() ? kind + id : entity.name();
+        if (block.name != name || block.facts.value(kind + "id") != id ||
+            block.facts.value(kind + "name") != entity.name()) {
+            return "it is no block of " + name;
+        }
+        if (block.cells != entity.childCount()) {
+            return QStringLiteral("%1 of %2 cells").arg(block.cells).arg(entity.childCount());
+        }
+        for (const Ovra::Geo::AttributeType& type : entity.attributes().types()) {
+            const QString tag = type.toString();
+            const QVariant value = entity.attributes().value(type, {});
+            const bool isNumber = value.typeId() == QMetaType::Int;
+            if (!block.facts.contains(kind + tag) ||
+                (block.cells > 0 && !block.cellFields.contains(tag)) ||
+                (isNumber && block.facts.value(kind + tag) != value.toString())) {
+                return "it has no " + tag + ' ' + value.toString();
+            }
+        }
+        return QString();
+    }
 
     QString input(const char* suffix) const
     {

@@ -24,7 +24,7 @@ inline QByteArray faultsOf(const QString& path)
     const QByteArray output = process.readAll();
     const bool isSound = isOver && process.exitStatus() == QProcess::NormalExit &&
                          process.exitCode() == 0 && !output.contains("ERROR");
-    return isSound ? QByteArray() : output;
+    return isSound ? QByteArray() : "cgnscheck found: " + output;
 }
 
 inline QString differ()
