@@ -218,8 +218,8 @@ private:
     static QByteArray scriptOfTheManual()
     {
         const QByteArray manual = contentOf(Places::documentation() + QStringLiteral("/Import.md"));
-        const QByteArray fence = "```geo\n";
-        const qsizetype begin = manual.indexOf(fence + "SetFactory") + fence.size();
+        const QByteArray mark = "<!-- file joined.geo -->\n```geo\n";
+        const qsizetype begin = manual.indexOf(mark) + mark.size();
         return manual.mid(begin, manual.indexOf("```", begin) - begin);
     }
 
