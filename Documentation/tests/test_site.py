@@ -106,6 +106,11 @@ class Site(unittest.TestCase):
     def test_has_no_fault(self):
         self.assertEqual(self.making.returncode, 0, self.making.stdout + self.making.stderr)
 
+    def test_unknown_option_is_a_fault(self):
+        run = subprocess.run([os.path.join(ROOT, "Scripts", "documentation"), "--no-install", "--extern"],
+                             capture_output=True, text=True)
+        self.assertEqual((run.returncode, run.stderr), (2, "documentation: there is no option --extern\n"))
+
     def test_index_of_the_search(self):
         with open(os.path.join(self.folder, "html", "index.js"), encoding="utf-8") as index:
             entries = json.loads(index.read()[len("const ENTRIES = "):-len(";\n")])

@@ -128,7 +128,7 @@ void addFileOptions(CLI::App& command, Arguments& arguments)
     command
         .add_option("INPUT", arguments.input,
                     "Gmsh .geo or .msh, STEP, IGES, BREP, UNV, Nastran .bdf, STL, legacy VTK, "
-                    "Medit .mesh, Abaqus .inp, or another that Import.md lists")
+                    "Medit .mesh, Abaqus .inp, or another that ImportFormats.md lists")
         ->required();
     command
         .add_option("-o,--output", arguments.output,
