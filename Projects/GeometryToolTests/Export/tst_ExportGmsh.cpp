@@ -1,7 +1,9 @@
 #include "CaseLines.h"
+#include "ExportFormat.h"
 #include "GmshFixture.h"
 #include "GmshFormat.h"
 #include "Matrix.h"
+#include "Su2File.h"
 #include "TinyCase.h"
 #include "ToolRun.h"
 
@@ -9,69 +11,11 @@
 #include <QJsonObject>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTextStream>
 
 #include <sys/resource.h>
 
+using Ovra::GeoTool::ExportFormat;
 using Ovra::GeoTool::GmshFormat;
-
-/// \brief What stands in an SU2 file of tetrahedra.
-struct Su2File
-{
-    explicit Su2File(const QByteArray& text)
-    {
-        QTextStream stream(text);
-        std::vector<std::vector<int>> tetrahedra;
-        std::vector<Ovra::Geo::Vector> points;
-        QString key;
-        while (!(stream >> key).atEnd()) {
-            if (key == "NELEM=") {
-                stream >> elements;
-                for (int i = 0; i < elements; ++i) {
-                    tetrahedra.push_back(numbers(stream, 6));
-                }
-            } else if (key == "NPOIN=") {
-                int count = 0;
-                stream >> count;
-                for (int i = 0; i < count; ++i) {
-                    double x = 0;
-                    double y = 0;
-                    double z = 0;
-                    int number = 0;
-                    stream >> x >> y >> z >> number;
-                    points.emplace_back(x, y, z);
-                }
-            } else if (key == "MARKER_TAG=") {
-                QString name;
-                int count = 0;
-                stream >> name >> key >> count;
-                markers.insert(name, count);
-                stream.readLine();
-                for (int i = 0; i < count; ++i) {
-                    stream.readLine();
-                }
-            }
-        }
-        for (const std::vector<int>& t : tetrahedra) {
-            const auto at = [&](std::size_t i) { return points[static_cast<std::size_t>(t[i])]; };
-            volume += ((at(2) - at(1)) ^ (at(3) - at(1))) * (at(4) - at(1)) / 6.0;
-        }
-    }
-
-    int elements = 0;
-    double volume = 0;
-    QMap<QString, int> markers; ///< their numbers of elements
-
-private:
-    static std::vector<int> numbers(QTextStream& stream, std::size_t count)
-    {
-        std::vector<int> list(count);
-        for (int& number : list) {
-            stream >> number;
-        }
-        return list;
-    }
-};
 
 /// The formats that Gmsh writes: what comes back from each.
 class ExportGmshTest : public QObject
@@ -387,13 +331,30 @@ private slots:
         QCOMPARE(CaseLines::of(after, parts), CaseLines::of(before, parts));
     }
 
+    void writesTextToStandardOutput_data()
+    {
+        QTest::addColumn<QString>("suffix");
+        for (const ExportFormat& format : ExportFormat::all()) {
+            if (format.content == ExportFormat::Content::Text) {
+                QTest::newRow(qPrintable(format.suffix)) << format.suffix;
+            }
+        }
+    }
+
+    /// What stands in the file, and nothing else; there is no attributes file.
     void writesTextToStandardOutput()
     {
-        QCOMPARE(runTool({"export", path("parts"), "-o", path("out.unv"), "-q"}).exitCode, 0);
-        const ToolRun run = runTool({"export", path("parts"), "-o", "-", "--format", "unv", "-q"});
+        QFETCH(QString, suffix);
+        const QString file = path("out.") + suffix;
+        const QString empty = path("empty");
+        QVERIFY(QDir().mkpath(empty));
+        QCOMPARE(runTool({"export", path("parts"), "-o", file, "-q"}).exitCode, 0);
+        const ToolRun run = runTool({"export", path("parts"), "-o", "-", "--format", suffix, "-q"},
+                                    QString(), [&empty] { QDir::setCurrent(empty); });
         QCOMPARE(run.errors, QByteArray());
-        QCOMPARE(run.output, contentOf(path("out.unv")));
-        QVERIFY(!QFile::exists(path("-.json")));
+        QVERIFY(!run.output.isEmpty());
+        QCOMPARE(run.output, contentOf(file));
+        QVERIFY(QDir(empty).isEmpty());
     }
 
     void leavesNothingWhereTheDiskIsFull_data()
