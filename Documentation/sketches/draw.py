@@ -387,7 +387,37 @@ def adjacency():
     return drawing
 
 
-SKETCHES = [classification, adjacency, wedges, replicate, split, peripheral, remove, renumber, periodic, extruded]
+def item(drawing, at, size, text, fill, stroke=INK, dash=None):
+    """A text in a frame, which begins at a place."""
+    (x, y), (width, height) = at, size
+    drawing.polygon([(x, y), (x + width, y), (x + width, y + height), (x, y + height)], fill, stroke, 1.4, dash)
+    drawing.text((x + width / 2, y + height / 2 + 5), text, stroke)
+
+
+def stored():
+    drawing = Drawing(760, 380, "What is stored, and what is made of it")
+    drawing.text((160, 26), "stored in the files", FAINT)
+    drawing.text((575, 26), "made of it", FAINT)
+    rows = [("ids", "next free id", "while reading"),
+            ("parent of a mesh entity", "children of a model entity", "while reading"),
+            ("vertices of an element", "what uses a vertex, edge or face", "after reading"),
+            ("points of vertices", "centroid and normal of an element", "at each call"),
+            (None, "those of the mesh on a model entity", "at the first call")]
+    for row, (source, made, when) in enumerate(rows):
+        y = 42 + 50 * row
+        if source:
+            item(drawing, (40, y), (240, 34), source, AIR)
+        begin = (280, y + 17) if source else (280, y - 33)
+        drawing.arrow((begin[0] - 4, begin[1]), (446, y + 17), TIE, dash="5 4")
+        item(drawing, (440, y), (270, 34), made, "#ffffff", TIE, "5 4")
+        drawing.text((360, y + 10 if source else y + 16), when, TIE, font_size=12)
+    item(drawing, (40, 300), (670, 58), "", SOLID)
+    drawing.text((375, 324), "names, tags, attributes; neighbours within the model; box, length, area, volume,")
+    drawing.text((375, 344), "centroid and normal of a model entity: stored, and nothing is made of them")
+    return drawing
+
+
+SKETCHES = [classification, adjacency, stored, wedges, replicate, split, peripheral, remove, renumber, periodic, extruded]
 
 
 def main():
