@@ -262,6 +262,7 @@ class Closing:
     "use",
     [
         lambda case, it: case.model.faces[1].attributes.__setitem__("material_id", it),
+        lambda case, it: case.model.faces[1].attributes.update(material_type="solid", visual_scale_factor=it),
         lambda case, it: setattr(case.mesh.vertices[1], "point", (it, 0, 0)),
         lambda case, it: setattr(case.model.faces[1], "box", ((it, 0, 0), (1, 1, 1))),
         lambda case, it: setattr(case.model, "box", ((it, 0, 0), (1, 1, 1))),

@@ -47,9 +47,11 @@ public:
         points_ = python("mesh.vertices.coordinates");
         connectivity_ = python("mesh.regions.connectivity");
         ids_ = python("mesh.regions.ids");
+        parents_ = python("mesh.regions.parents[1]");
     }
 
     Mesh& mesh() { return block_.mesh(); }
+    Model& model() { return block_.model(); }
 
     /// Evaluates \p expression on the case in Python.
     py::object python(const char* expression) const
@@ -67,11 +69,13 @@ public:
         points_ = {};
         connectivity_ = {};
         ids_ = {};
+        parents_ = {};
     }
 
     const py::array_t<double>& points() const { return points_; }
     const py::array_t<int>& connectivity() const { return connectivity_; }
     const py::array_t<int>& ids() const { return ids_; }
+    const py::array_t<int>& parents() const { return parents_; }
 
 private:
     BlockCase block_;
@@ -79,6 +83,7 @@ private:
     py::array_t<double> points_;
     py::array_t<int> connectivity_;
     py::array_t<int> ids_;
+    py::array_t<int> parents_;
 };
 
 Cases* cases = nullptr;
@@ -153,6 +158,52 @@ void loopSetAttribute(benchmark::State& state)
     }
 }
 
+void loopIds(benchmark::State& state)
+{
+    Mesh& mesh = cases->mesh();
+    for (auto _ : state) {
+        std::vector<int> ids;
+        ids.reserve(static_cast<std::size_t>(mesh.count(3)));
+        for (auto walk = mesh.iterator(3); walk.hasNext();) {
+            ids.push_back(walk.next().key());
+        }
+        benchmark::DoNotOptimize(ids.data());
+    }
+}
+
+void loopSetCoordinates(benchmark::State& state)
+{
+    Mesh& mesh = cases->mesh();
+    for (auto _ : state) {
+        const double* point = cases->points().data();
+        for (auto walk = mesh.iterator(0); walk.hasNext(); point += 3) {
+            static_cast<MeshVertex*>(walk.next().value())
+                ->setPoint(Vector(point[0], point[1], point[2]));
+        }
+    }
+}
+
+void loopClassify(benchmark::State& state)
+{
+    Mesh& mesh = cases->mesh();
+    for (auto _ : state) {
+        const int* parent = cases->parents().data();
+        for (auto walk = mesh.iterator(3); walk.hasNext();) {
+            cases->model().entity(3, *parent++)->addChild(walk.next().value());
+        }
+    }
+}
+
+void loopSetTruth(benchmark::State& state)
+{
+    Mesh& mesh = cases->mesh();
+    for (auto _ : state) {
+        for (auto walk = mesh.iterator(3); walk.hasNext();) {
+            walk.next().value()->attributes().insert(AttributeType::InBL, true);
+        }
+    }
+}
+
 void build(Mesh& mesh)
 {
     const double* point = cases->points().data();
@@ -212,6 +263,19 @@ py::object setAttribute()
     return regions.attr("set_attribute")("material_id", cases->ids(), cases->ids());
 }
 
+bool setCoordinates()
+{
+    const py::object mesh = cases->pythonCase().attr("mesh");
+    mesh.attr("vertices").attr("coordinates") = cases->points();
+    return true;
+}
+
+py::object classify()
+{
+    const py::object mesh = cases->pythonCase().attr("mesh");
+    return mesh.attr("regions").attr("classify")(cases->parents());
+}
+
 void registerAll()
 {
     const auto add = [](const char* name, auto call) {
@@ -230,6 +294,16 @@ void registerAll()
     add("Connectivity/Python", ask("mesh.regions.connectivity"));
     add("Parents/loop", loopParents);
     add("Parents/Python", ask("mesh.regions.parents"));
+    add("Ids/loop", loopIds);
+    add("Ids/Python", ask("mesh.regions.ids"));
+    add("OfKind/loop", loopConnectivity);
+    add("OfKind/Python", ask("mesh.regions.of_kind('tetrahedron').connectivity"));
+    add("SetCoordinates/loop", loopSetCoordinates);
+    add("SetCoordinates/Python", inPython(setCoordinates));
+    add("Classify/loop", loopClassify);
+    add("Classify/Python", inPython(classify));
+    add("SetTruth/loop", loopSetTruth);
+    add("SetTruth/Python", ask("mesh.regions.set_attribute('in_bl', True)"));
     add("Build/loop", loopBuild);
     add("Build/Python", pythonBuild);
 }
