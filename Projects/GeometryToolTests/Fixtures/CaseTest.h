@@ -239,7 +239,7 @@ private slots:
 
     void isSoundAsCgns()
     {
-        if (CgnsChecker::program().isEmpty()) {
+        if (CgnsChecker::isMissing(CgnsChecker::program())) {
             QSKIP("there is no cgnscheck here (Debian's package cgns-convert)");
         }
         QFETCH(QString, name);

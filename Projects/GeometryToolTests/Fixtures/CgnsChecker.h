@@ -14,6 +14,12 @@ inline QString program()
     return QStandardPaths::findExecutable(QStringLiteral("cgnscheck"));
 }
 
+/// \brief Whether a test has to do without one of these programs; not so where all are installed.
+inline bool isMissing(const QString& found)
+{
+    return found.isEmpty() && !qEnvironmentVariableIsSet("OVRA_NOTHING_SKIPPED");
+}
+
 /// \brief What it says of a file; empty if it finds no errors.
 inline QByteArray faultsOf(const QString& path)
 {
