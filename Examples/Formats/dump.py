@@ -7,6 +7,7 @@ Knows nothing but what Documentation/FileFormats.md says, and needs no library: 
 languages. Values of attributes are read as far as they are numbers, texts and lists of these.
 """
 
+import signal
 import struct
 import sys
 
@@ -189,4 +190,5 @@ def main():
 
 
 if __name__ == "__main__":
+    signal.signal(signal.SIGPIPE, signal.SIG_DFL)  # ends in silence where head has read enough
     main()
