@@ -128,6 +128,16 @@ PictureData::Colour PictureColours::of(const ModelEntity* face, const ModelEntit
     return palette.at(static_cast<std::size_t>(position) % palette.size());
 }
 
+bool PictureColours::hasValue(const ModelEntity* face, const ModelEntity* body) const
+{
+    return positions_.contains(valueOf(face, body));
+}
+
+bool PictureColours::isMarked(const ModelEntity* face) const
+{
+    return attribute_.isValid() && !attributeOf(face, attribute_).isEmpty();
+}
+
 QString PictureColours::neutralText() const
 {
     return attribute_.isValid() ? QStringLiteral("(none)") : QStringLiteral("(no %1)").arg(by_);

@@ -38,6 +38,12 @@ public:
     /// \param body null for a face that bounds nothing
     PictureData::Colour of(const Geo::ModelEntity* face, const Geo::ModelEntity* body);
 
+    /// \brief Whether a part has a colour that stands for something; see of().
+    bool hasValue(const Geo::ModelEntity* face, const Geo::ModelEntity* body) const;
+
+    /// \brief Whether a face itself has the attribute that the colours are of.
+    bool isMarked(const Geo::ModelEntity* face) const;
+
     /// \brief What the colours stand for, in the order of the model.
     std::vector<PictureData::LegendEntry> legend() const;
 

@@ -23,7 +23,8 @@ struct PictureData
     {
         Colour colour = {};
         double opacity = 1.0;
-        Point offset = {}; ///< by how much it is moved, after it was cut
+        bool isBehind = false; ///< of two at the same place, the one that cannot be seen
+        Point offset = {};     ///< by how much it is moved, after it was cut
         std::vector<int> triangles;
         std::vector<int> quadrilaterals;
     };
@@ -57,7 +58,13 @@ struct PictureData
         bool isMark = false;
     };
 
-    /// \brief What lies on one side is not drawn.
+    struct AxisNumber
+    {
+        double at = 0;
+        std::string text;
+    };
+
+    /// \brief What lies on one side, before anything is moved, is not drawn.
     struct Plane
     {
         int axis = 0; ///< 0 to 2
@@ -75,7 +82,7 @@ struct PictureData
     std::optional<Plane> plane;
     bool hasMeshLines = true;
 
-    Point low = {}; ///< box of all that is drawn, offsets included
+    Point low = {}; ///< box of what is drawn, where it is drawn
     Point high = {};
     Point from = {0, 0, 1}; ///< direction from which the case is seen
     Point up = {0, 1, 0};
@@ -85,7 +92,7 @@ struct PictureData
     std::string legendTitle;
     std::vector<LegendEntry> legend;
     std::array<std::string, 3> axisTitles;
-    bool hasAxisNumbers = true; ///< the places along the axes are those of the case
+    std::array<std::vector<AxisNumber>, 3> axisNumbers; ///< ascending; none where regions are moved
 };
 
 /// \brief What the module's function `ovrageo_draw` answers.

@@ -25,12 +25,6 @@ Box boxOfPoints(const std::vector<int>& vertices, const std::vector<Vector>& poi
     return box;
 }
 
-/// Box::isValid() answers true for the box of nothing.
-bool isEmpty(const Box& box)
-{
-    return box.isValid();
-}
-
 } // namespace
 
 bool isFluid(const ModelEntity* body)
@@ -125,12 +119,10 @@ void PictureParts::moveApart()
         return;
     }
     std::map<const ModelEntity*, Box> boxes;
-    Box whole;
     for (const Part& part : parts_) {
-        const Box box = boxOf(part);
-        boxes[part.body] += box;
-        whole += box;
+        boxes[part.body] += boxOf(part);
     }
+    const Box whole = box();
     const Vector middle = (whole.minimum() + whole.maximum()) / 2.0;
     for (const auto& [body, box] : boxes) {
         const Vector centre = (box.minimum() + box.maximum()) / 2.0;
@@ -159,13 +151,7 @@ Box PictureParts::box() const
 {
     Box whole;
     for (const Part& part : parts_) {
-        const PictureData::Point offset = offsetOf(part.body);
-        const Vector move(offset[0], offset[1], offset[2]);
-        const Box box = boxOf(part);
-        if (!isEmpty(box)) {
-            whole += box.minimum() + move;
-            whole += box.maximum() + move;
-        }
+        whole += boxOf(part);
     }
     return whole;
 }

@@ -42,7 +42,7 @@ public:
     /// \brief By how much a region is moved from its place; not at all where none are.
     PictureData::Point offsetOf(const Geo::ModelEntity* body) const;
 
-    /// \brief Of all parts where they stand.
+    /// \brief Of all parts where they lie in the case.
     Geo::Box box() const;
 
     /// \brief Of a part where it lies in the case.

@@ -1,6 +1,6 @@
 #include "PictureScene.h"
 
-#include "Box.h"
+#include "AxisNumbers.h"
 #include "CaseFindings.h"
 #include "CaseView.h"
 #include "Counted.h"
@@ -31,12 +31,12 @@ constexpr std::size_t mostPolygonsWithLines = 100000;
 constexpr double seeThrough = 0.14;
 
 /// Of the axes along which the box has no extent, the last; -1 if there is none.
-int flatAxis(const PictureData& data)
+int flatAxis(const Box& box)
 {
-    const double largest = std::max(
-        {data.high[0] - data.low[0], data.high[1] - data.low[1], data.high[2] - data.low[2]});
+    const Point extent = pictured(box.maximum() - box.minimum());
+    const double largest = std::max({extent[0], extent[1], extent[2]});
     for (const std::size_t axis : {2U, 1U, 0U}) {
-        if (data.high.at(axis) - data.low.at(axis) <= 1e-6 * largest) {
+        if (extent.at(axis) <= 1e-6 * largest) {
             return static_cast<int>(axis);
         }
     }
@@ -87,8 +87,8 @@ PictureScene::PictureScene(const CaseView& view, const PictureOptions& options,
     data_.width = options.width;
     data_.height = options.height;
     look();
+    placeBox();
     nameAxes();
-    cut();
     addParts();
     addLines();
     if (data_.plane && options.faces.isEmpty()) {
@@ -125,17 +125,20 @@ void PictureScene::setTitle(const QString& name)
 void PictureScene::look()
 {
     const Box box = parts_.box();
-    data_.low = pictured(box.minimum());
-    data_.high = pictured(box.maximum());
-    const int flat = flatAxis(data_);
+    const int flat = flatAxis(box);
     data_.from = directionOf(flat, options_.cut);
     data_.up = flat == 2 ? Point{0, 1, 0} : Point{0, 0, 1};
+    if (options_.cut) {
+        cut(box);
+    }
 }
 
 void PictureScene::nameAxes()
 {
-    data_.hasAxisNumbers = options_.explode == 0.0;
     for (std::size_t axis = 0; axis < 3; ++axis) {
+        if (options_.explode == 0.0) {
+            data_.axisNumbers.at(axis) = axisNumbers(data_.low.at(axis), data_.high.at(axis));
+        }
         const QString name = QStringLiteral("xyz").at(static_cast<qsizetype>(axis));
         data_.axisTitles.at(axis) = legendText(
             options_.unit.isEmpty() ? name : QStringLiteral("%1 [%2]").arg(name, options_.unit));
@@ -143,24 +146,51 @@ void PictureScene::nameAxes()
 }
 
 /// What is nearer to the eye than the plane goes.
-void PictureScene::cut()
+void PictureScene::cut(const Box& box)
 {
-    if (!options_.cut) {
-        return;
-    }
     const auto axis = static_cast<std::size_t>(options_.cut->axis);
     const double at = options_.cut->at;
-    if (at <= data_.low.at(axis) || at >= data_.high.at(axis)) {
+    const double low = pictured(box.minimum()).at(axis);
+    const double high = pictured(box.maximum()).at(axis);
+    if (at <= low || at >= high) {
         throw ToolError(ExitCode::Unsuitable,
                         QStringLiteral("--clip: %1 = %2 does not cut what is shown, from %3 to %4")
                             .arg(QStringLiteral("xyz").at(options_.cut->axis))
                             .arg(at)
-                            .arg(data_.low.at(axis))
-                            .arg(data_.high.at(axis)));
+                            .arg(low)
+                            .arg(high));
     }
     const bool keepsAbove = data_.from.at(axis) < 0;
     data_.plane = PictureData::Plane{options_.cut->axis, at, keepsAbove};
-    (keepsAbove ? data_.low : data_.high).at(axis) = at;
+}
+
+/// Of what is drawn of a part, where it is drawn: it is cut first, and moved then.
+Box PictureScene::boxOf(const PictureParts::Part& part) const
+{
+    const Box box = parts_.boxOf(part);
+    Point low = pictured(box.minimum());
+    Point high = pictured(box.maximum());
+    if (data_.plane) {
+        const auto axis = static_cast<std::size_t>(data_.plane->axis);
+        double& side = (data_.plane->keepsAbove ? low : high).at(axis);
+        side = data_.plane->keepsAbove ? std::max(side, data_.plane->at)
+                                       : std::min(side, data_.plane->at);
+    }
+    const Point offset = parts_.offsetOf(part.body);
+    const Vector move(offset[0], offset[1], offset[2]);
+    return {Vector(low[0], low[1], low[2]) + move, Vector(high[0], high[1], high[2]) + move};
+}
+
+void PictureScene::placeBox()
+{
+    Box whole;
+    for (const PictureParts::Part& part : parts_.all()) {
+        if (!isCutAway(part)) {
+            whole += boxOf(part);
+        }
+    }
+    data_.low = pictured(whole.minimum());
+    data_.high = pictured(whole.maximum());
 }
 
 /// Whether nothing of a part is on the side of the plane that is drawn.
@@ -186,7 +216,8 @@ void PictureScene::addParts()
     std::size_t polygons = 0;
     for (const PictureParts::Part& part : parts) {
         polygons += surface_.patches()[part.patch].polygonCount();
-        addPart(part, isFluidClear && isFluid(part.body) ? seeThrough : 1.0);
+        const bool isClear = isFluidClear && isFluid(part.body) && !colours_.isMarked(part.face);
+        addPart(part, isClear ? seeThrough : 1.0);
     }
     data_.hasMeshLines = polygons <= mostPolygonsWithLines;
 }
@@ -200,6 +231,7 @@ void PictureScene::addPart(const PictureParts::Part& part, double opacity)
     PictureData::Surface surface;
     surface.colour = colours_.of(part.face, part.body);
     surface.opacity = opacity;
+    surface.isBehind = !colours_.hasValue(part.face, part.body);
     surface.offset = parts_.offsetOf(part.body);
     surface.triangles = renumbered(patch.triangles);
     surface.quadrilaterals = renumbered(patch.quadrilaterals);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Box.h"
 #include "CaseSurface.h"
 #include "PictureColours.h"
 #include "PictureData.h"
@@ -29,8 +30,10 @@ public:
 
 private:
     void look();
+    void cut(const Geo::Box& box);
+    Geo::Box boxOf(const PictureParts::Part& part) const;
+    void placeBox();
     void nameAxes();
-    void cut();
     bool isCutAway(const PictureParts::Part& part) const;
     bool isCut(std::span<const int> vertices) const;
     void addParts();

@@ -1,11 +1,15 @@
+#include "AxisNumbers.h"
 #include "CaseFindings.h"
 #include "CaseView.h"
 #include "ClosedCase.h"
 #include "GeometryDatabaseTests/GridMesh.h"
 #include "PictureScene.h"
 #include "PreparationCase.h"
+#include "ToolError.h"
 
 #include <QTest>
+
+#include <algorithm>
 
 using namespace Ovra::Geo;
 using namespace Ovra::GeoTool;
@@ -160,7 +164,70 @@ private slots:
         QCOMPARE(left, 2);
         QCOMPARE(data.low[0], -1.0);
         QCOMPARE(data.high[0], 3.0);
-        QVERIFY(!data.hasAxisNumbers);
+        QVERIFY(data.axisNumbers[0].empty());
+    }
+
+    void cutsBeforeItMoves()
+    {
+        GridMesh grid(fluidAndSolid());
+        const CaseView view(*grid.database());
+        PictureOptions options;
+        options.explode = 2.0; // regions from 0 to 1 and from 1 to 2 come to stand at -1 and at 2
+        options.cut = PictureOptions::Cut{0, 1.5};
+        const PictureData both = PictureScene(view, options, nullptr).data();
+        QCOMPARE(both.low[0], -1.0);
+        QCOMPARE(both.high[0], 2.5);
+        options.cut = PictureOptions::Cut{0, 0.5};
+        QCOMPARE(PictureScene(view, options, nullptr).data().high[0], -0.5);
+        options.cut = PictureOptions::Cut{0, 2.5}; // within what is moved, beyond the case
+        QVERIFY_EXCEPTION_THROWN(PictureScene(view, options, nullptr), ToolError);
+    }
+
+    void showsFacesThatHaveTheAttribute()
+    {
+        GridMesh grid(fluidAndSolid());
+        const CaseView view(*grid.database());
+        ModelEntity* const fluid = grid.database()->model()->entity(3, 1);
+        for (int i = 0; i < fluid->adjacencyCount(2); ++i) {
+            fluid->adjacencyAt(2, i)->attributes().insert(AttributeType::SolidFace, 7);
+        }
+        PictureOptions options;
+        options.colorBy = QStringLiteral("solid_face");
+        const PictureData data = PictureScene(view, options, nullptr).data();
+        for (const PictureData::Surface& surface : data.surfaces) {
+            QCOMPARE(surface.opacity, 1.0);
+        }
+        QCOMPARE(std::count_if(data.surfaces.begin(), data.surfaces.end(),
+                               [](const auto& surface) { return surface.isBehind; }),
+                 1);
+    }
+
+    void writesNumbersAlongAxes_data()
+    {
+        QTest::addColumn<double>("low");
+        QTest::addColumn<double>("high");
+        QTest::addColumn<QStringList>("texts");
+        QTest::newRow("from zero") << 0.0 << 0.1 << QStringList{"0", "0.05", "0.1"};
+        QTest::newRow("about zero") << -1.0 << 1.0 << QStringList{"-1", "-0.5", "0", "0.5", "1"};
+        QTest::newRow("far away") << 100000.0 << 100000.2
+                                  << QStringList{"100000", "100000.05", "100000.1", "100000.15",
+                                                 "100000.2"};
+        QTest::newRow("a bit apart") << 0.049999999999999996 << 0.05 << QStringList();
+        QTest::newRow("a bit apart, far away") << 1e17 << 1e17 + 16 << QStringList();
+        QTest::newRow("the smallest") << 0.0 << 5e-324 << QStringList();
+        QTest::newRow("no extent") << 3.0 << 3.0 << QStringList();
+    }
+
+    void writesNumbersAlongAxes()
+    {
+        QFETCH(double, low);
+        QFETCH(double, high);
+        QFETCH(QStringList, texts);
+        QStringList written;
+        for (const PictureData::AxisNumber& number : axisNumbers(low, high)) {
+            written += QString::fromStdString(number.text);
+        }
+        QCOMPARE(written, texts);
     }
 
     void cutsTheElementsThatThePlaneMeets()

@@ -202,6 +202,11 @@ private slots:
                                                              // stands the title
     }
 
+    void drawsWhatIsAHairsBreadthWide()
+    {
+        QVERIFY(pictureOf("cubes", {"--clip", "y=0.9999999999999999"}).count(isBlue) > 1000);
+    }
+
     void drawsPlanarCases()
     {
         PlanarCase planar;

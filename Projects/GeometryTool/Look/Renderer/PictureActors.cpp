@@ -82,12 +82,18 @@ vtkSmartPointer<vtkPolyData> clipped(const PictureData& data, vtkSmartPointer<vt
     return clip->GetOutput();
 }
 
+/// Polygons behind lines, and those behind other polygons, at the same place.
+void putBehind(vtkMapper& mapper, double places)
+{
+    mapper.SetRelativeCoincidentTopologyPolygonOffsetParameters(places, places);
+}
+
 vtkSmartPointer<vtkActor> actorOf(vtkPolyData* mesh, const Point& offset)
 {
     const vtkNew<vtkPolyDataMapper> mapper;
     mapper->SetInputData(mesh);
     mapper->ScalarVisibilityOff();
-    mapper->SetRelativeCoincidentTopologyPolygonOffsetParameters(1.0, 1.0);
+    putBehind(*mapper, 1.0);
     const auto actor = vtkSmartPointer<vtkActor>::New();
     actor->SetMapper(mapper);
     actor->SetPosition(offset[0], offset[1], offset[2]);
@@ -118,6 +124,7 @@ void addSurface(const PictureData& data, const PictureData::Surface& surface, vt
     mesh->SetPoints(points);
     mesh->SetPolys(polygons);
     const auto actor = actorOf(clipped(data, mesh), surface.offset);
+    putBehind(*actor->GetMapper(), surface.isBehind ? 2.0 : 1.0);
     const bool isSolid =
         surface.opacity == 1.0; // lines of what one sees through would hide the rest
     dress(*actor, surface.colour, surface.opacity, data.hasMeshLines && isSolid);

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <vtkActor.h>
 #include <vtkCellArray.h>
 #include <vtkCoordinate.h>
@@ -27,7 +26,6 @@ using Point = PictureData::Point;
 using Pixel = std::array<double, 2>;
 
 constexpr double grey = 0.35;
-constexpr int wantedSteps = 4;
 
 Pixel pixelOf(const Point& place, vtkRenderer& renderer)
 {
@@ -36,27 +34,6 @@ Pixel pixelOf(const Point& place, vtkRenderer& renderer)
     coordinate->SetValue(place[0], place[1], place[2]);
     const double* const pixel = coordinate->GetComputedDoubleViewportValue(&renderer);
     return {pixel[0], pixel[1]};
-}
-
-/// 1, 2 or 5 times a power of ten.
-double roundStep(double length)
-{
-    const double rough = length / wantedSteps;
-    const double power = std::pow(10.0, std::floor(std::log10(rough)));
-    for (const double factor : {1.0, 2.0, 5.0}) {
-        if (rough <= factor * power * 1.0001) {
-            return factor * power;
-        }
-    }
-    return 10.0 * power;
-}
-
-std::string numberText(double number, double step)
-{
-    std::array<char, 32> text = {};
-    const double rounded = std::abs(number) < step / 1000 ? 0.0 : number;
-    std::snprintf(text.data(), text.size(), "%.4g", rounded);
-    return text.data();
 }
 
 struct Box
@@ -163,22 +140,16 @@ private:
         drawLine(a, b);
         titles_.push_back(
             {data_.axisTitles.at(axis), {(a[0] + b[0]) / 2, (a[1] + b[1]) / 2}, away});
-        if (data_.hasAxisNumbers) {
-            drawNumbers(axis, start, away);
-        }
+        drawNumbers(axis, start, away);
     }
 
     void drawNumbers(std::size_t axis, Point place, const Pixel& away)
     {
-        const double low = data_.low.at(axis);
-        const double high = data_.high.at(axis);
-        const double step = roundStep(high - low);
-        for (double at = std::ceil(low / step - 1e-6) * step; at <= high + 1e-6 * step;
-             at += step) {
-            place.at(axis) = at;
+        for (const PictureData::AxisNumber& number : data_.axisNumbers.at(axis)) {
+            place.at(axis) = number.at;
             const Pixel pixel = pixelOf(place, renderer_);
             drawLine(pixel, moved(pixel, away, 0.4 * textSize_));
-            write(numberText(at, step), moved(pixel, away, 0.8 * textSize_), away);
+            write(number.text, moved(pixel, away, 0.8 * textSize_), away);
         }
     }
 

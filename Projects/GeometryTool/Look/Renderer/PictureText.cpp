@@ -1,5 +1,6 @@
 #include "PictureText.h"
 
+#include <algorithm>
 #include <array>
 #include <vtkRenderer.h>
 #include <vtkTextProperty.h>
@@ -17,18 +18,16 @@ double widthOf(vtkTextActor& actor, vtkRenderer& renderer)
     return bounds[1] - bounds[0];
 }
 
-/// One character of UTF-8, of whatever number of bytes.
-void dropLast(std::string& text)
+/// As many whole characters of UTF-8 as there are in the first \p size bytes, and dots.
+std::string beginning(const std::string& text, std::size_t size)
 {
     const auto isWithin = [](char byte) {
         return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
     };
-    while (!text.empty() && isWithin(text.back())) {
-        text.pop_back();
+    while (size > 0 && size < text.size() && isWithin(text[size])) {
+        --size;
     }
-    if (!text.empty()) {
-        text.pop_back();
-    }
+    return text.substr(0, size) + "...";
 }
 
 } // namespace
@@ -48,11 +47,19 @@ vtkSmartPointer<vtkTextActor> textActor(const std::string& text, int size, doubl
 
 void shorten(vtkTextActor& actor, double width, vtkRenderer& renderer)
 {
-    std::string text = actor.GetInput();
-    while (!text.empty() && widthOf(actor, renderer) > width) {
-        dropLast(text);
-        actor.SetInput((text + "...").c_str());
+    constexpr double mostBytes = 4.0; // of a character, which is a pixel wide at least
+    const std::string text = actor.GetInput();
+    const auto most = static_cast<std::size_t>(mostBytes * std::max(width, 0.0));
+    if (text.size() <= most && widthOf(actor, renderer) <= width) {
+        return;
     }
+    std::size_t fits = 0;
+    for (std::size_t tooMany = std::min(text.size(), most) + 1; tooMany - fits > 1;) {
+        const std::size_t size = fits + (tooMany - fits) / 2;
+        actor.SetInput(beginning(text, size).c_str());
+        (widthOf(actor, renderer) <= width ? fits : tooMany) = size;
+    }
+    actor.SetInput(beginning(text, fits).c_str());
 }
 
 } // namespace Ovra::GeoTool
