@@ -87,8 +87,12 @@ private slots:
         const QString page = directory_.filePath("cubes.html");
         QVERIFY(saveTwoCubes(directory_.filePath("cubes")));
         QCOMPARE(runTool({"report", directory_.filePath("cubes"), "-o", page}).exitCode, 0);
+        const QString empty = directory_.filePath("empty.html");
+        Database nothing;
+        QVERIFY(PreparationCase::save(nothing, directory_.filePath("empty")));
+        QCOMPARE(runTool({"report", directory_.filePath("empty"), "-o", empty}).exitCode, 0);
         QProcess process;
-        process.start(node, {driver, browser, page, directory_.path()});
+        process.start(node, {driver, browser, page, empty, directory_.path()});
         QVERIFY(process.waitForFinished(-1));
         seen_ = QJsonDocument::fromJson(process.readAllStandardOutput()).object();
         QVERIFY2(!seen_.isEmpty(), process.readAllStandardError().constData());
@@ -148,6 +152,25 @@ private slots:
         QVERIFY(seen_["arrowsTurn"].toBool());
         QVERIFY(seen_["spaceHides"].toBool());
         QVERIFY(seen_["entered"].toString().startsWith(QStringLiteral("air\nName\nair\n")));
+    }
+
+    void theTablesAreThereWithoutAView_data()
+    {
+        QTest::addColumn<QString>("note");
+        QTest::newRow("empty") << "The surfaces cannot be shown here: the case has no mesh faces";
+        QTest::newRow("withoutWebGl") << "The surfaces cannot be shown here: this browser has no "
+                                         "WebGL, or it is switched off";
+    }
+
+    void theTablesAreThereWithoutAView()
+    {
+        QFETCH(QString, note);
+        const QJsonObject seen = seen_[QLatin1String(QTest::currentDataTag())].toObject();
+        QCOMPARE(seen["ready"].toString(), QString("tables"));
+        QCOMPARE(seen["note"].toString(), note);
+        QCOMPARE(seen["panel"].toBool(true), false);
+        QVERIFY(seen["height"].toDouble() < 100);
+        QVERIFY(seen["table"].toBool());
     }
 
     void aPhoneNeedNotScrollSideways()

@@ -33,6 +33,12 @@ function showSections() {
 }
 
 async function showView(data) {
+    if (data.surfaces.patches.length + data.surfaces.lines.length === 0) {
+        throw new Error("the case has no mesh faces");
+    }
+    if (!document.createElement("canvas").getContext("webgl2")) {
+        throw new Error("this browser has no WebGL, or it is switched off");
+    }
     const surfaces = await readSurfaces(data.surfaces);
     const visibility = new Visibility(data);
     const scene = new Scene(byId("canvas"), data, surfaces, visibility);

@@ -1,22 +1,22 @@
-// Opens a report and does with it what its reader would: node visit.mjs BROWSER PAGE SCRATCH. Prints what it
-// has seen as one JSON object.
+// Opens a report and does with it what its reader would, and one of an empty case: node visit.mjs BROWSER PAGE
+// EMPTY SCRATCH. Prints what it has seen as one JSON object.
 
 import { createHash } from "node:crypto";
 import { pathToFileURL } from "node:url";
 import { chromium } from "playwright-core";
 
-const [browserPath, pagePath, scratch] = process.argv.slice(2);
+const [browserPath, pagePath, emptyPath, scratch] = process.argv.slice(2);
 const ready = () => document.documentElement.dataset.ready;
 const faults = [];
 const seen = { faults };
 
-async function open(context) {
+async function open(context, path = pagePath, told = faults) {
     const page = await context.newPage();
-    page.on("console", (message) => faults.push(`${message.type()}: ${message.text()}`));
+    page.on("console", (message) => told.push(`${message.type()}: ${message.text()}`));
     page.on("pageerror", (error) => faults.push(error.message));
     page.on("dialog", (dialog) => faults.push(`dialog: ${dialog.message()}`));
     page.on("request", (request) => /^(file|data|blob):/.test(request.url()) || faults.push(request.url()));
-    await page.goto(pathToFileURL(pagePath).href);
+    await page.goto(pathToFileURL(path).href);
     await page.waitForFunction(ready);
     return page;
 }
@@ -107,6 +107,21 @@ async function look(browser, name, options) {
     await context.close();
 }
 
+/** What stands in place of a view that cannot be. */
+async function lookWithout(browser, name, path, prepare) {
+    const context = await browser.newContext({ viewport: { width: 1200, height: 1100 } });
+    await context.addInitScript(prepare);
+    const page = await open(context, path, []); // what draws complains of the missing WebGL
+    seen[name] = {
+        ready: await page.evaluate(ready),
+        note: await page.locator("#note").innerText(),
+        panel: await page.locator(".panel").isVisible(),
+        height: (await page.locator(".stage").boundingBox()).height,
+        table: await page.locator("#overview table, #overview dl").first().isVisible(),
+    };
+    await context.close();
+}
+
 const browser = await chromium.launch({
     executablePath: browserPath,
     env: { ...process.env, HOME: scratch, XDG_CONFIG_HOME: scratch, XDG_CACHE_HOME: scratch },
@@ -123,5 +138,7 @@ await press(page);
 await context.close();
 await look(browser, "phone", { viewport: { width: 360, height: 740 }, colorScheme: "light", isMobile: true, hasTouch: true });
 await look(browser, "dark", { viewport: { width: 1200, height: 800 }, colorScheme: "dark" });
+await lookWithout(browser, "empty", emptyPath, () => {});
+await lookWithout(browser, "withoutWebGl", pagePath, () => (HTMLCanvasElement.prototype.getContext = () => null));
 await browser.close();
 console.log(JSON.stringify(seen));
