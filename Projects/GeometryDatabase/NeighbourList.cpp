@@ -57,7 +57,7 @@ private:
 
 NeighbourList& NeighbourList::operator=(const NeighbourList& other)
 {
-    if (block_ != nullptr && block_ == other.block_) {
+    if (this == &other || (block_ != nullptr && block_ == other.block_)) {
         return *this;
     }
     clear();
@@ -149,6 +149,7 @@ QList<MeshEntity*> NeighbourList::snapshot() const
 NeighbourList::Block* NeighbourList::allocate(quint32 capacity, bool withCounter)
 {
     const std::size_t entries = capacity + (withCounter ? 1U : 0U);
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): pointers are what a list has
     void* const memory = std::malloc(sizeof(Block) + entries * sizeof(MeshEntity*));
     if (memory == nullptr || capacity > MostEntries) {
         std::free(memory);

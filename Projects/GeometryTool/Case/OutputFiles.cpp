@@ -455,6 +455,7 @@ void OutputFiles::replace()
 void OutputFiles::removeLeftovers()
 {
     QStringList targets;
+    // NOLINTNEXTLINE(modernize-loop-convert): backwards, for which ranges are too new for some compilers
     for (auto entry = entries_.rbegin(); entry != entries_.rend(); ++entry) {
         if ((*entry)->part) {
             targets += (*entry)->target;

@@ -180,10 +180,12 @@ private:
     /// As near to its axis as nothing is in its way; without the unit where that is too long.
     void writeTitle(const Title& title)
     {
+        constexpr double nearest = 1.6;
         constexpr double step = 0.4;
-        constexpr double farthest = 14.0;
+        constexpr int places = 31;
         for (const std::string& text : {title.text, title.text.substr(0, 1)}) {
-            for (double distance = 1.6; distance < farthest; distance += step) {
+            for (int place = 0; place < places; ++place) {
+                const double distance = nearest + place * step;
                 if (write(text, moved(title.middle, title.away, distance * textSize_),
                           title.away)) {
                     return;
