@@ -4,6 +4,7 @@
 #include "CgnsNames.h"
 #include "ImportChecks.h"
 #include "PeriodicAngles.h"
+#include "Programs.h"
 #include "TinyCase.h"
 #include "ToolRun.h"
 
@@ -33,7 +34,8 @@ private slots:
         QVERIFY(directory_.isValid());
         makeParts();
         for (const char* name : {"sector", "fan", "channel"}) {
-            makePrepared(name);
+            prepare(name, QStringLiteral("%1/%2/%2").arg(Places::cases(), name),
+                    {"--mesh-size", "0.01"});
         }
         makeMatchingSides();
         makePlane();
@@ -60,7 +62,7 @@ private slots:
 
     void isSoundForTheChecker()
     {
-        if (CgnsChecker::isMissing(CgnsChecker::program())) {
+        if (Programs::isMissing("cgnscheck")) {
             QSKIP("there is no cgnscheck here (Debian's package cgns-convert)");
         }
         QFETCH(QString, name);
@@ -384,7 +386,7 @@ private slots:
     /// All but the times that HDF5 puts into the file.
     void writesTheSameEveryTime()
     {
-        if (CgnsChecker::isMissing(CgnsChecker::differ())) {
+        if (Programs::isMissing("cgnsdiff")) {
             QSKIP("there is no cgnsdiff here (Debian's package cgns-convert)");
         }
         for (const char* file : {"first.cgns", "again.cgns", "other.cgns"}) {
@@ -477,21 +479,16 @@ private:
         QVERIFY(writeContent(path("parts.json"), R"({"groups": {
             "air": {"material_type": "fluid", "material_id": 1},
             "block": {"material_type": "solid", "material_id": 2, "mesh_size": 0.25}}})"));
-        QCOMPARE(runTool({"import", path("parts.geo"), "-o", path("parts"), "--attributes",
-                          path("parts.json")})
-                     .exitCode,
-                 0);
-        QCOMPARE(
-            runTool({"prepare", path("parts"), "-o", path("parts-prepared"), "--all"}).exitCode, 0);
+        prepare("parts", path("parts"));
     }
 
-    void makePrepared(const QString& name) const
+    /// Imports source.geo with source.json as \p name, and prepares that.
+    void prepare(const QString& name, const QString& source, const QStringList& options = {}) const
     {
-        const QString source = QStringLiteral("%1/%2/%2").arg(Places::cases(), name);
-        QCOMPARE(runTool({"import", source + ".geo", "-o", path(name), "--attributes",
-                          source + ".json", "--mesh-size", "0.01"})
-                     .exitCode,
-                 0);
+        const ToolRun run = runTool(QStringList{"import", source + ".geo", "-o", path(name),
+                                                "--attributes", source + ".json"} +
+                                    options);
+        QVERIFY2(run.exitCode == 0, run.errors.constData());
         QCOMPARE(runTool({"prepare", path(name), "-o", path(name + "-prepared"), "--all"}).exitCode,
                  0);
     }
@@ -510,12 +507,7 @@ private:
             "box": {"material_type": "fluid", "material_id": 1},
             "low": {"periodic_pair_id": 1, "periodic_side_id": 1},
             "high": {"periodic_pair_id": 1, "periodic_side_id": 2}}})"));
-        const ToolRun run = runTool({"import", path("matching.geo"), "-o", path("matching"),
-                                     "--attributes", path("matching.json")});
-        QVERIFY2(run.exitCode == 0, run.errors.constData());
-        QCOMPARE(runTool({"prepare", path("matching"), "-o", path("matching-prepared"), "--all"})
-                     .exitCode,
-                 0);
+        prepare("matching", path("matching"));
     }
 
     void makePlane() const

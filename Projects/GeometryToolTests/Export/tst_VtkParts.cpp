@@ -1,10 +1,10 @@
 #include "GeometryDatabaseTests/GridMesh.h"
 #include "PreparationCase.h"
+#include "Programs.h"
 #include "SavedCase.h"
 #include "TinyCase.h"
 #include "ToolRun.h"
 
-#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -37,7 +37,7 @@ private slots:
                      run.output.endsWith(" between them\n"),
                  run.output.constData());
         QCOMPARE(filesIn(path("case")), (QStringList{"part_0.vtu", "part_1.vtu", "part_2.vtu"}));
-        if (QStandardPaths::findExecutable("mpirun").isEmpty()) {
+        if (Programs::isMissing("mpirun")) {
             QSKIP("there is no mpirun");
         }
         const QByteArray counts = readUnderMpi(path("case.pvtu"));

@@ -5,6 +5,7 @@
 #include "GmshFixture.h"
 #include "Places.h"
 #include "PreparedChecks.h"
+#include "Programs.h"
 #include "ToolRun.h"
 #include "VtkContent.h"
 
@@ -239,7 +240,7 @@ private slots:
 
     void isSoundAsCgns()
     {
-        if (CgnsChecker::isMissing(CgnsChecker::program())) {
+        if (Programs::isMissing("cgnscheck")) {
             QSKIP("there is no cgnscheck here (Debian's package cgns-convert)");
         }
         QFETCH(QString, name);

@@ -1,31 +1,22 @@
 #pragma once
 
+#include "Programs.h"
+
 #include <QByteArray>
 #include <QProcess>
-#include <QStandardPaths>
 #include <QString>
 
-/// \brief The program cgnscheck, which holds a CGNS file against the standard.
+/// \brief What CGNS's own programs say of files: cgnscheck, which holds them against the standard, and
+///        cgnsdiff.
 namespace CgnsChecker
 {
-
-inline QString program()
-{
-    return QStandardPaths::findExecutable(QStringLiteral("cgnscheck"));
-}
-
-/// \brief Whether a test has to do without one of these programs; not so where all are installed.
-inline bool isMissing(const QString& found)
-{
-    return found.isEmpty() && !qEnvironmentVariableIsSet("OVRA_NOTHING_SKIPPED");
-}
 
 /// \brief What it says of a file; empty if it finds no errors.
 inline QByteArray faultsOf(const QString& path)
 {
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(program(), {path});
+    process.start(Programs::find("cgnscheck"), {path});
     const bool isOver = process.waitForFinished(60000);
     const QByteArray output = process.readAll();
     const bool isSound = isOver && process.exitStatus() == QProcess::NormalExit &&
@@ -33,17 +24,12 @@ inline QByteArray faultsOf(const QString& path)
     return isSound ? QByteArray() : "cgnscheck found: " + output;
 }
 
-inline QString differ()
-{
-    return QStandardPaths::findExecutable(QStringLiteral("cgnsdiff"));
-}
-
 /// \brief What cgnsdiff says of two files, data included.
 inline QByteArray differences(const QString& first, const QString& second)
 {
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(differ(), {QStringLiteral("-d"), first, second});
+    process.start(Programs::find("cgnsdiff"), {QStringLiteral("-d"), first, second});
     process.waitForFinished(60000);
     return process.readAll();
 }

@@ -2,12 +2,12 @@
 #include "GeometryDatabaseTests/GridMesh.h"
 #include "Places.h"
 #include "PreparationCase.h"
+#include "Programs.h"
 #include "ToolRun.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -74,13 +74,11 @@ class TestReportPage : public QObject
 private slots:
     void initTestCase()
     {
-        const QString node = QStandardPaths::findExecutable("node");
-        const QString browser = QStandardPaths::findExecutable("chromium");
         const QString driver = Places::browserDriver() + QStringLiteral("/visit.mjs");
-        if (node.isEmpty() || !QFile::exists(driver)) {
+        if (Programs::isMissing("node") || !QFile::exists(driver)) {
             QSKIP("Node.js, which drives the browser, is not installed");
         }
-        if (browser.isEmpty()) {
+        if (Programs::isMissing("chromium")) {
             QSKIP("Chromium is not installed");
         }
         QVERIFY(directory_.isValid());
@@ -92,7 +90,8 @@ private slots:
         QVERIFY(PreparationCase::save(nothing, directory_.filePath("empty")));
         QCOMPARE(runTool({"report", directory_.filePath("empty"), "-o", empty}).exitCode, 0);
         QProcess process;
-        process.start(node, {driver, browser, page, empty, directory_.path()});
+        process.start(Programs::find("node"),
+                      {driver, Programs::find("chromium"), page, empty, directory_.path()});
         QVERIFY(process.waitForFinished(-1));
         seen_ = QJsonDocument::fromJson(process.readAllStandardOutput()).object();
         QVERIFY2(!seen_.isEmpty(), process.readAllStandardError().constData());

@@ -2,13 +2,13 @@
 #include "CommandLine.h"
 #include "ManualPage.h"
 #include "Places.h"
+#include "Programs.h"
 #include "Progress.h"
 #include "ShellCompletion.h"
 #include "ToolRun.h"
 
 #include <QProcess>
 #include <QRegularExpression>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -213,12 +213,12 @@ private slots:
 
     void zshParses()
     {
-        const QString zsh = QStandardPaths::findExecutable(QStringLiteral("zsh"));
-        if (zsh.isEmpty()) {
+        if (Programs::isMissing("zsh")) {
             QSKIP("there is no zsh");
         }
         const Run parsed =
-            run(zsh, {QStringLiteral("-n"), path(QStringLiteral("_ovrageo"))}, folder_.path());
+            run(Programs::find("zsh"), {QStringLiteral("-n"), path(QStringLiteral("_ovrageo"))},
+                folder_.path());
         QCOMPARE(parsed.errors, QString());
         QCOMPARE(parsed.exitCode, 0);
     }
@@ -226,7 +226,7 @@ private slots:
     // One shell for all lines, since it takes a second to start.
     void zshCompletes()
     {
-        if (QStandardPaths::findExecutable(QStringLiteral("zsh")).isEmpty()) {
+        if (Programs::isMissing("zsh")) {
             QSKIP("there is no zsh");
         }
         const std::pair<QString, QString> expected[] = {
@@ -261,12 +261,11 @@ private slots:
 
     void manualFormatsWithoutWarnings()
     {
-        const QString groff = QStandardPaths::findExecutable(QStringLiteral("groff"));
-        if (groff.isEmpty()) {
+        if (Programs::isMissing("groff")) {
             QSKIP("there is no groff");
         }
         const Run formatted =
-            run(groff,
+            run(Programs::find("groff"),
                 {QStringLiteral("-ww"), QStringLiteral("-mandoc"), QStringLiteral("-Tascii"),
                  QStringLiteral("-P-cbou"), path(QStringLiteral("ovrageo.1"))},
                 folder_.path());
