@@ -27,7 +27,8 @@ and a comment of its own runs what the page has no need to show, as a console bl
 
 A command line within the text, `ovrageo prepare --all` for instance, has to name a command and options that
 ovrageo knows, and a path within it, `Prepare/Preparation.cpp` for instance, has to lead somewhere: in this tree, or
-below the library or the host. Links and pictures have to be there for those who read the files as such. The tool is that of the variable OVRAGEO; OVRA_BUILD is the build whose library
+below the library or the host. Links and pictures have to be there for those who read the files as such, and the rows of
+a table to have its columns. The tool is that of the variable OVRAGEO; OVRA_BUILD is the build whose library
 hosts are built with, and not set where the library is installed.
 """
 
@@ -52,6 +53,7 @@ BLOCK = re.compile(r"^(?P<indent> *)```(?P<language>\w*)\n(?P<text>.*?)^(?P=inde
                    r"^<!-- run\n(?P<hidden>.*?)^-->$", re.MULTILINE | re.DOTALL)
 LINK = re.compile(r"\]\((?!https?:|#)([^)\s#]+)(?:#[^)\s]*)?\)")
 LIST_ITEM = re.compile(r" *([-*]|[0-9]+\.) ")
+COLUMN = re.compile(r"(?<!\\)\|")
 CODE = re.compile(r"(?<!`)`([^`\n]+)`(?!`)")
 PATH = re.compile(r"\w[\w.-]*(/[\w.-]+)+")
 PATHS_BELOW = ("Projects/GeometryTool", "Projects/GeometryDatabase")
@@ -283,9 +285,24 @@ def missing_path(page, text):
     return text if bases and not any(os.path.exists(os.path.join(base, text)) for base in bases) else None
 
 
+def without_blocks(text):
+    """A page without what stands between fences and in comments."""
+    return BLOCK.sub(lambda found: "\n" * found[0].count("\n"), text)
+
+
 def prose_of(text):
-    """A page without what stands between fences, in comments and in code."""
-    return CODE.sub("", BLOCK.sub(lambda found: "\n" * found[0].count("\n"), text))
+    """A page without blocks and without code."""
+    return CODE.sub("", without_blocks(text))
+
+
+def ragged_tables(text):
+    """The lines of tables that have other numbers of columns than the heads of these."""
+    columns = None
+    for number, line in enumerate(without_blocks(text).splitlines(), 1):
+        count = len(COLUMN.findall(line)) if line.lstrip().startswith("|") else None
+        if count and columns and count != columns:
+            yield number
+        columns = count and (columns or count)
 
 
 def dead_links(page, text, root=ROOT):
@@ -322,6 +339,8 @@ def run_page(page, folder, counts):
             faults.append("%s:%d: there is no %s" % (page, text.count("\n", 0, found.start()) + 1, found[1]))
     for line, link in dead_links(page, text):
         faults.append("%s:%d: dead link to %s" % (page, line, link))
+    for line in ragged_tables(text):
+        faults.append("%s:%d: the table has other columns here than in its head" % (page, line))
     for line in indented_blocks(text):
         faults.append("%s:%d: a block that is indented is not run: put it between fences" % (page, line))
     for block in blocks_of(page, text):

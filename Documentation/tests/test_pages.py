@@ -66,6 +66,11 @@ class Pages(unittest.TestCase):
         self.check("[a](page.md#b) [b](https://c.invalid/d) `[c](none.md)` [d](#e)\n" + block("text", "[f](none.md)"))
         self.check("a\n![b](none.png)", "page:2: dead link to none.png")
 
+    def test_tables(self):
+        self.check("| a | b |\n|---|---|\n| `c \\| d` | e |\n\n| f |\n|---|\n" + block("text", "| g | h |"))
+        self.check("| a | b |\n|---|\n| c |\n| d | e |\n", *("page:%d: the table has other columns here than in its "
+                                                            "head" % line for line in (2, 3)))
+
     def test_links_of_another_tree(self):
         with tempfile.TemporaryDirectory() as folder, contextlib.redirect_stdout(io.StringIO()) as output:
             self.assertEqual(run_pages.check_links(folder), 1)
