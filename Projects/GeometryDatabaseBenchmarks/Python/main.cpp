@@ -88,17 +88,26 @@ private:
 
 Cases* cases = nullptr;
 
-void loopCoordinates(benchmark::State& state)
+/// Makes a value of each entity of a dimension, given with its id as a walk gives it.
+template <typename ValueOf>
+void loopOver(benchmark::State& state, int dimension, ValueOf valueOf)
 {
     Mesh& mesh = cases->mesh();
     for (auto _ : state) {
-        std::vector<Vector> points;
-        points.reserve(static_cast<std::size_t>(mesh.count(0)));
-        for (auto walk = mesh.iterator(0); walk.hasNext();) {
-            points.push_back(static_cast<const MeshVertex*>(walk.next().value())->point());
+        std::vector<decltype(valueOf(mesh.iterator(dimension).next()))> values;
+        values.reserve(static_cast<std::size_t>(mesh.count(dimension)));
+        for (auto walk = mesh.iterator(dimension); walk.hasNext();) {
+            values.push_back(valueOf(walk.next()));
         }
-        benchmark::DoNotOptimize(points.data());
+        benchmark::DoNotOptimize(values.data());
     }
+}
+
+void loopCoordinates(benchmark::State& state)
+{
+    loopOver(state, 0, [](const auto& item) {
+        return static_cast<const MeshVertex*>(item.value())->point();
+    });
 }
 
 void loopConnectivity(benchmark::State& state)
@@ -119,31 +128,19 @@ void loopConnectivity(benchmark::State& state)
 
 void loopParents(benchmark::State& state)
 {
-    Mesh& mesh = cases->mesh();
-    for (auto _ : state) {
-        std::vector<std::pair<qint8, int>> parents;
-        parents.reserve(static_cast<std::size_t>(mesh.count(3)));
-        for (auto walk = mesh.iterator(3); walk.hasNext();) {
-            const ModelEntity* const parent = walk.next().value()->parent();
-            parents.emplace_back(static_cast<qint8>(parent->dimension()), parent->id());
-        }
-        benchmark::DoNotOptimize(parents.data());
-    }
+    loopOver(state, 3, [](const auto& item) {
+        const ModelEntity* const parent = item.value()->parent();
+        return std::pair(static_cast<qint8>(parent->dimension()), parent->id());
+    });
 }
 
 void loopAttribute(benchmark::State& state)
 {
-    Mesh& mesh = cases->mesh();
-    for (auto _ : state) {
-        std::vector<std::pair<qint64, bool>> values;
-        values.reserve(static_cast<std::size_t>(mesh.count(3)));
-        for (auto walk = mesh.iterator(3); walk.hasNext();) {
-            const AttributeMap& attributes = walk.next().value()->attributes();
-            const QVariant value = attributes.value(AttributeType::MaterialId, {});
-            values.emplace_back(value.toLongLong(), value.isValid());
-        }
-        benchmark::DoNotOptimize(values.data());
-    }
+    loopOver(state, 3, [](const auto& item) {
+        const AttributeMap& attributes = item.value()->attributes();
+        const QVariant value = attributes.value(AttributeType::MaterialId, {});
+        return std::pair(value.toLongLong(), value.isValid());
+    });
 }
 
 void loopSetAttribute(benchmark::State& state)
@@ -160,15 +157,7 @@ void loopSetAttribute(benchmark::State& state)
 
 void loopIds(benchmark::State& state)
 {
-    Mesh& mesh = cases->mesh();
-    for (auto _ : state) {
-        std::vector<int> ids;
-        ids.reserve(static_cast<std::size_t>(mesh.count(3)));
-        for (auto walk = mesh.iterator(3); walk.hasNext();) {
-            ids.push_back(walk.next().key());
-        }
-        benchmark::DoNotOptimize(ids.data());
-    }
+    loopOver(state, 3, [](const auto& item) { return item.key(); });
 }
 
 void loopSetCoordinates(benchmark::State& state)
