@@ -1,6 +1,7 @@
 #include "ConvertCommand.h"
 
 #include "CaseFiles.h"
+#include "LastingCase.h"
 #include "OutputCheck.h"
 
 #include <CLI/CLI.hpp>
@@ -39,8 +40,7 @@ void run(const Options& options, Progress& progress)
     CaseFiles input(QString::fromStdString(options.name));
     const CaseFiles output(QString::fromStdString(options.output));
     OutputCheck::requireCase(output, input);
-    CaseDatabase database;
-    input.load(database, progress);
+    CaseDatabase& database = loadLastingly(input, progress);
     output.save(database, progress, formats().at(options.meshFormat), options.dropParents);
 }
 

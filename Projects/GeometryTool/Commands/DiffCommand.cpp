@@ -2,6 +2,7 @@
 
 #include "CaseFiles.h"
 #include "DiffReport.h"
+#include "LastingCase.h"
 #include "Progress.h"
 #include "StandardOutput.h"
 #include "ToolError.h"
@@ -42,10 +43,8 @@ bool compare(const Options& options, Progress& progress)
     requireSense(options.comparison);
     CaseFiles a(QString::fromStdString(options.nameA));
     CaseFiles b(QString::fromStdString(options.nameB));
-    CaseDatabase databaseA;
-    CaseDatabase databaseB;
-    a.load(databaseA, progress);
-    b.load(databaseB, progress);
+    const CaseDatabase& databaseA = loadLastingly(a, progress);
+    const CaseDatabase& databaseB = loadLastingly(b, progress);
     const CaseDifferences differences =
         CaseComparison::compare(databaseA, databaseB, options.comparison, progress);
     const DiffReport report(a, b, options.comparison, differences);

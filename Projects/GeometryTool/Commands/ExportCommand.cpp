@@ -5,6 +5,7 @@
 #include "ExportFormat.h"
 #include "ExportJob.h"
 #include "GraphCut.h"
+#include "LastingCase.h"
 #include "OutputCheck.h"
 #include "OutputFiles.h"
 #include "PieceFolder.h"
@@ -125,8 +126,7 @@ void run(const Options& options, Progress& progress)
         targetOf(named, QString::fromStdString(options.output), options.job.parts);
     CaseFiles source(QString::fromStdString(options.name));
     requireOutput(format, output, source.paths());
-    CaseDatabase database;
-    source.load(database, progress);
+    const CaseDatabase& database = loadLastingly(source, progress);
     if (OutputFiles::isStandardOutput(output)) {
         progress.giveWay();
     }

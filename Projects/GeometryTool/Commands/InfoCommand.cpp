@@ -5,6 +5,7 @@
 #include "InfoJson.h"
 #include "InfoText.h"
 #include "InputFileCheck.h"
+#include "LastingCase.h"
 #include "LengthUnit.h"
 #include "StandardOutput.h"
 #include "ToolError.h"
@@ -58,8 +59,7 @@ void run(const Options& options, Progress& progress)
         return;
     }
     CaseFiles files(QString::fromStdString(options.name));
-    CaseDatabase database;
-    files.load(database, progress);
+    const CaseDatabase& database = loadLastingly(files, progress);
     const CaseSummary summary(files, database, progress);
     printToStandardOutput(options.json ? infoJson(summary) : infoText(summary));
 }

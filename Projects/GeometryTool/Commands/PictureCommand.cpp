@@ -3,6 +3,7 @@
 #include "CaseFiles.h"
 #include "CaseVerifier.h"
 #include "CaseView.h"
+#include "LastingCase.h"
 #include "OutputCheck.h"
 #include "OutputFiles.h"
 #include "PictureModule.h"
@@ -64,8 +65,7 @@ PictureOptions pictureOptions(const Options& options)
 QByteArray drawn(const PictureModule& module, const PictureOptions& options, CaseFiles& source,
                  Progress& progress)
 {
-    CaseDatabase database;
-    source.load(database, progress);
+    const CaseDatabase& database = loadLastingly(source, progress);
     const CaseView view(database);
     std::optional<CaseFindings> findings;
     if (options.hasFindings) {

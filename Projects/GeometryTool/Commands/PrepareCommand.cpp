@@ -1,6 +1,7 @@
 #include "PrepareCommand.h"
 
 #include "CaseFiles.h"
+#include "LastingCase.h"
 #include "OutputCheck.h"
 #include "Preparation.h"
 #include "StandardOutput.h"
@@ -63,8 +64,7 @@ void run(const Options& options, Progress& progress)
     CaseFiles input(QString::fromStdString(options.name));
     const CaseFiles output(QString::fromStdString(options.output));
     OutputCheck::requireCase(output, input);
-    CaseDatabase database;
-    input.load(database, progress);
+    CaseDatabase& database = loadLastingly(input, progress);
     Preparation preparation(database, progress);
     if (options.extrusionTolerance) {
         preparation.setExtrusionTolerance(*options.extrusionTolerance);

@@ -2,6 +2,7 @@
 
 #include "CaseFiles.h"
 #include "EarlierCase.h"
+#include "LastingCase.h"
 #include "OutputCheck.h"
 #include "OutputFiles.h"
 #include "Progress.h"
@@ -45,8 +46,7 @@ void run(const Options& options, Progress& progress)
         before.emplace(QString::fromStdString(*options.before), progress);
     }
     CaseFiles source(QString::fromStdString(options.name));
-    CaseDatabase database;
-    source.load(database, progress);
+    const CaseDatabase& database = loadLastingly(source, progress);
     std::optional<QJsonObject> changes;
     if (before) {
         changes = before->changesTo(database);

@@ -1,6 +1,7 @@
 #include "SolverInputCommand.h"
 
 #include "CaseFiles.h"
+#include "LastingCase.h"
 #include "OutputCheck.h"
 #include "OutputFiles.h"
 #include "Progress.h"
@@ -61,8 +62,7 @@ void run(const Options& options, Progress& progress)
     if (!OutputFiles::isStandardOutput(output)) {
         OutputCheck::requireFile(output, source.paths());
     }
-    CaseDatabase database;
-    source.load(database, progress);
+    CaseDatabase& database = loadLastingly(source, progress);
     if (OutputFiles::isStandardOutput(output)) {
         progress.giveWay();
     }

@@ -1,6 +1,7 @@
 #include "TextCommand.h"
 
 #include "CaseFiles.h"
+#include "LastingCase.h"
 #include "Mesh.h"
 #include "Model.h"
 #include "OutputCheck.h"
@@ -47,8 +48,7 @@ void dump(Container& container, const QString& path, OutputFiles& files, Progres
 
 void writeToStandardOutput(CaseFiles& source, Progress& progress)
 {
-    CaseDatabase database;
-    source.load(database, progress);
+    const CaseDatabase& database = loadLastingly(source, progress);
     progress.giveWay();
     OutputFiles files;
     QTextStream stream(&files.add(QStringLiteral("-")));
@@ -66,8 +66,7 @@ void writeFiles(CaseFiles& source, const QString& directory, Progress& progress)
     const QString modelText = pathOf(source.modelPath());
     const QString meshText = pathOf(source.meshPath());
     OutputCheck::requireDirectory(directory, {modelText, meshText}, source.paths());
-    CaseDatabase database;
-    source.load(database, progress);
+    const CaseDatabase& database = loadLastingly(source, progress);
     requireDirectory(directory);
     OutputFiles files;
     dump(*database.model(), modelText, files, progress);

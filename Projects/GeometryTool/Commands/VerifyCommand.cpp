@@ -2,6 +2,7 @@
 
 #include "CaseFiles.h"
 #include "CaseVerifier.h"
+#include "LastingCase.h"
 #include "Progress.h"
 #include "StandardOutput.h"
 #include "ToolError.h"
@@ -30,8 +31,7 @@ void run(const Options& options, Progress& progress)
         throw ToolError(ExitCode::Usage, QStringLiteral("--limit must be 0 or more"));
     }
     CaseFiles files(QString::fromStdString(options.name));
-    CaseDatabase database;
-    files.load(database, progress);
+    const CaseDatabase& database = loadLastingly(files, progress);
     const CaseFindings findings =
         CaseVerifier(database).verify(progress, CaseVerifier::ContentTopics, options.limit);
     const VerifyReport report(files.name(), database, findings);
