@@ -94,6 +94,9 @@ std::vector<const ModelEntity*> PictureParts::bodiesOf(const ModelEntity& entity
     };
     std::set<const ModelEntity*, decltype(lessThan)> bodies(lessThan);
     const int dimension = view_.elementDimension();
+    if (entity.dimension() == dimension) {
+        return {&entity};
+    }
     for (int i = 0; i < entity.adjacencyCount(dimension); ++i) {
         bodies.insert(entity.adjacencyAt(dimension, i));
     }
@@ -145,6 +148,19 @@ PictureData::Point PictureParts::offsetOf(const ModelEntity* body) const
 {
     const auto found = offsets_.find(body);
     return found == offsets_.end() ? PictureData::Point{} : found->second;
+}
+
+std::vector<PictureData::Point> PictureParts::offsetsOf(const ModelEntity* entity) const
+{
+    std::vector<PictureData::Point> offsets;
+    if (entity && options_.explode != 0.0) {
+        for (const ModelEntity* body : bodiesOf(*entity)) {
+            if (offsets_.count(body) > 0) {
+                offsets.push_back(offsetOf(body));
+            }
+        }
+    }
+    return offsets.empty() ? std::vector(1, PictureData::Point{}) : offsets;
 }
 
 Box PictureParts::box() const

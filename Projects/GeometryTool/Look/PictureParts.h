@@ -33,7 +33,8 @@ public:
 
     const std::vector<Part>& all() const { return parts_; }
 
-    /// \brief The regions that an entity is a part of, by id; of an edge, those of its faces.
+    /// \brief The regions that an entity is a part of, by id; of an edge, those of its faces, and
+    /// itself of a region.
     std::vector<const Geo::ModelEntity*> bodiesOf(const Geo::ModelEntity& entity) const;
 
     /// \brief Whether a model edge is one of a face that is shown; all are where all faces are.
@@ -41,6 +42,11 @@ public:
 
     /// \brief By how much a region is moved from its place; not at all where none are.
     PictureData::Point offsetOf(const Geo::ModelEntity* body) const;
+
+    /// \brief By how much what stands on an entity is moved: once for each region that it is a part
+    /// of and that is shown, for it is drawn with each of them; else once, and not at all.
+    /// \param entity may be null
+    std::vector<PictureData::Point> offsetsOf(const Geo::ModelEntity* entity) const;
 
     /// \brief Of all parts where they lie in the case.
     Geo::Box box() const;

@@ -6,7 +6,9 @@
 #include "Counted.h"
 #include "EntityNames.h"
 #include "EntityTitle.h"
+#include "Mesh.h"
 #include "MeshEntity.h"
+#include "Model.h"
 #include "ModelEntity.h"
 #include "ToolError.h"
 
@@ -54,6 +56,19 @@ Point directionOf(int flatAxis, const std::optional<PictureOptions::Cut>& cut)
         return ahead.at(static_cast<std::size_t>(flatAxis));
     }
     return cut ? towardsCut.at(static_cast<std::size_t>(cut->axis)) : Point{1, -1.7, 1.1};
+}
+
+/// Null where it stands on none, or there is no such entity.
+const ModelEntity* modelEntityOf(const EntityName& name, const CaseView& view)
+{
+    if (name.dimension == EntityName::Whole) {
+        return nullptr;
+    }
+    if (name.owner == EntityName::Owner::Model) {
+        return view.model().entity(name.dimension, name.id);
+    }
+    const MeshEntity* const entity = view.mesh().entity(name.dimension, name.id);
+    return entity ? entity->parent() : nullptr;
 }
 
 /// Without what would break a line.
@@ -244,14 +259,19 @@ void PictureScene::addLines()
         if (!parts_.hasEdge(*line.entity)) {
             continue;
         }
-        std::vector<const ModelEntity*> bodies = parts_.bodiesOf(*line.entity);
-        if (options_.explode == 0.0 || bodies.empty()) {
-            bodies = {nullptr};
-        }
-        for (const ModelEntity* body : bodies) {
-            data_.lines.push_back({parts_.offsetOf(body), renumbered(line.ends)});
+        for (const Point& offset : parts_.offsetsOf(line.entity)) {
+            data_.lines.push_back({offset, renumbered(line.ends)});
         }
     }
+}
+
+bool PictureScene::isCutAway(const Vector& place) const
+{
+    if (!data_.plane) {
+        return false;
+    }
+    const double at = pictured(place).at(static_cast<std::size_t>(data_.plane->axis));
+    return data_.plane->keepsAbove ? at < data_.plane->at : at > data_.plane->at;
 }
 
 /// Whether the vertices lie on both sides of the plane, or on it.
@@ -296,19 +316,42 @@ void PictureScene::addSections()
 
 void PictureScene::addMarks(const CaseFindings& findings)
 {
-    findingsText_ = counted(findings.errorCount(), QStringLiteral("error")) + QStringLiteral(", ") +
-                    counted(findings.warningCount(), QStringLiteral("warning"));
     for (const auto& [kind, group] : findings.groups()) {
         const bool isError = findingSeverity(kind) == Severity::Error;
         const Colour colour = isError ? errorColour : warningColour;
         for (const Finding& finding : group.first) {
             if (finding.place && std::isfinite(finding.place->length())) {
-                data_.marks.push_back({colour, pictured(*finding.place)});
+                addMark(finding, colour);
             }
         }
         data_.legend.push_back(
             {colour, legendText(QStringLiteral("%1 (%2)").arg(findingName(kind)).arg(group.count)),
              true});
+    }
+    tellOf(findings);
+}
+
+/// It goes with what is cut away, and moves with what it stands on.
+void PictureScene::addMark(const Finding& finding, const Colour& colour)
+{
+    if (isCutAway(*finding.place)) {
+        ++marksCutAway_;
+        return;
+    }
+    for (const Point& offset : parts_.offsetsOf(modelEntityOf(finding.entity, view_))) {
+        const Point place = pictured(*finding.place);
+        data_.marks.push_back(
+            {colour, {place[0] + offset[0], place[1] + offset[1], place[2] + offset[2]}});
+    }
+}
+
+void PictureScene::tellOf(const CaseFindings& findings)
+{
+    findingsText_ = counted(findings.errorCount(), QStringLiteral("error")) + QStringLiteral(", ") +
+                    counted(findings.warningCount(), QStringLiteral("warning"));
+    if (marksCutAway_ > 0) {
+        findingsText_ +=
+            QStringLiteral(" (%1 cut away)").arg(counted(marksCutAway_, QStringLiteral("mark")));
     }
 }
 

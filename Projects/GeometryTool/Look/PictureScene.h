@@ -14,6 +14,7 @@ namespace Ovra::GeoTool
 
 class CaseFindings;
 class CaseView;
+struct Finding;
 
 /// \brief Makes of a case, and of what is asked of its picture, what the module draws.
 class PictureScene
@@ -35,12 +36,15 @@ private:
     void placeBox();
     void nameAxes();
     bool isCutAway(const PictureParts::Part& part) const;
+    bool isCutAway(const Geo::Vector& place) const;
     bool isCut(std::span<const int> vertices) const;
     void addParts();
     void addPart(const PictureParts::Part& part, double opacity);
     void addLines();
     void addSections();
     void addMarks(const CaseFindings& findings);
+    void addMark(const Finding& finding, const PictureData::Colour& colour);
+    void tellOf(const CaseFindings& findings);
     void addLegend();
     std::vector<int> renumbered(const std::vector<int>& vertices);
 
@@ -51,6 +55,7 @@ private:
     PictureColours colours_;
     PictureData data_;
     std::vector<int> numbers_; ///< of the case's vertices, among those of the picture
+    qint64 marksCutAway_ = 0;
     QString findingsText_;
 };
 

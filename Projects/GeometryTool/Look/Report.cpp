@@ -7,15 +7,17 @@
 #include "CaseView.h"
 #include "EntityTable.h"
 #include "InfoJson.h"
+#include "PackedSurface.h"
 #include "PageTemplate.h"
 #include "Progress.h"
-#include "SurfaceData.h"
 #include "VerifyReport.h"
 
 #include <QFileInfo>
 #include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
+
+#include <algorithm>
 
 namespace Ovra::GeoTool
 {
@@ -27,6 +29,17 @@ namespace
 
 /// Findings of a kind that are told with their place.
 constexpr int findingLimit = 100;
+
+/// What a page may take, in bytes, and what its surfaces may in any case: tables that take more than
+/// the rest are not to leave them out.
+constexpr qsizetype pageSize = 14'900'000;
+constexpr qsizetype leastForSurfaces = 4'000'000;
+
+/// \param taken by all else in the page
+qsizetype roomForSurfaces(qsizetype taken)
+{
+    return std::max(pageSize - taken, leastForSurfaces);
+}
 
 QJsonArray aspectsJson(const QualityHistogram& histogram)
 {
@@ -71,12 +84,6 @@ QByteArray scriptText(const QJsonObject& object)
     return QJsonDocument(object).toJson(QJsonDocument::Compact).replace("<", "\\u003c");
 }
 
-/// As a browser's stream of kind "deflate" takes it: without the size that Qt puts ahead.
-QByteArray deflated(const QByteArray& bytes)
-{
-    return qCompress(bytes).mid(sizeof(quint32)).toBase64();
-}
-
 /// The template is taken apart at its marks, so that a text of the case that looks like one stays.
 QByteArray filled(const QByteArray& page, const QHash<QByteArray, QByteArray>& parts)
 {
@@ -108,20 +115,20 @@ QByteArray Report::page(const CaseFiles& files, const Database& database,
     const CaseSummary summary(files, view, progress);
     const CaseFindings findings =
         CaseVerifier::verify(view, progress, CaseVerifier::ContentTopics, findingLimit);
+    QJsonObject data{{"info", objectOf(infoJson(summary))},
+                     {"verify", objectOf(VerifyReport(files.name(), database, findings).json())},
+                     {"entities", entityTable(view, summary)},
+                     {"histograms", histogramsJson(summary)},
+                     {"before", changes ? QJsonValue(*changes) : QJsonValue(QJsonValue::Null)}};
     progress.phase(QStringLiteral("gathering the surfaces"));
-    const SurfaceData surfaces(view, CaseSurface(view));
-    const QJsonObject data{
-        {"info", objectOf(infoJson(summary))},
-        {"verify", objectOf(VerifyReport(files.name(), database, findings).json())},
-        {"entities", entityTable(view, summary)},
-        {"histograms", histogramsJson(summary)},
-        {"surfaces", surfaces.head()},
-        {"before", changes ? QJsonValue(*changes) : QJsonValue(QJsonValue::Null)}};
+    const PackedSurface surfaces(view, CaseSurface(view),
+                                 roomForSurfaces(template_.size() + scriptText(data).size()));
+    data.insert("surfaces", surfaces.head());
     const QString title = QFileInfo(files.name()).fileName();
     return filled(template_, {{"title", title.toHtmlEscaped().toUtf8()},
                               {"case", scriptText(data)},
-                              {"positions", deflated(surfaces.positions())},
-                              {"indices", deflated(surfaces.indices())}});
+                              {"positions", surfaces.positions()},
+                              {"indices", surfaces.indices()}});
 }
 
 } // namespace Ovra::GeoTool

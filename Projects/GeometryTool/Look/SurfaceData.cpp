@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <numeric>
 #include <span>
 
@@ -105,23 +106,27 @@ std::size_t cornersOf(const CaseSurface::Patch& patch)
     return patch.triangles.size() + patch.quadrilaterals.size();
 }
 
-/// How many corners of each patch are shown: the largest have to do with what the others leave.
-std::vector<std::size_t> roomOf(const std::vector<CaseSurface::Patch>& patches, std::size_t most)
+/// How many corners of each patch, and then ends of each line, are shown: the largest have to do with
+/// what the others leave.
+std::vector<std::size_t> roomOf(const CaseSurface& surface, std::size_t most)
 {
-    std::vector<std::size_t> bySize(patches.size());
+    std::vector<std::size_t> sizes;
+    std::transform(surface.patches().begin(), surface.patches().end(), std::back_inserter(sizes),
+                   cornersOf);
+    std::transform(surface.lines().begin(), surface.lines().end(), std::back_inserter(sizes),
+                   [](const CaseSurface::Line& line) { return line.ends.size(); });
+    std::vector<std::size_t> bySize(sizes.size());
     std::iota(bySize.begin(), bySize.end(), std::size_t(0));
-    std::stable_sort(bySize.begin(), bySize.end(), [&](std::size_t a, std::size_t b) {
-        return cornersOf(patches[a]) < cornersOf(patches[b]);
-    });
-    std::vector<std::size_t> rooms(patches.size());
-    for (const std::size_t patch : bySize) {
-        rooms[patch] = std::min(most, cornersOf(patches[patch]));
-        most -= rooms[patch];
+    std::stable_sort(bySize.begin(), bySize.end(),
+                     [&](std::size_t a, std::size_t b) { return sizes[a] < sizes[b]; });
+    for (const std::size_t part : bySize) {
+        sizes[part] = std::min(most, sizes[part]);
+        most -= sizes[part];
     }
-    return rooms;
+    return sizes;
 }
 
-/// As many polygons as there is room for.
+/// As many polygons, or pieces of lines, as there is room for.
 std::span<const int> fitting(const std::vector<int>& polygons, std::size_t corners,
                              std::size_t room)
 {
@@ -146,10 +151,10 @@ QJsonObject writePatch(const CaseSurface::Patch& patch, std::size_t room, const 
     return json;
 }
 
-QJsonArray writePatches(const std::vector<CaseSurface::Patch>& patches, std::size_t most,
-                        const MortonOrder& order, IndexWriter& writer)
+QJsonArray writePatches(const std::vector<CaseSurface::Patch>& patches,
+                        std::span<const std::size_t> rooms, const MortonOrder& order,
+                        IndexWriter& writer)
 {
-    const std::vector<std::size_t> rooms = roomOf(patches, most);
     QJsonArray json;
     for (std::size_t i = 0; i < patches.size(); ++i) {
         json.append(writePatch(patches[i], rooms[i], order, writer));
@@ -157,15 +162,18 @@ QJsonArray writePatches(const std::vector<CaseSurface::Patch>& patches, std::siz
     return json;
 }
 
-QJsonArray writeLines(const std::vector<CaseSurface::Line>& lines, IndexWriter& writer)
+QJsonArray writeLines(const std::vector<CaseSurface::Line>& lines,
+                      std::span<const std::size_t> rooms, IndexWriter& writer)
 {
     QJsonArray array;
-    for (const CaseSurface::Line& line : lines) {
-        QJsonObject json = entityJson(line.entity);
-        json.insert("segments", static_cast<qint64>(line.ends.size() / 2));
-        json.insert("faces", adjacentIdsJson(*line.entity, 2));
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        const std::span<const int> shown = fitting(lines[i].ends, 2, rooms[i]);
+        QJsonObject json = entityJson(lines[i].entity);
+        json.insert("segments", static_cast<qint64>(shown.size() / 2));
+        json.insert("leftOut", static_cast<qint64>((lines[i].ends.size() - shown.size()) / 2));
+        json.insert("faces", adjacentIdsJson(*lines[i].entity, 2));
         array.append(json);
-        writer.write(line.ends);
+        writer.write(shown);
     }
     return array;
 }
@@ -200,8 +208,11 @@ SurfaceData::SurfaceData(const CaseView& view, const CaseSurface& surface, std::
     Numbering numbering(view.points().size());
     IndexWriter writer(numbering);
     const MortonOrder order(view.points());
-    head_.insert("patches", writePatches(surface.patches(), mostCorners, order, writer));
-    head_.insert("lines", writeLines(surface.lines(), writer));
+    const std::vector<std::size_t> rooms = roomOf(surface, mostCorners);
+    const std::span<const std::size_t> ofAll(rooms);
+    const std::size_t patches = surface.patches().size();
+    head_.insert("patches", writePatches(surface.patches(), ofAll.first(patches), order, writer));
+    head_.insert("lines", writeLines(surface.lines(), ofAll.subspan(patches), writer));
     head_.insert("vertices", static_cast<qint64>(numbering.used().size()));
     const Vector origin = originOf(numbering.used(), view.points());
     head_.insert("origin", QJsonArray{origin.x(), origin.y(), origin.z()});

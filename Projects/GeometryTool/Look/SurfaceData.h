@@ -14,7 +14,7 @@ namespace Ovra::GeoTool
 /// The head has `origin`, which all positions are relative to; `vertices`, the number of positions;
 /// `patches`, each with `dimension` and `id` of its entity (null where it has none), the numbers of
 /// `triangles` and `quadrilaterals`, and those `leftOut`; `lines`, each with `dimension`, `id`,
-/// the number of `segments` and the ids of its `faces`. The indices stand patch by patch, triangles
+/// the number of `segments`, that `leftOut`, and the ids of its `faces`. The indices stand patch by patch, triangles
 /// before quadrilaterals, then line by line.
 ///
 /// Within a patch the polygons stand along a Morton curve through their middles, and vertices have
@@ -24,14 +24,9 @@ namespace Ovra::GeoTool
 class SurfaceData
 {
 public:
-    /// \brief As many corners of polygons as a page of less than 15 MB has room for: those of 1.2
-    /// million triangles.
-    static constexpr std::size_t MostCorners = 3'600'000;
-
-    /// \param mostCorners of more than these, the patches with the most polygons are cut off, the
-    /// largest first
-    SurfaceData(const CaseView& view, const CaseSurface& surface,
-                std::size_t mostCorners = MostCorners);
+    /// \param mostCorners of polygons, and ends of lines; of more, the patches and lines with the
+    /// most are cut off, the largest first
+    SurfaceData(const CaseView& view, const CaseSurface& surface, std::size_t mostCorners);
 
     const QJsonObject& head() const { return head_; }
 

@@ -3,9 +3,11 @@
 #include <QByteArray>
 #include <QtEndian>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdlib>
+#include <numeric>
 #include <vector>
 
 /// \brief A picture of three bytes a pixel, as the tool writes them, taken out of its PNG file.
@@ -48,30 +50,71 @@ public:
         return number;
     }
 
+    /// \brief A part of a picture, in pixels from its upper left corner.
+    struct Part
+    {
+        int x;
+        int y;
+        int width;
+        int height;
+    };
+
+    /// \brief Puts a part of this picture in place of one that begins at a line \p y of it.
+    PngImage withPartAt(const Part& part, int y) const
+    {
+        PngImage result = *this;
+        for (int line = 0; line < part.height; ++line) {
+            const auto begin = bytes_.begin() + offset(part.x, part.y + line);
+            std::copy(begin, begin + 3 * part.width,
+                      result.bytes_.begin() + offset(part.x, y + line));
+        }
+        return result;
+    }
+
     /// \brief The mean difference of the channels, from 0 to 255, of both pictures in squares of
     /// \p side pixels: what a reader sees of one, not how a driver rounds.
     static double difference(const PngImage& a, const PngImage& b, int side)
     {
-        if (a.width_ != b.width_ || a.height_ != b.height_ || !a.isValid()) {
-            return 255.0;
-        }
-        double sum = 0.0;
-        int squares = 0;
-        for (int y = 0; y + side <= a.height_; y += side) {
-            for (int x = 0; x + side <= a.width_; x += side) {
-                const Means one = a.means(x, y, side);
-                const Means other = b.means(x, y, side);
-                for (std::size_t channel = 0; channel < one.size(); ++channel) {
-                    sum += std::abs(one[channel] - other[channel]) / 3.0;
-                }
-                ++squares;
-            }
-        }
-        return sum / squares;
+        const std::vector<double> all = differences(a, b, {0, 0, a.width_, a.height_}, side);
+        return std::accumulate(all.begin(), all.end(), 0.0) / static_cast<double>(all.size());
+    }
+
+    /// \brief The same in the square of a part in which they differ most.
+    static double largestDifference(const PngImage& a, const PngImage& b, const Part& part,
+                                    int side)
+    {
+        const std::vector<double> all = differences(a, b, part, side);
+        return *std::max_element(all.begin(), all.end());
     }
 
 private:
     std::size_t stride() const { return 3 * static_cast<std::size_t>(width_); }
+
+    std::ptrdiff_t offset(int x, int y) const
+    {
+        return static_cast<std::ptrdiff_t>(static_cast<std::size_t>(y) * stride()) + 3 * x;
+    }
+
+    static std::vector<double> differences(const PngImage& a, const PngImage& b, const Part& part,
+                                           int side)
+    {
+        if (a.width_ != b.width_ || a.height_ != b.height_ || !a.isValid()) {
+            return {255.0};
+        }
+        std::vector<double> all;
+        for (int y = part.y; y + side <= part.y + part.height; y += side) {
+            for (int x = part.x; x + side <= part.x + part.width; x += side) {
+                const Means one = a.means(x, y, side);
+                const Means other = b.means(x, y, side);
+                double sum = 0.0;
+                for (std::size_t channel = 0; channel < one.size(); ++channel) {
+                    sum += std::abs(one[channel] - other[channel]) / 3.0;
+                }
+                all.push_back(sum);
+            }
+        }
+        return all;
+    }
 
     static QByteArray packedLines(const QByteArray& file)
     {

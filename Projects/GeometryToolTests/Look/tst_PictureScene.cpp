@@ -31,6 +31,41 @@ QStringList legendOf(const PictureData& data)
     return texts;
 }
 
+QString noText()
+{
+    return {};
+}
+
+/// The first mesh entity whose middle has that x.
+MeshEntity* meshEntityAt(Mesh& mesh, int dimension, double x)
+{
+    auto entities = mesh.iterator(dimension);
+    while (entities.hasNext()) {
+        MeshEntity* const entity = entities.next().value();
+        if (entity->centroid().x() == x) {
+            return entity;
+        }
+    }
+    return nullptr;
+}
+
+QList<double> marksOf(const PictureData& data)
+{
+    QList<double> places;
+    for (const PictureData::Mark& mark : data.marks) {
+        places += mark.place[0];
+    }
+    return places;
+}
+
+QString subtitleOf(const CaseView& view, const PictureOptions& options,
+                   const CaseFindings& findings)
+{
+    PictureScene scene(view, options, &findings);
+    scene.setTitle(QStringLiteral("case"));
+    return QString::fromStdString(scene.data().subtitle);
+}
+
 } // namespace
 
 /// What a picture is made of, before it is drawn.
@@ -181,6 +216,70 @@ private slots:
         QCOMPARE(PictureScene(view, options, nullptr).data().high[0], -0.5);
         options.cut = PictureOptions::Cut{0, 2.5}; // within what is moved, beyond the case
         QVERIFY_EXCEPTION_THROWN(PictureScene(view, options, nullptr), ToolError);
+    }
+
+    void marksMoveWithWhatTheyStandOn_data()
+    {
+        using Places = QList<double>; // x of all marks
+        QTest::addColumn<bool>("ofModel");
+        QTest::addColumn<int>("dimension");
+        QTest::addColumn<double>("x");
+        QTest::addColumn<Places>("places");
+        QTest::newRow("left element") << false << 3 << 0.5 << Places{-0.5};
+        QTest::newRow("right element") << false << 3 << 1.5 << Places{2.5};
+        QTest::newRow("outer face") << false << 2 << 2.0 << Places{3.0};
+        QTest::newRow("face between, drawn twice") << false << 2 << 1.0 << Places{0.0, 2.0};
+        QTest::newRow("region") << true << 3 << 1.5 << Places{2.5};
+        QTest::newRow("the mesh face of no face") << false << -2 << 2.0 << Places{2.0};
+    }
+
+    void marksMoveWithWhatTheyStandOn()
+    {
+        QFETCH(bool, ofModel);
+        QFETCH(int, dimension);
+        QFETCH(double, x);
+        QFETCH(QList<double>, places);
+        GridMesh grid(fluidAndSolid());
+        MeshEntity* const element = meshEntityAt(*grid.mesh(), std::abs(dimension), x);
+        CaseFindings findings;
+        const Vector place(x, 0.5, 0.5);
+        if (ofModel) {
+            findings.add(FindingKind::MixedOrientation, EntityName(*element->parent()), place,
+                         noText);
+        } else {
+            findings.add(FindingKind::InvertedElement, *element, noText);
+        }
+        if (dimension < 0) {
+            element->parent()->removeChild(element);
+        }
+        const CaseView view(*grid.database());
+        PictureOptions options;
+        options.explode = 2.0; // the left one by -1, the right one by 1
+        QCOMPARE(marksOf(PictureScene(view, options, &findings).data()), places);
+        QCOMPARE(marksOf(PictureScene(view, {}, &findings).data()), QList<double>{x});
+    }
+
+    void marksGoWithWhatIsCutAway()
+    {
+        GridMesh grid(fluidAndSolid());
+        CaseFindings findings;
+        for (const double x : {0.5, 1.5}) {
+            findings.add(FindingKind::InvertedElement, *meshEntityAt(*grid.mesh(), 3, x), noText);
+        }
+        findings.add(FindingKind::EdgeWithoutFace, *meshEntityAt(*grid.mesh(), 2, 2.0), noText);
+        const CaseView view(*grid.database());
+        PictureOptions options;
+        options.cut = PictureOptions::Cut{0, 1.75};
+        QCOMPARE(subtitleOf(view, options, findings),
+                 QString("2 elements in 2 regions; cut at x = 1.75; 2 errors, 1 warning "
+                         "(1 mark cut away)"));
+        options.cut = PictureOptions::Cut{0, 1.0};
+        options.explode = 2.0;
+        PictureScene scene(view, options, &findings);
+        QCOMPARE(marksOf(scene.data()), QList<double>{-0.5});
+        QCOMPARE(subtitleOf(view, options, findings),
+                 QString("2 elements in 2 regions; cut at x = 1; 2 errors, 1 warning "
+                         "(2 marks cut away)"));
     }
 
     void showsFacesThatHaveTheAttribute()

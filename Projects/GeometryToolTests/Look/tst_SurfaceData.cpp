@@ -4,14 +4,36 @@
 #include "ClosedCase.h"
 #include "GeometryDatabaseTests/GridMesh.h"
 #include "MortonOrder.h"
+#include "PackedSurface.h"
 #include "PreparationCase.h"
 #include "SurfaceData.h"
 
 #include <QJsonArray>
+#include <QRandomGenerator>
 #include <QTest>
 
 using namespace Ovra::Geo;
 using namespace Ovra::GeoTool;
+
+namespace
+{
+
+/// Triangles of which no two share a vertex, here and there on a face.
+void addLooseTriangles(ClosedCase& closed)
+{
+    QRandomGenerator random(1);
+    int vertex = closed.mesh()->count(0);
+    for (int i = 0; i < 2000; ++i) {
+        for (int corner = 0; corner < 3; ++corner) {
+            closed.addVertex(
+                {random.generateDouble(), random.generateDouble(), random.generateDouble()});
+        }
+        closed.addElement(2, {vertex + 1, vertex + 2, vertex + 3}, closed.walls);
+        vertex += 3;
+    }
+}
+
+} // namespace
 
 class TestSurfaceData : public QObject
 {
@@ -48,6 +70,75 @@ private slots:
         QCOMPARE(data.head().value("vertices").toInt(), vertices);
         QCOMPARE(data.positions().size(), 12 * vertices);
         QCOMPARE(data.indices().size(), 12 * (triangles[0] + triangles[1]));
+    }
+
+    void cutsOffTheLongestLines_data()
+    {
+        QTest::addColumn<int>("most");
+        QTest::addColumn<QList<int>>("segments");
+        QTest::addColumn<QList<int>>("triangles");
+        QTest::newRow("room for all") << 16 << QList<int>{1, 2, 2} << QList<int>{1, 1};
+        QTest::newRow("half a piece short") << 15 << QList<int>{1, 2, 1} << QList<int>{1, 1};
+        QTest::newRow("some pieces") << 10 << QList<int>{1, 1, 0} << QList<int>{1, 1};
+        QTest::newRow("room for the smallest") << 5 << QList<int>{1, 0, 0} << QList<int>{1, 0};
+        QTest::newRow("half a piece") << 1 << QList<int>{0, 0, 0} << QList<int>{0, 0};
+    }
+
+    void cutsOffTheLongestLines()
+    {
+        QFETCH(int, most);
+        QFETCH(QList<int>, segments);
+        QFETCH(QList<int>, triangles);
+        PlanarCase planar;
+        planar.addElement(2, {1, 3, 4}, planar.faces[1]);
+        const CaseView view(planar.database);
+        const SurfaceData data(view, CaseSurface(view), static_cast<std::size_t>(most));
+        const QJsonArray lines = data.head().value("lines").toArray();
+        for (int i = 0; i < 3; ++i) {
+            QCOMPARE(lines[i]["segments"].toInt(), segments[i]);
+            QCOMPARE(lines[i]["leftOut"].toInt(), (i == 0 ? 1 : 2) - segments[i]);
+        }
+        const QJsonArray patches = data.head().value("patches").toArray();
+        QCOMPARE(patches[0]["triangles"].toInt(), triangles[0]);
+        QCOMPARE(patches[1]["triangles"].toInt(), triangles[1]);
+    }
+
+    void takesNoMoreThanItHasRoomFor_data()
+    {
+        QTest::addColumn<int>("percent");
+        QTest::newRow("all") << 100;
+        QTest::newRow("most") << 99;
+        QTest::newRow("half") << 50;
+        QTest::newRow("little") << 5;
+    }
+
+    void takesNoMoreThanItHasRoomFor()
+    {
+        QFETCH(int, percent);
+        ClosedCase closed;
+        addLooseTriangles(closed);
+        const CaseView view(closed.database);
+        const CaseSurface surface(view);
+        const qsizetype whole = PackedSurface(view, surface, 1 << 30).size();
+        const qsizetype room = whole * percent / 100;
+        const PackedSurface packed(view, surface, room);
+        QVERIFY(packed.size() <= room);
+        QVERIFY(packed.size() > room * 3 / 4);
+        int leftOut = 0;
+        for (const QJsonValue& patch : packed.head().value("patches").toArray()) {
+            leftOut += patch["leftOut"].toInt();
+        }
+        QCOMPARE(leftOut == 0, percent == 100);
+    }
+
+    void hasAHeadWhereThereIsNoRoom()
+    {
+        const ClosedCase closed;
+        const CaseView view(closed.database);
+        const PackedSurface packed(view, CaseSurface(view), 10);
+        const QJsonArray patches = packed.head().value("patches").toArray();
+        QCOMPARE(patches[1]["leftOut"].toInt(), 3);
+        QCOMPARE(packed.head().value("vertices").toInt(), 0);
     }
 
     void looksForBareSidesWhereThereAreSome()

@@ -22,10 +22,11 @@ export class Panel {
         this.select(null);
     }
 
-    tellWhatIsLeftOut({ patches }) {
-        const count = patches.reduce((sum, patch) => sum + patch.leftOut, 0);
-        byId("note").textContent =
-            count > 0 ? `Left out: ${counted(count, "polygon")}, too many for this page` : "";
+    tellWhatIsLeftOut({ patches, lines }) {
+        const leftOut = (parts) => parts.reduce((sum, part) => sum + part.leftOut, 0);
+        const told = [[leftOut(patches), "polygon"], [leftOut(lines), "mesh edge"]]
+            .filter(([count]) => count > 0).map(([count, what]) => counted(count, what)).join(" and ");
+        byId("note").textContent = told && `Left out: ${told}, too many for this page`;
     }
 
     /** What a patch belongs to where it is coloured by region: what is not fluid shows. */
