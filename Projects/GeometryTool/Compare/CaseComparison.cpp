@@ -74,4 +74,15 @@ CaseDifferences CaseComparison::compare(const Database& a, const Database& b,
     return differences;
 }
 
+CaseDifferences CaseComparison::compareModels(const Database& a, const Database& b, int limit)
+{
+    const ComparedCase caseA(a);
+    const ComparedCase caseB(b);
+    const CaseMatch match = CaseMatch::byId(caseA, caseB);
+    const CasePair pair{caseA, caseB, match, Closeness(0.0)};
+    CaseDifferences differences(limit);
+    ModelComparison(pair, differences).run();
+    return differences;
+}
+
 } // namespace Ovra::GeoTool

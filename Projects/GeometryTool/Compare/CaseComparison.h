@@ -29,6 +29,12 @@ public:
     /// \param a, b read from files, so that all that they name is there
     static CaseDifferences compare(const Geo::Database& a, const Geo::Database& b,
                                    const Options& options, Progress& progress);
+
+    /// \brief What is different of the models alone, by id: of the entities that both have all but their
+    /// neighbours. The meshes need not be there.
+    /// \param limit as of CaseDifferences
+    static CaseDifferences compareModels(const Geo::Database& a, const Geo::Database& b,
+                                         int limit = CaseDifferences::DefaultLimit);
 };
 
 } // namespace Ovra::GeoTool

@@ -4,7 +4,6 @@
 #include "CaseSummary.h"
 #include "Counted.h"
 
-#include <QJsonArray>
 #include <QJsonDocument>
 
 #include <set>
@@ -127,18 +126,23 @@ QString DiffReport::tableText() const
     return text;
 }
 
-QByteArray DiffReport::json() const
+QJsonArray DiffReport::differencesJson(const CaseDifferences& differences)
 {
     QJsonArray groups;
-    for (const auto& [key, group] : differences_.groups()) {
+    for (const auto& [key, group] : differences.groups()) {
         groups.append(groupJson(key, group));
     }
+    return groups;
+}
+
+QByteArray DiffReport::json() const
+{
     const QJsonObject object{{"a", caseJson(a_)},
                              {"b", caseJson(b_)},
                              {"equal", differences_.areNone()},
                              {"tolerance", options_.tolerance},
                              {"byPlace", options_.byPlace},
-                             {"differences", groups}};
+                             {"differences", differencesJson(differences_)}};
     return QJsonDocument(object).toJson(QJsonDocument::Indented);
 }
 

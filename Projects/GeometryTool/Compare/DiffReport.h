@@ -3,6 +3,7 @@
 #include "CaseComparison.h"
 
 #include <QByteArray>
+#include <QJsonArray>
 #include <QJsonObject>
 
 namespace Ovra::GeoTool
@@ -24,6 +25,9 @@ public:
     QByteArray text() const;
 
     QByteArray json() const;
+
+    /// \brief The array `differences` of the JSON.
+    static QJsonArray differencesJson(const CaseDifferences& differences);
 
 private:
     QString tableText() const;

@@ -1,7 +1,9 @@
 #include "EarlierCase.h"
 
-#include "CaseFiles.h"
+#include "CaseComparison.h"
 #include "CaseSummary.h"
+#include "DiffReport.h"
+#include "EntityTable.h"
 #include "InfoJson.h"
 #include "Mesh.h"
 #include "MeshEntity.h"
@@ -21,6 +23,9 @@ using namespace Ovra::Geo;
 
 namespace
 {
+
+/// Of each kind and part.
+constexpr int differenceLimit = 100;
 
 std::array<std::vector<int>, 4> meshIdsOf(const Database& database)
 {
@@ -47,7 +52,7 @@ qint64 countMissing(const std::vector<int>& some, const std::vector<int>& others
 QJsonArray entitiesOf(const Model& model)
 {
     QJsonArray array;
-    for (const int dimension : {model.faceDimension() + 1, model.faceDimension()}) {
+    for (const int dimension : listedDimensions(model)) {
         auto entities = model.orderedIterator(dimension);
         while (entities.hasNext()) {
             const ModelEntity* const entity = entities.next();
@@ -65,11 +70,11 @@ QJsonArray entitiesOf(const Model& model)
 EarlierCase::EarlierCase(const QString& name, Progress& progress)
 {
     CaseFiles files(name);
-    CaseDatabase database;
-    files.load(database, progress);
-    info_ = QJsonDocument::fromJson(infoJson(CaseSummary(files, database, progress))).object();
-    entities_ = entitiesOf(*database.model());
-    meshIds_ = meshIdsOf(database);
+    files.load(database_, progress);
+    info_ = QJsonDocument::fromJson(infoJson(CaseSummary(files, database_, progress))).object();
+    entities_ = entitiesOf(*database_.model());
+    meshIds_ = meshIdsOf(database_);
+    database_.mesh()->clear(); // it takes many times what the model does
 }
 
 QJsonObject EarlierCase::changesTo(const Database& later) const
@@ -81,8 +86,13 @@ QJsonObject EarlierCase::changesTo(const Database& later) const
         added.append(countMissing(laterIds[dimension], meshIds_[dimension]));
         removed.append(countMissing(meshIds_[dimension], laterIds[dimension]));
     }
-    return {
-        {"info", info_}, {"entities", entities_}, {"meshAdded", added}, {"meshRemoved", removed}};
+    const CaseDifferences differences =
+        CaseComparison::compareModels(database_, later, differenceLimit);
+    return {{"info", info_},
+            {"entities", entities_},
+            {"meshAdded", added},
+            {"meshRemoved", removed},
+            {"differences", DiffReport::differencesJson(differences)}};
 }
 
 } // namespace Ovra::GeoTool

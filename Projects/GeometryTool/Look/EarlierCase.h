@@ -1,5 +1,7 @@
 #pragma once
 
+#include "CaseFiles.h"
+
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QString>
@@ -7,17 +9,13 @@
 #include <array>
 #include <vector>
 
-namespace Ovra::Geo
-{
-class Database;
-}
-
 namespace Ovra::GeoTool
 {
 
 class Progress;
 
-/// \brief What is kept of the case that another one was made from, to tell what has changed.
+/// \brief What is kept of the case that another one was made from, to tell what has changed: all of its
+/// model, and of its mesh the ids.
 class EarlierCase
 {
 public:
@@ -26,11 +24,13 @@ public:
 
     /// \brief What the report's page needs to tell the changes to \p later: `info`, as `info --json`
     /// has it, the `entities` of the earlier case with their `dimension`, `id`, `name` and
-    /// `elements`, and the numbers of mesh entities by dimension whose id only one of the cases has,
-    /// `meshAdded` and `meshRemoved`.
+    /// `elements`, the numbers of mesh entities by dimension whose id only one of the cases has,
+    /// `meshAdded` and `meshRemoved`, and what is different of the model, `differences`, as
+    /// `diff --json` has it, at most 100 of each kind and part.
     QJsonObject changesTo(const Geo::Database& later) const;
 
 private:
+    CaseDatabase database_; ///< without its mesh
     QJsonObject info_;
     QJsonArray entities_;
     std::array<std::vector<int>, 4> meshIds_;

@@ -4,6 +4,7 @@
 #include "AttributeText.h"
 #include "CaseSummary.h"
 #include "CaseView.h"
+#include "Model.h"
 #include "ModelEntity.h"
 
 #include <QJsonObject>
@@ -64,10 +65,18 @@ QJsonObject entityJson(const ModelEntity& entity, int bodyDimension, const CaseS
 
 } // namespace
 
+std::vector<int> listedDimensions(const Model& model)
+{
+    constexpr int mostEdges = 20000;
+    const int faces = model.faceDimension();
+    const bool isLong = faces == 1 && model.count(faces) > mostEdges;
+    return isLong ? std::vector<int>{faces + 1} : std::vector<int>{faces + 1, faces};
+}
+
 QJsonArray entityTable(const CaseView& view, const CaseSummary& summary)
 {
     QJsonArray table;
-    for (const int dimension : {view.elementDimension(), view.faceDimension()}) {
+    for (const int dimension : listedDimensions(view.model())) {
         for (const ModelEntity* entity : view.modelEntities(dimension)) {
             table.append(entityJson(*entity, view.elementDimension(), summary));
         }

@@ -2,14 +2,26 @@
 
 #include <QJsonArray>
 
+#include <vector>
+
+namespace Ovra::Geo
+{
+class Model;
+}
+
 namespace Ovra::GeoTool
 {
 
 class CaseView;
 struct CaseSummary;
 
-/// \brief What the report's page tells of each model region and face (face and edge in a case
-/// without regions), by dimension from the highest, then by id.
+/// \brief The dimensions of the model entities that the report's page lists, from the highest: regions and
+/// faces, or faces and edges in a model without regions, unless these are more than 20,000, as where
+/// loose triangles were taken for faces with an edge each.
+std::vector<int> listedDimensions(const Geo::Model& model);
+
+/// \brief What the report's page tells of each model entity of the listed dimensions, by
+/// dimension from the highest, then by id.
 ///
 /// An object has `dimension`, `id`, `name`, `tag`, `materialType` and `materialId` (null where there
 /// is none), `elements`, the number of mesh entities of its dimension on it, `measure`, their

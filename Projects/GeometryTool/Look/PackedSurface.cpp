@@ -28,24 +28,17 @@ std::size_t cornersOf(const CaseSurface& surface)
     return corners;
 }
 
-/// A tenth fewer than would fit if all took the same: what is left may take more than what was cut off.
-std::size_t fewer(std::size_t corners, qsizetype taken, qsizetype room)
-{
-    if (room <= 0) {
-        return 0;
-    }
-    const double share = 0.9 * static_cast<double>(room) / static_cast<double>(taken);
-    return static_cast<std::size_t>(share * static_cast<double>(corners));
-}
-
 } // namespace
 
+/// How much a corner takes is known only when it is packed. At first a tenth fewer than would fit if all
+/// took the same; what is left may take more than what was cut off, so that then half of that is tried.
 PackedSurface::PackedSurface(const CaseView& view, const CaseSurface& surface, qsizetype room)
 {
     std::size_t corners = std::min(MostCorners, cornersOf(surface));
     take(SurfaceData(view, surface, corners));
-    while (size() > room && corners > 0) {
-        corners = fewer(corners, size() - headSize(), room - headSize());
+    for (double share = 0.9; size() > room && corners > 0; share = 0.45) {
+        share *= static_cast<double>(room) / static_cast<double>(size());
+        corners = static_cast<std::size_t>(share * static_cast<double>(corners));
         take(SurfaceData(view, surface, corners));
     }
 }
@@ -55,11 +48,8 @@ void PackedSurface::take(const SurfaceData& data)
     head_ = data.head();
     positions_ = packed(data.positions());
     indices_ = packed(data.indices());
-}
-
-qsizetype PackedSurface::headSize() const
-{
-    return QJsonDocument(head_).toJson(QJsonDocument::Compact).size();
+    size_ = QJsonDocument(head_).toJson(QJsonDocument::Compact).size() + positions_.size() +
+            indices_.size();
 }
 
 } // namespace Ovra::GeoTool

@@ -13,8 +13,8 @@ public:
     /// \brief As many corners as a browser turns about at ease: those of 1.2 million triangles.
     static constexpr std::size_t MostCorners = 3'600'000;
 
-    /// \param room in bytes, for all that follows together; a head alone that takes more is there all
-    /// the same, with nothing behind it
+    /// \param room in bytes, for all that follows together; a head of patches that takes more is there
+    /// all the same, with nothing behind it
     PackedSurface(const CaseView& view, const CaseSurface& surface, qsizetype room);
 
     const QJsonObject& head() const { return head_; }
@@ -25,15 +25,15 @@ public:
     const QByteArray& indices() const { return indices_; }
 
     /// \brief What it takes of a page.
-    qsizetype size() const { return headSize() + positions_.size() + indices_.size(); }
+    qsizetype size() const { return size_; }
 
 private:
     void take(const SurfaceData& data);
-    qsizetype headSize() const;
 
     QJsonObject head_;
     QByteArray positions_;
     QByteArray indices_;
+    qsizetype size_ = 0;
 };
 
 } // namespace Ovra::GeoTool

@@ -106,15 +106,28 @@ std::size_t cornersOf(const CaseSurface::Patch& patch)
     return patch.triangles.size() + patch.quadrilaterals.size();
 }
 
-/// How many corners of each patch, and then ends of each line, are shown: the largest have to do with
-/// what the others leave.
-std::vector<std::size_t> roomOf(const CaseSurface& surface, std::size_t most)
+std::size_t endsOf(const CaseSurface::Line& line)
+{
+    return line.ends.size();
+}
+
+template <typename Part, typename Size>
+std::vector<std::size_t> sizesOf(const std::vector<Part>& parts, Size sizeOf)
 {
     std::vector<std::size_t> sizes;
-    std::transform(surface.patches().begin(), surface.patches().end(), std::back_inserter(sizes),
-                   cornersOf);
-    std::transform(surface.lines().begin(), surface.lines().end(), std::back_inserter(sizes),
-                   [](const CaseSurface::Line& line) { return line.ends.size(); });
+    sizes.reserve(parts.size());
+    std::transform(parts.begin(), parts.end(), std::back_inserter(sizes), sizeOf);
+    return sizes;
+}
+
+std::size_t sumOf(const std::vector<std::size_t>& numbers)
+{
+    return std::accumulate(numbers.begin(), numbers.end(), std::size_t(0));
+}
+
+/// How much of each part is shown: the largest have to do with what the others leave.
+std::vector<std::size_t> roomsOf(std::vector<std::size_t> sizes, std::size_t most)
+{
     std::vector<std::size_t> bySize(sizes.size());
     std::iota(bySize.begin(), bySize.end(), std::size_t(0));
     std::stable_sort(bySize.begin(), bySize.end(),
@@ -152,7 +165,7 @@ QJsonObject writePatch(const CaseSurface::Patch& patch, std::size_t room, const 
 }
 
 QJsonArray writePatches(const std::vector<CaseSurface::Patch>& patches,
-                        std::span<const std::size_t> rooms, const MortonOrder& order,
+                        const std::vector<std::size_t>& rooms, const MortonOrder& order,
                         IndexWriter& writer)
 {
     QJsonArray json;
@@ -162,20 +175,30 @@ QJsonArray writePatches(const std::vector<CaseSurface::Patch>& patches,
     return json;
 }
 
-QJsonArray writeLines(const std::vector<CaseSurface::Line>& lines,
-                      std::span<const std::size_t> rooms, IndexWriter& writer)
+QJsonObject writeLine(const CaseSurface::Line& line, std::span<const int> ends, IndexWriter& writer)
+{
+    QJsonObject json = entityJson(line.entity);
+    json.insert("segments", static_cast<qint64>(ends.size() / 2));
+    json.insert("faces", adjacentIdsJson(*line.entity, 2));
+    writer.write(ends);
+    return json;
+}
+
+/// Those of which nothing is shown may be a million; they only count.
+void writeLines(const std::vector<CaseSurface::Line>& lines, const std::vector<std::size_t>& rooms,
+                IndexWriter& writer, QJsonObject& head)
 {
     QJsonArray array;
+    std::size_t leftOut = 0;
     for (std::size_t i = 0; i < lines.size(); ++i) {
-        const std::span<const int> shown = fitting(lines[i].ends, 2, rooms[i]);
-        QJsonObject json = entityJson(lines[i].entity);
-        json.insert("segments", static_cast<qint64>(shown.size() / 2));
-        json.insert("leftOut", static_cast<qint64>((lines[i].ends.size() - shown.size()) / 2));
-        json.insert("faces", adjacentIdsJson(*lines[i].entity, 2));
-        array.append(json);
-        writer.write(shown);
+        const std::span<const int> ends = fitting(lines[i].ends, 2, rooms[i]);
+        leftOut += (lines[i].ends.size() - ends.size()) / 2;
+        if (!ends.empty()) {
+            array.append(writeLine(lines[i], ends, writer));
+        }
     }
-    return array;
+    head.insert("lines", array);
+    head.insert("segmentsLeftOut", static_cast<qint64>(leftOut));
 }
 
 QByteArray floatsOf(const std::vector<int>& vertices, const std::vector<Vector>& points,
@@ -208,11 +231,14 @@ SurfaceData::SurfaceData(const CaseView& view, const CaseSurface& surface, std::
     Numbering numbering(view.points().size());
     IndexWriter writer(numbering);
     const MortonOrder order(view.points());
-    const std::vector<std::size_t> rooms = roomOf(surface, mostCorners);
-    const std::span<const std::size_t> ofAll(rooms);
-    const std::size_t patches = surface.patches().size();
-    head_.insert("patches", writePatches(surface.patches(), ofAll.first(patches), order, writer));
-    head_.insert("lines", writeLines(surface.lines(), ofAll.subspan(patches), writer));
+    const std::vector<std::size_t> corners = sizesOf(surface.patches(), cornersOf);
+    const std::size_t left = mostCorners - std::min(mostCorners, sumOf(corners));
+    // A million small lines are not to take the place of the faces.
+    const std::vector<std::size_t> ofLines =
+        roomsOf(sizesOf(surface.lines(), endsOf), std::max(mostCorners / 4, left));
+    const std::vector<std::size_t> ofPatches = roomsOf(corners, mostCorners - sumOf(ofLines));
+    head_.insert("patches", writePatches(surface.patches(), ofPatches, order, writer));
+    writeLines(surface.lines(), ofLines, writer, head_);
     head_.insert("vertices", static_cast<qint64>(numbering.used().size()));
     const Vector origin = originOf(numbering.used(), view.points());
     head_.insert("origin", QJsonArray{origin.x(), origin.y(), origin.z()});

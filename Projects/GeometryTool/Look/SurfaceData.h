@@ -14,7 +14,8 @@ namespace Ovra::GeoTool
 /// The head has `origin`, which all positions are relative to; `vertices`, the number of positions;
 /// `patches`, each with `dimension` and `id` of its entity (null where it has none), the numbers of
 /// `triangles` and `quadrilaterals`, and those `leftOut`; `lines`, each with `dimension`, `id`,
-/// the number of `segments`, that `leftOut`, and the ids of its `faces`. The indices stand patch by patch, triangles
+/// the number of `segments` and the ids of its `faces`, where there are segments;
+/// `segmentsLeftOut`, the number of those that are not there. The indices stand patch by patch, triangles
 /// before quadrilaterals, then line by line.
 ///
 /// Within a patch the polygons stand along a Morton curve through their middles, and vertices have
@@ -24,8 +25,8 @@ namespace Ovra::GeoTool
 class SurfaceData
 {
 public:
-    /// \param mostCorners of polygons, and ends of lines; of more, the patches and lines with the
-    /// most are cut off, the largest first
+    /// \param mostCorners of polygons, and ends of lines; of more, the largest patches are cut off, and
+    /// the longest lines where these have more than a quarter
     SurfaceData(const CaseView& view, const CaseSurface& surface, std::size_t mostCorners);
 
     const QJsonObject& head() const { return head_; }

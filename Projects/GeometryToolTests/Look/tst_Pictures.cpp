@@ -11,7 +11,7 @@
 namespace
 {
 
-constexpr double mostOfLegends = 20.0;
+constexpr double mostOfLegends = 10.0;
 
 /// As wide as the tool's column for it is at the sizes of these pictures.
 PngImage::Part legendOf(const PngImage& picture)
@@ -122,7 +122,8 @@ private slots:
         PngImage::Part text = lines[lines.size() - 2];
         text.x += 24; // the colours stay
         text.width -= 24;
-        QVERIFY(differenceOfLegends(old.withPartAt(text, lines.back().y), old) > mostOfLegends);
+        const double difference = differenceOfLegends(old.withPartAt(text, lines.back().y), old);
+        QVERIFY2(difference > mostOfLegends, qPrintable(QString::number(difference)));
     }
 
     void doNotLookLikeOneAnother()

@@ -64,6 +64,24 @@ bool saveTwoCubes(const QString& path)
     return PreparationCase::save(*grid.database(), path);
 }
 
+/// "before", and "after" with other names and attributes.
+bool saveTwoWithChanges(const QString& folder)
+{
+    ClosedCase before;
+    ClosedCase after;
+    for (int i = 0; i < 103; ++i) {
+        before.addFace()->setName(QStringLiteral("old"));
+        after.addFace()->setName(QString::number(i));
+    }
+    after.walls->setName(QStringLiteral("shell"));
+    after.walls->attributes().insert(AttributeType::MeshSize, 0.5);
+    before.region->setName(hostile);
+    after.region->setName(hostile);
+    after.region->attributes().insert(AttributeType::MaterialType, hostile);
+    return before.save(folder + QStringLiteral("/before")) &&
+           after.save(folder + QStringLiteral("/after"));
+}
+
 } // namespace
 
 /// The page of a report in a browser without a window.
@@ -89,9 +107,15 @@ private slots:
         Database nothing;
         QVERIFY(PreparationCase::save(nothing, directory_.filePath("empty")));
         QCOMPARE(runTool({"report", directory_.filePath("empty"), "-o", empty}).exitCode, 0);
+        const QString changed = directory_.filePath("changed.html");
+        QVERIFY(saveTwoWithChanges(directory_.path()));
+        QCOMPARE(runTool({"report", directory_.filePath("after"), "-o", changed, "--before",
+                          directory_.filePath("before")})
+                     .exitCode,
+                 0);
         QProcess process;
-        process.start(Programs::find("node"),
-                      {driver, Programs::find("chromium"), page, empty, directory_.path()});
+        process.start(Programs::find("node"), {driver, Programs::find("chromium"), page, empty,
+                                               changed, directory_.path()});
         QVERIFY(process.waitForFinished(-1));
         seen_ = QJsonDocument::fromJson(process.readAllStandardOutput()).object();
         QVERIFY2(!seen_.isEmpty(), process.readAllStandardError().constData());
@@ -109,6 +133,21 @@ private slots:
         QCOMPARE(seen_["sections"].toArray(),
                  (QJsonArray{"Surfaces", "Overview", "Findings", "Regions", "Faces", "Quality",
                              "Attributes"}));
+    }
+
+    void tellsWhatOfTheModelHasChanged()
+    {
+        const QJsonObject told = seen_["differences"].toObject();
+        QCOMPARE(told["caption"].toString(), QString("Names, attributes and places that differ"));
+        const QJsonArray rows = told["rows"].toArray();
+        QCOMPARE(rows.size(), 102);
+        QCOMPARE(rows[0].toArray(), (QJsonArray{"face 4", "shell", "name", "\"\"", "\"shell\""}));
+        QCOMPARE(rows[100].toArray(), (QJsonArray{"face 4", "shell", "mesh_size", "none", "0.5"}));
+        QCOMPARE(rows[101].toArray(), (QJsonArray{"region 2", hostile, "material_type", "\"fluid\"",
+                                                  '"' + hostile + '"'}));
+        QCOMPARE(told["paragraphs"].toArray(),
+                 (QJsonArray{"Every region and face has as many elements as before.",
+                             "name model faces: and 4 more"}));
     }
 
     void aClickTellsTheNameOfTheFace()

@@ -219,6 +219,68 @@ private slots:
         QCOMPARE(report.at("info/twins/0/relation").toString(), QString("solid side"));
     }
 
+    void tellsWhatOfTheModelDiffersAsDiffDoes()
+    {
+        ClosedCase before;
+        QVERIFY(before.save(path("earlier")));
+        ClosedCase after;
+        after.walls->setName(QStringLiteral("shell"));
+        after.walls->attributes().insert(AttributeType::MeshSize, 0.5);
+        after.face->attributes().insert(AttributeType::SolidFace, 4);
+        after.region->attributes().insert(AttributeType::MaterialId, 8);
+        QVERIFY(after.save(path("later")));
+        const ReportFile report = reportOn("later", {"--before", path("earlier")});
+        QStringList told;
+        for (const QJsonValue& group : report.at("before/differences").toArray()) {
+            for (const QJsonValue& difference : group["first"].toArray()) {
+                told += group["kind"].toString() + ' ' + difference["text"].toString();
+            }
+        }
+        const QStringList expected{
+            "name model face 4 at (0, 0, 0): name \"\" in A, \"shell\" in B",
+            "attributes model face 4 at (0, 0, 0): mesh_size none in A, 0.5 in B",
+            "attributes model region 2 at (0.25, 0.25, 0.25): material_id 7 in A, 8 in B",
+            "links model face 3 at (0, 0, 0): solid_face none in A, 4 in B"};
+        QCOMPARE(told, expected);
+        const QByteArray lines = runTool({"diff", path("earlier"), path("later")})
+                                     .output.split('\n')
+                                     .first(4)
+                                     .join('\n');
+        QCOMPARE(QString::fromUtf8(lines), expected.join('\n'));
+        QCOMPARE(reportOn("later", {"--before", path("later")}).at("before/differences").toArray(),
+                 QJsonArray());
+    }
+
+    void countsTheDifferencesBeyondTheFirst()
+    {
+        ClosedCase before;
+        ClosedCase after;
+        for (int i = 0; i < 103; ++i) {
+            before.addFace();
+            after.addFace()->setName(QString::number(i));
+        }
+        QVERIFY(before.save(path("unnamed")));
+        QVERIFY(after.save(path("named")));
+        const ReportFile report = reportOn("named", {"--before", path("unnamed")});
+        QCOMPARE(report.at("before/differences/0/part").toString(), QString("model faces"));
+        QCOMPARE(report.at("before/differences/0/count").toInt(), 103);
+        QCOMPARE(report.at("before/differences/0/first").toArray().size(), 100);
+    }
+
+    void listsNoEdgesWhereThereAreVeryMany()
+    {
+        PlanarCase planar;
+        QVERIFY(SavedCase::save(planar.database, path("few")));
+        QCOMPARE(reportOn("few").at("entities").toArray().size(), 5);
+        while (planar.database.model()->count(1) <= 20000) {
+            planar.database.model()->add(new ModelEdge);
+        }
+        QVERIFY(SavedCase::save(planar.database, path("many")));
+        const ReportFile report = reportOn("many", {"--before", path("many")});
+        QCOMPARE(report.at("entities").toArray().size(), 2);
+        QCOMPARE(report.at("before/entities").toArray().size(), 2);
+    }
+
     void everyRunGivesTheSameBytes()
     {
         ClosedCase closed;

@@ -56,7 +56,7 @@ export async function readSurfaces(head) {
         quadrilateralIndices: next(4 * patch.quadrilaterals),
     }));
     const lines = head.lines.map((line) => ({ ...line, indices: next(2 * line.segments) }));
-    return { positions: new Float32Array(positions), patches, lines };
+    return { positions: new Float32Array(positions), patches, lines, segmentsLeftOut: head.segmentsLeftOut };
 }
 
 async function inflated(id) {

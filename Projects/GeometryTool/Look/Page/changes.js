@@ -55,6 +55,36 @@ function entityTable(rows, select) {
     ], rows, ({ entity }) => `${kinds[entity.dimension]} ${entity.id} ${titleOf(entity)}`);
 }
 
+/** A row for each value that differs; what is in one case only has none. */
+function differenceRows({ find, before }) {
+    return before.differences.flatMap(({ kind, part, first }) => first.flatMap(({ idA, idB, changes }) => {
+        const entity = find(kindsOf.indexOf(part.replace("model ", "")), idB);
+        const whom = subjectName(part, idB ?? idA);
+        const whole = { what: kind === "only-in-a" ? "gone" : "new", a: "", b: "" };
+        return (changes.length > 0 ? changes : [whole]).map((change) => ({ whom, entity, ...change }));
+    }));
+}
+
+function subjectName(part, id) {
+    const dimension = kindsOf.indexOf(part.replace("model ", ""));
+    return dimension >= 0 ? `${kinds[dimension]} ${id}` : id === null ? `the ${part}` : `${part} region ${id}`;
+}
+
+/** What of the model reads otherwise, in the words of `ovrageo diff`. */
+function differenceTable(data, select) {
+    const rows = differenceRows(data);
+    const more = data.before.differences.filter(({ count, first }) => count > first.length)
+        .map(({ kind, part, count, first }) =>
+            element("p", { class: "hint" }, `${kind} ${part}: and ${number(count - first.length)} more`));
+    return [table("Names, attributes and places that differ", [
+        { head: "kind", cell: ({ whom }) => whom },
+        { head: "name", cell: ({ entity }) => (entity ? nameButton(entity, select) : "") },
+        { head: "what", cell: ({ what }) => what },
+        { head: "before", isLong: true, cell: ({ a }) => a },
+        { head: "after", isLong: true, cell: ({ b }) => b },
+    ], rows, ({ whom, entity, what, a, b }) => [whom, entity ? titleOf(entity) : "", what, a, b].join(" ")), ...more];
+}
+
 const twinKey = (twin) => [twin.relation, twin.dimension, twin.id, twin.originalId].join("/");
 
 /** What stands for the two sides of something: made by a preparation, or a shell's faces. */
@@ -83,5 +113,7 @@ export function showChanges(section, data, select) {
         facts([["Since", before.info.case]]),
         countsTable(info, before),
         entities.length > 0 ? entityTable(entities, select) : element("p", {}, "Every region and face has as many elements as before."),
+        ...(before.differences.length > 0 ? differenceTable(data, select)
+            : [element("p", {}, "Every name, attribute and place in the model is as before.")]),
         twins.length > 0 ? twinTable(data, twins, select) : "");
 }

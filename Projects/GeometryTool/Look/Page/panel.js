@@ -22,9 +22,9 @@ export class Panel {
         this.select(null);
     }
 
-    tellWhatIsLeftOut({ patches, lines }) {
-        const leftOut = (parts) => parts.reduce((sum, part) => sum + part.leftOut, 0);
-        const told = [[leftOut(patches), "polygon"], [leftOut(lines), "mesh edge"]]
+    tellWhatIsLeftOut({ patches, segmentsLeftOut }) {
+        const polygons = patches.reduce((sum, patch) => sum + patch.leftOut, 0);
+        const told = [[polygons, "polygon"], [segmentsLeftOut, "mesh edge"]]
             .filter(([count]) => count > 0).map(([count, what]) => counted(count, what)).join(" and ");
         byId("note").textContent = told && `Left out: ${told}, too many for this page`;
     }

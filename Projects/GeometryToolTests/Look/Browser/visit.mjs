@@ -1,11 +1,11 @@
-// Opens a report and does with it what its reader would, and one of an empty case: node visit.mjs BROWSER PAGE
-// EMPTY SCRATCH. Prints what it has seen as one JSON object.
+// Opens a report and does with it what its reader would, one of an empty case, and one that tells of changes: node
+// visit.mjs BROWSER PAGE EMPTY CHANGED SCRATCH. Prints what it has seen as one JSON object.
 
 import { createHash } from "node:crypto";
 import { pathToFileURL } from "node:url";
 import { chromium } from "playwright-core";
 
-const [browserPath, pagePath, emptyPath, scratch] = process.argv.slice(2);
+const [browserPath, pagePath, emptyPath, changedPath, scratch] = process.argv.slice(2);
 const ready = () => document.documentElement.dataset.ready;
 const faults = [];
 const seen = { faults };
@@ -107,6 +107,19 @@ async function look(browser, name, options) {
     await context.close();
 }
 
+/** What the section of changes says, as its reader has it before him: paragraphs, and the rows of the last table. */
+async function readChanges(browser) {
+    const context = await browser.newContext({ viewport: { width: 1200, height: 1100 } });
+    const page = await open(context, changedPath);
+    const table = page.locator("#changes table").last();
+    seen.differences = {
+        caption: await table.locator("caption").innerText(),
+        rows: (await table.locator("tbody tr").allInnerTexts()).map((row) => row.split("\t")),
+        paragraphs: await page.locator("#changes p:not(:empty)").allInnerTexts(),
+    };
+    await context.close();
+}
+
 /** What stands in place of a view that cannot be. */
 async function lookWithout(browser, name, path, prepare) {
     const context = await browser.newContext({ viewport: { width: 1200, height: 1100 } });
@@ -138,6 +151,7 @@ await press(page);
 await context.close();
 await look(browser, "phone", { viewport: { width: 360, height: 740 }, colorScheme: "light", isMobile: true, hasTouch: true });
 await look(browser, "dark", { viewport: { width: 1200, height: 800 }, colorScheme: "dark" });
+await readChanges(browser);
 await lookWithout(browser, "empty", emptyPath, () => {});
 await lookWithout(browser, "withoutWebGl", pagePath, () => (HTMLCanvasElement.prototype.getContext = () => null));
 await browser.close();
