@@ -240,7 +240,7 @@ private slots:
             "name model face 4 at (0, 0, 0): name \"\" in A, \"shell\" in B",
             "attributes model face 4 at (0, 0, 0): mesh_size none in A, 0.5 in B",
             "attributes model region 2 at (0.25, 0.25, 0.25): material_id 7 in A, 8 in B",
-            "links model face 3 at (0, 0, 0): solid_face none in A, 4 in B"};
+            "links model face 3 at (0.5, 0.5, 0): solid_face none in A, 4 in B"};
         QCOMPARE(told, expected);
         const QByteArray lines = runTool({"diff", path("earlier"), path("later")})
                                      .output.split('\n')
