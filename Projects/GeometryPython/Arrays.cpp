@@ -137,6 +137,12 @@ std::string kindOf(const MeshEntity& entity)
     return topology ? topology->name : "unknown";
 }
 
+/// Of an array that is filled in one walk, and cut at its end to the rows that were.
+py::ssize_t mostRows(const MeshEntities& view)
+{
+    return static_cast<py::ssize_t>(view.most());
+}
+
 /// A file may hold elements of any number of vertices, which the library has no geometry for.
 void requireShape(const MeshEntity& entity)
 {
@@ -176,17 +182,18 @@ MeshEntities addAll(const CasePointer& state, int dimension, std::size_t count,
                     const std::vector<int>& ids, Make make)
 {
     Mesh& mesh = state->mesh();
-    auto added = std::make_shared<std::vector<int>>();
-    added->reserve(count);
+    state->meshWillChange();
+    std::vector<int> added;
+    added.reserve(count);
     for (std::size_t row = 0; row < count; ++row) {
         MeshEntity* const entity = make(row);
         if (!ids.empty()) {
             entity->setId(ids[row]);
         }
         mesh.add(entity);
-        added->push_back(entity->id());
+        added.push_back(entity->id());
     }
-    return {state, dimension, std::move(added)};
+    return selected<MeshSide>(state, dimension, std::move(added));
 }
 
 MeshEntity* vertexOf(const Mesh& mesh, qint64 id)
@@ -274,17 +281,17 @@ py::array_t<int> Arrays::arrayOf(const std::vector<int>& ids)
 
 py::array_t<double> Arrays::centroids(const MeshEntities& view)
 {
-    const std::vector<MeshEntity*> entities = view.entities();
-    py::array_t<double> result({static_cast<py::ssize_t>(entities.size()), py::ssize_t{3}});
+    py::array_t<double> result({mostRows(view), py::ssize_t{3}});
     double* place = result.mutable_data();
-    for (const MeshEntity* const entity : entities) {
-        requireShape(*entity);
-        const Vector point = view.dimension == 0 ? static_cast<const MeshVertex*>(entity)->point()
-                                                 : entity->centroid();
+    view.forEach([&place, isOfVertices = view.dimension == 0](const MeshEntity& entity) {
+        requireShape(entity);
+        const Vector point =
+            isOfVertices ? static_cast<const MeshVertex&>(entity).point() : entity.centroid();
         *place++ = point.x();
         *place++ = point.y();
         *place++ = point.z();
-    }
+    });
+    result.resize({(place - result.data()) / 3, py::ssize_t{3}});
     return result;
 }
 
@@ -304,9 +311,7 @@ void Arrays::setPoints(const MeshEntities& view, const py::object& object)
 py::dict Arrays::kinds(const MeshEntities& view)
 {
     std::map<std::string, int> counts;
-    for (const MeshEntity* const entity : view.entities()) {
-        ++counts[kindOf(*entity)];
-    }
+    view.forEach([&counts](const MeshEntity& entity) { ++counts[kindOf(entity)]; });
     py::dict result;
     for (const auto& [kind, count] : counts) {
         result[py::str(kind)] = count;
@@ -317,44 +322,59 @@ py::dict Arrays::kinds(const MeshEntities& view)
 MeshEntities Arrays::ofKind(const MeshEntities& view, const std::string& kind)
 {
     const ElementTopology& topology = topologyOf(kind);
-    auto ids = std::make_shared<std::vector<int>>();
-    for (const MeshEntity* const entity : view.entities()) {
-        if (topology.dimension == view.dimension &&
-            entity->adjacencyCount(0) == topology.vertexCount) {
-            ids->push_back(entity->id());
-        }
+    const bool canBeThere = topology.dimension == view.dimension;
+    if (canBeThere && !view.selection) {
+        return {view.state, view.dimension,
+                std::make_shared<Selection<MeshSide>>(view.state, view.dimension,
+                                                      topology.vertexCount)};
     }
-    return {view.state, view.dimension, std::move(ids)};
+    std::vector<int> ids;
+    view.forEach([&](const MeshEntity& entity) {
+        if (canBeThere && entity.adjacencyCount(0) == topology.vertexCount) {
+            ids.push_back(entity.id());
+        }
+    });
+    return selected<MeshSide>(view.state, view.dimension, std::move(ids));
 }
 
 py::array_t<int> Arrays::connectivity(const MeshEntities& view)
 {
-    const std::vector<MeshEntity*> elements = view.entities();
-    const int width = elements.empty() ? 0 : elements.front()->adjacencyCount(0);
-    py::array_t<int> result({static_cast<py::ssize_t>(elements.size()), py::ssize_t{width}});
-    int* place = result.mutable_data();
-    for (const MeshEntity* const element : elements) {
-        if (element->adjacencyCount(0) != width) {
+    const py::ssize_t most = mostRows(view);
+    py::array_t<int> result(py::array::ShapeContainer{0, 0});
+    int* place = nullptr;
+    int width = 0;
+    view.forEach([&](const MeshEntity& element) {
+        if (place == nullptr) {
+            width = element.adjacencyCount(0);
+            result = py::array_t<int>({most, py::ssize_t{width}});
+            place = result.mutable_data();
+        }
+        if (element.adjacencyCount(0) != width) {
             throw py::value_error("the elements are of more than one kind; ask of_kind() first");
         }
         for (int i = 0; i < width; ++i) {
-            *place++ = element->adjacencyAt(0, i)->id();
+            *place++ = element.adjacencyAt(0, i)->id();
         }
+    });
+    if (width > 0) {
+        result.resize({(place - result.data()) / width, py::ssize_t{width}});
     }
     return result;
 }
 
 py::tuple Arrays::parents(const MeshEntities& view)
 {
-    const std::vector<MeshEntity*> entities = view.entities();
-    const auto count = static_cast<py::ssize_t>(entities.size());
-    py::array_t<qint8> dimensions(count);
-    py::array_t<int> ids(count);
-    for (std::size_t i = 0; i < entities.size(); ++i) {
-        const ModelEntity* const parent = entities[i]->parent();
-        dimensions.mutable_data()[i] = parent ? static_cast<qint8>(parent->dimension()) : qint8{-1};
-        ids.mutable_data()[i] = parent ? parent->id() : 0;
-    }
+    py::array_t<qint8> dimensions(mostRows(view));
+    py::array_t<int> ids(mostRows(view));
+    py::ssize_t row = 0;
+    view.forEach([&row, dimensionAt = dimensions.mutable_data(),
+                  idAt = ids.mutable_data()](const MeshEntity& entity) {
+        const ModelEntity* const parent = entity.parent();
+        dimensionAt[row] = parent ? static_cast<qint8>(parent->dimension()) : qint8{-1};
+        idAt[row++] = parent ? parent->id() : 0;
+    });
+    dimensions.resize({row});
+    ids.resize({row});
     return py::make_tuple(dimensions, ids);
 }
 

@@ -66,6 +66,13 @@ Database& CaseState::database()
     return *database_;
 }
 
+void CaseState::meshWillChange()
+{
+    while (!unsettled_.empty()) {
+        (*unsettled_.begin())->settle(); // which takes itself out
+    }
+}
+
 Mesh& CaseState::linkedMesh()
 {
     link(database());
@@ -111,6 +118,7 @@ void CaseState::giveUp(const std::string& reason)
     }
     database(); // not while it is worked on
     database_.reset();
+    unsettled_.clear();
     reason_ = reason;
 }
 

@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 
 namespace Ovra::GeoPython
 {
@@ -26,6 +27,16 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// \brief What has yet to look at the mesh, and has to before that changes.
+class Unsettled
+{
+public:
+    virtual void settle() = 0;
+
+protected:
+    ~Unsettled() = default;
+};
+
 /// \brief A case in memory, and who may touch it.
 ///
 /// Every object of Python that stands for a part of the case shares it, so that it lives as long as
@@ -42,6 +53,16 @@ public:
 
     /// \brief The mesh with all upward lists as its elements have them.
     Geo::Mesh& linkedMesh();
+
+    /// \brief Takes in who wants to be settled ahead of a change.
+    void enter(Unsettled& one) { unsettled_.insert(&one); }
+
+    /// \brief Forgets who was settled, or is about to be no more.
+    void leave(Unsettled& one) { unsettled_.erase(&one); }
+
+    /// \brief To be called ahead of adding mesh entities, or removing one. Settles all that wait for it; where
+    ///        that fails, nothing else has changed.
+    void meshWillChange();
 
     /// \brief Tells that elements were added, whose vertices do not list them yet.
     void meshGrew() { linked_ = false; }
@@ -96,6 +117,7 @@ public:
         try {
             auto done = aside(work);
             ++meshEpoch_;
+            unsettled_.clear();
             return done;
         } catch (...) {
             giveUp(reason);
@@ -148,6 +170,7 @@ private:
     bool linked_ = true;
     int meshEpoch_ = 0;
     std::unordered_map<const void*, int> removals_;
+    std::unordered_set<Unsettled*> unsettled_;
 };
 
 using CasePointer = std::shared_ptr<CaseState>;

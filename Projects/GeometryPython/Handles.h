@@ -1,12 +1,8 @@
 #pragma once
 
-#include "CaseState.h"
-#include "Mesh.h"
-#include "MeshEntity.h"
-#include "Model.h"
-#include "ModelEntity.h"
+#include "Selection.h"
+#include "Sides.h"
 
-#include <algorithm>
 #include <memory>
 #include <string>
 #include <utility>
@@ -14,30 +10,6 @@
 
 namespace Ovra::GeoPython
 {
-
-/// \brief The model of a case, for templates that serve both sides.
-struct ModelSide
-{
-    using Entity = Geo::ModelEntity;
-    static Geo::Model& container(CaseState& state) { return state.model(); }
-    static int epoch(const CaseState&) { return 0; }
-    static constexpr const char* noun = "model";
-};
-
-/// \brief The mesh of a case, for templates that serve both sides.
-struct MeshSide
-{
-    using Entity = Geo::MeshEntity;
-    static Geo::Mesh& container(CaseState& state) { return state.mesh(); }
-    static int epoch(const CaseState& state) { return state.meshEpoch(); }
-    static constexpr const char* noun = "mesh";
-};
-
-/// \brief "mesh face 7".
-std::string entityText(const char* side, int dimension, int id);
-
-/// \brief Throws ValueError unless \p dimension is 0 to 3.
-void requireDimension(int dimension);
 
 /// \brief Stands for an entity of a case that may be gone.
 ///
@@ -143,17 +115,6 @@ pybind11::list wrapAll(const CasePointer& state, const Entities& entities)
     return list;
 }
 
-/// \brief Throws Gone, "the mesh was renumbered after this walk began", unless ids are still those of
-///        \p epoch, or Busy.
-template <typename Side>
-void requireEpoch(CaseState& state, int epoch, const char* since)
-{
-    Side::container(state);
-    if (Side::epoch(state) != epoch) {
-        throw Gone(std::string("the mesh was renumbered after this ") + since);
-    }
-}
-
 /// \brief Entities of one dimension: all that the case has at the time of asking, or a selection.
 template <typename Side>
 struct View
@@ -165,78 +126,74 @@ struct View
     Ids ids() const
     {
         if (selection) {
-            requireSameIds();
-            return *selection;
+            return selection->ids();
         }
         Ids found;
-        auto& container = Side::container(*state);
-        found.reserve(static_cast<std::size_t>(container.count(dimension)));
-        for (auto walk = container.iterator(dimension); walk.hasNext();) {
+        found.reserve(most());
+        for (auto walk = container().iterator(dimension); walk.hasNext();) {
             found.push_back(walk.next().key());
         }
         return found;
+    }
+
+    /// \brief Calls \p visit with each entity in the order of ids(); throws Gone if one of a selection
+    ///        is no more.
+    /// \param visit runs no Python, which could change the case
+    template <typename Visit>
+    void forEach(Visit visit) const
+    {
+        if (selection) {
+            selection->forEach(visit);
+            return;
+        }
+        for (auto walk = container().iterator(dimension); walk.hasNext();) {
+            visit(*walk.next().value());
+        }
     }
 
     /// \brief The entities in the order of ids(); throws Gone if one of a selection is no more.
     std::vector<Entity*> entities() const
     {
         std::vector<Entity*> found;
-        auto& container = Side::container(*state);
-        found.reserve(count());
-        if (!selection) {
-            for (auto walk = container.iterator(dimension); walk.hasNext();) {
-                found.push_back(walk.next().value());
-            }
-            return found;
-        }
-        requireSameIds();
-        for (const int id : *selection) {
-            Entity* const entity = container.entity(dimension, id);
-            if (entity == nullptr) {
-                throw Gone(entityText(Side::noun, dimension, id) + " is no more");
-            }
-            found.push_back(entity);
-        }
+        found.reserve(most());
+        forEach([&found](Entity& entity) { found.push_back(&entity); });
         return found;
     }
 
-    /// \brief Whether \p id is in it, be the entity there or not. The first question sorts a selection.
-    bool has(int id) const
-    {
-        if (!selection) {
-            return true;
-        }
-        requireSameIds();
-        if (!sorted) {
-            auto ids = std::make_shared<Ids>(*selection);
-            std::sort(ids->begin(), ids->end());
-            sorted = std::move(ids);
-        }
-        return std::binary_search(sorted->begin(), sorted->end(), id);
-    }
+    /// \brief Whether \p id is in it, be the entity there or not.
+    bool has(int id) const { return !selection || selection->has(id); }
 
     /// \brief Throws Gone where the ids of a selection are those of other entities by now.
     void requireSameIds() const
     {
         if (selection) {
-            requireEpoch<Side>(*state, epoch, "selection was made");
+            selection->requireSameIds();
         }
     }
 
     /// \brief Number of ids(); throws Gone as that does.
-    std::size_t count() const
+    std::size_t count() const { return selection ? selection->ids().size() : most(); }
+
+    /// \brief No less than count(), and no work.
+    std::size_t most() const
     {
-        requireSameIds();
-        const int all = Side::container(*state).count(dimension);
-        return selection ? selection->size() : static_cast<std::size_t>(all);
+        return selection ? selection->most()
+                         : static_cast<std::size_t>(container().count(dimension));
     }
+
+    auto& container() const { return Side::container(*state); }
 
     CasePointer state;
     int dimension;
-    std::shared_ptr<const Ids> selection = nullptr; ///< null for all
-    mutable std::shared_ptr<const Ids> sorted = nullptr;
-    int epoch = Side::epoch(*state); ///< as the selection was made
+    std::shared_ptr<Selection<Side>> selection = nullptr; ///< null for all
 };
+
+/// \brief The entities of \p ids.
+template <typename Side>
+View<Side> selected(const CasePointer& state, int dimension, std::vector<int> ids)
+{
+    return {state, dimension, std::make_shared<Selection<Side>>(state, dimension, std::move(ids))};
+}
 
 using ModelEntities = View<ModelSide>;
 using MeshEntities = View<MeshSide>;

@@ -57,6 +57,7 @@ void remove(const MeshOf& self, const MeshHandle& handle)
     if (handle.dimension == 0) {
         requireUnused(handle);
     }
+    self.state->meshWillChange();
     self.state->noteRemoval(&entity);
     mesh.remove(&entity);
 }

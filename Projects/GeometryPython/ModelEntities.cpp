@@ -84,12 +84,12 @@ void unlink(const ModelHandle& handle, const ModelHandle& other)
 
 MeshEntities childrenOf(const ModelHandle& handle)
 {
-    auto ids = std::make_shared<std::vector<int>>();
-    ids->reserve(static_cast<std::size_t>(handle.get().childCount()));
+    std::vector<int> ids;
+    ids.reserve(static_cast<std::size_t>(handle.get().childCount()));
     for (auto walk = handle.get().childIterator(); walk.hasNext();) {
-        ids->push_back(walk.next().value()->id());
+        ids.push_back(walk.next().value()->id());
     }
-    return {handle.state, handle.dimension, std::move(ids)};
+    return selected<MeshSide>(handle.state, handle.dimension, std::move(ids));
 }
 
 std::string representation(const ModelHandle& handle)

@@ -105,9 +105,9 @@ std::vector<typename Side::Entity*> entitiesAt(const View<Side>& view, const std
 template <typename Side>
 View<Side> select(const View<Side>& view, const pybind11::object& ids)
 {
-    auto selection = std::make_shared<std::vector<int>>(Arrays::chosen(view.ids(), ids));
-    entitiesAt(view, *selection);
-    return {view.state, view.dimension, std::move(selection)};
+    std::vector<int> chosen = Arrays::chosen(view.ids(), ids);
+    entitiesAt(view, chosen);
+    return selected<Side>(view.state, view.dimension, std::move(chosen));
 }
 
 template <typename Entity>

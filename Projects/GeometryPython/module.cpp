@@ -1,6 +1,8 @@
 #include "Attributes.h"
 #include "Bindings.h"
 
+#include <pybind11/numpy.h>
+
 namespace
 {
 
@@ -28,6 +30,7 @@ PYBIND11_MODULE(_core, module)
     using namespace Ovra::GeoPython;
     module.doc() = "What of ovrageo is C++; import ovrageo instead.";
     module.attr("__version__") = OVRAGEO_VERSION;
+    pybind11::dtype::of<int>(); // imports NumPy ahead of all walks: an import may run any Python
     bindErrors(module);
     bindAttributes(module);
     bindModelEntities(module);

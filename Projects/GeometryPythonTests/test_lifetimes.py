@@ -28,6 +28,7 @@ def parts(case):
         (case.mesh, lambda it: it.vertices),
         (case.mesh.vertices, lambda it: it.coordinates),
         (case.mesh.vertices.select([1]), lambda it: it.ids),
+        (case.mesh.faces.of_kind("triangle"), lambda it: it.connectivity),
         (case.mesh.vertices[1], lambda it: it.point),
         (case.mesh.vertices[1].attributes, dict),
         (case.mesh.regions[1], lambda it: it.vertices),
@@ -122,6 +123,103 @@ def test_a_selection_of_what_was_removed_says_so(tetrahedron):
         chosen.connectivity
 
 
+QUESTIONS = {
+    "ids": lambda chosen: chosen.ids.tolist(),
+    "len": len,
+    "walk": lambda chosen: [face.id for face in chosen],
+    "connectivity": lambda chosen: chosen.connectivity.tolist(),
+    "coordinates": lambda chosen: chosen.coordinates.tolist(),
+    "parents": lambda chosen: [array.tolist() for array in chosen.parents],
+    "attribute": lambda chosen: chosen.attribute("material_id").tolist(),
+    "kinds": lambda chosen: chosen.kinds,
+    "in": lambda chosen: [id for id in range(1, 9) if id in chosen],
+    "select": lambda chosen: chosen.select(np.ones(len(chosen), bool)).ids.tolist(),
+    "of_kind": lambda chosen: chosen.of_kind("triangle").connectivity.tolist(),
+    "repr": repr,
+}
+
+
+@pytest.fixture
+def with_quadrilaterals(tetrahedron):
+    """Faces 1 to 4 are triangles, 5 and 7 quadrilaterals, 6 a triangle."""
+    add = tetrahedron.mesh.add_elements
+    add("quadrilateral", [[1, 2, 3, 4]])
+    add("triangle", [[4, 1, 2]])
+    add("quadrilateral", [[4, 3, 2, 1]])
+    tetrahedron.mesh.faces.classify(1)
+    return tetrahedron
+
+
+@pytest.mark.parametrize("ask", QUESTIONS.values(), ids=QUESTIONS)
+def test_those_of_a_kind_are_those_at_the_time_of_asking(with_quadrilaterals, ask):
+    """They are looked for when something is asked of them, or just before the mesh changes."""
+    mesh = with_quadrilaterals.mesh
+    at_once = ask(mesh.faces.of_kind("triangle"))
+    early, late, of_none = (mesh.faces.of_kind(kind) for kind in ("triangle", "triangle", "tetrahedron"))
+    assert ask(early) == at_once
+    mesh.add_elements("triangle", [[2, 3, 4]])
+    mesh.remove(mesh.faces[5])
+    mesh.add_vertex((7, 7, 7))
+    assert ask(early) == ask(late) == at_once
+    assert len(of_none) == 0 and ask(mesh.faces.of_kind("triangle")) != at_once
+    assert mesh.faces.of_kind("triangle").ids.tolist() == [1, 2, 3, 4, 6, 8]
+
+
+@pytest.mark.parametrize("of_kind_first", [True, False])
+def test_one_of_a_kind_that_was_removed_says_so(with_quadrilaterals, of_kind_first):
+    mesh = with_quadrilaterals.mesh
+    chosen = mesh.faces.of_kind("quadrilateral")
+    if of_kind_first:
+        assert chosen.connectivity.shape == (2, 4)
+    mesh.remove(mesh.faces[7])
+    assert chosen.ids.tolist() == [5, 7] and [face.id for face in chosen] == [5]
+    with pytest.raises(ovrageo.GoneError, match="^mesh face 7 is no more$"):
+        chosen.connectivity
+
+
+def test_those_of_a_kind_that_nobody_asked_anything_may_go_at_any_time(with_quadrilaterals):
+    mesh = with_quadrilaterals.mesh
+    for _ in range(50):
+        mesh.faces.of_kind("triangle")
+    held = [mesh.faces.of_kind("triangle") for _ in range(50)]
+    del held[::2]
+    mesh.add_elements("triangle", [[2, 3, 4]])
+    assert {len(each) for each in held} == {5}
+    last = mesh.faces.of_kind("quadrilateral")
+    del mesh, with_quadrilaterals
+    gc.collect()
+    assert last.connectivity.shape == (2, 4)
+
+
+@pytest.mark.parametrize("void, text", [
+    (lambda case: case.close(), "the case is closed"),
+    (lambda case: case.mesh.renumber(), "the mesh was renumbered after this selection was made"),
+    (lambda case: case.prepare(["renumber"]), "the mesh was renumbered after this selection was made"),
+], ids=["close", "renumber", "prepare"])
+def test_those_of_a_kind_do_not_outlive_their_ids(with_quadrilaterals, void, text):
+    mesh = with_quadrilaterals.mesh
+    mesh.remove(mesh.faces[5])
+    chosen, asked = mesh.faces.of_kind("triangle"), mesh.faces.of_kind("triangle")
+    assert len(asked) == 5
+    void(with_quadrilaterals)
+    if text != "the case is closed":
+        mesh.add_elements("triangle", [[2, 3, 4]])
+    for selection in (chosen, asked):
+        for name in QUESTIONS.keys() - {"repr"}:
+            with pytest.raises(ovrageo.GoneError, match=f"^{text}$"):
+                QUESTIONS[name](selection)
+        assert repr(selection) == "<MeshEntities of dimension 2: gone>"
+
+
+def test_a_kind_is_refused_at_once(tetrahedron):
+    faces = tetrahedron.mesh.faces
+    with pytest.raises(ValueError, match='no kind of element "triangles"'):
+        faces.of_kind("triangles")
+    tetrahedron.close()
+    with pytest.raises(ovrageo.GoneError, match="the case is closed"):
+        faces.of_kind("triangle")
+
+
 def test_entities_of_other_cases_are_told_apart(tetrahedron):
     other = ovrageo.Case()
     stranger = other.model.add_region()
@@ -181,6 +279,26 @@ def test_memory_that_runs_out_leaves_no_case_half_changed(work, noun):
     assert done.stdout == f"a {noun} that failed has left the case undefined; open it anew\n", done.stderr
 
 
+def is_seen_beside(work, look):
+    """Whether this thread, by looking, sees another do the work, which that repeats: once may go by unseen."""
+    seen = threading.Event()
+
+    def repeat():
+        for _ in range(100):
+            with contextlib.suppress(ovrageo.BusyError):  # the one that looks may have the case
+                work()
+            if seen.is_set():
+                return
+
+    worker = threading.Thread(target=repeat)
+    worker.start()
+    while worker.is_alive() and not seen.is_set():
+        if look():
+            seen.set()
+    worker.join()
+    return seen.is_set()
+
+
 @pytest.mark.parametrize(
     "count, work",
     [
@@ -194,30 +312,25 @@ def test_memory_that_runs_out_leaves_no_case_half_changed(work, noun):
 )
 def test_other_threads_go_on_and_are_kept_off_a_busy_case(tmp_path, count, work):
     case, cells = cube(count)  # so many that the work takes a while
-    model, met, shown = case.model, set(), set()
-    worker = threading.Thread(target=work, args=(case, tmp_path))
-    worker.start()
-    while worker.is_alive():  # which it could not see busy if the worker held the interpreter's lock
+    model = case.model
+
+    def is_busy():  # which it could not be seen if the worker held the interpreter's lock
         try:
             assert model.regions[1].name == "cube"
         except ovrageo.BusyError as error:
-            met.add(str(error))
-            shown.add(case._repr_html_())
-    worker.join()
-    assert met == {"another thread works on the case"}
-    assert "<p>A case on which another thread works</p>" in shown
+            assert str(error) == "another thread works on the case"
+            return case._repr_html_() == "<p>A case on which another thread works</p>"
+        return False
+
+    assert is_seen_beside(lambda: work(case, tmp_path), is_busy)
     assert np.array_equal(case.mesh.regions.connectivity, cells + 1)
 
 
 def test_other_threads_go_on_while_a_case_is_read(tmp_path):
     case, cells = cube(20)
     case.save(tmp_path / "case")
-    opened, was_seen = [], False
-    reader = threading.Thread(target=lambda: opened.append(ovrageo.open(tmp_path / "case")))
-    reader.start()
-    while reader.is_alive():  # the file is open only while the host reads it
-        was_seen = was_seen or str(tmp_path / "case.geo_mesh") in open_files()
-    assert was_seen
+    opened, mesh = [], str(tmp_path / "case.geo_mesh")  # a file that is open only while the host reads it
+    assert is_seen_beside(lambda: opened.append(ovrageo.open(tmp_path / "case")), lambda: mesh in open_files())
     assert np.array_equal(opened[0].mesh.regions.connectivity, cells + 1)
 
 
