@@ -3,9 +3,10 @@
 import sys
 import types
 
+import conftest
 import numpy as np
 import pytest
-from conftest import grid
+from conftest import grid, library
 
 import ovrageo
 from ovrageo import bridges
@@ -48,9 +49,17 @@ def test_a_grid_stands_in_the_order_of_the_case():
     assert arrays.point_data["model_dimension"].tolist() == [-1] * 14
 
 
+@pytest.mark.parametrize("nothing_skipped, outcome", [(False, pytest.skip.Exception), (True, ImportError)])
+def test_a_missing_library_skips_a_test_unless_nothing_may_be(monkeypatch, nothing_skipped, outcome):
+    monkeypatch.setattr(conftest, "NOTHING_SKIPPED", nothing_skipped)
+    monkeypatch.setitem(sys.modules, "vtk", None)
+    with pytest.raises(outcome, match="vtk"):
+        library("vtk")
+
+
 def test_vtk_finds_the_volume_of_each_kind():
-    vtk = pytest.importorskip("vtk")
-    support = pytest.importorskip("vtk.util.numpy_support")
+    vtk = library("vtk")
+    support = library("vtk.util.numpy_support")
     sizes = vtk.vtkCellSizeFilter()
     sizes.SetInputData(bridges.to_vtk(solids()))
     sizes.Update()
@@ -59,7 +68,7 @@ def test_vtk_finds_the_volume_of_each_kind():
 
 
 def test_vtk_has_ids_names_and_attributes():
-    pytest.importorskip("vtk")
+    library("vtk")
     case = solids()
     case.mesh.regions[2].attributes["in_bl"] = True
     cells = bridges.to_vtk(case, attributes=["material_id", "in_bl", "mesh_size"]).GetCellData()
@@ -78,7 +87,7 @@ def test_an_attribute_of_the_mesh_entity_comes_before_that_of_the_model(tetrahed
 
 def test_an_empty_case_is_an_empty_grid():
     assert all(len(array) == 0 for array in bridges.grid(ovrageo.Case())[:3])
-    pytest.importorskip("vtk")
+    library("vtk")
     assert bridges.to_vtk(ovrageo.Case()).GetNumberOfCells() == 0
 
 
@@ -97,14 +106,14 @@ def signed_volumes(points, wedges):
 
 
 def test_meshio_gets_wedges_in_the_order_that_is_asked_for():
-    pytest.importorskip("meshio")
+    library("meshio")
     for vtk_wedges, volume in ((True, 0.5), (False, -0.5)):
         mesh = bridges.to_meshio(solids(), vtk_wedges=vtk_wedges)
         assert signed_volumes(mesh.points, mesh.cells_dict["wedge"]).tolist() == [volume]
 
 
 def test_meshio_gets_sets_and_data(tetrahedron):
-    pytest.importorskip("meshio")
+    library("meshio")
     tetrahedron.model.regions[1].attributes.update({"material_type": "solid", "material_id": 3})
     mesh = bridges.to_meshio(tetrahedron)
     assert [(block.type, len(block.data)) for block in mesh.cells] == [("tetra", 1), ("triangle", 4)]
@@ -116,7 +125,7 @@ def test_meshio_gets_sets_and_data(tetrahedron):
 
 @pytest.mark.parametrize("vtk_wedges", [True, False])
 def test_a_case_comes_back_from_meshio(channel, vtk_wedges):
-    pytest.importorskip("meshio")
+    library("meshio")
     mesh = bridges.to_meshio(channel, vtk_wedges=vtk_wedges)
     with pytest.warns(ovrageo.CaseWarning, match="touches without being joined"):  # no extruded_face
         back = bridges.from_meshio(mesh)
@@ -132,7 +141,7 @@ def test_a_case_comes_back_from_meshio(channel, vtk_wedges):
 
 
 def test_a_case_comes_back_from_a_file_of_meshio(tetrahedron, tmp_path):
-    meshio = pytest.importorskip("meshio")
+    meshio = library("meshio")
     mesh = bridges.to_meshio(tetrahedron)
     mesh.cell_sets = {}  # which .vtu has no place for
     mesh.write(tmp_path / "case.vtu")
@@ -147,7 +156,7 @@ def two_boxes(meshio, **data):
 
 
 def test_cell_sets_become_regions_and_the_rest_is_found():
-    meshio = pytest.importorskip("meshio")
+    meshio = library("meshio")
     mesh, is_left = two_boxes(meshio)
     mesh.cell_sets = {"left": [np.flatnonzero(is_left)], "everything": [np.arange(len(is_left))]}
     case = bridges.from_meshio(mesh)
@@ -158,7 +167,7 @@ def test_cell_sets_become_regions_and_the_rest_is_found():
 
 
 def test_a_mesh_of_gmsh_keeps_groups_and_numbers(tmp_path):
-    meshio = pytest.importorskip("meshio")
+    meshio = library("meshio")
     script = tmp_path / "box.geo"
     script.write_text('SetFactory("OpenCASCADE"); Box(4) = {0, 0, 0, 1, 1, 1};\n'
                       'Physical Volume("core") = {4}; Physical Surface("lid") = {6};\n')
@@ -169,7 +178,7 @@ def test_a_mesh_of_gmsh_keeps_groups_and_numbers(tmp_path):
 
 
 def test_a_planar_mesh_is_a_planar_case():
-    meshio = pytest.importorskip("meshio")
+    meshio = library("meshio")
     case = bridges.from_meshio(meshio.Mesh([[0, 0], [1, 0], [1, 1], [0, 1]], [("quad", [[0, 1, 2, 3]])]))
     assert not case.model.is_3d and case.mesh.faces.kinds == {"quadrilateral": 1}
 
@@ -191,20 +200,20 @@ POINTS = [[0, 0, 0], [1, 0, 0], [0, 1, 0], [0, 0, 1.0]]
     ],
 )
 def test_a_mesh_that_cannot_be_a_case_is_told(points, cells, error, text):
-    meshio = pytest.importorskip("meshio")
+    meshio = library("meshio")
     with pytest.raises(error) as raised:
         bridges.from_meshio(meshio.Mesh(points, cells))
     assert str(raised.value) == text
 
 
 def test_names_come_with_every_letter():
-    meshio = pytest.importorskip("meshio")
+    meshio = library("meshio")
     mesh = meshio.Mesh(POINTS, [("tetra", [[0, 1, 2, 3]])], cell_sets={'a "b" ü': [[0]], "none": [None]})
     assert [region.name for region in bridges.from_meshio(mesh).model.regions] == ['a "b" ü']
 
 
 def test_a_field_over_the_vertices_is_one_over_the_points(channel, tmp_path):
-    meshio = pytest.importorskip("meshio")
+    meshio = library("meshio")
     mesh = bridges.to_meshio(channel)
     mesh.point_data["height"] = channel.mesh.vertices.coordinates[:, 2]
     mesh.cell_sets = {}
