@@ -143,6 +143,14 @@ py::ssize_t mostRows(const MeshEntities& view)
     return static_cast<py::ssize_t>(view.most());
 }
 
+/// Throws Gone ahead of a change of each, which would else be left halfway.
+void requireAllThere(const MeshEntities& view)
+{
+    if (view.selection) {
+        view.forEach([](const MeshEntity&) {});
+    }
+}
+
 /// A file may hold elements of any number of vertices, which the library has no geometry for.
 void requireShape(const MeshEntity& entity)
 {
@@ -274,11 +282,6 @@ std::vector<int> Arrays::chosen(const std::vector<int>& all, const py::object& o
     return ids;
 }
 
-py::array_t<int> Arrays::arrayOf(const std::vector<int>& ids)
-{
-    return py::array_t<int>(static_cast<py::ssize_t>(ids.size()), ids.data());
-}
-
 py::array_t<double> Arrays::centroids(const MeshEntities& view)
 {
     py::array_t<double> result({mostRows(view), py::ssize_t{3}});
@@ -301,11 +304,11 @@ void Arrays::setPoints(const MeshEntities& view, const py::object& object)
         throw py::type_error("elements lie where their vertices do; set the coordinates of these");
     }
     const Reals points = pointArray(object);
-    const std::vector<MeshEntity*> vertices = view.entities();
-    Arrays::requireCount(points.shape(0), vertices.size(), "point");
-    for (std::size_t row = 0; row < vertices.size(); ++row) {
-        static_cast<MeshVertex*>(vertices[row])->setPoint(pointAt(points, row));
-    }
+    requireAllThere(view);
+    Arrays::requireCount(points.shape(0), view.count(), "point");
+    view.forEach([&points, row = std::size_t{0}](MeshEntity& vertex) mutable {
+        static_cast<MeshVertex&>(vertex).setPoint(pointAt(points, row++));
+    });
 }
 
 py::dict Arrays::kinds(const MeshEntities& view)

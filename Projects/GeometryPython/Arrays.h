@@ -27,9 +27,6 @@ std::vector<int> idsFrom(const pybind11::object& object);
 ///        that is masked, and so not known, chooses nothing.
 std::vector<int> chosen(const std::vector<int>& all, const pybind11::object& object);
 
-/// \brief \p ids as an array of int32.
-pybind11::array_t<int> arrayOf(const std::vector<int>& ids);
-
 /// \brief Points, or the centroids of elements: n x 3 doubles.
 pybind11::array_t<double> centroids(const MeshEntities& view);
 

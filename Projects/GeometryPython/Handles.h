@@ -3,6 +3,7 @@
 #include "Selection.h"
 #include "Sides.h"
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <utility>
@@ -122,17 +123,27 @@ struct View
     using Entity = typename Side::Entity;
     using Ids = std::vector<int>;
 
-    /// \brief The ids, ascending if they are all of the case.
-    Ids ids() const
+    /// \brief Calls \p visit with each id, ascending if they are all of the case.
+    /// \param visit runs no Python
+    template <typename Visit>
+    void forEachId(Visit visit) const
     {
         if (selection) {
-            return selection->ids();
+            const Ids& ids = selection->ids();
+            std::for_each(ids.begin(), ids.end(), visit);
+            return;
         }
-        Ids found;
-        found.reserve(most());
         for (auto walk = container().iterator(dimension); walk.hasNext();) {
-            found.push_back(walk.next().key());
+            visit(walk.next().key());
         }
+    }
+
+    /// \brief The ids in the order of forEachId().
+    Ids ids() const
+    {
+        Ids found;
+        found.reserve(count());
+        forEachId([&found](int id) { found.push_back(id); });
         return found;
     }
 
@@ -154,9 +165,10 @@ struct View
     /// \brief The entities in the order of ids(); throws Gone if one of a selection is no more.
     std::vector<Entity*> entities() const
     {
-        std::vector<Entity*> found;
-        found.reserve(most());
-        forEach([&found](Entity& entity) { found.push_back(&entity); });
+        std::vector<Entity*> found(most());
+        std::size_t place = 0;
+        forEach([&place, entities = found.data()](Entity& entity) { entities[place++] = &entity; });
+        found.resize(place);
         return found;
     }
 

@@ -40,6 +40,14 @@ struct Walk
 };
 
 template <typename Side>
+pybind11::array_t<int> idArray(const View<Side>& view)
+{
+    pybind11::array_t<int> ids(static_cast<pybind11::ssize_t>(view.count()));
+    view.forEachId([place = ids.mutable_data()](int id) mutable { *place++ = id; });
+    return ids;
+}
+
+template <typename Side>
 pybind11::object entityAt(const View<Side>& view, int id)
 {
     view.requireSameIds();
@@ -196,9 +204,8 @@ pybind11::class_<View<Side>> bindView(pybind11::module_& module, const char* nam
         .def("__contains__", &contains<Side>)
         .def_property_readonly(
             "dimension", [](const Of& self) { return self.dimension; }, "Of the entities, 0 to 3.")
-        .def_property_readonly(
-            "ids", [](const Of& self) { return Arrays::arrayOf(self.ids()); },
-            "The ids, n int32, in the order of every other array of this view.")
+        .def_property_readonly("ids", &idArray<Side>,
+                               "The ids, n int32, in the order of every other array of this view.")
         .def("select", &select<Side>, py::arg("ids"),
              "Those of the given ids, in their order, or those where an array of truth values, one "
              "for\n"

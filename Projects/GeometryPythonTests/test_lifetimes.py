@@ -220,6 +220,16 @@ def test_a_kind_is_refused_at_once(tetrahedron):
         faces.of_kind("triangle")
 
 
+def test_points_are_set_all_or_none(tetrahedron):
+    vertices = tetrahedron.mesh.vertices
+    extra = tetrahedron.mesh.add_vertex((9, 9, 9))
+    chosen, before = vertices.select([1, extra.id]), vertices[1].point
+    tetrahedron.mesh.remove(extra)
+    with pytest.raises(ovrageo.GoneError, match="mesh vertex 5 is no more"):
+        chosen.coordinates = [[7, 7, 7], [8, 8, 8]]
+    assert vertices[1].point == before
+
+
 def test_entities_of_other_cases_are_told_apart(tetrahedron):
     other = ovrageo.Case()
     stranger = other.model.add_region()
