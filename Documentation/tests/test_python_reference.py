@@ -1,8 +1,9 @@
-"""The reference of the Python package is that of its docstrings, and has all that the package offers."""
+"""The reference and the stubs of the Python package have its docstrings, and the reference all that it offers."""
 
 import importlib.machinery
 import importlib.util
 import os
+import types
 import unittest
 
 import ovrageo
@@ -46,6 +47,72 @@ class Reference(unittest.TestCase):
             what = lambda: None
             what.__doc__ = docstring
             self.assertEqual(self.reference.text_of(what), text)
+
+
+class Stubs(unittest.TestCase):
+    PLAIN = """class Part(metaclass=_Type):
+    @property
+    def size(self) -> int: ...
+    colour: str
+    def grow(
+        self, by: int
+    ) -> None: ...
+    def __len__(self) -> int: ...
+
+class Whole(Part): ...
+
+class _Hidden: ...
+def make() -> Part: ...
+"""
+    FULL = """class Part(metaclass=_Type):
+    \"\"\"A part.
+
+    Of a whole.
+    \"\"\"
+    @property
+    def size(self) -> int:
+        \"\"\"In metres.\"\"\"
+    colour: str
+    \"\"\"Such as "red".\"\"\"
+    def grow(
+        self, by: int
+    ) -> None:
+        \"\"\"Makes it larger,
+        once.
+        \"\"\"
+    def __len__(self) -> int: ...
+
+class Whole(Part):
+    \"\"\"All of it.\"\"\"
+
+class _Hidden: ...
+def make() -> Part: ...
+"""
+
+    def setUp(self):
+        self.stubs = script("python-stubs")
+
+    def module(self):
+        part = types.SimpleNamespace(text="A part.\n\nOf a whole.", size=types.SimpleNamespace(text="In metres."),
+                                     colour=types.SimpleNamespace(text='Such as "red".'),
+                                     grow=types.SimpleNamespace(text="Makes it larger,\nonce."))
+        return types.SimpleNamespace(Part=part, Whole=types.SimpleNamespace(text="All of it."),
+                                     make=types.SimpleNamespace(text=""))
+
+    def test_have_the_docstrings(self):
+        with open(self.stubs.STUBS, encoding="utf-8") as stubs:
+            self.assertEqual(self.stubs.renewed(), stubs.read(),
+                             "run Documentation/site/python-stubs, which makes them anew")
+
+    def test_a_docstring_goes_where_editors_look(self):
+        made = self.stubs.with_docstrings(self.PLAIN, self.module(), lambda what: what.text)
+        self.assertEqual(made, self.FULL)
+
+    def test_what_stands_there_is_replaced(self):
+        former = self.FULL.replace("larger", "smaller").replace("A part.", "A piece,\n    or two.")
+        made = self.stubs.with_docstrings(former, self.module(), lambda what: what.text)
+        self.assertEqual(made, self.FULL)
+        self.assertEqual(self.stubs.without(former), self.PLAIN)
 
 
 if __name__ == "__main__":
