@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstddef>
 #include <span>
+#include <utility>
 
 namespace Ovra::GeoTool
 {
@@ -33,10 +34,9 @@ int cyclic(const std::vector<int>& ring, std::size_t index)
 
 Points pick(const std::vector<int>& side, const Points& points)
 {
-    Points picked;
-    for (const int index : side) {
-        picked.push_back(at(points, index));
-    }
+    Points picked(static_cast<qsizetype>(side.size()));
+    std::transform(side.begin(), side.end(), picked.begin(),
+                   [&points](int index) { return at(points, index); });
     return picked;
 }
 
@@ -54,23 +54,9 @@ bool isFinite(const Vector& vector)
     return std::isfinite(vector.x() + vector.y() + vector.z());
 }
 
-/// Half the cross products about a point: the area vector of each triangle of a side.
-Points areaVectors(const Points& ring, const Vector& about)
+Vector areaVector(const Vector& a, const Vector& b, const Vector& c)
 {
-    Points vectors;
-    if (ring.size() == 3) {
-        // About its first vertex, where splitPoint() has it, the other two are nothing; among
-        // numbers that are not finite they are no numbers.
-        vectors.push_back(0.5 * ((ring[1] - about) ^ (ring[2] - about)));
-        if (isFinite(vectors[0])) {
-            return vectors;
-        }
-        vectors.clear();
-    }
-    for (qsizetype i = 0; i < ring.size(); ++i) {
-        vectors.push_back(0.5 * ((ring[i] - about) ^ (ring[(i + 1) % ring.size()] - about)));
-    }
-    return vectors;
+    return 0.5 * ((b - a) ^ (c - a));
 }
 
 Vector splitPoint(const Points& ring)
@@ -85,22 +71,43 @@ struct Sums
     double boundary = 0.0;
 };
 
-Sums sumsOfSide(const Points& ring, const Vector& apex)
+void addTriangle(Sums& sums, const Vector& area, const Vector& place, const Vector& apex)
+{
+    sums.measure += area * (place - apex) / 3.0;
+    sums.boundary += area.length();
+}
+
+Sums sumsOfRing(const Points& ring, const Vector& apex)
 {
     const Vector about = splitPoint(ring);
     Sums sums;
-    for (const Vector& area : areaVectors(ring, about)) {
-        sums.measure += area * (about - apex) / 3.0;
-        sums.boundary += area.length();
+    for (qsizetype i = 0; i < ring.size(); ++i) {
+        addTriangle(sums, areaVector(about, ring[i], ring[(i + 1) % ring.size()]), about, apex);
     }
     return sums;
+}
+
+Sums sumsOfSide(const std::vector<int>& side, const Points& points)
+{
+    if (side.size() == 3) {
+        // About its first vertex, where splitPoint() has it, the other two triangles are nothing;
+        // among numbers that are not finite they are no numbers.
+        const Vector& first = at(points, side[0]);
+        const Vector area = areaVector(first, at(points, side[1]), at(points, side[2]));
+        if (isFinite(area)) {
+            Sums sums;
+            addTriangle(sums, area, first, points[0]);
+            return sums;
+        }
+    }
+    return sumsOfRing(pick(side, points), points[0]);
 }
 
 Sums sumsOfSides(const ElementTopology& topology, const Points& points)
 {
     Sums sums;
     for (const std::vector<int>& side : topology.sides) {
-        const Sums ofSide = sumsOfSide(pick(side, points), points[0]);
+        const Sums ofSide = sumsOfSide(side, points);
         sums.measure += ofSide.measure;
         sums.boundary += ofSide.boundary;
     }
@@ -141,22 +148,6 @@ Sums sumsOf(const ElementTopology& topology, const Points& points)
 double squareOf(const Vector& vector)
 {
     return vector * vector;
-}
-
-/// The root is taken once: that of the largest square is the largest of the roots. Each edge is met
-/// once in either direction.
-double longestEdge(const ElementTopology& topology, const Points& points)
-{
-    double longest = topology.dimension == 1 ? squareOf(points[1] - points[0]) : 0.0;
-    for (const std::vector<int>& side : topology.sides) {
-        for (std::size_t i = 0; i < side.size(); ++i) {
-            const int next = cyclic(side, i + 1);
-            if (side[i] < next) {
-                longest = std::max(longest, squareOf(at(points, next) - at(points, side[i])));
-            }
-        }
-    }
-    return std::sqrt(longest);
 }
 
 double powerOf(double base, int exponent)
@@ -215,21 +206,61 @@ std::vector<Corner> cornersOf(const ElementTopology& topology)
     return corners;
 }
 
-/// The corners of a kind are found once; the walk over a mesh meets few kinds very often.
-const std::vector<Corner>& cachedCorners(const ElementTopology& topology)
+/// Each edge is met once in either direction.
+std::vector<std::pair<int, int>> edgesOf(const ElementTopology& topology)
 {
-    static std::vector<std::vector<Corner>> corners(ElementTopology::all().size());
-    std::vector<Corner>& found =
-        corners[static_cast<std::size_t>(&topology - ElementTopology::all().data())];
-    if (found.empty()) {
-        found = cornersOf(topology);
+    std::vector<std::pair<int, int>> edges;
+    if (topology.dimension == 1) {
+        edges.emplace_back(0, 1);
     }
-    return found;
+    for (const std::vector<int>& side : topology.sides) {
+        for (std::size_t i = 0; i < side.size(); ++i) {
+            const int next = cyclic(side, i + 1);
+            if (side[i] < next) {
+                edges.emplace_back(side[i], next);
+            }
+        }
+    }
+    return edges;
+}
+
+/// What follows from the sides of a kind.
+struct Outline
+{
+    std::vector<std::pair<int, int>> edges;
+    std::vector<Corner> corners;
+};
+
+std::vector<Outline> allOutlines()
+{
+    std::vector<Outline> outlines;
+    for (const ElementTopology& topology : ElementTopology::all()) {
+        outlines.push_back({edgesOf(topology),
+                            topology.dimension == 3 ? cornersOf(topology) : std::vector<Corner>()});
+    }
+    return outlines;
+}
+
+/// Found once: the walk over a mesh meets few kinds very often.
+const Outline& outlineOf(const ElementTopology& topology)
+{
+    static const std::vector<Outline> outlines = allOutlines();
+    return outlines[static_cast<std::size_t>(&topology - ElementTopology::all().data())];
+}
+
+/// The root is taken once: that of the largest square is the largest of the roots.
+double longestEdge(const ElementTopology& topology, const Points& points)
+{
+    double longest = 0.0;
+    for (const auto& [from, to] : outlineOf(topology).edges) {
+        longest = std::max(longest, squareOf(at(points, to) - at(points, from)));
+    }
+    return std::sqrt(longest);
 }
 
 bool isSolidTwisted(const ElementTopology& topology, const Points& points)
 {
-    const std::vector<Corner>& corners = cachedCorners(topology);
+    const std::vector<Corner>& corners = outlineOf(topology).corners;
     return std::any_of(corners.begin(), corners.end(), [&points](const Corner& corner) {
         const Vector& origin = at(points, corner.vertex);
         const Vector normal =
@@ -278,10 +309,10 @@ Points pointsOf(const MeshEntity& element)
 
 Points pointsOf(std::span<const int> vertices, const std::vector<Vector>& allPoints)
 {
-    Points points;
-    for (const int vertex : vertices) {
-        points.push_back(allPoints[static_cast<std::size_t>(vertex)]);
-    }
+    Points points(static_cast<qsizetype>(vertices.size()));
+    std::transform(vertices.begin(), vertices.end(), points.begin(), [&allPoints](int vertex) {
+        return allPoints[static_cast<std::size_t>(vertex)];
+    });
     return points;
 }
 

@@ -33,12 +33,8 @@ IdPositions::IdPositions(std::vector<std::int64_t> ids)
     }
 }
 
-int IdPositions::find(std::int64_t id) const
+int IdPositions::search(std::int64_t id) const
 {
-    if (ids_.empty()) {
-        const bool isInTable = id >= 0 && static_cast<std::size_t>(id) < byId_.size();
-        return isInTable ? byId_[static_cast<std::size_t>(id)] : -1;
-    }
     const auto found = std::lower_bound(ids_.begin(), ids_.end(), id);
     return found != ids_.end() && *found == id ? static_cast<int>(found - ids_.begin()) : -1;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -19,9 +20,18 @@ public:
     explicit IdPositions(std::vector<std::int64_t> ids);
 
     /// \brief The position of \p id; -1 if it is not in the list.
-    int find(std::int64_t id) const;
+    int find(std::int64_t id) const
+    {
+        if (ids_.empty()) {
+            const bool isInTable = id >= 0 && static_cast<std::size_t>(id) < byId_.size();
+            return isInTable ? byId_[static_cast<std::size_t>(id)] : -1;
+        }
+        return search(id);
+    }
 
 private:
+    int search(std::int64_t id) const;
+
     std::vector<int> byId_;         ///< positions, while the ids are dense
     std::vector<std::int64_t> ids_; ///< otherwise
 };

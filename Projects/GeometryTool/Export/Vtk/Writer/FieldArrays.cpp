@@ -1,5 +1,7 @@
 #include "FieldArrays.h"
 
+#include <optional>
+#include <variant>
 #include <vtkDoubleArray.h>
 #include <vtkFieldData.h>
 #include <vtkIntArray.h>
@@ -34,8 +36,11 @@ void add(vtkFieldData& data, const QString& name, std::size_t size,
     data.AddArray(array);
 }
 
-vtkSmartPointer<vtkDataArray> numbersFor(const AttributeColumn& column, const QString& name,
-                                         std::size_t size)
+/// VTK's own ways to set a number of an array of any type take a virtual call for each.
+using Numbers = std::variant<vtkSmartPointer<vtkUnsignedCharArray>, vtkSmartPointer<vtkIntArray>,
+                             vtkSmartPointer<vtkDoubleArray>>;
+
+Numbers numbersFor(const AttributeColumn& column, const QString& name, std::size_t size)
 {
     switch (column.kind()) {
     case AttributeColumn::Kind::Boolean:
@@ -45,6 +50,23 @@ vtkSmartPointer<vtkDataArray> numbersFor(const AttributeColumn& column, const QS
     default:
         return arrayOf<vtkDoubleArray>(name, size, column.components());
     }
+}
+
+void setTuple(Numbers& numbers, vtkIdType place, const std::vector<double>& values)
+{
+    std::visit(
+        [&](auto& array) {
+            auto* target = array->GetPointer(place * static_cast<vtkIdType>(values.size()));
+            for (const double value : values) {
+                *target++ = static_cast<std::remove_reference_t<decltype(*target)>>(value);
+            }
+        },
+        numbers);
+}
+
+vtkAbstractArray* arrayIn(const Numbers& numbers)
+{
+    return std::visit([](const auto& array) -> vtkAbstractArray* { return array; }, numbers);
 }
 
 /// The arrays of one attribute, in which all values are filled in one walk.
@@ -77,7 +99,7 @@ public:
         if (texts_) {
             texts_->SetValue(place, value.text);
         } else {
-            numbers_->SetTuple(place, value.numbers.data());
+            setTuple(*numbers_, place, value.numbers);
         }
         if (given_) {
             given_->SetValue(place, valueOrNone ? 1 : 0);
@@ -93,7 +115,8 @@ public:
     void addTo(vtkFieldData& data) const
     {
         for (vtkAbstractArray* const array : std::initializer_list<vtkAbstractArray*>{
-                 texts_.Get(), numbers_.Get(), given_.Get(), counts_.Get(), sums_.Get()}) {
+                 texts_.Get(), numbers_ ? arrayIn(*numbers_) : nullptr, given_.Get(), counts_.Get(),
+                 sums_.Get()}) {
             if (array) {
                 data.AddArray(array);
             }
@@ -103,7 +126,7 @@ public:
 private:
     ColumnValue absent_;
     vtkSmartPointer<vtkStringArray> texts_;
-    vtkSmartPointer<vtkDataArray> numbers_;
+    std::optional<Numbers> numbers_;
     vtkSmartPointer<vtkUnsignedCharArray> given_;
     vtkSmartPointer<vtkIntArray> counts_;
     vtkSmartPointer<vtkDoubleArray> sums_;

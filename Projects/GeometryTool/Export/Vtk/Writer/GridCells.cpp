@@ -3,10 +3,13 @@
 #include "CaseView.h"
 #include "CellShape.h"
 
+#include <limits>
+#include <numeric>
 #include <vtkCellArray.h>
 #include <vtkCellType.h>
 #include <vtkDoubleArray.h>
 #include <vtkPoints.h>
+#include <vtkTypeInt32Array.h>
 #include <vtkTypeInt64Array.h>
 #include <vtkUnsignedCharArray.h>
 
@@ -38,7 +41,12 @@ GridCells::GridCells(const CaseView& view, int dimension, const std::vector<std:
     for (std::size_t point = 0; point < vertices_.size(); ++point) {
         pointOf_[static_cast<std::size_t>(vertices_[point])] = static_cast<int>(point);
     }
-    fillCells(selection);
+    const std::size_t corners = cornerCount(selection);
+    if (corners <= std::numeric_limits<vtkTypeInt32>::max()) { // half the bytes, mostly
+        fillCells<vtkTypeInt32Array>(selection, corners);
+    } else {
+        fillCells<vtkTypeInt64Array>(selection, corners);
+    }
 }
 
 std::vector<int> GridCells::verticesOf(const CaseView& view, int dimension,
@@ -77,36 +85,44 @@ vtkSmartPointer<vtkPoints> GridCells::points() const
     return points;
 }
 
-void GridCells::fillCells(const std::vector<std::size_t>& selection)
+std::size_t GridCells::cornerCount(const std::vector<std::size_t>& selection) const
 {
     const VertexLists& lists = view_.vertexLists(dimension_);
-    const auto offsets = vtkSmartPointer<vtkTypeInt64Array>::New();
-    const auto connectivity = vtkSmartPointer<vtkTypeInt64Array>::New();
+    return std::accumulate(selection.begin(), selection.end(), std::size_t(0),
+                           [&lists](std::size_t count, std::size_t entity) {
+                               return count + lists.of(entity).size();
+                           });
+}
+
+template <typename Array>
+void GridCells::fillCells(const std::vector<std::size_t>& selection, std::size_t corners)
+{
+    const VertexLists& lists = view_.vertexLists(dimension_);
+    const auto offsets = vtkSmartPointer<Array>::New();
+    const auto connectivity = vtkSmartPointer<Array>::New();
     offsets->SetNumberOfValues(static_cast<vtkIdType>(selection.size()) + 1);
     types_->SetNumberOfValues(static_cast<vtkIdType>(selection.size()));
+    connectivity->SetNumberOfValues(static_cast<vtkIdType>(corners));
+    auto* const begin = connectivity->GetPointer(0);
+    auto* place = begin;
     vtkIdType cell = 0;
-    vtkIdType total = 0;
     for (const std::size_t entity : selection) {
-        offsets->SetValue(cell++, total);
-        total += static_cast<vtkIdType>(lists.of(entity).size());
-    }
-    offsets->SetValue(cell, total);
-    connectivity->SetNumberOfValues(total);
-    vtkTypeInt64* place = connectivity->GetPointer(0);
-    for (std::size_t i = 0; i < selection.size(); ++i) {
-        const std::span<const int> vertices = lists.of(selection[i]);
-        types_->SetValue(static_cast<vtkIdType>(i), typeOf(dimension_, vertices.size()));
+        const std::span<const int> vertices = lists.of(entity);
+        types_->SetValue(cell, typeOf(dimension_, vertices.size()));
+        offsets->SetValue(cell++, static_cast<typename Array::ValueType>(place - begin));
         place = fillCell(vertices, place);
     }
+    offsets->SetValue(cell, static_cast<typename Array::ValueType>(place - begin));
     cells_->SetData(offsets, connectivity);
 }
 
-vtkTypeInt64* GridCells::fillCell(std::span<const int> vertices, vtkTypeInt64* place) const
+template <typename Number>
+Number* GridCells::fillCell(std::span<const int> vertices, Number* place) const
 {
     const CellShape* const shape = CellShape::find(dimension_, static_cast<int>(vertices.size()));
     for (std::size_t i = 0; i < vertices.size(); ++i) {
         const int vertex = vertices[shape ? static_cast<std::size_t>(shape->order[i]) : i];
-        *place++ = pointOf_[static_cast<std::size_t>(vertex)];
+        *place++ = static_cast<Number>(pointOf_[static_cast<std::size_t>(vertex)]);
     }
     return place;
 }

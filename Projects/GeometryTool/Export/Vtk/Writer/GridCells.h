@@ -34,8 +34,11 @@ public:
     const std::vector<int>& vertices() const { return vertices_; }
 
 private:
-    void fillCells(const std::vector<std::size_t>& selection);
-    vtkTypeInt64* fillCell(std::span<const int> vertices, vtkTypeInt64* place) const;
+    std::size_t cornerCount(const std::vector<std::size_t>& selection) const;
+    template <typename Array>
+    void fillCells(const std::vector<std::size_t>& selection, std::size_t corners);
+    template <typename Number>
+    Number* fillCell(std::span<const int> vertices, Number* place) const;
 
     const CaseView& view_;
     int dimension_;
