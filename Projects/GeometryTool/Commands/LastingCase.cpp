@@ -1,9 +1,7 @@
 #include "LastingCase.h"
 
 #include "CaseFiles.h"
-#include "LargePages.h"
-
-#include <QFileInfo>
+#include "FreedMemory.h"
 
 #include <memory>
 #include <vector>
@@ -13,9 +11,6 @@ namespace Ovra::GeoTool
 
 namespace
 {
-
-/// What commands have been seen to need at most for each byte of a mesh file.
-constexpr qint64 heapOfByte = 12;
 
 CaseDatabase& lastingDatabase()
 {
@@ -27,7 +22,7 @@ CaseDatabase& lastingDatabase()
 
 CaseDatabase& loadLastingly(CaseFiles& files, Progress& progress)
 {
-    useLargePages(heapOfByte * QFileInfo(files.meshPath()).size());
+    keepFreedMemory();
     CaseDatabase& database = lastingDatabase();
     files.load(database, progress);
     return database;

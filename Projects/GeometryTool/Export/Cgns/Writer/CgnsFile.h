@@ -37,7 +37,7 @@ public:
     /// \brief A text at the node gone to last.
     void describe(const char* name, const QString& text) const;
 
-    /// \brief Closes the file and opens it once more, to see that it is whole.
+    /// \brief Closes the file, and looks whether it is as long as it has to be.
     void close();
 
 private:

@@ -8,6 +8,7 @@
 #include "Partition.h"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 
 namespace Ovra::GeoTool
@@ -30,22 +31,37 @@ std::vector<ZoneSection> sectionsOf(const CaseView& view, int dimension,
                                     std::span<const int> entities)
 {
     const VertexLists& lists = view.vertexLists(dimension);
-    std::map<std::pair<int, std::size_t>, ZoneSection> sections;
+    std::map<std::pair<int, int>, ZoneSection> sections;
+    ZoneSection* last = nullptr; // neighbours mostly are of the same
     for (const int position : entities) {
         const auto entity = static_cast<std::size_t>(position);
         const ModelEntity* const owner = ownParent(*view.meshEntities(dimension)[entity]);
-        const std::size_t vertices = lists.of(entity).size();
-        ZoneSection& section = sections[{owner ? owner->id() : 0, vertices}];
-        section.owner = owner;
-        section.dimension = dimension;
-        section.vertexCount = static_cast<int>(vertices);
-        section.entities.push_back(position);
+        const int vertices = static_cast<int>(lists.of(entity).size());
+        if (!last || last->owner != owner || last->vertexCount != vertices) {
+            last = &sections[{owner ? owner->id() : 0, vertices}];
+            last->owner = owner;
+            last->dimension = dimension;
+            last->vertexCount = vertices;
+        }
+        last->entities.push_back(position);
     }
     std::vector<ZoneSection> list;
     for (auto& [key, section] : sections) {
         list.push_back(std::move(section));
     }
     return list;
+}
+
+/// \brief The id of the region of each element; 0 if it stands on none.
+std::vector<int> regionIdsOf(const std::vector<MeshEntity*>& elements)
+{
+    std::vector<int> ids;
+    ids.reserve(elements.size());
+    for (const MeshEntity* element : elements) {
+        const ModelEntity* const region = ownParent(*element);
+        ids.push_back(region ? region->id() : 0);
+    }
+    return ids;
 }
 
 std::vector<int> verticesOf(const CaseView& view, const std::vector<ZoneSection>& sections)
@@ -121,23 +137,15 @@ std::size_t Zone::elementCount() const
 ZoneLayout ZoneLayout::byRegion(const CaseView& view)
 {
     const int dimension = view.elementDimension();
-    std::map<int, int> zoneById; // the stray ones, under 0, come first
-    const std::vector<MeshEntity*>& elements = view.meshEntities(dimension);
-    for (const MeshEntity* element : elements) {
-        const ModelEntity* const region = ownParent(*element);
-        zoneById.emplace(region ? region->id() : 0, 0);
+    std::vector<int> zones = regionIdsOf(view.meshEntities(dimension));
+    std::vector<int> ids; // those of the stray ones, under 0, come first
+    std::unique_copy(zones.begin(), zones.end(), std::back_inserter(ids));
+    std::sort(ids.begin(), ids.end());
+    ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
+    for (int& zone : zones) {
+        zone = static_cast<int>(std::lower_bound(ids.begin(), ids.end(), zone) - ids.begin());
     }
-    int count = 0;
-    for (auto& [id, zone] : zoneById) {
-        zone = count++;
-    }
-    std::vector<int> zones;
-    zones.reserve(elements.size());
-    for (const MeshEntity* element : elements) {
-        const ModelEntity* const region = ownParent(*element);
-        zones.push_back(zoneById.at(region ? region->id() : 0));
-    }
-    return {view, zones, count};
+    return {view, zones, static_cast<int>(ids.size())};
 }
 
 ZoneLayout ZoneLayout::asOne(const CaseView& view)
