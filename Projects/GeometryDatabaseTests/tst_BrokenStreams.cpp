@@ -199,7 +199,7 @@ QVariant richValue()
                         QStringList{"c"},
                         Vector(1, 2, 3),
                         QVariant(),
-                        QDateTime(QDate(2013, 2, 1), QTime(1, 2), Qt::UTC)};
+                        QDateTime::fromString("2013-02-01T01:02Z", Qt::ISODate)};
 }
 
 QByteArray meshSample(MeshSerializer::Format format)

@@ -11,6 +11,7 @@
 #include <QDateTime>
 #include <QEasingCurve>
 #include <QJsonDocument>
+#include <QJsonValue>
 #include <QLocale>
 #include <QRegularExpression>
 #include <QTest>
@@ -163,9 +164,9 @@ private slots:
         QTest::newRow("QTime") << QVariant(QTime(1, 2, 3));
         QTest::newRow("QDateTime") << QVariant(QDateTime(QDate(2013, 2, 1), QTime(1, 2, 3)));
         QTest::newRow("QDateTime UTC")
-            << QVariant(QDateTime(QDate(2013, 2, 1), QTime(1, 2, 3), Qt::UTC));
+            << QVariant(QDateTime::fromString("2013-02-01T01:02:03Z", Qt::ISODate));
         QTest::newRow("QDateTime with offset")
-            << QVariant(QDateTime(QDate(2013, 2, 1), QTime(1, 2, 3), Qt::OffsetFromUTC, 0));
+            << QVariant(QDateTime::fromString("2013-02-01T01:02:03+01:00", Qt::ISODate));
         QTest::newRow("QUrl") << QVariant(QUrl("http://localhost/a"));
         QTest::newRow("QLocale") << QVariant(QLocale("de_DE"));
         QTest::newRow("QUuid") << QVariant(QUuid(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11));
@@ -256,6 +257,11 @@ private slots:
             QCOMPARE(actual.status, QDataStream::Ok);
             QCOMPARE(actual.position, bytes.size());
             QVERIFY(actual.silent);
+            if (version == QDataStream::Qt_5_0) { // newer releases of Qt give the moment in UTC
+                QCOMPARE(actual.value.toDateTime(), expected.value.toDateTime());
+                QCOMPARE(actual.value.toDateTime().timeSpec(), Qt::LocalTime);
+                continue;
+            }
             QVERIFY2(isSame(actual.value, expected.value), qPrintable(QString::number(version)));
         }
     }
