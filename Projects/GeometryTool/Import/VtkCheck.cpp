@@ -99,8 +99,8 @@ void VtkCheck::check(QFile& file)
 QByteArray VtkCheck::dataset(const QString& path)
 {
     QFile file(path);
-    file.open(QIODevice::ReadOnly);
-    for (int i = 0; i < HeaderLines && !file.atEnd(); ++i) {
+    const bool isOpen = file.open(QIODevice::ReadOnly);
+    for (int i = 0; isOpen && i < HeaderLines && !file.atEnd(); ++i) {
         const QByteArray line = file.readLine(LongestLine).simplified();
         if (line.startsWith("DATASET ")) {
             return line.mid(8).toUpper();

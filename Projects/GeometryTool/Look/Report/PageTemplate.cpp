@@ -15,8 +15,9 @@ QByteArray pageTemplate()
 {
     initialiseResource();
     QFile file(QStringLiteral(":/report/page.html"));
-    file.open(QIODevice::ReadOnly); // part of this program
-    return file.readAll();
+    const bool isOpen = file.open(QIODevice::ReadOnly); // as part of this program
+    Q_ASSERT(isOpen);
+    return isOpen ? file.readAll() : QByteArray();
 }
 
 } // namespace Ovra::GeoTool
