@@ -1,6 +1,7 @@
 #include "GmshMeshCheck.h"
 
 #include "InputDamage.h"
+#include "SectionMarks.h"
 
 #include <QFile>
 #include <QList>
@@ -34,11 +35,10 @@ void GmshMeshCheck::check(QFile& file)
 {
     requireMeshAtStart(file);
     QByteArray open;
-    constexpr qint64 longestLine = 200;
-    while (!file.atEnd()) {
-        const QByteArray line = file.readLine(longestLine).trimmed();
+    SectionMarks marks(file);
+    for (QByteArray line = marks.next(); !line.isEmpty(); line = marks.next()) {
         const QByteArray lower = line.toLower(); // version 1 shouts
-        if (!line.startsWith('$') || lower.startsWith("$comment")) {
+        if (lower.startsWith("$comment")) {
             continue;
         }
         if (open.isEmpty() && !lower.startsWith("$end")) {

@@ -1,6 +1,7 @@
 #include "DeclaredElements.h"
 
 #include "InputFileCheck.h"
+#include "SectionMarks.h"
 
 #include <QByteArray>
 #include <QFile>
@@ -29,11 +30,13 @@ QList<QByteArray> fieldsOf(QFile& file)
     return file.readLine().simplified().split(' ');
 }
 
-/// \brief Steps behind the line that consists of \p word.
-bool findLine(QFile& file, const QByteArray& word)
+/// \brief Steps behind the line that consists of \p mark.
+bool findMark(QFile& file, const QByteArray& mark)
 {
-    while (!file.atEnd()) {
-        if (file.readLine().trimmed() == word) {
+    SectionMarks marks(file);
+    for (QByteArray line = marks.next(); !line.isEmpty(); line = marks.next()) {
+        if (line == mark) {
+            marks.goBehind();
             return true;
         }
     }
@@ -42,13 +45,13 @@ bool findLine(QFile& file, const QByteArray& word)
 
 Count inGmshMesh(QFile& file)
 {
-    if (!findLine(file, "$MeshFormat")) {
+    if (!findMark(file, "$MeshFormat")) {
         return std::nullopt;
     }
     const QList<QByteArray> format = fieldsOf(file);
     const bool blocks = format.value(0).toDouble() >= 4;
     const bool binary = format.value(1) == "1";
-    if (!findLine(file, "$Elements")) {
+    if (!findMark(file, "$Elements")) {
         return 0;
     }
     if (!blocks || !binary) {
