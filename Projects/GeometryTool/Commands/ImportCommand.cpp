@@ -116,8 +116,8 @@ void requireSound(const Arguments& arguments)
 void run(const Arguments& arguments, Progress& progress)
 {
     requireSound(arguments);
+    FixedAddresses::ensure(); // before the module is loaded, or that would be done twice
     requireImport();
-    FixedAddresses::ensure();
     importCase({optionsOf(arguments), QString::fromStdString(arguments.attributes),
                 QString::fromStdString(arguments.output), progress});
     tellOfUnit(arguments);

@@ -23,7 +23,8 @@ void importHere(const ImportJob& job)
         attributes.emplace(job.attributes);
         attributes->read();
     }
-    Ovra::Geo::Database database;
+    // The process ends with the import, and takes a million elements with it at once.
+    auto& database = *new Ovra::Geo::Database;
     GmshImporter(job.options, job.progress).import(database, attributes ? &*attributes : nullptr);
     CaseFiles(job.output).save(database, job.progress);
     job.progress.finish();
