@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <numeric>
 #include <span>
@@ -27,14 +28,18 @@ public:
     Buckets(std::size_t count, ForEach forEach)
         : starts_(count + 2, 0)
     {
-        // Two places ahead, so that filling a bucket moves its start to where it belongs.
         forEach([this](std::size_t bucket, const auto&) { ++starts_[bucket + 2]; });
-        std::partial_sum(starts_.begin(), starts_.end(), starts_.begin());
-        things_.resize(starts_.back());
-        forEach([this](std::size_t bucket, const auto& thing) {
-            things_[starts_[bucket + 1]++] = made(thing);
-        });
-        starts_.pop_back();
+        fill(forEach);
+    }
+
+    /// \param counts  how many things there are in each bucket
+    /// \param forEach as above, but called once
+    template <typename ForEach>
+    Buckets(std::span<const int> counts, ForEach forEach)
+        : starts_(counts.size() + 2, 0)
+    {
+        std::copy(counts.begin(), counts.end(), starts_.begin() + 2);
+        fill(forEach);
     }
 
     std::size_t count() const { return starts_.empty() ? 0 : starts_.size() - 1; }
@@ -53,6 +58,18 @@ public:
     const std::vector<Thing>& things() const { return things_; }
 
 private:
+    // The counts stand two places ahead, so that filling a bucket moves its start to where it belongs.
+    template <typename ForEach>
+    void fill(ForEach& forEach)
+    {
+        things_.resize(std::accumulate(starts_.begin(), starts_.end(), std::size_t(0)));
+        std::partial_sum(starts_.begin(), starts_.end(), starts_.begin());
+        forEach([this](std::size_t bucket, const auto& thing) {
+            things_[starts_[bucket + 1]++] = made(thing);
+        });
+        starts_.pop_back();
+    }
+
     template <typename ThingOrMaker>
     static Thing made(const ThingOrMaker& thing)
     {

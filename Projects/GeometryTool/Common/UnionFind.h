@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <numeric>
 #include <vector>
 
@@ -13,10 +14,11 @@ namespace Ovra::GeoTool
 class UnionFind
 {
 public:
+    /// \param size of less than 32 bits
     explicit UnionFind(std::size_t size)
         : parents_(size)
     {
-        std::iota(parents_.begin(), parents_.end(), std::size_t(0));
+        std::iota(parents_.begin(), parents_.end(), std::uint32_t(0));
     }
 
     std::size_t find(std::size_t member)
@@ -33,14 +35,14 @@ public:
         a = find(a);
         b = find(b);
         if (a < b) {
-            parents_[b] = a;
+            parents_[b] = static_cast<std::uint32_t>(a);
         } else {
-            parents_[a] = b;
+            parents_[a] = static_cast<std::uint32_t>(b);
         }
     }
 
 private:
-    std::vector<std::size_t> parents_;
+    std::vector<std::uint32_t> parents_;
 };
 
 } // namespace Ovra::GeoTool

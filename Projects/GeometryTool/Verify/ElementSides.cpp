@@ -7,6 +7,7 @@
 #include "MeshEntity.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace Ovra::GeoTool
 {
@@ -16,8 +17,8 @@ using namespace Ovra::Geo;
 namespace
 {
 
-// Each takes two walks over all elements.
-constexpr std::size_t PartsOfMany = 4;
+// Each takes a walk over all elements.
+constexpr std::size_t PartsOfMany = 8;
 
 /// From the smallest vertex on, a ring runs towards the smaller of its two neighbours or away from
 /// it; an edge runs up or down.
@@ -37,25 +38,23 @@ bool isRising(std::span<const int> ring)
 ElementSides::ElementSides(const CaseView& view)
     : view_(view)
     , elements_(view.meshEntities(view.elementDimension()))
+    , counts_(view.meshEntities(0).size(), 0)
 {
     regions_.reserve(elements_.size());
     for (const MeshEntity* element : elements_) {
         regions_.push_back(element->parent());
     }
+    forEachSide(
+        [this](int smallest, const auto&) { ++counts_[static_cast<std::size_t>(smallest)]; });
 }
 
 std::vector<ElementSides::Range> ElementSides::parts(std::size_t many) const
 {
-    std::vector<int> counts(view_.meshEntities(0).size(), 0);
-    std::size_t total = 0;
-    forEachSide([&](int smallest, const auto&) {
-        ++counts[static_cast<std::size_t>(smallest)];
-        ++total;
-    });
+    const auto total = std::accumulate(counts_.begin(), counts_.end(), std::size_t(0));
     const std::size_t most = total > many ? total / PartsOfMany : total;
     std::vector<Range> parts = {Range()};
     std::size_t inPart = 0;
-    for (const int count : counts) {
+    for (const int count : counts_) {
         if (inPart > most) {
             parts.push_back({parts.back().end, parts.back().end});
             inPart = 0;
@@ -68,18 +67,16 @@ std::vector<ElementSides::Range> ElementSides::parts(std::size_t many) const
 
 void ElementSides::collect(const Range& part)
 {
-    part_ = part;
     sides_ = {}; // or the memory of two parts would be in use at a time
-    sides_ = Buckets<Side>(static_cast<std::size_t>(part.end - part.begin), [&](auto add) {
+    const auto counts = std::span<const int>(counts_).subspan(
+        static_cast<std::size_t>(part.begin), static_cast<std::size_t>(part.end - part.begin));
+    sides_ = SidesByVertex(part.begin, counts, [&](auto add) {
         forEachSide([&](int smallest, const auto& makeSide) {
             if (part.contains(smallest)) {
-                add(static_cast<std::size_t>(smallest - part.begin), makeSide);
+                add(smallest, makeSide);
             }
         });
     });
-    for (std::size_t vertex = 0; vertex < sides_.count(); ++vertex) {
-        std::sort(sides_[vertex].begin(), sides_[vertex].end());
-    }
 }
 
 template <typename Action>
@@ -99,25 +96,10 @@ void ElementSides::forEachSide(Action action) const
                 return vertices[static_cast<std::size_t>(corner)];
             });
             const std::span<const int> side = std::span(ring).first(local.size());
-            action(*std::min_element(side.begin(), side.end()), [&] {
-                const Key key = keyOf(side);
-                return Side({key[1], key[2], key[3]}, i, isRising(side));
-            });
+            action(*std::min_element(side.begin(), side.end()),
+                   [&] { return Side(keyOf(side), i, isRising(side)); });
         }
     }
-}
-
-ElementSides::Run ElementSides::find(const Key& key) const
-{
-    const auto& [vertex, a, b, c] = key;
-    const std::array<int, 3> others = {a, b, c};
-    const Run sides = sidesAt(vertex);
-    const auto begin = std::lower_bound(
-        sides.begin(), sides.end(), others,
-        [](const Side& side, const std::array<int, 3>& value) { return side.others() < value; });
-    const auto end = std::find_if(begin, sides.end(),
-                                  [&others](const Side& side) { return side.others() != others; });
-    return {begin, end};
 }
 
 ElementSides::Key ElementSides::keyOf(std::span<const int> vertices)

@@ -45,6 +45,20 @@ private slots:
         QCOMPARE(buckets.things(), std::vector<int>({1, 2, 0, 7, 30, 10}));
     }
 
+    void canBeGivenTheirSizes()
+    {
+        const std::vector<int> sizes = {2, 0, 1};
+        const Buckets<int> buckets(std::span<const int>(sizes), [](auto add) {
+            add(2, 5);
+            add(0, 9);
+            add(0, 1);
+        });
+        QCOMPARE(buckets.count(), std::size_t(3));
+        QCOMPARE(listOf(buckets[0]), std::vector<int>({9, 1}));
+        QCOMPARE(listOf(buckets[1]), std::vector<int>());
+        QCOMPARE(listOf(buckets[2]), std::vector<int>({5}));
+    }
+
     void mayBeEmpty()
     {
         QCOMPARE(bucketsOf(0, {}).count(), std::size_t(0));

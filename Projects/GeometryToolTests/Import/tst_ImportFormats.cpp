@@ -248,6 +248,51 @@ private slots:
         }
     }
 
+    void takesElementsOfBothOrdersOnOneEntity_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QByteArray>("content");
+        // Two tetrahedra that share a face, of which the one below has ten nodes.
+        const QByteArray nodes[] = {"0 0 0",   "1 0 0",  "0 1 0",   "0 0 1",    "0 0 -1",  ".5 0 0",
+                                    ".5 .5 0", "0 .5 0", "0 0 -.5", ".5 0 -.5", "0 .5 -.5"};
+        QByteArray spaced;
+        QByteArray commas;
+        for (int i = 0; i < 11; ++i) {
+            const QByteArray line = QByteArray::number(i + 1) + ' ' + nodes[i] + '\n';
+            spaced += line;
+            commas += QByteArray(line).replace(' ', ',');
+        }
+        QTest::newRow("msh 2") << "orders.msh"
+                               << "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n11\n" + spaced +
+                                      "$EndNodes\n$Elements\n2\n1 4 2 1 1 1 2 3 4\n"
+                                      "2 11 2 1 1 1 3 2 5 8 7 6 9 10 11\n$EndElements\n";
+        QTest::newRow("msh 2, the other first")
+            << "orders.msh"
+            << "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n11\n" + spaced +
+                   "$EndNodes\n$Elements\n2\n1 11 2 1 1 1 3 2 5 8 7 6 9 10 11\n"
+                   "2 4 2 1 1 1 2 3 4\n$EndElements\n";
+        QTest::newRow("Abaqus") << "orders.inp"
+                                << "*NODE\n" + commas +
+                                       "*ELEMENT, TYPE=C3D4, ELSET=A\n1, 1, 2, 3, 4\n"
+                                       "*ELEMENT, TYPE=C3D10, ELSET=A\n"
+                                       "2, 1, 3, 2, 5, 8, 7, 6, 9, 11, 10\n";
+    }
+
+    void takesElementsOfBothOrdersOnOneEntity()
+    {
+        QFETCH(QString, file);
+        QFETCH(QByteArray, content);
+        QVERIFY(writeContent(path(file), content));
+        const ToolRun run = import(file);
+        QCOMPARE(run.exitCode, 0);
+        QCOMPARE(QString::fromUtf8(run.errors),
+                 QStringLiteral("ovrageo: warning: %1: 1 element of higher order becomes linear\n")
+                     .arg(path(file)));
+        ImportedCase imported(path("case"));
+        QCOMPARE(imported.meshCounts(), (Counts{5, 0, 6, 2}));
+        QCOMPARE(imported.faults(), QString());
+    }
+
     void importsPlanarModel()
     {
         QVERIFY(writeContent(

@@ -100,7 +100,8 @@ void TestElementSides::areInPartsOfAboutTheSameSizeIfMany()
     const CaseView view(*database);
     ElementSides sides(view);
     const auto parts = sides.parts(4 * Count - 1);
-    QCOMPARE(parts.size(), std::size_t{4});
+    constexpr int count = 8;
+    QCOMPARE(parts.size(), std::size_t{count});
     QCOMPARE(parts.front().begin, 0);
     QCOMPARE(parts.back().end, Count + 3);
     for (std::size_t i = 0; i < parts.size(); ++i) {
@@ -109,7 +110,7 @@ void TestElementSides::areInPartsOfAboutTheSameSizeIfMany()
         for (const Run& run : runs(sides, {parts[i]})) {
             size += qsizetype(run.elements.size());
         }
-        QVERIFY2(std::abs(size - Count) <= 12, qPrintable(QString::number(size)));
+        QVERIFY2(std::abs(size - 4 * Count / count) <= 14, qPrintable(QString::number(size)));
     }
 }
 

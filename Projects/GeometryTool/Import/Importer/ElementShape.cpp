@@ -65,8 +65,14 @@ const std::vector<std::vector<int>>& ElementShape::faces(int nodeCount)
     return ElementTopology::find(3, nodeCount)->sides;
 }
 
-ImportedElement ElementShape::face(const ImportedElement& element, const std::vector<int>& local)
+ImportedElement ElementShape::side(const ImportedElement& element, int dimension,
+                                   const NodeKey& key)
 {
+    const Sides& sides = ElementTopology::find(dimension, element.nodeCount)->sides;
+    const std::vector<int>& local =
+        *std::find_if(sides.begin(), sides.end(), [&](const std::vector<int>& candidate) {
+            return sideKey(element, candidate) == key;
+        });
     ImportedElement result;
     result.nodeCount = static_cast<int>(local.size());
     for (std::size_t i = 0; i < local.size(); ++i) {
@@ -91,7 +97,7 @@ NodeKey ElementShape::key(const ImportedElement& element)
     return {ascendingKey(std::span(element.nodes).first(count), NodeKey::NoNode)};
 }
 
-NodeKey ElementShape::faceKey(const ImportedElement& element, const std::vector<int>& local)
+NodeKey ElementShape::sideKey(const ImportedElement& element, const std::vector<int>& local)
 {
     std::array<int, 4> nodes;
     const auto end =
@@ -108,23 +114,22 @@ NodeKey ElementShape::key(const std::array<int, 2>& edge)
 
 double ElementShape::volume(const ImportedMesh& mesh, const ImportedElement& element)
 {
-    const Vector origin = mesh.point(element, 0);
+    std::array<Vector, 8> corners; // seen from the first, however far out the element lies
+    for (int n = 1; n < element.nodeCount; ++n) {
+        corners[static_cast<std::size_t>(n)] = mesh.point(element, n) - mesh.point(element, 0);
+    }
     double sum = 0;
     for (const auto& local : faces(element.nodeCount)) {
-        const ImportedElement side = face(element, local);
-        std::array<Vector, 4> p;
-        Vector middle;
-        for (int i = 0; i < side.nodeCount; ++i) {
-            p[static_cast<std::size_t>(i)] = mesh.point(side, i) - origin;
-            middle += p[static_cast<std::size_t>(i)];
-        }
-        if (side.nodeCount == 3) {
-            sum += sixVolumes(p[0], p[1], p[2]);
+        const auto corner = [&](std::size_t i) -> const Vector& {
+            return corners[static_cast<std::size_t>(local[i])];
+        };
+        if (local.size() == 3) {
+            sum += sixVolumes(corner(0), corner(1), corner(2));
             continue;
         }
-        middle *= 0.25;
+        const Vector middle = 0.25 * (corner(0) + corner(1) + corner(2) + corner(3));
         for (std::size_t i = 0; i < 4; ++i) {
-            sum += sixVolumes(p[i], p[(i + 1) % 4], middle);
+            sum += sixVolumes(corner(i), corner((i + 1) % 4), middle);
         }
     }
     return sum / 6.0;

@@ -30,8 +30,9 @@ public:
     /// \brief The local faces of a volume element, outward.
     static const std::vector<std::vector<int>>& faces(int nodeCount);
 
-    /// \brief Face \p local of a volume element as an element of its own, outward.
-    static ImportedElement face(const ImportedElement& element, const std::vector<int>& local);
+    /// \brief The side of a surface or volume element with these nodes as an element of its own,
+    /// outward; the element must have one.
+    static ImportedElement side(const ImportedElement& element, int dimension, const NodeKey& key);
 
     /// \brief The edges of a surface or volume element as pairs of nodes of the mesh.
     static void edges(const ImportedElement& element, int dimension,
@@ -39,8 +40,8 @@ public:
 
     static NodeKey key(const ImportedElement& element);
 
-    /// \brief The key of face \p local of a volume element, without making it.
-    static NodeKey faceKey(const ImportedElement& element, const std::vector<int>& local);
+    /// \brief The key of the side of an element whose local nodes are \p local.
+    static NodeKey sideKey(const ImportedElement& element, const std::vector<int>& local);
     static NodeKey key(const std::array<int, 2>& edge);
 
     /// \brief Signed volume of a volume element; four-sided faces count as four triangles about

@@ -55,15 +55,14 @@ Piece regionPiece(const ImportedMesh& mesh, const ImportedElement& region)
     Piece piece;
     const Vector origin = mesh.point(region, 0);
     for (const auto& local : ElementShape::faces(region.nodeCount)) {
-        const ImportedElement side = ElementShape::face(region, local);
         Vector middle;
-        for (int i = 0; i < side.nodeCount; ++i) {
-            middle += mesh.point(side, i);
+        for (const int corner : local) {
+            middle += mesh.point(region, corner);
         }
-        middle /= side.nodeCount;
-        for (int i = 0; i < side.nodeCount; ++i) {
-            const Vector a = mesh.point(side, i);
-            const Vector b = mesh.point(side, (i + 1) % side.nodeCount);
+        middle /= static_cast<double>(local.size());
+        for (std::size_t i = 0; i < local.size(); ++i) {
+            const Vector a = mesh.point(region, local[i]);
+            const Vector b = mesh.point(region, local[(i + 1) % local.size()]);
             const double volume = (((a - origin) ^ (b - origin)) * (middle - origin)) / 6.0;
             piece.measure += volume;
             piece.centroid += (0.25 * volume) * (origin + a + b + middle);
@@ -155,6 +154,7 @@ void EntityGeometry::boundByFaces()
 void EntityGeometry::measureMesh(int dimension)
 {
     points_.assign(mesh_.entitiesOf(dimension).size(), {});
+    boxedIn_.assign(mesh_.nodes.size(), -1);
     for (const ImportedElement& element : mesh_.elementsOf(dimension)) {
         addPiece(dimension, element);
     }
@@ -171,15 +171,25 @@ void EntityGeometry::measureMesh(int dimension)
     }
 }
 
+void EntityGeometry::growBox(ImportedGeometry& geometry, const ImportedElement& element)
+{
+    for (int n = 0; n < element.nodeCount; ++n) {
+        int& boxedIn =
+            boxedIn_[static_cast<std::size_t>(element.nodes[static_cast<std::size_t>(n)])];
+        if (boxedIn != element.entity) { // a node comes again with each of its elements
+            boxedIn = element.entity;
+            geometry.box += mesh_.point(element, n);
+        }
+    }
+}
+
 void EntityGeometry::addPiece(int dimension, const ImportedElement& element)
 {
     ImportedGeometry& geometry = mesh_.entity(dimension, element.entity).geometry;
+    growBox(geometry, element);
     auto& points = points_[static_cast<std::size_t>(element.entity)];
-    for (int n = 0; n < element.nodeCount; ++n) {
-        geometry.box += mesh_.point(element, n);
-        if (dimension == 1 || dimension == 2) {
-            points.push_back(mesh_.point(element, n));
-        }
+    for (int n = 0; n < element.nodeCount && (dimension == 1 || dimension == 2); ++n) {
+        points.push_back(mesh_.point(element, n));
     }
     if (dimension == 0) {
         geometry.centroid = mesh_.point(element, 0);

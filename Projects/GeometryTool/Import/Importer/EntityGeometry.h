@@ -24,6 +24,7 @@ public:
 
 private:
     void measureMesh(int dimension);
+    void growBox(ImportedGeometry& geometry, const ImportedElement& element);
     void addPiece(int dimension, const ImportedElement& element);
     void askKernel(int dimension);
     void decidePlanarity(int dimension);
@@ -32,6 +33,8 @@ private:
     ImportedMesh& mesh_;
     /// What lies on each entity of the dimension in hand: nodes of its elements.
     std::vector<std::vector<Geo::Vector>> points_;
+    /// For each node the entity of that dimension whose box has taken it in last.
+    std::vector<int> boxedIn_;
 };
 
 } // namespace Ovra::GeoTool

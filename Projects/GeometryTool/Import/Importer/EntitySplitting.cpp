@@ -29,8 +29,7 @@ std::vector<Set> EntitySplitting::entitiesAbove(int dimension, const SideTable& 
     for (const ImportedElement& element : mesh_.elementsOf(dimension)) {
         Set above;
         for (const auto& side : sides.find(ElementShape::key(element))) {
-            above.push_back(
-                mesh_.elementsOf(dimension + 1)[static_cast<std::size_t>(side.element)].entity);
+            above.push_back(mesh_.elementsOf(dimension + 1)[side.element()].entity);
         }
         std::sort(above.begin(), above.end());
         result.push_back(above);
@@ -54,13 +53,13 @@ bool EntitySplitting::staysWhole(int dimension, const ImportedElement& element) 
 void EntitySplitting::splitRegions()
 {
     const auto& elements = mesh_.elementsOf(3);
+    const std::vector<int> regions = mesh_.entitiesOfElements(3);
     UnionFind bodies(elements.size());
-    volumeSides_.forEachRun([&](std::span<const SideTable::Side> run) {
-        for (const auto& side : run) {
-            const auto a = static_cast<std::size_t>(run.front().element);
-            const auto b = static_cast<std::size_t>(side.element);
-            if (elements[a].entity == elements[b].entity) {
-                bodies.join(a, b);
+    volumeSides_.forEachRun([&](const NodeKey&, SideTable::Run run) {
+        const std::size_t first = run.front().element();
+        for (const auto& side : run.subspan(1)) {
+            if (regions[first] == regions[side.element()]) {
+                bodies.join(first, side.element());
             }
         }
     });
@@ -78,11 +77,11 @@ void EntitySplitting::splitFaces()
     const auto& elements = mesh_.elementsOf(2);
     const std::vector<Set> regions = entitiesAbove(2, volumeSides_);
     UnionFind patches(elements.size());
-    SideTable(mesh_, 2).forEachRun([&](std::span<const SideTable::Side> run) {
+    SideTable(mesh_, 2).forEachRun([&](const NodeKey&, SideTable::Run run) {
         for (std::size_t i = 0; i < run.size(); ++i) {
             for (std::size_t j = i + 1; j < run.size(); ++j) {
-                const auto a = static_cast<std::size_t>(run[i].element);
-                const auto b = static_cast<std::size_t>(run[j].element);
+                const std::size_t a = run[i].element();
+                const std::size_t b = run[j].element();
                 if (elements[a].entity == elements[b].entity && regions[a] == regions[b]) {
                     patches.join(a, b);
                 }

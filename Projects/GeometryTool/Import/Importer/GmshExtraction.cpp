@@ -1,8 +1,9 @@
 #include "GmshExtraction.h"
 
 #include "Counted.h"
+#include "ElementKind.h"
+#include "ElementLists.h"
 #include "ElementShape.h"
-#include "ElementTopology.h"
 #include "EqualSets.h"
 #include "InputFileCheck.h"
 #include "Progress.h"
@@ -13,6 +14,7 @@
 #include <algorithm>
 #include <gmsh.h>
 #include <limits>
+#include <map>
 #include <set>
 #include <span>
 #include <stdexcept>
@@ -25,49 +27,6 @@ using Geo::Vector;
 
 namespace
 {
-
-struct Kind
-{
-    QString name;
-    int dimension = 0;
-    int order = 0;
-    int nodes = 0;
-    int corners = 0;
-};
-
-Kind kindOf(int gmshType)
-{
-    Kind kind;
-    std::string name;
-    std::vector<double> local;
-    try {
-        gmsh::model::mesh::getElementProperties(gmshType, name, kind.dimension, kind.order,
-                                                kind.nodes, local, kind.corners);
-    } catch (...) {
-        name = "type " + std::to_string(gmshType); // Gmsh itself cannot describe some kinds
-    }
-    kind.name = QString::fromStdString(name);
-    return kind;
-}
-
-/// \brief Whether an element of as many corners is one, and has a node at each of them.
-bool hasCorners(const Kind& kind)
-{
-    return kind.nodes >= kind.corners &&
-           (kind.dimension < 2 ? kind.corners == kind.dimension + 1
-                               : ElementTopology::find(kind.dimension, kind.corners) != nullptr);
-}
-
-/// Gmsh has kinds of no nodes at all under the names of others, "Triangle Xfem" for instance.
-bool isKnown(const Kind& kind)
-{
-    static const char* const families[] = {"Point",       "Line",    "Triangle", "Quadrilateral",
-                                           "Tetrahedron", "Pyramid", "Prism",    "Hexahedron"};
-    return hasCorners(kind) &&
-           std::any_of(std::begin(families), std::end(families), [&kind](const char* family) {
-               return kind.name.startsWith(QLatin1String(family));
-           });
-}
 
 /// By all types, since Gmsh gives no elements of a kind without nodes when asked for that alone.
 qint64 elementCount(int gmshType, int dimension, int entity)
@@ -122,23 +81,6 @@ bool isInXyPlane(const ImportedMesh& mesh)
         box += node.point;
     }
     return !mesh.nodes.empty() && box.extent().z() == 0.0;
-}
-
-/// \brief The side of a volume or surface element, outward.
-ImportedElement outwardSide(const ImportedMesh& mesh, const SideTable::Side& side)
-{
-    const auto local = static_cast<std::size_t>(side.local);
-    const ImportedElement& owner =
-        mesh.elementsOf(mesh.elementDimension)[static_cast<std::size_t>(side.element)];
-    if (mesh.elementDimension == 3) {
-        return ElementShape::face(owner, ElementShape::faces(owner.nodeCount)[local]);
-    }
-    std::vector<std::array<int, 2>> edges;
-    ElementShape::edges(owner, 2, edges);
-    ImportedElement edge;
-    edge.nodeCount = 2;
-    std::copy(edges[local].begin(), edges[local].end(), edge.nodes.begin());
-    return edge;
 }
 
 /// \brief Whether two sides with the same nodes go through them in the same sense.
@@ -313,8 +255,8 @@ void GmshExtraction::requireKnownKinds(int dimension) const
             gmsh::model::mesh::getElementTypes(types, d, tag);
         }
         for (const int type : types) {
-            const Kind kind = kindOf(type);
-            if (!isKnown(kind)) {
+            const auto kind = ElementKind::of(type);
+            if (!kind.isKnown()) {
                 unknown.add(kind.name, elementCount(type, d, tag));
             }
         }
@@ -385,33 +327,63 @@ void GmshExtraction::addElements(int dimension)
 
 void GmshExtraction::addElementsOf(int dimension, int position)
 {
+    const int entity = mesh_.entity(dimension, position).gmshTag;
     std::vector<int> types;
     std::vector<std::vector<std::size_t>> elements;
     std::vector<std::vector<std::size_t>> nodes;
-    gmsh::model::mesh::getElements(types, elements, nodes, dimension,
-                                   mesh_.entity(dimension, position).gmshTag);
+    gmsh::model::mesh::getElements(types, elements, nodes, dimension, entity);
     for (std::size_t t = 0; t < types.size(); ++t) {
-        const Kind kind = kindOf(types[t]);
-        if (kind.order > 1) {
-            higherOrder_ += static_cast<long long>(elements[t].size());
-        }
         reserveMore(mesh_.elementsOf(dimension), elements[t].size());
+        if (ElementLists::count(types[t], entity) != elements[t].size()) {
+            addElementsOfAllOrders(types[t], position);
+            continue;
+        }
+        const auto kind = ElementKind::of(types[t]);
         for (std::size_t e = 0; e < elements[t].size(); ++e) {
-            const auto* first = nodes[t].data() + e * static_cast<std::size_t>(kind.nodes);
-            ImportedElement element;
-            element.entity = position;
-            element.nodeCount = kind.corners;
-            for (int n = 0; n < kind.nodes; ++n) {
-                const std::size_t node = positionOfNode(first[n]);
-                if (n < kind.corners) {
-                    element.nodes[static_cast<std::size_t>(n)] = static_cast<int>(node);
-                } else {
-                    between_[node] = true;
-                }
-            }
-            mesh_.elementsOf(dimension).push_back(element);
+            addElement(kind, position, nodes[t].data() + e * static_cast<std::size_t>(kind.nodes));
         }
     }
+}
+
+/// \brief Adds elements one by one, as Gmsh lists those of one order alone.
+void GmshExtraction::addElementsOfAllOrders(int gmshType, int position)
+{
+    const int dimension = ElementKind::of(gmshType).dimension;
+    UnknownKinds unknown;
+    std::map<int, ElementKind> kinds;
+    std::vector<std::size_t> nodes;
+    for (const std::size_t tag :
+         ElementLists::tags(gmshType, mesh_.entity(dimension, position).gmshTag)) {
+        int type = 0;
+        gmsh::model::mesh::getElement(tag, type, nodes);
+        const auto [kind, isNew] = kinds.try_emplace(type);
+        if (isNew) {
+            kind->second = ElementKind::of(type);
+        }
+        if (kind->second.isKnown()) {
+            addElement(kind->second, position, nodes.data());
+        } else {
+            unknown.add(kind->second.name);
+        }
+    }
+    unknown.requireNone(input_);
+}
+
+void GmshExtraction::addElement(const ElementKind& kind, int position, const std::size_t* nodes)
+{
+    higherOrder_ += kind.order > 1 ? 1 : 0;
+    ImportedElement element;
+    element.entity = position;
+    element.nodeCount = kind.corners;
+    for (int n = 0; n < kind.nodes; ++n) {
+        const std::size_t node = positionOfNode(nodes[n]);
+        if (n < kind.corners) {
+            element.nodes[static_cast<std::size_t>(n)] = static_cast<int>(node);
+        } else {
+            between_[node] = true;
+        }
+    }
+    mesh_.elementsOf(kind.dimension).push_back(element);
 }
 
 void GmshExtraction::removeDuplicates(int dimension)
@@ -467,10 +439,14 @@ void GmshExtraction::turnPlanarFaces()
 void GmshExtraction::turnOuterSides()
 {
     const int dimension = mesh_.elementDimension;
+    const auto& elements = mesh_.elementsOf(dimension);
     const SideTable sides = SideTable::onElementsBelow(mesh_, dimension);
     for (ImportedElement& element : mesh_.elementsOf(dimension - 1)) {
-        const auto above = sides.find(ElementShape::key(element));
-        if (above.size() == 1 && !isTurnedLike(element, outwardSide(mesh_, above.front()))) {
+        const NodeKey key = ElementShape::key(element);
+        const SideTable::Run above = sides.find(key);
+        if (above.size() == 1 &&
+            !isTurnedLike(element,
+                          ElementShape::side(elements[above.front().element()], dimension, key))) {
             ElementShape::flip(element, dimension - 1);
         }
     }

@@ -9,6 +9,7 @@ namespace Ovra::GeoTool
 {
 
 class Progress;
+struct ElementKind;
 
 /// \brief Copies Gmsh's current model into an ImportedMesh.
 ///
@@ -35,6 +36,8 @@ private:
     void classifyNodes(int dimension);
     void addElements(int dimension);
     void addElementsOf(int dimension, int position);
+    void addElementsOfAllOrders(int gmshType, int position);
+    void addElement(const ElementKind& kind, int position, const std::size_t* nodes);
     std::size_t positionOfNode(std::size_t tag) const;
     void removeDuplicates(int dimension);
     void turnVolumes();

@@ -31,6 +31,16 @@ int ImportedMesh::positionOf(int dimension, int id) const
     return static_cast<int>(found - list.begin());
 }
 
+std::vector<int> ImportedMesh::entitiesOfElements(int dimension) const
+{
+    std::vector<int> result;
+    result.reserve(elementsOf(dimension).size());
+    for (const ImportedElement& element : elementsOf(dimension)) {
+        result.push_back(element.entity);
+    }
+    return result;
+}
+
 void ImportedMesh::removeElementsOf(int dimension, int position)
 {
     std::erase_if(elementsOf(dimension), [position](const ImportedElement& element) {

@@ -115,6 +115,10 @@ struct ImportedMesh
     /// \brief Position of the entity with an id; -1 if there is none or it is discarded.
     int positionOf(int dimension, int id) const;
 
+    /// \brief What each element of a dimension lies on, for walks in another order than theirs: in
+    /// one array by itself it is found in the cache.
+    std::vector<int> entitiesOfElements(int dimension) const;
+
     /// \brief Takes all elements off an entity; their nodes stay.
     void removeElementsOf(int dimension, int position);
 

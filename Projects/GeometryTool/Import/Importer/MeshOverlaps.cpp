@@ -167,9 +167,11 @@ std::vector<MeshOverlaps::Simplex> MeshOverlaps::partsOf(const ImportedElement& 
     const Vector middle = middleOf(corners);
     std::vector<Simplex> simplices;
     for (const auto& local : ElementShape::faces(element.nodeCount)) {
-        const Polygon side = cornersOf(mesh_, ElementShape::face(element, local));
-        for (std::size_t n = 1; n + 1 < side.size(); ++n) {
-            simplices.push_back({side[0], side[n], side[n + 1], middle});
+        const auto corner = [&](std::size_t n) {
+            return corners[static_cast<std::size_t>(local[n])];
+        };
+        for (std::size_t n = 1; n + 1 < local.size(); ++n) {
+            simplices.push_back({corner(0), corner(n), corner(n + 1), middle});
         }
     }
     return simplices;

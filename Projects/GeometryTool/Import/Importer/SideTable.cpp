@@ -1,5 +1,8 @@
 #include "SideTable.h"
 
+#include "ElementTopology.h"
+#include "NodeMarks.h"
+
 #include <algorithm>
 
 namespace Ovra::GeoTool
@@ -8,77 +11,52 @@ namespace Ovra::GeoTool
 namespace
 {
 
-std::size_t bucketOf(const NodeKey& key)
+int smallestOf(const ImportedElement& element, const std::vector<int>& local)
 {
-    return static_cast<std::size_t>(key.nodes.front());
+    int smallest = element.nodes[static_cast<std::size_t>(local.front())];
+    for (const int node : local) {
+        smallest = std::min(smallest, element.nodes[static_cast<std::size_t>(node)]);
+    }
+    return smallest;
 }
 
-bool areAllIn(const std::vector<bool>& nodes, const NodeKey& key)
+bool isOn(const NodeMarks& marks, const ImportedElement& element, const std::vector<int>& local)
 {
-    return std::all_of(key.nodes.begin(), key.nodes.end(), [&nodes](int node) {
-        return node == NodeKey::NoNode || nodes[static_cast<std::size_t>(node)];
+    return std::all_of(local.begin(), local.end(), [&](int node) {
+        return marks.has(element.nodes[static_cast<std::size_t>(node)]);
     });
 }
 
 } // namespace
 
 SideTable::SideTable(const ImportedMesh& mesh, int dimension)
-    : SideTable(mesh, dimension, Nodes(mesh.nodes.size(), true))
+    : SideTable(mesh, dimension, nullptr)
 {
 }
 
 SideTable SideTable::onElementsBelow(const ImportedMesh& mesh, int dimension)
 {
-    Nodes nodes(mesh.nodes.size(), false);
-    for (const ImportedElement& element : mesh.elementsOf(dimension - 1)) {
-        for (std::size_t n = 0; n < static_cast<std::size_t>(element.nodeCount); ++n) {
-            nodes[static_cast<std::size_t>(element.nodes[n])] = true;
-        }
-    }
-    return {mesh, dimension, nodes};
+    const NodeMarks marks(mesh, dimension - 1);
+    return {mesh, dimension, &marks};
 }
 
-SideTable::SideTable(const ImportedMesh& mesh, int dimension, const Nodes& nodes)
-    : sides_(mesh.nodes.size(), [&](auto add) {
-        forEachSide(mesh, dimension, [&](const Side& side) {
-            if (areAllIn(nodes, side.key)) {
-                add(bucketOf(side.key), side);
+SideTable::SideTable(const ImportedMesh& mesh, int dimension, const NodeMarks* on)
+    : sides_(0, mesh.nodes.size(), [&](auto add) {
+        const auto& elements = mesh.elementsOf(dimension);
+        for (std::size_t e = 0; e < elements.size(); ++e) {
+            const ImportedElement& element = elements[e];
+            if (on != nullptr && on->countOn(element) < dimension) {
+                continue;
             }
-        });
+            for (const auto& local : ElementTopology::find(dimension, element.nodeCount)->sides) {
+                if (on == nullptr || isOn(*on, element, local)) {
+                    add(smallestOf(element, local),
+                        [&] { return Side(ElementShape::sideKey(element, local).nodes, e); });
+                }
+            }
+        }
     })
 {
-    for (std::size_t node = 0; node < sides_.count(); ++node) {
-        std::sort(sides_[node].begin(), sides_[node].end());
-    }
-}
-
-template <typename Action>
-void SideTable::forEachSide(const ImportedMesh& mesh, int dimension, Action action)
-{
-    std::vector<std::array<int, 2>> edges;
-    const auto& elements = mesh.elementsOf(dimension);
-    for (std::size_t e = 0; e < elements.size(); ++e) {
-        int local = 0;
-        if (dimension == 3) {
-            for (const auto& face : ElementShape::faces(elements[e].nodeCount)) {
-                action({ElementShape::faceKey(elements[e], face), static_cast<int>(e), local++});
-            }
-            continue;
-        }
-        ElementShape::edges(elements[e], dimension, edges);
-        for (const auto& edge : edges) {
-            action({ElementShape::key(edge), static_cast<int>(e), local++});
-        }
-    }
-}
-
-std::span<const SideTable::Side> SideTable::find(const NodeKey& key) const
-{
-    const std::span<const Side> bucket = sides_[bucketOf(key)];
-    const auto [begin, end] =
-        std::equal_range(bucket.begin(), bucket.end(), Side{key, 0, 0},
-                         [](const Side& a, const Side& b) { return a.key < b.key; });
-    return {begin, end};
 }
 
 } // namespace Ovra::GeoTool

@@ -1,32 +1,23 @@
 #pragma once
 
-#include "Buckets.h"
 #include "ElementShape.h"
 #include "ImportedMesh.h"
-
-#include <span>
-#include <vector>
+#include "SidesByVertex.h"
 
 namespace Ovra::GeoTool
 {
 
+class NodeMarks;
+
 /// \brief The sides of all elements of one dimension, sorted by their nodes: the faces of volume
 /// elements or the edges of surface elements.
 ///
-/// They are put together by their smallest node and sorted there: a sort of all sides was a third
-/// of the time that an import takes.
-///
-/// It reads the mesh once, when it is made, and keeps positions of elements.
+/// It reads the mesh once, when it is made, and keeps positions of elements in their dimension.
 class SideTable
 {
 public:
-    struct Side
-    {
-        NodeKey key;
-        int element = 0; ///< position in the elements of the table's dimension
-        int local = 0;   ///< local number of the face or edge
-        auto operator<=>(const Side&) const = default; // NOLINT(modernize-use-nullptr)
-    };
+    using Side = SidesByVertex::Side;
+    using Run = SidesByVertex::Run;
 
     SideTable(const ImportedMesh& mesh, int dimension);
 
@@ -34,37 +25,22 @@ public:
     /// dimension less: all that can be found by one of these, and a fraction of all.
     static SideTable onElementsBelow(const ImportedMesh& mesh, int dimension);
 
-    /// \brief All sides, those with the same nodes next to one another.
-    const std::vector<Side>& sides() const { return sides_.things(); }
-
     /// \brief The sides with these nodes; ascending by element.
-    std::span<const Side> find(const NodeKey& key) const;
+    Run find(const NodeKey& key) const { return sides_.find(key.nodes); }
 
-    /// \brief Calls \p action with each run of sides that have the same nodes.
+    /// \brief Calls \p action with the key and the run of all sides that have these nodes.
     template <typename Action>
     void forEachRun(Action action) const
     {
-        const std::span<const Side> all(sides());
-        for (std::size_t begin = 0; begin < all.size();) {
-            std::size_t end = begin + 1;
-            while (end < all.size() && all[end].key == all[begin].key) {
-                ++end;
-            }
-            action(all.subspan(begin, end - begin));
-            begin = end;
-        }
+        sides_.forEachRun(
+            [&action](const SidesByVertex::Key& nodes, Run run) { action(NodeKey{nodes}, run); });
     }
 
 private:
-    /// For each node whether sides may have it.
-    using Nodes = std::vector<bool>;
+    /// \param on nodes that all nodes of a side are among, or null for all
+    SideTable(const ImportedMesh& mesh, int dimension, const NodeMarks* on);
 
-    SideTable(const ImportedMesh& mesh, int dimension, const Nodes& nodes);
-
-    template <typename Action>
-    static void forEachSide(const ImportedMesh& mesh, int dimension, Action action);
-
-    Buckets<Side> sides_; ///< by the smallest node
+    SidesByVertex sides_;
 };
 
 } // namespace Ovra::GeoTool

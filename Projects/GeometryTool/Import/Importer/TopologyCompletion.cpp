@@ -30,24 +30,21 @@ bool contains(const std::vector<NodeKey>& sorted, const NodeKey& key)
     return std::binary_search(sorted.begin(), sorted.end(), key);
 }
 
-std::vector<int> entitiesOf(const std::vector<ImportedElement>& elements,
-                            std::span<const SideTable::Side> run)
+/// \brief The entities of the elements of a run, ascending.
+std::vector<int> entitiesOf(const std::vector<int>& entities, SideTable::Run run)
 {
-    std::vector<int> entities;
+    std::vector<int> above;
     for (const auto& side : run) {
-        entities.push_back(elements[static_cast<std::size_t>(side.element)].entity);
+        above.push_back(entities[side.element()]);
     }
-    std::sort(entities.begin(), entities.end());
-    return entities;
+    std::sort(above.begin(), above.end());
+    return above;
 }
 
 /// \brief Whether the side is inside one entity: two elements of the same entity share it.
-bool isInside(const std::vector<ImportedElement>& elements, std::span<const SideTable::Side> run)
+bool isInside(const std::vector<int>& entities, SideTable::Run run)
 {
-    const auto entityOf = [&elements](const SideTable::Side& side) {
-        return elements[static_cast<std::size_t>(side.element)].entity;
-    };
-    return run.size() == 2 && entityOf(run.front()) == entityOf(run.back());
+    return run.size() == 2 && entities[run.front().element()] == entities[run.back().element()];
 }
 
 } // namespace
@@ -67,13 +64,13 @@ void TopologyCompletion::complete()
     completeVertices();
 }
 
-void TopologyCompletion::requireTwoSided(std::span<const SideTable::Side> run) const
+void TopologyCompletion::requireTwoSided(const NodeKey& key, SideTable::Run run) const
 {
     if (run.size() <= 2) {
         return;
     }
     QStringList nodes;
-    for (const int node : run.front().key.nodes) {
+    for (const int node : key.nodes) {
         if (node >= 0) {
             nodes.append(QString::number(mesh_.nodes[static_cast<std::size_t>(node)].gmshTag));
         }
@@ -90,19 +87,17 @@ void TopologyCompletion::requireTwoSided(std::span<const SideTable::Side> run) c
 void TopologyCompletion::completeFaces()
 {
     const auto& elements = mesh_.elementsOf(3);
+    const std::vector<int> regions = mesh_.entitiesOfElements(3);
     const std::vector<NodeKey> present = sortedKeys(mesh_.elementsOf(2));
     Missing missing;
     Owners owners;
-    volumeSides_.forEachRun([&](std::span<const SideTable::Side> run) {
-        requireTwoSided(run);
-        if (isInside(elements, run) || contains(present, run.front().key)) {
+    volumeSides_.forEachRun([&](const NodeKey& key, SideTable::Run run) {
+        requireTwoSided(key, run);
+        if (isInside(regions, run) || contains(present, key)) {
             return;
         }
-        const ImportedElement& element = elements[static_cast<std::size_t>(run.front().element)];
-        const auto& local =
-            ElementShape::faces(element.nodeCount)[static_cast<std::size_t>(run.front().local)];
-        missing.push_back(ElementShape::face(element, local));
-        owners.push_back(entitiesOf(elements, run));
+        missing.push_back(ElementShape::side(elements[run.front().element()], 3, key));
+        owners.push_back(entitiesOf(regions, run));
     });
     placeOnEmptyEntities(2, missing, owners);
     addPatches(missing, owners);
@@ -110,20 +105,20 @@ void TopologyCompletion::completeFaces()
 
 void TopologyCompletion::completeEdges()
 {
-    const auto& elements = mesh_.elementsOf(2);
+    const std::vector<int> faces = mesh_.entitiesOfElements(2);
     const std::vector<NodeKey> present = sortedKeys(mesh_.elementsOf(1));
     Missing missing;
     Owners owners;
-    SideTable(mesh_, 2).forEachRun([&](std::span<const SideTable::Side> run) {
-        if (isInside(elements, run) || contains(present, run.front().key)) {
+    SideTable(mesh_, 2).forEachRun([&](const NodeKey& key, SideTable::Run run) {
+        if (isInside(faces, run) || contains(present, key)) {
             return;
         }
         ImportedElement edge;
         edge.nodeCount = 2;
-        edge.nodes[0] = run.front().key.nodes[0];
-        edge.nodes[1] = run.front().key.nodes[1];
+        edge.nodes[0] = key.nodes[0];
+        edge.nodes[1] = key.nodes[1];
         missing.push_back(edge);
-        owners.push_back(entitiesOf(elements, run));
+        owners.push_back(entitiesOf(faces, run));
     });
     placeOnEmptyEntities(1, missing, owners);
     addChains(missing, owners);

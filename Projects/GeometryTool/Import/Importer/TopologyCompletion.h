@@ -5,7 +5,6 @@
 
 #include <QString>
 
-#include <span>
 #include <vector>
 
 namespace Ovra::GeoTool
@@ -36,7 +35,7 @@ private:
     void completeFaces();
     void completeEdges();
     void completeVertices();
-    void requireTwoSided(std::span<const SideTable::Side> run) const;
+    void requireTwoSided(const NodeKey& key, SideTable::Run run) const;
     void placeOnEmptyEntities(int dimension, Missing& missing, Owners& owners);
     int emptyEntityUnder(int dimension, const ImportedElement& element,
                          const std::vector<bool>& empty) const;

@@ -1,6 +1,7 @@
 #include "TopologyLinks.h"
 
 #include "ElementShape.h"
+#include "NodeMarks.h"
 
 #include <algorithm>
 
@@ -51,36 +52,16 @@ void linkThrough(ImportedMesh& mesh, int low, int middle, int high)
     }
 }
 
-/// \brief For each node, whether one of the elements of a dimension has it. Most elements have none
-/// or few such nodes, and need not be looked at further.
-std::vector<bool> nodesOf(const ImportedMesh& mesh, int dimension)
-{
-    std::vector<bool> marked(mesh.nodes.size(), false);
-    for (const ImportedElement& element : mesh.elementsOf(dimension)) {
-        for (int n = 0; n < element.nodeCount; ++n) {
-            marked[static_cast<std::size_t>(element.nodes[static_cast<std::size_t>(n)])] = true;
-        }
-    }
-    return marked;
-}
-
-int countMarked(const ImportedElement& element, const std::vector<bool>& marked)
-{
-    return static_cast<int>(
-        std::count_if(element.nodes.begin(), element.nodes.begin() + element.nodeCount,
-                      [&marked](int node) { return marked[static_cast<std::size_t>(node)]; }));
-}
-
 void linkVertices(ImportedMesh& mesh)
 {
     std::vector<std::vector<int>> verticesAt(mesh.nodes.size());
     for (const ImportedElement& point : mesh.elementsOf(0)) {
         verticesAt[static_cast<std::size_t>(point.nodes[0])].push_back(point.entity);
     }
-    const std::vector<bool> onVertex = nodesOf(mesh, 0);
+    const NodeMarks onVertex(mesh, 0);
     for (int d = 1; d <= 3; ++d) {
         for (const ImportedElement& element : mesh.elementsOf(d)) {
-            if (countMarked(element, onVertex) == 0) {
+            if (onVertex.countOn(element) == 0) {
                 continue;
             }
             for (int n = 0; n < element.nodeCount; ++n) {
@@ -99,17 +80,16 @@ void linkEdges(ImportedMesh& mesh)
     if (index.isEmpty()) {
         return;
     }
-    const std::vector<bool> onEdge = nodesOf(mesh, 1);
+    const NodeMarks onEdge(mesh, 1);
     std::vector<std::array<int, 2>> edges;
     for (int d = 2; d <= 3; ++d) {
         for (const ImportedElement& element : mesh.elementsOf(d)) {
-            if (countMarked(element, onEdge) < 2) {
+            if (onEdge.countOn(element) < 2) {
                 continue;
             }
             ElementShape::edges(element, d, edges);
             for (const auto& edge : edges) {
-                if (onEdge[static_cast<std::size_t>(edge[0])] &&
-                    onEdge[static_cast<std::size_t>(edge[1])]) {
+                if (onEdge.has(edge[0]) && onEdge.has(edge[1])) {
                     index.forEach(ElementShape::key(edge),
                                   [&](int entity) { mesh.link(1, entity, d, element.entity); });
                 }
@@ -124,13 +104,13 @@ void linkFaces(ImportedMesh& mesh)
     if (index.isEmpty()) {
         return;
     }
-    const std::vector<bool> onFace = nodesOf(mesh, 2);
+    const NodeMarks onFace(mesh, 2);
     for (const ImportedElement& element : mesh.elementsOf(3)) {
-        if (countMarked(element, onFace) < 3) {
+        if (onFace.countOn(element) < 3) {
             continue;
         }
         for (const auto& local : ElementShape::faces(element.nodeCount)) {
-            index.forEach(ElementShape::faceKey(element, local),
+            index.forEach(ElementShape::sideKey(element, local),
                           [&](int entity) { mesh.link(2, entity, 3, element.entity); });
         }
     }

@@ -6,6 +6,7 @@
 #include "CadModel.h"
 #include "Counted.h"
 #include "DeclaredElements.h"
+#include "ElementLists.h"
 #include "GmshSession.h"
 #include "ImportOptions.h"
 #include "InputDamage.h"
@@ -58,14 +59,12 @@ bool hasElements(int dimension)
 qint64 elementCount()
 {
     std::vector<int> types;
-    std::vector<std::vector<std::size_t>> elements;
-    std::vector<std::vector<std::size_t>> nodes;
-    gmsh::model::mesh::getElements(types, elements, nodes);
-    qint64 count = 0;
-    for (const auto& list : elements) {
-        count += static_cast<qint64>(list.size());
+    gmsh::model::mesh::getElementTypes(types);
+    std::size_t count = 0;
+    for (const int type : types) {
+        count += ElementLists::count(type);
     }
-    return count;
+    return static_cast<qint64>(count);
 }
 
 QStringList readByGmsh(const QString& path)
