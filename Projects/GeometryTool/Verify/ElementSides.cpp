@@ -51,15 +51,14 @@ ElementSides::ElementSides(const CaseView& view)
 std::vector<ElementSides::Range> ElementSides::parts(std::size_t many) const
 {
     const auto total = std::accumulate(counts_.begin(), counts_.end(), std::size_t(0));
-    const std::size_t most = total > many ? total / PartsOfMany : total;
+    const std::size_t most = total > many ? total / PartsOfMany + 1 : total;
     std::vector<Range> parts = {Range()};
-    std::size_t inPart = 0;
+    std::size_t inParts = 0;
     for (const int count : counts_) {
-        if (inPart > most) {
+        if (inParts > parts.size() * most) {
             parts.push_back({parts.back().end, parts.back().end});
-            inPart = 0;
         }
-        inPart += static_cast<std::size_t>(count);
+        inParts += static_cast<std::size_t>(count);
         ++parts.back().end;
     }
     return parts;

@@ -110,7 +110,7 @@ void TestElementSides::areInPartsOfAboutTheSameSizeIfMany()
         for (const Run& run : runs(sides, {parts[i]})) {
             size += qsizetype(run.elements.size());
         }
-        QVERIFY2(std::abs(size - 4 * Count / count) <= 14, qPrintable(QString::number(size)));
+        QVERIFY2(std::abs(size - 4 * Count / count) <= 12, qPrintable(QString::number(size)));
     }
 }
 
