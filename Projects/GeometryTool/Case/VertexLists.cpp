@@ -2,6 +2,7 @@
 
 #include "MeshEntity.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <utility>
 
@@ -20,14 +21,44 @@ IdPositions positionsOf(const std::vector<MeshEntity*>& vertices)
     return IdPositions(std::move(ids));
 }
 
-VertexLists::VertexLists(const std::vector<MeshEntity*>& entities, const IdPositions& positions)
+namespace
 {
-    starts_.reserve(entities.size() + 1);
-    starts_.push_back(0);
+
+std::size_t vertexCount(const MeshEntity* entity)
+{
+    return static_cast<std::size_t>(entity->adjacencyCount(0));
+}
+
+std::size_t commonVertexCount(const std::vector<MeshEntity*>& entities)
+{
+    const bool isCommon = std::all_of(entities.begin(), entities.end(),
+                                      [first = entities.begin()](const MeshEntity* entity) {
+                                          return vertexCount(entity) == vertexCount(*first);
+                                      });
+    return isCommon && !entities.empty() ? vertexCount(entities.front()) : 0;
+}
+
+std::vector<std::size_t> startsOf(const std::vector<MeshEntity*>& entities)
+{
+    std::vector<std::size_t> starts;
+    starts.reserve(entities.size() + 1);
+    starts.push_back(0);
     for (const MeshEntity* entity : entities) {
-        starts_.push_back(starts_.back() + static_cast<std::size_t>(entity->adjacencyCount(0)));
+        starts.push_back(starts.back() + vertexCount(entity));
     }
-    vertices_.reserve(starts_.back());
+    return starts;
+}
+
+} // namespace
+
+VertexLists::VertexLists(const std::vector<MeshEntity*>& entities, const IdPositions& positions)
+    : size_(entities.size())
+    , commonCount_(commonVertexCount(entities))
+{
+    if (commonCount_ == 0) {
+        starts_ = startsOf(entities);
+    }
+    vertices_.reserve(commonCount_ > 0 ? size_ * commonCount_ : starts_.back());
     for (const MeshEntity* entity : entities) {
         for (int i = 0; i < entity->adjacencyCount(0); ++i) {
             vertices_.push_back(positions.find(entity->adjacencyAt(0, i)->id()));

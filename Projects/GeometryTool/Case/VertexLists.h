@@ -32,13 +32,17 @@ public:
     /// \brief The vertices of the entity at that position of the list, in their order.
     std::span<const int> of(std::size_t entity) const
     {
-        return std::span(vertices_).subspan(starts_[entity], starts_[entity + 1] - starts_[entity]);
+        return commonCount_ > 0 ? std::span(vertices_).subspan(entity * commonCount_, commonCount_)
+                                : std::span(vertices_).subspan(
+                                      starts_[entity], starts_[entity + 1] - starts_[entity]);
     }
 
-    std::size_t size() const { return starts_.size() - 1; }
+    std::size_t size() const { return size_; }
 
 private:
-    std::vector<std::size_t> starts_;
+    std::size_t size_;
+    std::size_t commonCount_;         ///< of vertices, if all entities have as many; or else 0
+    std::vector<std::size_t> starts_; ///< without a common count
     std::vector<int> vertices_;
 };
 

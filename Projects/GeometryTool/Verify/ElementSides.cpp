@@ -40,9 +40,12 @@ ElementSides::ElementSides(const CaseView& view)
     , elements_(view.meshEntities(view.elementDimension()))
     , counts_(view.meshEntities(0).size(), 0)
 {
-    regions_.reserve(elements_.size());
+    regionOfElement_.reserve(elements_.size());
     for (const MeshEntity* element : elements_) {
-        regions_.push_back(element->parent());
+        if (regions_.empty() || regions_.back() != element->parent()) {
+            regions_.push_back(element->parent());
+        }
+        regionOfElement_.push_back(static_cast<int>(regions_.size()) - 1);
     }
     forEachSide(
         [this](int smallest, const auto&) { ++counts_[static_cast<std::size_t>(smallest)]; });

@@ -58,7 +58,10 @@ public:
     const Geo::MeshEntity& elementOf(const Side& side) const { return *elements_[side.element()]; }
 
     /// \brief What the element of \p side stands on, or null.
-    const Geo::ModelEntity* regionOf(const Side& side) const { return regions_[side.element()]; }
+    const Geo::ModelEntity* regionOf(const Side& side) const
+    {
+        return regions_[static_cast<std::size_t>(regionOfElement_[side.element()])];
+    }
 
     /// \brief The sides with these vertices, by id of their elements.
     /// \param key whose smallest vertex is in the part
@@ -93,7 +96,8 @@ private:
     const CaseView& view_;
     SidesByVertex sides_;
     const std::vector<Geo::MeshEntity*>& elements_;
-    std::vector<const Geo::ModelEntity*> regions_; ///< of the elements
+    std::vector<const Geo::ModelEntity*> regions_; ///< as elements in a row stand on them
+    std::vector<int> regionOfElement_;             ///< positions in regions_
     std::vector<int> counts_;                      ///< of sides, by their smallest vertices
 };
 
