@@ -15,6 +15,14 @@ def given_range(temperatures):
     return np.nanmin(temperatures), np.nanmax(temperatures)
 
 
+def solved(solver):
+    """The system of a solver, what solves it, and which unknowns are neither given nor unused."""
+    system = solver.system()
+    unknowns = conduction.solve_with_given(system.stiffness, system.load, system.given, str)
+    free = np.isnan(system.given) & (system.stiffness.diagonal() > 0)
+    return system, np.nan_to_num(unknowns), free
+
+
 def explained(system, unknowns, beyond):
     """How far temperatures can lie beyond those given, by elements with obtuse angles and by ties.
 
@@ -55,6 +63,13 @@ class Cases(unittest.TestCase):
                 self.assertGreaterEqual(low, min(given) - 1e-9)
                 self.assertLessEqual(high, max(given) + 1e-9)
 
+    def test_what_is_heated_is_hardly_colder_than_given(self):
+        system, unknowns, free = solved(self.solver("enclosure"))
+        below = np.where(free, 293 - unknowns, 0)
+        self.assertLess(below.max(), 1e-4)
+        self.assertLessEqual(below.max(), explained(system, unknowns, below > 0) + 1e-9)
+        self.assertGreater(unknowns[free].max(), 340)
+
     def test_what_lies_beyond_the_bounds_is_explained(self):
         """The board's elements are flat: some have obtuse angles, and lend heat in the wrong direction."""
         hot, cold = ("thermal_joint",), ("walls", "inlet", "fan_opening", "board_bottom")
@@ -62,9 +77,7 @@ class Cases(unittest.TestCase):
         solver.problem.heat = {}
         solver.problem.surfaces = {where: {"temperature": 350 if where in hot else 293}
                                    for where in hot + cold}
-        system = solver.system()
-        unknowns = np.nan_to_num(conduction.solve_with_given(system.stiffness, system.load, system.given, str))
-        free = np.isnan(system.given) & (system.stiffness.diagonal() > 0)
+        system, unknowns, free = solved(solver)
         below, above = np.where(free, 293 - unknowns, 0), np.where(free, unknowns - 350, 0)
         for beyond in (below, above):
             self.assertLess(beyond.max(), 0.005 * (350 - 293))

@@ -52,7 +52,8 @@ void MeshComparison::run()
 {
     compareWhole();
     for (int dimension = 0; dimension < 4; ++dimension) {
-        progress_.phase(QStringLiteral("comparing the mesh %1s").arg(kindName(dimension)));
+        progress_.phase(QStringLiteral("comparing the ") +
+                        partName(partOf(Owner::Mesh, dimension)));
         compareEntities(dimension);
     }
 }

@@ -62,21 +62,33 @@ private slots:
         }
     }
 
+    void showsPhasesOnATerminalAndErasesThem_data() { addCommands(); }
+
     void showsPhasesOnATerminalAndErasesThem()
     {
-        const QByteArray text = printed({"solver-input", path("tiny"), "-o", path("out")});
-        QVERIFY(text.contains("\r\033[Kreading tiny.geo_model"));
-        QVERIFY(text.contains("\r\033[Kreading tiny.geo_mesh"));
-        QVERIFY(text.contains("\r\033[Kwriting section 1 of 9, nodes"));
-        QVERIFY(text.contains("\r\033[Kwriting section 9 of 9, rotating"));
+        QFETCH(QStringList, arguments);
+        QFETCH(QStringList, phases);
+        const QByteArray text = printed(arguments);
+        if (text.contains("was built without")) {
+            QSKIP("this build has not got what this needs");
+        }
+        for (const QString& phase : phases) {
+            QVERIFY2(text.contains("\r\033[K" + phase.toUtf8() + "\r"), text.constData());
+        }
         QVERIFY(text.endsWith("\r\033[K"));
         QVERIFY(!text.contains('\n'));
     }
 
+    void isSilentWhenTold_data() { addCommands(); }
+
     void isSilentWhenTold()
     {
-        QCOMPARE(printed({"solver-input", path("tiny"), "-o", path("out"), "--quiet"}),
-                 QByteArray());
+        QFETCH(QStringList, arguments);
+        const QByteArray text = printed(arguments + QStringList("--quiet"));
+        if (text.contains("was built without")) {
+            QSKIP("this build has not got what this needs");
+        }
+        QCOMPARE(text, QByteArray());
     }
 
     void isSilentWhenPiped()
@@ -187,6 +199,28 @@ private slots:
     }
 
 private:
+    void addCommands() const
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QStringList>("phases");
+        const QString tiny = path("tiny");
+        const QString model = QStringLiteral("reading tiny.geo_model");
+        const QString mesh = QStringLiteral("reading tiny.geo_mesh");
+        QTest::newRow("solver-input") << QStringList{"solver-input", tiny, "-o", path("out")}
+                                      << QStringList{model, mesh, "writing section 1 of 9, nodes",
+                                                     "writing section 9 of 9, rotating"};
+        QTest::newRow("export") << QStringList{"export", tiny, "-o", path("o.vtu")}
+                                << QStringList{model, mesh, "writing " + path("o.vtu")};
+        QTest::newRow("picture") << QStringList{"picture", tiny, "-o", path("o.png")}
+                                 << QStringList{model, mesh, "drawing"};
+        QTest::newRow("report") << QStringList{"report", tiny, "-o", path("o.html")}
+                                << QStringList{model, mesh, "counting", "gathering the surfaces"};
+        QTest::newRow("diff") << QStringList{"diff", tiny, tiny}
+                              << QStringList{model, mesh, "matching the entities",
+                                             "comparing the mesh vertices",
+                                             "comparing the mesh regions"};
+    }
+
     QString path(const QString& name) const { return directory_.filePath(name); }
 
     static QByteArray printed(const QStringList& arguments)

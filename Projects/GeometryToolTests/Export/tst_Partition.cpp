@@ -80,6 +80,24 @@ int tornFaces(const CaseView& view, const Partition& partition, const ModelEntit
     return torn;
 }
 
+/// \brief Makes a shell of what lies between two model faces: each vertex of \p first is linked to
+/// that to whose place \p counterpart takes it, but for those on the rim, which both faces have.
+template <typename Counterpart>
+void makeShell(GridMesh& grid, ModelEntity& first, const ModelEntity& second,
+               Counterpart counterpart)
+{
+    first.attributes().insert(AttributeType::NewShellFace, second.id());
+    for (MeshEntity* vertex : CaseView::verticesOn(first)) {
+        const Vector place = counterpart(vertex->centroid());
+        MeshEntity* const partner = grid.vertexAt(
+            static_cast<int>(place.x()), static_cast<int>(place.y()), static_cast<int>(place.z()));
+        if (partner != vertex) {
+            vertex->attributes().insert(AttributeType::ShellVertex, partner->id());
+            partner->attributes().insert(AttributeType::ShellVertex, vertex->id());
+        }
+    }
+}
+
 /// \brief Three slabs beside each other; what is left and right of them are a periodic pair, each
 /// vertex of which is tied to that opposite of it.
 class PeriodicSlabs : public GridMesh
@@ -227,21 +245,61 @@ private slots:
         }
     }
 
+    void keepsTheTwoSidesOfASplitTogether_data()
+    {
+        QTest::addColumn<QString>("material"); // of what is not the fluid
+        QTest::addColumn<QString>("operation");
+        QTest::addColumn<QString>("link");
+
+        QTest::newRow("fluid and solid") << "solid"
+                                         << "split-fluid-solid"
+                                         << "solid_face";
+        QTest::newRow("rotor and stator") << "rotating_device"
+                                          << "peripheral"
+                                          << "stator_face";
+    }
+
     void keepsTheTwoSidesOfASplitTogether()
     {
+        QFETCH(QString, material);
+        QFETCH(QString, operation);
+        QFETCH(QString, link);
         GridMesh grid(PreparationCase::plan(QStringList(24, QStringLiteral("1122")),
-                                            {{1, "fluid"}, {2, "solid"}}));
-        ModelEntity* const fluidSide = grid.face(1, 2);
-        QCOMPARE(PreparationCase::prepare(*grid.database(), {"split-fluid-solid"}).refusal,
-                 QString());
-        const int id = fluidSide->attributes().value(AttributeType::SolidFace, 0).toInt();
-        ModelEntity* const solidSide = grid.model()->entity(2, id);
-        QCOMPARE(fluidSide->childCount(), 24);
+                                            {{1, "fluid"}, {2, material}}));
+        ModelEntity* const original = grid.face(1, 2);
+        QCOMPARE(PreparationCase::prepare(*grid.database(), {operation}).refusal, QString());
+        const int id = original->attributes().value(AttributeType::fromString(link), 0).toInt();
+        ModelEntity* const copy = grid.model()->entity(2, id);
+        QCOMPARE(original->childCount(), 24);
         const CaseView view(*grid.database());
         const auto same = [](const Vector& place) { return place; };
-        QVERIFY(tornFaces(view, cut(view, 3), *fluidSide, *solidSide, same) > 0);
-        QCOMPARE(tornFaces(view, cut(view, 3, true), *fluidSide, *solidSide, same), 0);
+        QVERIFY(tornFaces(view, cut(view, 3), *original, *copy, same) > 0);
+        QCOMPARE(tornFaces(view, cut(view, 3, true), *original, *copy, same), 0);
         QCOMPARE(clusterCount(view), 96 - 24);
+    }
+
+    void keepsTheTwoFacesOfAShellTogether()
+    {
+        GridMesh grid(PreparationCase::plan(QStringList(8, QStringLiteral("11111233333")), {}));
+        const auto across = [](const Vector& place) { return place + Vector(1, 0, 0); };
+        makeShell(grid, *grid.face(1, 2), *grid.face(2, 3), across);
+        const CaseView view(*grid.database());
+        QVERIFY(tornFaces(view, cut(view, 2), *grid.face(1, 2), *grid.face(2, 3), across) > 0);
+        QCOMPARE(tornFaces(view, cut(view, 2, true), *grid.face(1, 2), *grid.face(2, 3), across),
+                 0);
+        QCOMPARE(clusterCount(view), 11 * 8 - 2 * 8); // both neighbours of the shell with it
+    }
+
+    /// Like a book that lies open: its first and its second page meet along an edge.
+    void keepsAShellWhoseFacesMeetTogether()
+    {
+        constexpr int layers = 12;
+        GridSpec spec = PreparationCase::plan({"13", "22"}, {});
+        spec.cells[2] = layers;
+        GridMesh grid(spec);
+        makeShell(grid, *grid.face(1, 2), *grid.face(2, 3),
+                  [](const Vector& place) { return Vector(2 - place.x(), place.y(), place.z()); });
+        QCOMPARE(clusterCount(CaseView(*grid.database())), layers);
     }
 
     void keepsReplicasWithTheirOriginals()

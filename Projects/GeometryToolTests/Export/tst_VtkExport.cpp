@@ -33,6 +33,10 @@
 
 using namespace Ovra::Geo;
 
+using Doubling = void (*)(GridMesh&);
+using Sides = QMap<int, int>;
+Q_DECLARE_METATYPE(Doubling)
+
 namespace
 {
 
@@ -230,6 +234,50 @@ private slots:
         }
     }
 
+    void saysOnWhichSideOfATwinAnEntityLies_data()
+    {
+        QTest::addColumn<QString>("material"); // of the middle one of three regions
+        QTest::addColumn<Doubling>("makeTwins");
+        QTest::addColumn<Sides>("sidesOfRegions");
+        QTest::addColumn<Sides>("pointsOfSides");
+
+        QTest::newRow("stator_side")
+            << "rotating_device" << Doubling(prepare) << Sides{{1, 2}, {2, 1}, {3, 2}}
+            << Sides{{0, 8}, {1, 8}, {2, 8}};
+        QTest::newRow("replica") << "solid" << Doubling(move)
+                                 << Sides{{1, 0}, {2, 1}, {3, 0}, {4, 2}}
+                                 << Sides{{0, 8}, {1, 8}, {2, 8}};
+        QTest::newRow("shell_twin")
+            << "solid" << Doubling(tieAcross) << Sides{{1, 1}, {2, 3}, {3, 2}}
+            << Sides{{0, 8}, {1, 4}, {2, 4}};
+    }
+
+    void saysOnWhichSideOfATwinAnEntityLies()
+    {
+        QFETCH(QString, material);
+        QFETCH(Doubling, makeTwins);
+        QFETCH(Sides, sidesOfRegions);
+        QFETCH(Sides, pointsOfSides);
+        GridMesh grid(PreparationCase::plan({"123"}, {{1, "fluid"}, {2, material}, {3, "fluid"}}));
+        makeTwins(grid);
+        QVERIFY(SavedCase::save(*grid.database(), path("twins")));
+        QCOMPARE(run(path("twins"), path("twins.vtu")), QByteArray());
+        const auto elements =
+            readBy<vtkXMLUnstructuredGridReader, vtkUnstructuredGrid>(path("twins.vtu"));
+        vtkCellData& cells = *elements->GetCellData();
+        Sides regions;
+        for (vtkIdType i = 0; i < elements->GetNumberOfCells(); ++i) {
+            regions[textOf(cells, "model_id", i).toInt()] =
+                textOf(cells, QTest::currentDataTag(), i).toInt();
+        }
+        QCOMPARE(regions, sidesOfRegions);
+        Sides points;
+        for (vtkIdType i = 0; i < elements->GetNumberOfPoints(); ++i) {
+            ++points[textOf(*elements->GetPointData(), QTest::currentDataTag(), i).toInt()];
+        }
+        QCOMPARE(points, pointsOfSides);
+    }
+
     void hasABlockForEachRegionAndFace()
     {
         TinyCase tiny;
@@ -360,6 +408,22 @@ private slots:
 
 private:
     QString path(const char* name) const { return directory_.filePath(QLatin1String(name)); }
+
+    static void prepare(GridMesh& grid)
+    {
+        QCOMPARE(PreparationCase::prepareAll(*grid.database()).refusal, QString());
+    }
+
+    static void move(GridMesh& grid)
+    {
+        grid.region(2)->attributes().insert(AttributeType::MotionType, 1);
+        prepare(grid);
+    }
+
+    static void tieAcross(GridMesh& grid)
+    {
+        grid.face(1, 2)->attributes().insert(AttributeType::NewShellFace, grid.face(2, 3)->id());
+    }
 
     static void letFewBeOpen()
     {

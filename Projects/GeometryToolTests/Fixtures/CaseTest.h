@@ -296,10 +296,11 @@ private:
         for (const Ovra::Geo::AttributeType& type : entity.attributes().types()) {
             const QString tag = type.toString();
             const QVariant value = entity.attributes().value(type, {});
-            const bool isNumber = value.typeId() == QMetaType::Int;
+            const bool isExact =
+                value.typeId() == QMetaType::Int || value.typeId() == QMetaType::QString;
             if (!block.facts.contains(kind + tag) ||
                 (block.cells > 0 && !block.cellFields.contains(tag)) ||
-                (isNumber && block.facts.value(kind + tag) != value.toString())) {
+                (isExact && block.facts.value(kind + tag) != value.toString())) {
                 return "it has no " + tag + ' ' + value.toString();
             }
         }

@@ -343,6 +343,11 @@ private slots:
         QCOMPARE(legendOf(data), QStringList{"region 1"});
         options.cut = PictureOptions::Cut{1, 0.5};
         QVERIFY(PictureScene(view, options, nullptr).data().plane->keepsAbove);
+        options.cut = PictureOptions::Cut{2, 0.5};
+        const PictureData lower = PictureScene(view, options, nullptr).data();
+        QVERIFY(!lower.plane->keepsAbove);
+        QCOMPARE(lower.low[2], 0.0);
+        QCOMPARE(lower.high[2], 0.5);
     }
 
     void writesTheUnitAtTheAxes()

@@ -192,6 +192,16 @@ private slots:
         QVERIFY(seen_["entered"].toString().startsWith(QStringLiteral("air\nName\nair\n")));
     }
 
+    void namesTheLicenceOfWhatDraws()
+    {
+        const QString licence = seen_["licence"].toString();
+        for (const char* each : {"under the MIT licence.", "three.js authors",
+                                 "The above copyright notice and this permission notice shall be "
+                                 "included in\nall copies"}) {
+            QVERIFY2(licence.contains(QLatin1String(each)), qPrintable(licence));
+        }
+    }
+
     void theTablesAreThereWithoutAView_data()
     {
         QTest::addColumn<QString>("note");

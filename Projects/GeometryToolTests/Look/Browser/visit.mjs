@@ -98,6 +98,11 @@ async function press(page) {
     seen.entered = await selected(page);
 }
 
+async function readLicence(page) {
+    await page.getByText("Licence of three.js").click();
+    seen.licence = await page.locator("footer").innerText();
+}
+
 async function look(browser, name, options) {
     const context = await browser.newContext(options);
     const page = await open(context);
@@ -148,6 +153,7 @@ const page = await open(context);
 await visit(page);
 await hide(page);
 await press(page);
+await readLicence(page);
 await context.close();
 await look(browser, "phone", { viewport: { width: 360, height: 740 }, colorScheme: "light", isMobile: true, hasTouch: true });
 await look(browser, "dark", { viewport: { width: 1200, height: 800 }, colorScheme: "dark" });
