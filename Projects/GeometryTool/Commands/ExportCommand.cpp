@@ -32,16 +32,17 @@ struct Options
 };
 
 /// With or without the dot with which the help writes it.
-const ExportFormat& namedFormat(const QString& name)
+const ExportFormat& namedFormat(const std::string& text)
 {
+    const QString name = QString::fromStdString(text);
     return ExportFormat::ofSuffix(name.startsWith(QLatin1Char('.')) ? name.sliced(1) : name);
 }
 
 const ExportFormat& formatOf(const Options& options)
 {
-    const ExportFormat& format = options.format
-                                     ? namedFormat(QString::fromStdString(*options.format))
-                                     : ExportFormat::ofFile(QString::fromStdString(options.output));
+    const QString output = QString::fromStdString(options.output);
+    const ExportFormat& format =
+        options.format ? namedFormat(*options.format) : ExportFormat::ofFile(output);
     format.require();
     return format;
 }
