@@ -3,6 +3,7 @@
 #include "CaseFiles.h"
 #include "CaseImport.h"
 #include "FixedAddresses.h"
+#include "FreedMemory.h"
 #include "ImportJob.h"
 #include "OutputCheck.h"
 #include "Progress.h"
@@ -117,6 +118,7 @@ void run(const Arguments& arguments, Progress& progress)
 {
     requireSound(arguments);
     FixedAddresses::ensure(); // before the module is loaded, or that would be done twice
+    keepFreedMemory();
     requireImport();
     importCase({optionsOf(arguments), QString::fromStdString(arguments.attributes),
                 QString::fromStdString(arguments.output), progress});

@@ -31,15 +31,6 @@ QByteArray commandLine()
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// \brief Has malloc() ask for pages of 2 MiB: a mesh takes a hundred thousand of the usual ones, each
-/// of which the kernel hands out by itself. It goes by that only as the process starts.
-void useLargePages()
-{
-    if (!qEnvironmentVariableIsSet("GLIBC_TUNABLES")) {
-        qputenv("GLIBC_TUNABLES", "glibc.malloc.hugetlb=1");
-    }
-}
-
 std::vector<char*> pointersInto(QByteArray& line)
 {
     std::vector<char*> arguments;
@@ -61,7 +52,6 @@ void FixedAddresses::ensure()
     }
     std::vector<char*> arguments = pointersInto(line);
     std::fflush(nullptr);
-    useLargePages();
     qunsetenv("QT_HASH_SEED"); // the seed is fixed; Qt's word on that would take up memory
     execv("/proc/self/exe", arguments.data()); // comes back only if it fails: go on as we are
 }
