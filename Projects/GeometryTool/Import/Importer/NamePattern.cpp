@@ -37,7 +37,7 @@ qsizetype distance(const QString& a, const QString& b)
             row[at + 1] = std::min({changed, diagonal + 1, row[at] + 1});
         }
     }
-    return row.back();
+    return row[static_cast<std::size_t>(b.size())];
 }
 
 /// \brief The last parts of all names of entities, sorted, each once.
