@@ -1,6 +1,5 @@
 #include "FreedMemory.h"
 
-#include <limits>
 #include <malloc.h>
 
 namespace Ovra::GeoTool
@@ -9,7 +8,7 @@ namespace Ovra::GeoTool
 void keepFreedMemory()
 {
     mallopt(M_MMAP_MAX, 0);
-    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+    mallopt(M_TRIM_THRESHOLD, -1); // never
 }
 
 } // namespace Ovra::GeoTool

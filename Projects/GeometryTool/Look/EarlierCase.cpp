@@ -65,6 +65,33 @@ QJsonArray entitiesOf(const Model& model)
     return array;
 }
 
+/// Those that the page lists of either.
+std::vector<int> comparedDimensions(const Model& earlier, const Model& later)
+{
+    const std::vector<int> of = listedDimensions(earlier);
+    const std::vector<int> ofLater = listedDimensions(later);
+    return of.size() < ofLater.size() ? of : ofLater; // edges are the last, if they are there
+}
+
+QJsonArray entitiesOfDimensions(const QJsonArray& entities, const std::vector<int>& dimensions)
+{
+    QJsonArray array;
+    for (const QJsonValue& entity : entities) {
+        if (std::find(dimensions.begin(), dimensions.end(), entity["dimension"].toInt()) !=
+            dimensions.end()) {
+            array.append(entity);
+        }
+    }
+    return array;
+}
+
+QJsonArray jsonOf(const std::vector<int>& numbers)
+{
+    QJsonArray array;
+    std::copy(numbers.begin(), numbers.end(), std::back_inserter(array));
+    return array;
+}
+
 } // namespace
 
 EarlierCase::EarlierCase(const QString& name, Progress& progress)
@@ -88,8 +115,10 @@ QJsonObject EarlierCase::changesTo(const Database& later) const
     }
     const CaseDifferences differences =
         CaseComparison::compareModels(database_, later, differenceLimit);
+    const std::vector<int> dimensions = comparedDimensions(*database_.model(), *later.model());
     return {{"info", info_},
-            {"entities", entities_},
+            {"dimensions", jsonOf(dimensions)},
+            {"entities", entitiesOfDimensions(entities_, dimensions)},
             {"meshAdded", added},
             {"meshRemoved", removed},
             {"differences", DiffReport::differencesJson(differences)}};

@@ -89,14 +89,14 @@ const ModelEntity* PictureParts::bodyShown(const ModelEntity& face) const
 
 std::vector<const ModelEntity*> PictureParts::bodiesOf(const ModelEntity& entity) const
 {
-    const auto lessThan = [](const ModelEntity* a, const ModelEntity* b) {
-        return a->id() < b->id();
-    };
-    std::set<const ModelEntity*, decltype(lessThan)> bodies(lessThan);
     const int dimension = view_.elementDimension();
     if (entity.dimension() == dimension) {
         return {&entity};
     }
+    const auto lessThan = [](const ModelEntity* a, const ModelEntity* b) {
+        return a->id() < b->id();
+    };
+    std::set<const ModelEntity*, decltype(lessThan)> bodies(lessThan);
     for (int i = 0; i < entity.adjacencyCount(dimension); ++i) {
         bodies.insert(entity.adjacencyAt(dimension, i));
     }

@@ -106,6 +106,7 @@ private slots:
         QFETCH(QString, name);
         const PngImage old(contentOf(kept() + QLatin1Char('/') + name));
         const std::vector<PngImage::Part> lines = legendLinesOf(old);
+        QVERIFY(lines.size() >= 2); // the title of the legend is the first
         const PngImage::Part last = lines.back();
         const PngImage::Part paper{last.x, last.y + last.height, last.width, last.height};
         QVERIFY(differenceOfLegends(old.withPartAt(paper, last.y), old) > mostOfLegends);

@@ -279,6 +279,13 @@ private slots:
         const ReportFile report = reportOn("many", {"--before", path("many")});
         QCOMPARE(report.at("entities").toArray().size(), 2);
         QCOMPARE(report.at("before/entities").toArray().size(), 2);
+        // Nor are they compared where there are very many of one case alone.
+        const QJsonArray facesAlone{2};
+        QCOMPARE(reportOn("many", {"--before", path("few")}).at("before/dimensions").toArray(),
+                 facesAlone);
+        const ReportFile fewer = reportOn("few", {"--before", path("many")});
+        QCOMPARE(fewer.at("before/dimensions").toArray(), facesAlone);
+        QCOMPARE(fewer.at("before/entities").toArray().size(), 2);
     }
 
     void everyRunGivesTheSameBytes()

@@ -18,6 +18,7 @@
 #include <set>
 #include <span>
 #include <stdexcept>
+#include <type_traits>
 #include <utility>
 
 namespace Ovra::GeoTool
@@ -122,6 +123,22 @@ void reserveMore(std::vector<ImportedElement>& elements, std::size_t count)
     if (size > elements.capacity()) {
         elements.reserve(count > elements.size() ? size : std::max(size, 2 * elements.capacity()));
     }
+}
+
+/// \brief The type and nodes of an element, by Gmsh's function for that: later releases than 4.8 also
+/// tell where it stands.
+template <typename GetElement>
+int getElement(GetElement gmshsFunction, std::size_t tag, std::vector<std::size_t>& nodes)
+{
+    int type = 0;
+    if constexpr (std::is_invocable_v<GetElement, std::size_t, int&, std::vector<std::size_t>&>) {
+        gmshsFunction(tag, type, nodes);
+    } else {
+        int dimension = 0;
+        int entity = 0;
+        gmshsFunction(tag, type, nodes, dimension, entity);
+    }
+    return type;
 }
 
 } // namespace
@@ -354,8 +371,7 @@ void GmshExtraction::addElementsOfAllOrders(int gmshType, int position)
     std::vector<std::size_t> nodes;
     for (const std::size_t tag :
          ElementLists::tags(gmshType, mesh_.entity(dimension, position).gmshTag)) {
-        int type = 0;
-        gmsh::model::mesh::getElement(tag, type, nodes);
+        const int type = getElement(&gmsh::model::mesh::getElement, tag, nodes);
         const auto [kind, isNew] = kinds.try_emplace(type);
         if (isNew) {
             kind->second = ElementKind::of(type);

@@ -40,7 +40,7 @@ function changedEntities({ entities, before }) {
     const keyOf = (entity) => `${entity.dimension}/${entity.id}`;
     const earlier = new Map(before.entities.map((entity) => [keyOf(entity), entity]));
     const later = new Set(entities.map(keyOf));
-    const changed = entities.map((entity) => ({ entity, then: earlier.get(keyOf(entity))?.elements ?? null, now: entity.elements }));
+    const changed = entities.filter(({ dimension }) => before.dimensions.includes(dimension)).map((entity) => ({ entity, then: earlier.get(keyOf(entity))?.elements ?? null, now: entity.elements }));
     const gone = before.entities.filter((entity) => !later.has(keyOf(entity)))
         .map((entity) => ({ entity, then: entity.elements, now: null }));
     return [...changed.filter((row) => row.then !== row.now), ...gone];
@@ -112,7 +112,7 @@ export function showChanges(section, data, select) {
     section.append(
         facts([["Since", before.info.case]]),
         countsTable(info, before),
-        entities.length > 0 ? entityTable(entities, select) : element("p", {}, "Every region and face has as many elements as before."),
+        entities.length > 0 ? entityTable(entities, select) : element("p", {}, `Every ${before.dimensions.map((dimension) => kinds[dimension]).join(" and ")} has as many elements as before.`),
         ...(before.differences.length > 0 ? differenceTable(data, select)
             : [element("p", {}, "Every name, attribute and place in the model is as before.")]),
         twins.length > 0 ? twinTable(data, twins, select) : "");

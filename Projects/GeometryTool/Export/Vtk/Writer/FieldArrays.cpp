@@ -1,6 +1,7 @@
 #include "FieldArrays.h"
 
 #include <optional>
+#include <type_traits>
 #include <variant>
 #include <vtkDoubleArray.h>
 #include <vtkFieldData.h>
