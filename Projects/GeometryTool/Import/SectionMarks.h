@@ -30,7 +30,7 @@ private:
     bool beginsLine(qsizetype position) const;
 
     QFile& file_;
-    QByteArray block_; ///< begins with a line
+    QByteArray block_; ///< begins with a line, or within one that is far longer than a mark
     qint64 start_ = 0; ///< of the block in the file
     qsizetype position_ = 0;
 };
