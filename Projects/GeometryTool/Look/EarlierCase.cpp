@@ -76,9 +76,9 @@ std::vector<int> comparedDimensions(const Model& earlier, const Model& later)
 QJsonArray entitiesOfDimensions(const QJsonArray& entities, const std::vector<int>& dimensions)
 {
     QJsonArray array;
-    for (const QJsonValue& entity : entities) {
-        if (std::find(dimensions.begin(), dimensions.end(), entity["dimension"].toInt()) !=
-            dimensions.end()) {
+    for (const auto& entity : entities) {
+        if (std::find(dimensions.begin(), dimensions.end(),
+                      entity.toObject()["dimension"].toInt()) != dimensions.end()) {
             array.append(entity);
         }
     }
