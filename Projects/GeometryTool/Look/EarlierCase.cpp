@@ -65,12 +65,12 @@ QJsonArray entitiesOf(const Model& model)
     return array;
 }
 
-/// Those that the page lists of either.
+/// Those that the page lists of both.
 std::vector<int> comparedDimensions(const Model& earlier, const Model& later)
 {
-    const std::vector<int> of = listedDimensions(earlier);
+    const std::vector<int> ofEarlier = listedDimensions(earlier);
     const std::vector<int> ofLater = listedDimensions(later);
-    return of.size() < ofLater.size() ? of : ofLater; // edges are the last, if they are there
+    return ofEarlier.size() < ofLater.size() ? ofEarlier : ofLater; // edges are the last, if they are there
 }
 
 QJsonArray entitiesOfDimensions(const QJsonArray& entities, const std::vector<int>& dimensions)

@@ -23,7 +23,7 @@ public:
     EarlierCase(const QString& name, Progress& progress);
 
     /// \brief What the report's page needs to tell the changes to \p later: `info`, as `info --json`
-    /// has it, the `entities` of the earlier case with their `dimension`, `id`, `name` and
+    /// has it, the `dimensions` that the page lists of both cases, the `entities` of these of the earlier case with their `dimension`, `id`, `name` and
     /// `elements`, the numbers of mesh entities by dimension whose id only one of the cases has,
     /// `meshAdded` and `meshRemoved`, and what is different of the model, `differences`, as
     /// `diff --json` has it, at most 100 of each kind and part.
