@@ -222,8 +222,24 @@ def test_a_field_over_the_vertices_is_one_over_the_points(channel, tmp_path):
     np.testing.assert_array_equal(read.point_data["height"], read.points[:, 2])
 
 
+def test_pyvista_has_volumes_names_and_fields():
+    pyvista = pytest.importorskip("pyvista")  # Debian has it from 13 on
+    made = bridges.to_pyvista(solids(), attributes=["material_id", "mesh_size"])
+    assert isinstance(made, pyvista.UnstructuredGrid) and made.n_points == 23
+    np.testing.assert_allclose(made.compute_cell_sizes()["Volume"], [volume for _, volume in SHAPES.values()])
+    assert list(made.cell_data["model_name"]) == ["all"] * 4
+    assert made.cell_data["material_id"].tolist() == [7] * 4
+    assert np.isnan(made.cell_data["mesh_size"]).all()
+    assert made.point_data["mesh_id"].tolist() == list(range(1, 24))
+
+
+def test_an_empty_case_is_an_empty_grid_of_pyvista():
+    pytest.importorskip("pyvista")
+    assert bridges.to_pyvista(ovrageo.Case()).n_cells == 0
+
+
 def test_pyvista_gets_the_arrays_of_the_grid(monkeypatch, tetrahedron):
-    """PyVista is in no Debian: this holds what it is called with."""
+    """Where there is no PyVista, as on Debian 12: this holds what it is called with."""
     class UnstructuredGrid:
         def __init__(self, cells, cell_types, points):
             self.given = (points, cells, cell_types)
