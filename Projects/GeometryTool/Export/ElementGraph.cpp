@@ -13,18 +13,12 @@ ElementGraph::ElementGraph(const CaseView& view)
     : elementCount_(view.meshEntities(view.elementDimension()).size())
 {
     ElementSides sides(view);
-    const auto addRun = [this](const ElementSides::Key&, ElementSides::Run run) {
+    sides.forEachRunOfAllParts([this](const ElementSides::Key&, ElementSides::Run run) {
         for (std::size_t i = 1; i < run.size(); ++i) {
             links_.emplace_back(static_cast<int>(run[i - 1].element()),
                                 static_cast<int>(run[i].element()));
         }
-    };
-    for (const ElementSides::Range& part : sides.parts()) {
-        sides.collect(part);
-        for (int vertex = part.begin; vertex < part.end; ++vertex) {
-            sides.forEachRun(vertex, addRun);
-        }
-    }
+    });
 }
 
 CutGraph::CutGraph(const ElementGraph& elements, const std::vector<int>& nodeOf,

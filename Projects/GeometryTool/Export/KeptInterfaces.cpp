@@ -136,7 +136,7 @@ void KeptInterfaces::findElements()
     const int dimension = view_.faceDimension();
     const VertexLists& lists = view_.vertexLists(dimension);
     ElementSides sides(view_);
-    for (const ElementSides::Range& part : sides.parts()) {
+    for (const ElementSides::Part& part : sides.parts()) {
         sides.collect(part);
         for (auto it = children_.cbegin(); it != children_.cend(); ++it) {
             if (it.key()->dimension() != dimension) {

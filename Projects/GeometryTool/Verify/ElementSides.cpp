@@ -17,7 +17,7 @@ using namespace Ovra::Geo;
 namespace
 {
 
-// Each takes a walk over all elements.
+// A bit of a byte for each.
 constexpr std::size_t PartsOfMany = 8;
 
 /// From the smallest vertex on, a ring runs towards the smaller of its two neighbours or away from
@@ -35,10 +35,20 @@ bool isRising(std::span<const int> ring)
 
 } // namespace
 
-ElementSides::ElementSides(const CaseView& view)
+ElementSides::ElementSides(const CaseView& view, std::size_t many)
     : view_(view)
     , elements_(view.meshEntities(view.elementDimension()))
     , counts_(view.meshEntities(0).size(), 0)
+{
+    findRegions();
+    countSides();
+    makeParts(many);
+    if (parts_.size() > 1) {
+        markElements();
+    }
+}
+
+void ElementSides::findRegions()
 {
     regionOfElement_.reserve(elements_.size());
     for (const MeshEntity* element : elements_) {
@@ -47,60 +57,84 @@ ElementSides::ElementSides(const CaseView& view)
         }
         regionOfElement_.push_back(static_cast<int>(regions_.size()) - 1);
     }
-    forEachSide(
-        [this](int smallest, const auto&) { ++counts_[static_cast<std::size_t>(smallest)]; });
 }
 
-std::vector<ElementSides::Range> ElementSides::parts(std::size_t many) const
+void ElementSides::countSides()
+{
+    for (std::size_t element = 0; element < elements_.size(); ++element) {
+        forEachSideOf(element, [this](int smallest, const auto&) {
+            ++counts_[static_cast<std::size_t>(smallest)];
+        });
+    }
+}
+
+void ElementSides::makeParts(std::size_t many)
 {
     const auto total = std::accumulate(counts_.begin(), counts_.end(), std::size_t(0));
     const std::size_t most = total > many ? total / PartsOfMany + 1 : total;
-    std::vector<Range> parts = {Range()};
+    parts_ = {Part()};
     std::size_t inParts = 0;
     for (const int count : counts_) {
-        if (inParts > parts.size() * most) {
-            parts.push_back({parts.back().end, parts.back().end});
+        if (inParts > parts_.size() * most) {
+            const Part& last = parts_.back();
+            parts_.push_back({last.end, last.end, static_cast<std::uint8_t>(2 * last.mark)});
         }
         inParts += static_cast<std::size_t>(count);
-        ++parts.back().end;
+        ++parts_.back().end;
     }
-    return parts;
 }
 
-void ElementSides::collect(const Range& part)
+void ElementSides::markElements()
+{
+    std::vector<std::uint8_t> marks(counts_.size());
+    for (const Part& part : parts_) {
+        std::fill(marks.begin() + part.begin, marks.begin() + part.end, part.mark);
+    }
+    marks_.assign(elements_.size(), 0);
+    for (std::size_t element = 0; element < elements_.size(); ++element) {
+        forEachSideOf(element, [&](int smallest, const auto&) {
+            marks_[element] |= marks[static_cast<std::size_t>(smallest)];
+        });
+    }
+}
+
+void ElementSides::collect(const Part& part)
 {
     sides_ = {}; // or the memory of two parts would be in use at a time
     const auto counts = std::span<const int>(counts_).subspan(
         static_cast<std::size_t>(part.begin), static_cast<std::size_t>(part.end - part.begin));
     sides_ = SidesByVertex(part.begin, counts, [&](auto add) {
-        forEachSide([&](int smallest, const auto& makeSide) {
-            if (part.contains(smallest)) {
-                add(smallest, makeSide);
+        for (std::size_t element = 0; element < elements_.size(); ++element) {
+            if (!marks_.empty() && (marks_[element] & part.mark) == 0) {
+                continue;
             }
-        });
+            forEachSideOf(element, [&](int smallest, const auto& makeSide) {
+                if (part.contains(smallest)) {
+                    add(smallest, makeSide);
+                }
+            });
+        }
     });
 }
 
+/// Calls \p action with the smallest vertex of each side and with what makes the side.
 template <typename Action>
-void ElementSides::forEachSide(Action action) const
+void ElementSides::forEachSideOf(std::size_t element, Action action) const
 {
     const int dimension = view_.elementDimension();
-    const VertexLists& lists = view_.vertexLists(dimension);
+    const std::span<const int> vertices = view_.vertexLists(dimension).of(element);
+    if (!ElementCheck::isWellFormed(dimension, vertices)) {
+        return;
+    }
     std::array<int, 4> ring;
-    for (std::size_t i = 0; i < lists.size(); ++i) {
-        const std::span<const int> vertices = lists.of(i);
-        if (!ElementCheck::isWellFormed(dimension, vertices)) {
-            continue;
-        }
-        for (const std::vector<int>& local :
-             ElementTopology::find(dimension, static_cast<int>(vertices.size()))->sides) {
-            std::transform(local.begin(), local.end(), ring.begin(), [vertices](int corner) {
-                return vertices[static_cast<std::size_t>(corner)];
-            });
-            const std::span<const int> side = std::span(ring).first(local.size());
-            action(*std::min_element(side.begin(), side.end()),
-                   [&] { return Side(keyOf(side), i, isRising(side)); });
-        }
+    for (const std::vector<int>& local :
+         ElementTopology::find(dimension, static_cast<int>(vertices.size()))->sides) {
+        std::transform(local.begin(), local.end(), ring.begin(), [vertices](int corner) {
+            return vertices[static_cast<std::size_t>(corner)];
+        });
+        const std::span<const int> side = std::span(ring).first(local.size());
+        action(*std::min_element(side.begin(), side.end()),
+               [&] { return Side(keyOf(side), element, isRising(side)); });
     }
 }
 

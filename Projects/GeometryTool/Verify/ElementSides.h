@@ -3,6 +3,7 @@
 #include "SidesByVertex.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <vector>
 
@@ -34,26 +35,28 @@ public:
     using Run = SidesByVertex::Run;
 
     /// \brief Positions of vertices, the end not included.
-    struct Range
+    struct Part
     {
         int begin = 0;
         int end = 0;
+        std::uint8_t mark = 1; ///< a bit that no other part has
 
         bool contains(int vertex) const { return begin <= vertex && vertex < end; }
     };
 
-    /// \param view must outlive this object
-    explicit ElementSides(const CaseView& view);
-
     /// From so many sides on, 16 MiB of them, their memory counts.
     static constexpr std::size_t ManySides = 1U << 20U;
 
-    /// \brief All vertices, in parts that are the smallest vertices of about as many sides each.
+    /// \param view must outlive this object
     /// \param many more sides than these are collected in parts
-    std::vector<Range> parts(std::size_t many = ManySides) const;
+    explicit ElementSides(const CaseView& view, std::size_t many = ManySides);
+
+    /// \brief All vertices, in parts that are the smallest vertices of about as many sides each.
+    const std::vector<Part>& parts() const { return parts_; }
 
     /// \brief From now on the sides are those whose smallest vertex is in \p part.
-    void collect(const Range& part);
+    /// \param part one of parts()
+    void collect(const Part& part);
 
     const Geo::MeshEntity& elementOf(const Side& side) const { return *elements_[side.element()]; }
 
@@ -80,7 +83,7 @@ public:
     template <typename Action>
     void forEachRunOfAllParts(Action action)
     {
-        for (const Range& part : parts()) {
+        for (const Part& part : parts_) {
             collect(part);
             sides_.forEachRun(action);
         }
@@ -90,8 +93,13 @@ public:
     static Key keyOf(std::span<const int> vertices);
 
 private:
+    void findRegions();
+    void countSides();
+    void makeParts(std::size_t many);
+    void markElements();
+
     template <typename Action>
-    void forEachSide(Action action) const;
+    void forEachSideOf(std::size_t element, Action action) const;
 
     const CaseView& view_;
     SidesByVertex sides_;
@@ -99,6 +107,9 @@ private:
     std::vector<const Geo::ModelEntity*> regions_; ///< as elements in a row stand on them
     std::vector<int> regionOfElement_;             ///< positions in regions_
     std::vector<int> counts_;                      ///< of sides, by their smallest vertices
+    std::vector<Part> parts_;
+    std::vector<std::uint8_t>
+        marks_; ///< of the parts where an element has sides; or none for one part
 };
 
 } // namespace Ovra::GeoTool

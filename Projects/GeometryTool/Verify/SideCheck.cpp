@@ -56,7 +56,7 @@ SideCheck::SideCheck(const CaseView& view, FindingSink& sink)
 void SideCheck::run(Progress& progress)
 {
     const auto count = static_cast<qint64>(view_.meshEntities(0).size());
-    for (const ElementSides::Range& part : sides_.parts()) {
+    for (const ElementSides::Part& part : sides_.parts()) {
         sides_.collect(part);
         checkFaces(part);
         for (int vertex = part.begin; vertex < part.end; ++vertex) {
@@ -67,7 +67,7 @@ void SideCheck::run(Progress& progress)
     }
 }
 
-void SideCheck::checkFaces(const ElementSides::Range& part)
+void SideCheck::checkFaces(const ElementSides::Part& part)
 {
     const int dimension = view_.faceDimension();
     const VertexLists& lists = view_.vertexLists(dimension);

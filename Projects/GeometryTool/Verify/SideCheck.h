@@ -34,7 +34,7 @@ public:
     static void checkElementCount(const Geo::MeshEntity& face, FindingSink& sink);
 
 private:
-    void checkFaces(const ElementSides::Range& part);
+    void checkFaces(const ElementSides::Part& part);
     void checkFace(const Geo::MeshEntity& face, ElementSides::Run sides);
     void checkListedElements(const Geo::MeshEntity& face, ElementSides::Run sides);
     void checkRegions(const Geo::MeshEntity& face, ElementSides::Run sides);

@@ -50,10 +50,10 @@ struct Run
     bool operator==(const Run& other) const = default;
 };
 
-std::vector<Run> runs(ElementSides& sides, const std::vector<ElementSides::Range>& parts)
+std::vector<Run> runs(ElementSides& sides, const std::vector<ElementSides::Part>& parts)
 {
     std::vector<Run> result;
-    for (const ElementSides::Range& part : parts) {
+    for (const ElementSides::Part& part : parts) {
         sides.collect(part);
         for (int vertex = part.begin; vertex < part.end; ++vertex) {
             sides.forEachRun(vertex, [&](const ElementSides::Key& key, ElementSides::Run run) {
@@ -88,7 +88,8 @@ void TestElementSides::areInOnePartIfFew()
 {
     const auto database = chain();
     const CaseView view(*database);
-    const auto parts = ElementSides(view).parts();
+    const ElementSides sides(view);
+    const auto& parts = sides.parts();
     QCOMPARE(parts.size(), std::size_t{1});
     QCOMPARE(parts.front().begin, 0);
     QCOMPARE(parts.front().end, Count + 3);
@@ -98,8 +99,8 @@ void TestElementSides::areInPartsOfAboutTheSameSizeIfMany()
 {
     const auto database = chain();
     const CaseView view(*database);
-    ElementSides sides(view);
-    const auto parts = sides.parts(4 * Count - 1);
+    ElementSides sides(view, 4 * Count - 1);
+    const auto& parts = sides.parts();
     constexpr int count = 8;
     QCOMPARE(parts.size(), std::size_t{count});
     QCOMPARE(parts.front().begin, 0);
@@ -118,9 +119,10 @@ void TestElementSides::areTheSameInPartsAsInOne()
 {
     const auto database = chain();
     const CaseView view(*database);
-    ElementSides sides(view);
-    const std::vector<Run> whole = runs(sides, sides.parts());
-    const std::vector<Run> inParts = runs(sides, sides.parts(0));
+    ElementSides all(view);
+    ElementSides divided(view, 0);
+    const std::vector<Run> whole = runs(all, all.parts());
+    const std::vector<Run> inParts = runs(divided, divided.parts());
     // Each tetrahedron shares one side with the next.
     QCOMPARE(whole.size(), std::size_t{4 * Count - (Count - 1)});
     QVERIFY(whole == inParts);
@@ -134,7 +136,7 @@ void TestElementSides::haveAPartWithoutAMesh()
     Database database;
     const CaseView view(database);
     ElementSides sides(view);
-    const auto parts = sides.parts();
+    const auto& parts = sides.parts();
     QCOMPARE(parts.size(), std::size_t{1});
     QVERIFY(runs(sides, parts).empty());
 }
