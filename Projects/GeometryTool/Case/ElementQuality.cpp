@@ -282,7 +282,7 @@ bool foldsAlongDiagonal(const Points& quad, qsizetype from)
 bool isTwisted(const ElementTopology& topology, const Points& points)
 {
     if (topology.dimension == 3) {
-        return isSolidTwisted(topology, points);
+        return topology.vertexCount > 4 && isSolidTwisted(topology, points);
     }
     return points.size() == 4 && foldsAlongDiagonal(points, 0) && foldsAlongDiagonal(points, 1);
 }
@@ -309,10 +309,10 @@ Points pointsOf(const MeshEntity& element)
 
 Points pointsOf(std::span<const int> vertices, const std::vector<Vector>& allPoints)
 {
-    Points points(static_cast<qsizetype>(vertices.size()));
-    std::transform(vertices.begin(), vertices.end(), points.begin(), [&allPoints](int vertex) {
-        return allPoints[static_cast<std::size_t>(vertex)];
-    });
+    Points points;
+    for (const int vertex : vertices) {
+        points.append(allPoints[static_cast<std::size_t>(vertex)]);
+    }
     return points;
 }
 
