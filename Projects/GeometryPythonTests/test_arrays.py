@@ -49,11 +49,12 @@ def test_ids_and_connectivity(tetrahedron):
 
 def test_kinds_are_told_apart(channel):
     regions = channel.mesh.regions
-    assert regions.kinds == {"tetrahedron": 12203, "wedge": 1104}
+    layers = 1104  # of which each release of Gmsh makes as many; not so of tetrahedra
+    assert regions.kinds == {"tetrahedron": len(regions) - layers, "wedge": layers}
     with pytest.raises(ValueError, match="more than one kind"):
         regions.connectivity
     wedges = regions.of_kind("wedge")
-    assert wedges.connectivity.shape == (1104, 6)
+    assert wedges.connectivity.shape == (layers, 6)
     first = wedges[int(wedges.ids[0])]
     assert [vertex.id for vertex in first.vertices] == list(wedges.connectivity[0])
     with pytest.raises(ValueError, match='no kind of element "wedges"'):

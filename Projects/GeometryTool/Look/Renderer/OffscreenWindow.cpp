@@ -1,7 +1,9 @@
 #include "OffscreenWindow.h"
 
-#include <EGL/eglext.h>
+#ifdef OVRAGEO_VTK_HAS_GLEW
 #include <GL/glew.h>
+#endif
+#include <EGL/eglext.h>
 #include <array>
 #include <stdexcept>
 
@@ -71,6 +73,8 @@ OffscreenWindow* OffscreenWindow::New()
     return window;
 }
 
+#ifdef OVRAGEO_VTK_HAS_GLEW
+
 OffscreenWindow::OffscreenWindow()
 {
     SetReadyForRendering(true);
@@ -86,5 +90,16 @@ void OffscreenWindow::OpenGLInitContext()
         Initialized = true;
     }
 }
+
+#else
+
+OffscreenWindow::OffscreenWindow()
+{
+    SetReadyForRendering(true);
+    SetIsCurrent(true);
+    SetOpenGLSymbolLoader([](void*, const char* name) { return eglGetProcAddress(name); }, nullptr);
+}
+
+#endif
 
 } // namespace Ovra::GeoTool

@@ -34,7 +34,9 @@ public:
 
 protected:
     OffscreenWindow();
+#ifdef OVRAGEO_VTK_HAS_GLEW
     void OpenGLInitContext() override;
+#endif
 };
 
 } // namespace Ovra::GeoTool

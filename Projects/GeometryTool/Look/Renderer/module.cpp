@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <exception>
 #include <vtkAutoInit.h>
+#include <vtkLogger.h>
 #include <vtkNew.h>
 #include <vtkPNGWriter.h>
 #include <vtkRenderer.h>
@@ -82,6 +83,8 @@ std::string pngOf(vtkRenderWindow& window)
 extern "C" __attribute__((visibility("default"))) void
 ovrageo_draw(const Ovra::GeoTool::PictureData& data, Ovra::GeoTool::PictureAnswer& answer)
 {
+    // Releases from 9.3 on warn that nothing has colours before it is drawn into memory.
+    vtkLogger::SetStderrVerbosity(vtkLogger::VERBOSITY_ERROR);
     try {
         const Ovra::GeoTool::OffscreenContext context;
         const vtkNew<Ovra::GeoTool::OffscreenWindow> window;
