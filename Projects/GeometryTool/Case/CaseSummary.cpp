@@ -40,11 +40,19 @@ void addId(IdSummary& summary, int id)
     summary.gaps = summary.largestId - summary.count;
 }
 
-QString kindOf(const MeshEntity& entity)
+QString kindOf(int dimension, int vertexCount)
 {
-    const ElementTopology* const topology =
-        ElementTopology::find(entity.dimension(), entity.adjacencyCount(0));
+    const ElementTopology* const topology = ElementTopology::find(dimension, vertexCount);
     return topology ? QLatin1String(topology->plural) : QStringLiteral("unknown");
+}
+
+std::map<QString, int> kindsOf(int dimension, const std::map<int, int>& byVertexCount)
+{
+    std::map<QString, int> kinds;
+    for (const auto& [vertexCount, count] : byVertexCount) {
+        kinds[kindOf(dimension, vertexCount)] += count;
+    }
+    return kinds;
 }
 
 bool isOfMaterial(const MaterialSummary& material, const QString& type, const QVariant& id)
@@ -88,7 +96,7 @@ CaseSummary::CaseSummary(const CaseFiles& files, const CaseView& view, Progress&
 {
     progress.phase(QStringLiteral("counting"));
     countModel(view.model());
-    countMesh(view.mesh(), progress);
+    countMesh(view, progress);
     countMaterials(view);
     listNames(view);
     listTwins(view.model());
@@ -120,18 +128,22 @@ void CaseSummary::countModel(Model& ofCase)
     }
 }
 
-void CaseSummary::countMesh(Mesh& ofCase, Progress& progress)
+void CaseSummary::countMesh(const CaseView& view, Progress& progress)
 {
-    for (const AttributeType& type : ofCase.attributes().types()) {
+    for (const AttributeType& type : view.mesh().attributes().types()) {
         attributes[tagOf(type)].mesh = 1;
     }
     for (int dimension = 0; dimension < 4; ++dimension) {
-        const int count = ofCase.count(dimension);
-        auto entities = ofCase.iterator(dimension);
-        while (entities.hasNext()) {
-            entities.next();
-            countMeshEntity(*entities.value());
-            progress.update(mesh[slot(dimension)].count, count, QStringLiteral("entities"));
+        const std::vector<MeshEntity*>& entities = view.meshEntities(dimension);
+        std::map<int, int> byVertexCount; // a name for each of a million entities takes longer
+        for (MeshEntity* const entity : entities) {
+            countMeshEntity(*entity);
+            ++byVertexCount[entity->adjacencyCount(0)];
+            progress.update(mesh[slot(dimension)].count, static_cast<qint64>(entities.size()),
+                            QStringLiteral("entities"));
+        }
+        if (dimension > 0) {
+            kinds[slot(dimension)] = kindsOf(dimension, byVertexCount);
         }
     }
 }
@@ -150,8 +162,6 @@ void CaseSummary::countMeshEntity(MeshEntity& entity)
     }
     if (entity.dimension() == 0) {
         meshBox += entity.centroid();
-    } else {
-        ++kinds[place][kindOf(entity)];
     }
 }
 

@@ -98,7 +98,7 @@ struct CaseSummary
 
 private:
     void countModel(Geo::Model& ofCase);
-    void countMesh(Geo::Mesh& ofCase, Progress& progress);
+    void countMesh(const CaseView& view, Progress& progress);
     void countMeshEntity(Geo::MeshEntity& entity);
     void countMaterials(const CaseView& view);
     void listNames(const CaseView& view);

@@ -258,8 +258,12 @@ double longestEdge(const ElementTopology& topology, const Points& points)
     return std::sqrt(longest);
 }
 
+/// Asked of solids of positive volume: all corners of a tetrahedron span that very volume.
 bool isSolidTwisted(const ElementTopology& topology, const Points& points)
 {
+    if (points.size() == 4) {
+        return false;
+    }
     const std::vector<Corner>& corners = outlineOf(topology).corners;
     return std::any_of(corners.begin(), corners.end(), [&points](const Corner& corner) {
         const Vector& origin = at(points, corner.vertex);
@@ -282,7 +286,7 @@ bool foldsAlongDiagonal(const Points& quad, qsizetype from)
 bool isTwisted(const ElementTopology& topology, const Points& points)
 {
     if (topology.dimension == 3) {
-        return topology.vertexCount > 4 && isSolidTwisted(topology, points);
+        return isSolidTwisted(topology, points);
     }
     return points.size() == 4 && foldsAlongDiagonal(points, 0) && foldsAlongDiagonal(points, 1);
 }
@@ -309,10 +313,10 @@ Points pointsOf(const MeshEntity& element)
 
 Points pointsOf(std::span<const int> vertices, const std::vector<Vector>& allPoints)
 {
-    Points points;
-    for (const int vertex : vertices) {
-        points.append(allPoints[static_cast<std::size_t>(vertex)]);
-    }
+    Points points(static_cast<qsizetype>(vertices.size()));
+    std::transform(vertices.begin(), vertices.end(), points.begin(), [&allPoints](int vertex) {
+        return allPoints[static_cast<std::size_t>(vertex)];
+    });
     return points;
 }
 
