@@ -228,4 +228,11 @@ void load(const QString& msh)
     gmsh::open(msh.toStdString());
 }
 
+void save(const QString& msh, const QString& copy)
+{
+    const Session session;
+    gmsh::open(msh.toStdString());
+    gmsh::write(copy.toStdString());
+}
+
 } // namespace Benchmarks::GmshMesh

@@ -27,4 +27,7 @@ void write(Ovra::Geo::Database& database, const QString& msh);
 /// \brief Has Gmsh load a file, and nothing else.
 void load(const QString& msh);
 
+/// \brief Has Gmsh load a file and write the mesh as binary .msh 4.1, and nothing else.
+void save(const QString& msh, const QString& copy);
+
 } // namespace Benchmarks::GmshMesh
