@@ -113,10 +113,10 @@ def test_one_name_may_come_alone(channel):
 
 
 BAR = """SetFactory("OpenCASCADE"); Box(1) = {0, 0, 0, 3, 1, 1}; Physical Volume("bar") = {1};
-Physical Surface("first") = {1}; Physical Surface("second") = {2};
+Physical Surface("first") = {1}; Physical Surface("second") = {2}; Transfinite Curve {:} = 3; Transfinite Surface {1, 2};
 """
 STRIP = """SetFactory("OpenCASCADE"); Rectangle(1) = {0, 0, 0, 3, 1}; Physical Surface("bar") = {1};
-Physical Curve("first") = {4}; Physical Curve("second") = {2};
+Physical Curve("first") = {4}; Physical Curve("second") = {2}; Transfinite Curve {2, 4} = 3;
 """
 
 

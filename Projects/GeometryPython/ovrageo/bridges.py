@@ -124,7 +124,7 @@ def to_vtk(case: Case, *, attributes: Sequence[str] = ("material_id",)) -> Any:
     points = vtk.vtkPoints()
     points.SetData(support.numpy_to_vtk(arrays.points, deep=True))
     cells = vtk.vtkCellArray()
-    cells.SetCells(len(arrays.cell_types), support.numpy_to_vtkIdTypeArray(arrays.cells, deep=True))
+    cells.ImportLegacyFormat(support.numpy_to_vtkIdTypeArray(arrays.cells, deep=True))
     result = vtk.vtkUnstructuredGrid()
     result.SetPoints(points)
     if len(arrays.cell_types):
