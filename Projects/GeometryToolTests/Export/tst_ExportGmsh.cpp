@@ -3,6 +3,7 @@
 #include "GmshFixture.h"
 #include "GmshFormat.h"
 #include "Matrix.h"
+#include "ReturningFormats.h"
 #include "Su2File.h"
 #include "TinyCase.h"
 #include "ToolRun.h"
@@ -43,7 +44,7 @@ private slots:
         QCOMPARE(runTool({"import", path("plane.geo"), "-o", path("plane")}).exitCode, 0);
     }
 
-    void bringsTheCaseBack_data() { addReturningFormats(); }
+    void bringsTheCaseBack_data() { ReturningFormats::addAll(); }
 
     /// Names, materials and other attributes, classification, counts and places.
     void bringsTheCaseBack()
@@ -59,7 +60,7 @@ private slots:
         QCOMPARE(CaseLines::of(after, parts), CaseLines::of(before, parts));
     }
 
-    void bringsAllKindsBack_data() { addReturningFormats(); }
+    void bringsAllKindsBack_data() { ReturningFormats::addAll(); }
 
     /// Or says which it cannot write.
     void bringsAllKindsBack()
@@ -220,7 +221,7 @@ private slots:
         QVERIFY(QFile::remove(path("group.json")));
     }
 
-    void writesNamesThatTheFormatHasPlaceFor_data() { addReturningFormats(); }
+    void writesNamesThatTheFormatHasPlaceFor_data() { ReturningFormats::addAll(); }
 
     /// Quotation marks, controls, blanks, letters in two cases, and length.
     void writesNamesThatTheFormatHasPlaceFor()
@@ -316,7 +317,7 @@ private slots:
         QCOMPARE(GmshFixture::elementCount(3, 3), 1);
     }
 
-    void writesPlanarCases_data() { addReturningFormats(); }
+    void writesPlanarCases_data() { ReturningFormats::addAll(); }
 
     void writesPlanarCases()
     {
@@ -469,19 +470,6 @@ private:
         for (const GmshFormat& format : GmshFormat::all()) {
             QTest::newRow(qPrintable(format.suffix)) << format.suffix;
         }
-    }
-
-    static void addReturningFormats()
-    {
-        QTest::addColumn<QString>("suffix");
-        QTest::addColumn<CaseLines::Parts>("parts");
-        QTest::newRow("msh") << "msh" << CaseLines::Parts{true, true, true, 0};
-        QTest::newRow("msh2") << "msh2" << CaseLines::Parts{true, true, false, 0};
-        QTest::newRow("unv") << "unv" << CaseLines::Parts{true, true, false, 1};
-        QTest::newRow("inp") << "inp" << CaseLines::Parts{false, true, false, 1};
-        QTest::newRow("bdf") << "bdf" << CaseLines::Parts{true, true, false, 1};
-        QTest::newRow("nas") << "nas" << CaseLines::Parts{true, true, false, 1};
-        QTest::newRow("mesh") << "mesh" << CaseLines::Parts{true, true, false, 1};
     }
 
     static QByteArray rowOf(const GmshFormat& format)

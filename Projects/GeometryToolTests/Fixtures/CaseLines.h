@@ -5,6 +5,9 @@
 
 #include <QStringList>
 
+#include <algorithm>
+#include <cmath>
+
 /// \brief What a case holds, in lines that do not hang on the order of its entities, to be compared
 /// with those of another.
 class CaseLines
@@ -16,6 +19,7 @@ public:
         bool names = true; ///< and labels and attributes
         bool empty = true; ///< regions without elements
         int lowest = 0;    ///< dimension of model entities
+        bool exact = true; ///< all digits of coordinates that matter; else places to 0.0001
     };
 
     /// \brief A line for each model entity: its name, label, attributes, neighbours and mesh.
@@ -78,9 +82,7 @@ private:
                 sum += child->centroid();
             }
         }
-        words += QStringLiteral("%1 elements about %2 %3 %4")
-                     .arg(own)
-                     .arg(rounded(sum.x()), rounded(sum.y()), rounded(sum.z()));
+        words += QStringLiteral("%1 elements about %2").arg(own).arg(placeOf(sum, own, parts));
         return words.join(' ');
     }
 
@@ -99,9 +101,25 @@ private:
         return count;
     }
 
+    /// Of \p count elements; the sum of their places where digits matter, else the mean.
+    static QString placeOf(const Ovra::Geo::Vector& sum, int count, const Parts& parts)
+    {
+        QStringList words;
+        for (const double value : {sum.x(), sum.y(), sum.z()}) {
+            words += parts.exact ? rounded(value) : stepOf(value / std::max(count, 1));
+        }
+        return words.join(' ');
+    }
+
     static QString rounded(double value)
     {
         return QString::number(std::abs(value) < 1e-7 ? 0.0 : value, 'g', 8);
+    }
+
+    /// Steps do not begin at round numbers, which a last digit would move across.
+    static QString stepOf(double value)
+    {
+        return QString::number(std::floor(value * 1e4 + 0.3137), 'f', 0);
     }
 
     /// Entities that an attribute names stand under their names here.

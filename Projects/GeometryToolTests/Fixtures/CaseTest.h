@@ -6,6 +6,8 @@
 #include "Places.h"
 #include "PreparedChecks.h"
 #include "Programs.h"
+#include "ReturningFormats.h"
+#include "Su2File.h"
 #include "ToolRun.h"
 #include "VtkContent.h"
 
@@ -202,19 +204,63 @@ private slots:
         QCOMPARE(sectionLines("elements").size(), expected);
     }
 
-    /// By a mesh format that holds all, and the attributes file beside it.
+    void comesBackFromAnExport_data()
+    {
+        ReturningFormats::addColumns();
+        for (const GmshFormat& format : writableFormats()) {
+            if (format.comesBack() &&
+                format.suffix != QLatin1String("nas")) { // .bdf by another name
+                ReturningFormats::addRow(format);
+            }
+        }
+    }
+
+    /// By the formats that an import finds entities in, and the attributes file beside.
     void comesBackFromAnExport()
     {
-        const QString file = importedName() + QStringLiteral(".msh");
-        const QString back = importedName() + QStringLiteral("-back");
-        QCOMPARE(runTool({"export", importedName(), "-o", file, "-q"}).exitCode, 0);
-        const ToolRun run = runTool({"import", file, "-o", back, "--attributes", file + ".json"});
-        QCOMPARE(run.errors, QByteArray());
-        QCOMPARE(run.exitCode, 0);
+        QFETCH(QString, suffix);
+        QFETCH(CaseLines::Parts, parts);
+        const QString back = importBack(suffix, {"--attributes", exported(suffix) + ".json"});
         ImportedCase returned(back);
         QCOMPARE(CaseLines::meshOf(returned), CaseLines::meshOf(*imported_));
-        QCOMPARE(CaseLines::of(returned, {}), CaseLines::of(*imported_, {}));
+        QCOMPARE(CaseLines::of(returned, parts), CaseLines::of(*imported_, parts));
         verify(back);
+    }
+
+    void bringsItsElementsBackByLegacyVtk()
+    {
+        ImportedCase returned(importBack(QStringLiteral("vtk")));
+        QCOMPARE(CaseLines::meshOf(returned), CaseLines::meshOf(*imported_));
+    }
+
+    void bringsItsSurfacesBackByStl()
+    {
+        ImportedCase returned(importBack(QStringLiteral("stl"), {"--dimension", "2"}));
+        int triangles = 0;
+        for (MeshEntity* face : imported_->meshEntities(2)) {
+            triangles += face->adjacencyCount(0) - 2;
+        }
+        QCOMPARE(returned.mesh()->count(2), triangles);
+    }
+
+    /// Which no import reads.
+    void hasItsElementsAndBoundariesInSu2()
+    {
+        QCOMPARE(runTool({"export", importedName(), "-o", exported("su2"), "-q"}).exitCode, 0);
+        const Su2File file(contentOf(exported("su2")));
+        QCOMPARE(file.elements, imported_->mesh()->count(3));
+        double volume = 0;
+        for (ModelEntity* region : imported_->entities(3)) {
+            volume += ImportedCase::volume(region);
+        }
+        QVERIFY2(qAbs(file.volume / volume - 1) < 1e-9,
+                 qPrintable(QString::number(file.volume / volume - 1)));
+        QMap<QString, int> expected;
+        for (ModelEntity* face : imported_->entities(2)) {
+            const QString unnamed = QStringLiteral("PhysicalSurface%1").arg(face->id());
+            expected[face->name().isEmpty() ? unnamed : face->name()] += face->childCount();
+        }
+        QCOMPARE(file.markers, expected);
     }
 
     void isReadByVtk_data() { addBoth(); }
@@ -254,7 +300,38 @@ private slots:
     }
 
 private:
+    using GmshFormat = Ovra::GeoTool::GmshFormat;
+    using MeshEntity = Ovra::Geo::MeshEntity;
     using ModelEntity = Ovra::Geo::ModelEntity;
+
+    /// Those that hold its kinds of solids.
+    std::vector<GmshFormat> writableFormats() const
+    {
+        std::vector<GmshFormat> formats;
+        for (const GmshFormat& format : GmshFormat::all()) {
+            const std::vector<int>& missing = format.missingKinds;
+            const bool lacksWedges = std::find(missing.begin(), missing.end(), 6) != missing.end();
+            if (facts_.wedges.isEmpty() || !lacksWedges) {
+                formats.push_back(format);
+            }
+        }
+        return formats;
+    }
+
+    QString exported(const QString& suffix) const { return importedName() + '.' + suffix; }
+
+    /// The name of the case that an import makes of an export.
+    QString importBack(const QString& suffix, const QStringList& options = {}) const
+    {
+        const QString back = importedName() + QStringLiteral("-back-") + suffix;
+        const ToolRun out = runTool({"export", importedName(), "-o", exported(suffix), "-q"});
+        const ToolRun in =
+            runTool(QStringList{"import", exported(suffix), "-o", back, "-q"} + options);
+        if (out.exitCode != 0 || in.exitCode != 0) {
+            qWarning("%s%s", out.errors.constData(), in.errors.constData());
+        }
+        return back;
+    }
 
     void addBoth() const
     {
