@@ -135,8 +135,8 @@ def to_vtk(case: Case, *, attributes: Sequence[str] = ("material_id",)) -> Any:
 
 
 def to_pyvista(case: Case, *, attributes: Sequence[str] = ("material_id",)) -> Any:
-    """The elements as a pyvista.UnstructuredGrid, see `grid`."""
-    pyvista = _library("pyvista", "it by pip")
+    """The elements as a pyvista.UnstructuredGrid (python3-pyvista, from Debian 13 on, or pyvista), see `grid`."""
+    pyvista = _library("pyvista", "python3-pyvista, or by pip pyvista")
     arrays = grid(case, attributes=attributes)
     result = pyvista.UnstructuredGrid(arrays.cells, arrays.cell_types, arrays.points)
     result.point_data.update(arrays.point_data)
