@@ -10,6 +10,7 @@
 #include "Su2File.h"
 #include "ToolRun.h"
 #include "VtkContent.h"
+#include "VtkFields.h"
 
 #include <QMap>
 #include <QObject>
@@ -276,10 +277,38 @@ private slots:
         QCOMPARE(run.errors, QByteArray());
         QCOMPARE(runTool({"export", name, "-o", name + ".vtm"}).errors, QByteArray());
         ImportedCase original(name);
-        QCOMPARE(VtkContent::gridOf(name + ".vtu").cells, original.mesh()->count(3));
+        QCOMPARE(VtkFields(original).faultOf(VtkContent::gridOf(name + ".vtu"), 3), QString());
         const auto blocks = VtkContent::blocksOf(name + ".vtm");
         QCOMPARE(blockFaults(original, 3, blocks.value("regions")), QString());
         QCOMPARE(blockFaults(original, 2, blocks.value("faces")), QString());
+    }
+
+    void hasItsSurfacesInVtk_data() { addBoth(); }
+
+    void hasItsSurfacesInVtk()
+    {
+        QFETCH(QString, name);
+        const ToolRun run = runTool({"export", name, "-o", name + ".vtp"});
+        if (run.errors.contains("was built without VTK")) {
+            QSKIP("this build has no VTK");
+        }
+        QCOMPARE(run.errors, QByteArray());
+        ImportedCase original(name);
+        QCOMPARE(VtkFields(original).faultOf(VtkContent::gridOf(name + ".vtp"), 2), QString());
+    }
+
+    void hasAllPartsInVtk_data() { addBoth(); }
+
+    void hasAllPartsInVtk()
+    {
+        QFETCH(QString, name);
+        const ToolRun run = runTool({"export", name, "-o", name + ".pvtu", "--parts", "3", "-q"});
+        if (run.errors.contains("was built without")) {
+            QSKIP("this build has no VTK, or no METIS");
+        }
+        QCOMPARE(run.errors, QByteArray());
+        ImportedCase original(name);
+        QCOMPARE(VtkFields(original).faultOf(VtkContent::gridOf(name + ".pvtu"), 3), QString());
     }
 
     void isSoundAsCgns_data() { addBoth(); }
@@ -373,12 +402,13 @@ private:
         for (const Ovra::Geo::AttributeType& type : entity.attributes().types()) {
             const QString tag = type.toString();
             const QVariant value = entity.attributes().value(type, {});
-            const bool isExact =
-                value.typeId() == QMetaType::Int || value.typeId() == QMetaType::QString;
+            const QString text = VtkFields::textOf(value);
+            const QString row = block.facts.value(kind + tag);
+            const bool isList = value.typeId() == QMetaType::QVariantList; // others may be longer
             if (!block.facts.contains(kind + tag) ||
                 (block.cells > 0 && !block.cellFields.contains(tag)) ||
-                (isExact && block.facts.value(kind + tag) != value.toString())) {
-                return "it has no " + tag + ' ' + value.toString();
+                (isList ? !(row + ' ').startsWith(text + ' ') : row != text)) {
+                return "it has no " + tag + ' ' + text;
             }
         }
         return QString();

@@ -5,7 +5,27 @@
 namespace VtkContent
 {
 
-Piece gridOf(const QString&)
+std::vector<double> Rows::numbers(const QString&, std::size_t) const
+{
+    return {};
+}
+
+double Rows::number(const QString&, std::size_t) const
+{
+    return 0.0;
+}
+
+QString Rows::text(const QString&, std::size_t) const
+{
+    return {};
+}
+
+QString textOf(double)
+{
+    return {};
+}
+
+Grid gridOf(const QString&)
 {
     return {};
 }
