@@ -1,4 +1,8 @@
-"""The site is made without a fault, and what would be one is found: test_site.py FOLDER."""
+"""The site is made without a fault, and what would be one is found: test_site.py FOLDER.
+
+Pages are opened in Chromium where it is there, and playwright-core in the folder OVRA_BROWSER_DRIVER to drive it; with
+OVRA_NOTHING_SKIPPED both have to be.
+"""
 
 import json
 import os
@@ -8,6 +12,8 @@ import sys
 import tempfile
 import unittest
 
+DRIVER = os.environ.get("OVRA_BROWSER_DRIVER", "")
+BROWSER = shutil.which("chromium")
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.realpath(__file__))))
 SITE = os.path.join(ROOT, "Documentation", "site")
 
@@ -20,6 +26,18 @@ def check(pages, *options):
                 page.write(text)
         run = subprocess.run([os.path.join(SITE, "check"), folder, *options], capture_output=True, text=True)
     return run.returncode, run.stdout.splitlines()[:-1]
+
+
+opens_pages = unittest.skipUnless(BROWSER and os.path.isdir(DRIVER) or "OVRA_NOTHING_SKIPPED" in os.environ,
+                                  "no browser, or nothing that drives it")
+
+
+def seen_on_a_phone(site):
+    """What is wrong with the pages of a folder as a phone shows them, in the light and in the dark."""
+    visit = os.path.join(ROOT, "Documentation", "tests", "visit-site.mjs")
+    with tempfile.TemporaryDirectory() as scratch:
+        run = subprocess.run(["node", visit, BROWSER, DRIVER, site, scratch], capture_output=True, text=True)
+    return run.stdout.splitlines() + run.stderr.splitlines()
 
 
 def filtered(text, path):
@@ -137,6 +155,45 @@ class Site(unittest.TestCase):
                                  input=settings.read() + "\nINPUT = %s\nOUTPUT_DIRECTORY = %s" % (folder, folder))
         self.assertNotEqual(run.returncode, 0)
         self.assertIn("Member a() const (function) of class A is not documented", run.stderr)
+
+
+    @opens_pages
+    def test_is_readable_on_a_phone(self):
+        self.assertEqual(seen_on_a_phone(os.path.join(self.folder, "html")), [])
+
+
+@opens_pages
+class Phone(unittest.TestCase):
+
+    def faults(self, page):
+        with tempfile.TemporaryDirectory() as folder:
+            with open(os.path.join(folder, "a.html"), "w", encoding="utf-8") as file:
+                file.write('<!doctype html><meta name="viewport" content="width=device-width">' + page)
+            return [line.replace("a.html, light: ", "") for line in seen_on_a_phone(folder) if "dark" not in line]
+
+    def test_nothing(self):
+        self.assertEqual(self.faults("<p>Black on white.</p>"), [])
+
+    def test_missing_picture(self):
+        self.assertEqual(self.faults('<img src="b.png">'),
+                         ["Failed to load resource: net::ERR_FILE_NOT_FOUND", "no picture b.png"])
+
+    def test_error_of_a_script(self):
+        self.assertEqual(self.faults("<script>nothing()</script>"), ["nothing is not defined"])
+
+    def test_too_wide(self):
+        self.assertEqual(self.faults('<body style="margin: 0"><div style="width: 750px">a</div>'),
+                         ["750 pixels wide, for 375 on the screen"])
+
+    def test_what_scrolls_by_itself_is_not_too_wide(self):
+        self.assertEqual(self.faults('<div style="overflow-x: auto"><div style="width: 400px">a</div></div>'), [])
+
+    def test_poor_contrast(self):
+        grey = '<p style="color: #767676">as it may be</p><p style="color: #777777">a little too pale</p>'
+        self.assertEqual(self.faults(grey), ["p has a contrast of 4.48: rgb(119, 119, 119) on 255,255,255"])
+
+    def test_large_letters_may_be_paler(self):
+        self.assertEqual(self.faults('<p style="color: #949494; font-size: 24px">large</p>'), [])
 
 
 class Sketches(unittest.TestCase):
