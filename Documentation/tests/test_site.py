@@ -157,6 +157,12 @@ class Site(unittest.TestCase):
         self.assertIn("Member a() const (function) of class A is not documented", run.stderr)
 
 
+    def test_drawings_of_classes_have_no_marks_of_comments(self):
+        html = os.path.join(self.folder, "html")
+        for name in sorted(name for name in os.listdir(html) if name.startswith(("class", "struct"))):
+            with open(os.path.join(html, name), encoding="utf-8") as page:
+                self.assertNotIn("///", page.read(), name)
+
     @opens_pages
     def test_is_readable_on_a_phone(self):
         self.assertEqual(seen_on_a_phone(os.path.join(self.folder, "html")), [])

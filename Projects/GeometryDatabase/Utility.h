@@ -33,7 +33,7 @@ class ModelVertex;
 /// is the row in the table of the element's kind; the solver input names boundary faces by it, so
 /// that the order of the rows is part of that format. Rows are sets: they record no orientation.
 ///
-/// \verbatim
+/// \code{.unparsed}
 ///   triangle, faces are edges          quadrilateral, faces are edges
 ///
 ///     2                                  3-----------2
@@ -63,7 +63,7 @@ class ModelVertex;
 ///       \  |  /     4: 3 4 5             |/          |/     4: 0 3 2 1
 ///        \ | /                           0-----------1      5: 4 5 6 7
 ///          1
-/// \endverbatim
+/// \endcode
 class OVRA_GEO_EXPORT Utility
 {
 public:

@@ -11,7 +11,7 @@ namespace Ovra::Geo
 /// 2 below 5. Every row keeps the wedge's orientation, so that one pattern of tetrahedra serves
 /// them all.
 ///
-/// \verbatim
+/// \code{.unparsed}
 ///       3-------5
 ///       |\     /|      row k lists the positions in the order in which they are read
 ///       |  \ /  |      once position k has been brought to the front
@@ -21,7 +21,7 @@ namespace Ovra::Geo
 ///        \  |  /
 ///          \|/
 ///           1
-/// \endverbatim
+/// \endcode
 class OVRA_GEO_EXPORT WedgeIndirection
 {
 public:
