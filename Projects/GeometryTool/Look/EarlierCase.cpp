@@ -49,20 +49,50 @@ qint64 countMissing(const std::vector<int>& some, const std::vector<int>& others
     return static_cast<qint64>(missing.size());
 }
 
-QJsonArray entitiesOf(const Model& model)
+std::map<int, int> elementsOf(const Model& model, int dimension)
 {
-    QJsonArray array;
-    for (const int dimension : listedDimensions(model)) {
-        auto entities = model.orderedIterator(dimension);
-        while (entities.hasNext()) {
-            const ModelEntity* const entity = entities.next();
-            array.append(QJsonObject{{"dimension", dimension},
-                                     {"id", entity->id()},
-                                     {"name", entity->name()},
-                                     {"elements", entity->childCount()}});
+    std::map<int, int> elements;
+    auto entities = model.orderedIterator(dimension);
+    while (entities.hasNext()) {
+        const ModelEntity* const entity = entities.next();
+        elements.emplace(entity->id(), entity->childCount());
+    }
+    return elements;
+}
+
+/// \param before, after numbers of elements; null for none
+QJsonObject changeOf(const ModelEntity& entity, const QJsonValue& before, const QJsonValue& after)
+{
+    return {{"dimension", entity.dimension()},
+            {"id", entity.id()},
+            {"name", entity.name()},
+            {"before", before},
+            {"after", after}};
+}
+
+void addChanged(const std::map<int, int>& before, const Model& later, int dimension,
+                QJsonArray& changes)
+{
+    auto entities = later.orderedIterator(dimension);
+    while (entities.hasNext()) {
+        const ModelEntity* const entity = entities.next();
+        const auto then = before.find(entity->id());
+        if (then == before.end()) {
+            changes.append(changeOf(*entity, QJsonValue::Null, entity->childCount()));
+        } else if (then->second != entity->childCount()) {
+            changes.append(changeOf(*entity, then->second, entity->childCount()));
         }
     }
-    return array;
+}
+
+void addGone(const std::map<int, int>& before, const Model& earlier, const Model& later,
+             int dimension, QJsonArray& changes)
+{
+    for (const auto& [id, elements] : before) {
+        if (!later.entity(dimension, id)) {
+            changes.append(changeOf(*earlier.entity(dimension, id), elements, QJsonValue::Null));
+        }
+    }
 }
 
 /// Those that the page lists of both.
@@ -70,19 +100,8 @@ std::vector<int> comparedDimensions(const Model& earlier, const Model& later)
 {
     const std::vector<int> ofEarlier = listedDimensions(earlier);
     const std::vector<int> ofLater = listedDimensions(later);
-    return ofEarlier.size() < ofLater.size() ? ofEarlier : ofLater; // edges are the last, if they are there
-}
-
-QJsonArray entitiesOfDimensions(const QJsonArray& entities, const std::vector<int>& dimensions)
-{
-    QJsonArray array;
-    for (const auto& entity : entities) {
-        if (std::find(dimensions.begin(), dimensions.end(),
-                      entity.toObject()["dimension"].toInt()) != dimensions.end()) {
-            array.append(entity);
-        }
-    }
-    return array;
+    return ofEarlier.size() < ofLater.size() ? ofEarlier
+                                             : ofLater; // edges are the last, if they are there
 }
 
 QJsonArray jsonOf(const std::vector<int>& numbers)
@@ -99,7 +118,9 @@ EarlierCase::EarlierCase(const QString& name, Progress& progress)
     CaseFiles files(name);
     files.load(database_, progress);
     info_ = QJsonDocument::fromJson(infoJson(CaseSummary(files, database_, progress))).object();
-    entities_ = entitiesOf(*database_.model());
+    for (std::size_t dimension = 0; dimension < 4; ++dimension) {
+        elements_.at(dimension) = elementsOf(*database_.model(), static_cast<int>(dimension));
+    }
     meshIds_ = meshIdsOf(database_);
     database_.mesh()->clear(); // it takes many times what the model does
 }
@@ -118,10 +139,24 @@ QJsonObject EarlierCase::changesTo(const Database& later) const
     const std::vector<int> dimensions = comparedDimensions(*database_.model(), *later.model());
     return {{"info", info_},
             {"dimensions", jsonOf(dimensions)},
-            {"entities", entitiesOfDimensions(entities_, dimensions)},
+            {"changed", changedEntities(*later.model(), dimensions)},
             {"meshAdded", added},
             {"meshRemoved", removed},
             {"differences", DiffReport::differencesJson(differences)}};
+}
+
+QJsonArray EarlierCase::changedEntities(const Model& later,
+                                        const std::vector<int>& dimensions) const
+{
+    QJsonArray changes;
+    for (const int dimension : dimensions) {
+        addChanged(elements_.at(static_cast<std::size_t>(dimension)), later, dimension, changes);
+    }
+    for (const int dimension : dimensions) {
+        addGone(elements_.at(static_cast<std::size_t>(dimension)), *database_.model(), later,
+                dimension, changes);
+    }
+    return changes;
 }
 
 } // namespace Ovra::GeoTool

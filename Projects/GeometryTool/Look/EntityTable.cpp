@@ -63,6 +63,15 @@ QJsonObject entityJson(const ModelEntity& entity, int bodyDimension, const CaseS
             {"attributes", attributesJson(attributes)}};
 }
 
+QJsonArray tableOf(int dimension, const CaseView& view, const CaseSummary& summary)
+{
+    QJsonArray table;
+    for (const ModelEntity* entity : view.modelEntities(dimension)) {
+        table.append(entityJson(*entity, view.elementDimension(), summary));
+    }
+    return table;
+}
+
 } // namespace
 
 std::vector<int> listedDimensions(const Model& model)
@@ -73,15 +82,15 @@ std::vector<int> listedDimensions(const Model& model)
     return isLong ? std::vector<int>{faces + 1} : std::vector<int>{faces + 1, faces};
 }
 
-QJsonArray entityTable(const CaseView& view, const CaseSummary& summary)
+QJsonArray bodyTable(const CaseView& view, const CaseSummary& summary)
 {
-    QJsonArray table;
-    for (const int dimension : listedDimensions(view.model())) {
-        for (const ModelEntity* entity : view.modelEntities(dimension)) {
-            table.append(entityJson(*entity, view.elementDimension(), summary));
-        }
-    }
-    return table;
+    return tableOf(listedDimensions(view.model()).front(), view, summary);
+}
+
+QJsonArray boundaryTable(const CaseView& view, const CaseSummary& summary)
+{
+    const std::vector<int> dimensions = listedDimensions(view.model());
+    return dimensions.size() > 1 ? tableOf(dimensions[1], view, summary) : QJsonArray();
 }
 
 } // namespace Ovra::GeoTool

@@ -20,13 +20,15 @@ struct CaseSummary;
 /// loose triangles were taken for faces with an edge each.
 std::vector<int> listedDimensions(const Geo::Model& model);
 
-/// \brief What the report's page tells of each model entity of the listed dimensions, by
-/// dimension from the highest, then by id.
+/// \brief What the report's page tells of each region, or face in a model without regions, by id.
 ///
 /// An object has `dimension`, `id`, `name`, `tag`, `materialType` and `materialId` (null where there
 /// is none), `elements`, the number of mesh entities of its dimension on it, `measure`, their
 /// volume, area or length, `bounds`, the ids of the regions that a face bounds, and `attributes`,
 /// pairs of tag and text.
-QJsonArray entityTable(const CaseView& view, const CaseSummary& summary);
+QJsonArray bodyTable(const CaseView& view, const CaseSummary& summary);
+
+/// \brief The same of each face, or edge; empty where these are not listed.
+QJsonArray boundaryTable(const CaseView& view, const CaseSummary& summary);
 
 } // namespace Ovra::GeoTool

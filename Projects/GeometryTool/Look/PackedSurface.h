@@ -13,8 +13,7 @@ public:
     /// \brief As many corners as a browser turns about at ease: those of 1.2 million triangles.
     static constexpr std::size_t MostCorners = 3'600'000;
 
-    /// \param room in bytes, for all that follows together; a head of patches that takes more is there
-    /// all the same, with nothing behind it
+    /// \param room in bytes, for all that follows together; an empty head, of some 100, is there in any case
     PackedSurface(const CaseView& view, const CaseSurface& surface, qsizetype room);
 
     const QJsonObject& head() const { return head_; }

@@ -16,8 +16,7 @@
 #include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
-
-#include <algorithm>
+#include <QSet>
 
 namespace Ovra::GeoTool
 {
@@ -29,17 +28,6 @@ namespace
 
 /// Findings of a kind that are told with their place.
 constexpr int findingLimit = 100;
-
-/// What a page may take, in bytes, and what its surfaces may in any case: tables that take more than
-/// the rest are not to leave them out.
-constexpr qsizetype pageSize = 14'900'000;
-constexpr qsizetype leastForSurfaces = 4'000'000;
-
-/// \param taken by all else in the page
-qsizetype roomForSurfaces(qsizetype taken)
-{
-    return std::max(pageSize - taken, leastForSurfaces);
-}
 
 QJsonArray aspectsJson(const QualityHistogram& histogram)
 {
@@ -77,11 +65,39 @@ QJsonObject objectOf(const QByteArray& json)
     return QJsonDocument::fromJson(json).object();
 }
 
-/// A tag that ends the script in which the text stands begins with a bracket, which JSON can do
-/// without.
-QByteArray scriptText(const QJsonObject& object)
+QByteArray keyOf(const QJsonObject& twin)
 {
-    return QJsonDocument(object).toJson(QJsonDocument::Compact).replace("<", "\\u003c");
+    return QJsonDocument(QJsonObject{{"as", twin["relation"]},
+                                     {"dimension", twin["dimension"]},
+                                     {"id", twin["id"]},
+                                     {"of", twin["originalId"]}})
+        .toJson();
+}
+
+/// What has been doubled since.
+QJsonArray newTwins(const QJsonObject& info, const QJsonObject& infoBefore)
+{
+    QSet<QByteArray> had;
+    for (const auto& twin : infoBefore["twins"].toArray()) {
+        had += keyOf(twin.toObject());
+    }
+    QJsonArray array;
+    for (const auto& twin : info["twins"].toArray()) {
+        if (!had.contains(keyOf(twin.toObject()))) {
+            array.append(twin);
+        }
+    }
+    return array;
+}
+
+QJsonValue changesJson(const QJsonObject& info, const std::optional<QJsonObject>& changes)
+{
+    if (!changes) {
+        return QJsonValue::Null;
+    }
+    QJsonObject json = *changes;
+    json.insert("newTwins", newTwins(info, json["info"].toObject()));
+    return json;
 }
 
 /// The template is taken apart at its marks, so that a text of the case that looks like one stays.
@@ -103,9 +119,26 @@ QByteArray filled(const QByteArray& page, const QHash<QByteArray, QByteArray>& p
 
 } // namespace
 
-Report::Report()
-    : template_(pageTemplate())
+Report::Report(const PageBudget& budget)
+    : budget_(budget)
+    , template_(pageTemplate())
 {
+}
+
+/// The regions have half of the room at most, so that faces have some.
+QJsonObject Report::tables(const QJsonObject& data, const QJsonArray& bodies,
+                           const QJsonArray& boundaries) const
+{
+    QJsonObject result = budget_.limited(data);
+    const qsizetype room =
+        budget_.page - budget_.surfaces - template_.size() - PageBudget::scriptText(result).size();
+    QJsonArray entities = budget_.fitting(bodies, room / 2);
+    const qsizetype left = room - PageBudget::scriptText(entities).size();
+    for (const auto& boundary : budget_.fitting(boundaries, left)) {
+        entities.append(boundary);
+    }
+    result.insert("entities", entities);
+    return result;
 }
 
 QByteArray Report::page(const CaseFiles& files, const Database& database,
@@ -115,18 +148,20 @@ QByteArray Report::page(const CaseFiles& files, const Database& database,
     const CaseSummary summary(files, view, progress);
     const CaseFindings findings =
         CaseVerifier::verify(view, progress, CaseVerifier::ContentTopics, findingLimit);
-    QJsonObject data{{"info", objectOf(infoJson(summary))},
-                     {"verify", objectOf(VerifyReport(files.name(), database, findings).json())},
-                     {"entities", entityTable(view, summary)},
-                     {"histograms", histogramsJson(summary)},
-                     {"before", changes ? QJsonValue(*changes) : QJsonValue(QJsonValue::Null)}};
+    const QJsonObject info = objectOf(infoJson(summary));
+    QJsonObject data =
+        tables({{"info", info},
+                {"verify", objectOf(VerifyReport(files.name(), database, findings).json())},
+                {"histograms", histogramsJson(summary)},
+                {"before", changesJson(info, changes)}},
+               bodyTable(view, summary), boundaryTable(view, summary));
     progress.phase(QStringLiteral("gathering the surfaces"));
-    const PackedSurface surfaces(view, CaseSurface(view),
-                                 roomForSurfaces(template_.size() + scriptText(data).size()));
+    const qsizetype room = budget_.page - template_.size() - PageBudget::scriptText(data).size();
+    const PackedSurface surfaces(view, CaseSurface(view), room);
     data.insert("surfaces", surfaces.head());
     const QString title = QFileInfo(files.name()).fileName();
     return filled(template_, {{"title", title.toHtmlEscaped().toUtf8()},
-                              {"case", scriptText(data)},
+                              {"case", PageBudget::scriptText(data)},
                               {"positions", surfaces.positions()},
                               {"indices", surfaces.indices()}});
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "PageBudget.h"
+
 #include <QByteArray>
 #include <QJsonObject>
 #include <QString>
@@ -25,7 +27,7 @@ class Report
 {
 public:
     /// \brief Takes in what stands in PageTemplate; throws ToolError where there is none.
-    Report();
+    explicit Report(const PageBudget& budget = {});
 
     /// \param files those that \p database has been loaded from
     /// \param changes of EarlierCase, if there is one
@@ -33,6 +35,10 @@ public:
                     const std::optional<QJsonObject>& changes, Progress& progress) const;
 
 private:
+    QJsonObject tables(const QJsonObject& data, const QJsonArray& bodies,
+                       const QJsonArray& boundaries) const;
+
+    PageBudget budget_;
     QByteArray template_;
 };
 

@@ -164,15 +164,23 @@ QJsonObject writePatch(const CaseSurface::Patch& patch, std::size_t room, const 
     return json;
 }
 
-QJsonArray writePatches(const std::vector<CaseSurface::Patch>& patches,
-                        const std::vector<std::size_t>& rooms, const MortonOrder& order,
-                        IndexWriter& writer)
+/// Those of which nothing is shown may be a million; they only count.
+void writePatches(const std::vector<CaseSurface::Patch>& patches,
+                  const std::vector<std::size_t>& rooms, const MortonOrder& order,
+                  IndexWriter& writer, QJsonObject& head)
 {
-    QJsonArray json;
+    QJsonArray array;
+    std::size_t leftOut = 0;
     for (std::size_t i = 0; i < patches.size(); ++i) {
-        json.append(writePatch(patches[i], rooms[i], order, writer));
+        const std::size_t fewest = patches[i].triangles.empty() ? 4 : 3;
+        if (rooms[i] < fewest) {
+            leftOut += patches[i].polygonCount();
+        } else {
+            array.append(writePatch(patches[i], rooms[i], order, writer));
+        }
     }
-    return json;
+    head.insert("patches", array);
+    head.insert("polygonsLeftOut", static_cast<qint64>(leftOut));
 }
 
 QJsonObject writeLine(const CaseSurface::Line& line, std::span<const int> ends, IndexWriter& writer)
@@ -184,7 +192,7 @@ QJsonObject writeLine(const CaseSurface::Line& line, std::span<const int> ends, 
     return json;
 }
 
-/// Those of which nothing is shown may be a million; they only count.
+/// As writePatches() does.
 void writeLines(const std::vector<CaseSurface::Line>& lines, const std::vector<std::size_t>& rooms,
                 IndexWriter& writer, QJsonObject& head)
 {
@@ -237,7 +245,7 @@ SurfaceData::SurfaceData(const CaseView& view, const CaseSurface& surface, std::
     const std::vector<std::size_t> ofLines =
         roomsOf(sizesOf(surface.lines(), endsOf), std::max(mostCorners / 4, left));
     const std::vector<std::size_t> ofPatches = roomsOf(corners, mostCorners - sumOf(ofLines));
-    head_.insert("patches", writePatches(surface.patches(), ofPatches, order, writer));
+    writePatches(surface.patches(), ofPatches, order, writer, head_);
     writeLines(surface.lines(), ofLines, writer, head_);
     head_.insert("vertices", static_cast<qint64>(numbering.used().size()));
     const Vector origin = originOf(numbering.used(), view.points());

@@ -13,7 +13,8 @@ namespace Ovra::GeoTool
 ///
 /// The head has `origin`, which all positions are relative to; `vertices`, the number of positions;
 /// `patches`, each with `dimension` and `id` of its entity (null where it has none), the numbers of
-/// `triangles` and `quadrilaterals`, and those `leftOut`; `lines`, each with `dimension`, `id`,
+/// `triangles` and `quadrilaterals`, and those `leftOut`, where there are any of the former;
+/// `polygonsLeftOut`, the number of those in other patches; `lines`, each with `dimension`, `id`,
 /// the number of `segments` and the ids of its `faces`, where there are segments;
 /// `segmentsLeftOut`, the number of those that are not there. The indices stand patch by patch, triangles
 /// before quadrilaterals, then line by line.

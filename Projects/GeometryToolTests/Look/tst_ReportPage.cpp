@@ -1,8 +1,12 @@
+#include "CaseFiles.h"
 #include "ClosedCase.h"
 #include "GeometryDatabaseTests/GridMesh.h"
 #include "Places.h"
 #include "PreparationCase.h"
 #include "Programs.h"
+#include "Progress.h"
+#include "Report.h"
+#include "ReportFile.h"
 #include "ToolRun.h"
 
 #include <QJsonArray>
@@ -12,6 +16,7 @@
 #include <QTest>
 
 using namespace Ovra::Geo;
+using namespace Ovra::GeoTool;
 
 namespace
 {
@@ -113,9 +118,11 @@ private slots:
                           directory_.filePath("before")})
                      .exitCode,
                  0);
+        const QString limited = directory_.filePath("limited.html");
+        QVERIFY(writeLimitedPage(limited, contentOf(empty).size()));
         QProcess process;
         process.start(Programs::find("node"), {driver, Programs::find("chromium"), page, empty,
-                                               changed, directory_.path()});
+                                               changed, limited, directory_.path()});
         QVERIFY(process.waitForFinished(-1));
         seen_ = QJsonDocument::fromJson(process.readAllStandardOutput()).object();
         QVERIFY2(!seen_.isEmpty(), process.readAllStandardError().constData());
@@ -148,6 +155,24 @@ private slots:
         QCOMPARE(told["paragraphs"].toArray(),
                  (QJsonArray{"Every region and face has as many elements as before.",
                              "name model faces: and 4 more"}));
+    }
+
+    void tellsWhatThePageHasNoRoomFor()
+    {
+        const ReportFile page(contentOf(directory_.filePath("limited.html")));
+        int regions = 0;
+        int faces = 0;
+        for (const QJsonValue& entity : page.at("entities").toArray()) {
+            ++(entity["dimension"].toInt() == 3 ? regions : faces);
+        }
+        const auto more = [](int count) { return QStringLiteral("and %1 more").arg(count); };
+        const QJsonObject told = seen_["limited"].toObject();
+        QCOMPARE(told["hints"].toArray(), (QJsonArray{more(page.at("info/materialsMore").toInt()),
+                                                      more(301 - regions), more(302 - faces)}));
+        QCOMPARE(told["note"].toString(),
+                 QStringLiteral("Left out: %1 polygons, too many for this page")
+                     .arg(page.at("surfaces/polygonsLeftOut").toInt()));
+        QCOMPARE(told["last"].toString(), QString("On no region or face that is listed"));
     }
 
     void aClickTellsTheNameOfTheFace()
@@ -235,6 +260,28 @@ private slots:
     }
 
 private:
+    /// Of a case with many regions, materials and faces of a triangle each.
+    bool writeLimitedPage(const QString& file, qsizetype withoutThem) const
+    {
+        ClosedCase closed;
+        for (int i = 0; i < 300; ++i) {
+            closed.addElement(2, {1, 2, 3 + i % 2}, closed.addFace());
+            auto* const region = new ModelRegion;
+            region->attributes().insert(AttributeType::MaterialId, i);
+            closed.model()->add(region);
+        }
+        const QString name = directory_.filePath("limited");
+        Progress progress;
+        CaseDatabase database;
+        CaseFiles files(name);
+        if (!closed.save(name)) {
+            return false;
+        }
+        files.load(database, progress);
+        const Report report({withoutThem + 45'000, 18'000, 4'000, 200});
+        return writeContent(file, report.page(files, database, std::nullopt, progress));
+    }
+
     QTemporaryDir directory_;
     QJsonObject seen_;
 };

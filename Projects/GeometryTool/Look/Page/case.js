@@ -19,11 +19,15 @@ export function readCase() {
 
 export const isPatch = (part) => "triangles" in part;
 
-/** One entry for all patches that stand on no region or face, so that they can be named and hidden; null without any. */
+/**
+ * One entry for all patches that stand on no region or face, or on one that the page had no room to list, so that they
+ * can be named and hidden; null without any.
+ */
 function looseOf(data) {
     const patches = data.surfaces.patches.filter((patch) => !data.find(patch.dimension, patch.id));
     const polygons = patches.reduce((sum, patch) => sum + patch.triangles + patch.quadrilaterals + patch.leftOut, 0);
-    const name = `On no ${kinds[data.bodyDimension]} or ${kinds[data.bodyDimension - 1]}`;
+    const isListed = patches.every(({ id }) => id === null) ? "" : " that is listed";
+    const name = `On no ${kinds[data.bodyDimension]} or ${kinds[data.bodyDimension - 1]}${isListed}`;
     return polygons > 0 ? { dimension: null, id: null, name, polygons, bounds: [], attributes: [] } : null;
 }
 
@@ -56,7 +60,7 @@ export async function readSurfaces(head) {
         quadrilateralIndices: next(4 * patch.quadrilaterals),
     }));
     const lines = head.lines.map((line) => ({ ...line, indices: next(2 * line.segments) }));
-    return { positions: new Float32Array(positions), patches, lines, segmentsLeftOut: head.segmentsLeftOut };
+    return { positions: new Float32Array(positions), patches, lines, polygonsLeftOut: head.polygonsLeftOut, segmentsLeftOut: head.segmentsLeftOut };
 }
 
 async function inflated(id) {

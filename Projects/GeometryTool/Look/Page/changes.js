@@ -3,7 +3,7 @@
 import { kinds, kindsOf, titleOf } from "./case.js";
 import { element } from "./dom.js";
 import { nameButton } from "./entities.js";
-import { facts, table, title } from "./tables.js";
+import { andMore, facts, table, title } from "./tables.js";
 
 const number = (value) => value.toLocaleString("en");
 const signed = (value) => (value === 0 ? "0" : (value > 0 ? "+" : "−") + number(Math.abs(value)));
@@ -36,23 +36,14 @@ function kindRows(then, now) {
     return names.length < 2 ? [] : names.map((kind) => ({ what: `· ${kind}`, then: then[kind] ?? 0, now: now[kind] ?? 0 }));
 }
 
-function changedEntities({ entities, before }) {
-    const keyOf = (entity) => `${entity.dimension}/${entity.id}`;
-    const earlier = new Map(before.entities.map((entity) => [keyOf(entity), entity]));
-    const later = new Set(entities.map(keyOf));
-    const changed = entities.filter(({ dimension }) => before.dimensions.includes(dimension)).map((entity) => ({ entity, then: earlier.get(keyOf(entity))?.elements ?? null, now: entity.elements }));
-    const gone = before.entities.filter((entity) => !later.has(keyOf(entity)))
-        .map((entity) => ({ entity, then: entity.elements, now: null }));
-    return [...changed.filter((row) => row.then !== row.now), ...gone];
-}
-
-function entityTable(rows, select) {
+function entityTable({ find, before: { changed, changedMore } }, select) {
+    const rows = changed.map((row) => ({ entity: find(row.dimension, row.id) ?? row, ...row }));
     return table("Regions and faces that are new, gone, or have other elements", [
         { head: "kind", cell: ({ entity }) => `${kinds[entity.dimension]} ${entity.id}` },
-        { head: "name", cell: ({ entity, now }) => (now === null ? titleOf(entity) : nameButton(entity, select)) },
-        { head: "before", isNumber: true, cell: ({ then }) => (then === null ? "new" : number(then)) },
-        { head: "after", isNumber: true, cell: ({ now }) => (now === null ? "gone" : number(now)) },
-    ], rows, ({ entity }) => `${kinds[entity.dimension]} ${entity.id} ${titleOf(entity)}`);
+        { head: "name", cell: ({ entity, after }) => (after === null ? titleOf(entity) : nameButton(entity, select)) },
+        { head: "before", isNumber: true, cell: ({ before }) => (before === null ? "new" : number(before)) },
+        { head: "after", isNumber: true, cell: ({ after }) => (after === null ? "gone" : number(after)) },
+    ], rows, ({ entity }) => `${kinds[entity.dimension]} ${entity.id} ${titleOf(entity)}`, changedMore);
 }
 
 /** A row for each value that differs; what is in one case only has none. */
@@ -82,13 +73,12 @@ function differenceTable(data, select) {
         { head: "what", cell: ({ what }) => what },
         { head: "before", isLong: true, cell: ({ a }) => a },
         { head: "after", isLong: true, cell: ({ b }) => b },
-    ], rows, ({ whom, entity, what, a, b }) => [whom, entity ? titleOf(entity) : "", what, a, b].join(" ")), ...more];
+    ], rows, ({ whom, entity, what, a, b }) => [whom, entity ? titleOf(entity) : "", what, a, b].join(" ")), ...more,
+    andMore(data.before.differencesMore) ?? ""];
 }
 
-const twinKey = (twin) => [twin.relation, twin.dimension, twin.id, twin.originalId].join("/");
-
 /** What stands for the two sides of something: made by a preparation, or a shell's faces. */
-export function twinTable(data, twins, select) {
+export function twinTable(data, twins, more, select) {
     const entityOf = (twin, id, name) => {
         const entity = data.find(twin.dimension, id);
         return entity ? nameButton(entity, select) : name;
@@ -97,7 +87,7 @@ export function twinTable(data, twins, select) {
         { head: "as", cell: (twin) => twin.relation },
         { head: "new", cell: (twin) => entityOf(twin, twin.id, twin.name) },
         { head: "made of", cell: (twin) => entityOf(twin, twin.originalId, twin.originalName) },
-    ], twins, (twin) => `${twin.relation} ${twin.name} ${twin.originalName}`);
+    ], twins, (twin) => `${twin.relation} ${twin.name} ${twin.originalName}`, more);
 }
 
 export function showChanges(section, data, select) {
@@ -105,15 +95,12 @@ export function showChanges(section, data, select) {
     if (!before) {
         return;
     }
-    const had = new Set(before.info.twins.map(twinKey));
-    const twins = info.twins.filter((twin) => !had.has(twinKey(twin)));
-    const entities = changedEntities(data);
     title(section, "Changes");
     section.append(
         facts([["Since", before.info.case]]),
         countsTable(info, before),
-        entities.length > 0 ? entityTable(entities, select) : element("p", {}, `Every ${before.dimensions.map((dimension) => kinds[dimension]).join(" and ")} has as many elements as before.`),
+        before.changed.length > 0 ? entityTable(data, select) : element("p", {}, `Every ${before.dimensions.map((dimension) => kinds[dimension]).join(" and ")} has as many elements as before.`),
         ...(before.differences.length > 0 ? differenceTable(data, select)
             : [element("p", {}, "Every name, attribute and place in the model is as before.")]),
-        twins.length > 0 ? twinTable(data, twins, select) : "");
+        before.newTwins.length > 0 ? twinTable(data, before.newTwins, before.newTwinsMore, select) : "");
 }

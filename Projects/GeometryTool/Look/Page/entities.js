@@ -26,6 +26,8 @@ const commonColumns = (dimension, select) => [
     { head: measureNames[dimension], isNumber: true, cell: (entity) => measure(entity.measure) },
 ];
 
+const moreOf = (dimension, listed, { info }) => info.dimensions[dimension].model.count - listed.length;
+
 const attributeColumn = { head: "attributes", isLong: true, cell: attributesText };
 
 export function showBodies(section, data, select) {
@@ -36,7 +38,7 @@ export function showBodies(section, data, select) {
     title(section, heading);
     section.append(table(heading, [
         ...commonColumns(data.bodyDimension, select), { head: "material", cell: materialOf }, attributeColumn,
-    ], data.bodies, filterText));
+    ], data.bodies, filterText, moreOf(data.bodyDimension, data.bodies, data)));
 }
 
 export function showBoundaries(section, data, select) {
@@ -49,5 +51,5 @@ export function showBoundaries(section, data, select) {
     title(section, capital(kindsOf[dimension]));
     section.append(table(capital(kindsOf[dimension]), [
         ...commonColumns(dimension, select), { head: "bounds", isLong: true, cell: bodiesOf }, attributeColumn,
-    ], data.boundaries, filterText));
+    ], data.boundaries, filterText, moreOf(dimension, data.boundaries, data)));
 }

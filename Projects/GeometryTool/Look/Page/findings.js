@@ -1,7 +1,7 @@
 // What `ovrageo verify` has found, with a way to each place.
 
 import { counted, element, place } from "./dom.js";
-import { title } from "./tables.js";
+import { andMore, title } from "./tables.js";
 
 function findingItem(finding, goTo) {
     const button = finding.place && element("button", {
@@ -15,7 +15,7 @@ function groupOf(group, goTo) {
     return element("details", { class: `finding ${group.severity}`, open: group.severity === "error" },
         element("summary", {}, `${group.severity} ${group.kind}: ${counted(group.count, "finding")}`),
         element("ul", {}, group.first.map((finding) => findingItem(finding, goTo)),
-            rest > 0 ? element("li", {}, `and ${rest.toLocaleString("en")} more`) : null));
+            andMore(rest, "li")));
 }
 
 export function showFindings(section, { verify }, goTo) {
@@ -24,5 +24,5 @@ export function showFindings(section, { verify }, goTo) {
     const groups = [...verify.findings].sort(byRank);
     section.append(...(groups.length > 0
         ? groups.map((group) => groupOf(group, goTo))
-        : [element("p", {}, "Nothing is wrong with this case.")]));
+        : [element("p", {}, "Nothing is wrong with this case.")]), andMore(verify.findingsMore) ?? "");
 }

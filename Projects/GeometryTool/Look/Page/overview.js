@@ -46,7 +46,7 @@ function materialsTable(info) {
         { head: "id", isNumber: true, cell: (row) => row.id ?? "none" },
         { head: info.is3d ? "regions" : "faces", isNumber: true, cell: (row) => number(row.modelEntities) },
         { head: "elements", isNumber: true, cell: (row) => number(row.elements) },
-    ], info.materials);
+    ], info.materials, null, info.materialsMore);
 }
 
 export function showOverview(section, data, select) {
@@ -64,5 +64,5 @@ export function showOverview(section, data, select) {
             ["Refinement", counted(info.refinementRegions, "region")],
         ]),
         element("div", { class: "side-by-side" }, countsTable(info), materialsTable(info)),
-        !before && info.twins.length > 0 ? twinTable(data, info.twins, select) : "");
+        !before && info.twins.length > 0 ? twinTable(data, info.twins, info.twinsMore, select) : "");
 }

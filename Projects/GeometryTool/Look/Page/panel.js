@@ -22,8 +22,8 @@ export class Panel {
         this.select(null);
     }
 
-    tellWhatIsLeftOut({ patches, segmentsLeftOut }) {
-        const polygons = patches.reduce((sum, patch) => sum + patch.leftOut, 0);
+    tellWhatIsLeftOut({ patches, polygonsLeftOut, segmentsLeftOut }) {
+        const polygons = patches.reduce((sum, patch) => sum + patch.leftOut, polygonsLeftOut);
         const told = [[polygons, "polygon"], [segmentsLeftOut, "mesh edge"]]
             .filter(([count]) => count > 0).map(([count, what]) => counted(count, what)).join(" and ");
         byId("note").textContent = told && `Left out: ${told}, too many for this page`;

@@ -13,8 +13,9 @@ export function title(section, text) {
  * @param columns objects with `head`, `cell`, which makes the content of a row's cell, `isNumber`, and `isLong`, of
  * texts that need some width
  * @param filterBy makes the text of a row that a filter looks through; without it there is no filter
+ * @param more how many rows the page had no room for
  */
-export function table(caption, columns, rows, filterBy = null) {
+export function table(caption, columns, rows, filterBy = null, more = 0) {
     const body = element("tbody", {});
     const rest = element("p", { class: "hint", role: "status" });
     const show = (wanted) => {
@@ -30,7 +31,12 @@ export function table(caption, columns, rows, filterBy = null) {
         element("div", { class: "scroll", tabindex: 0, role: "region", "aria-label": caption },
             element("table", {}, element("caption", {}, caption),
                 element("thead", {}, element("tr", {}, heads)), body)),
-        rest);
+        rest, andMore(more));
+}
+
+/** What stands behind a list of which the page has a part; null where it has all. */
+export function andMore(count = 0, tag = "p") {
+    return count > 0 ? element(tag, { class: "hint" }, `and ${count.toLocaleString("en")} more`) : null;
 }
 
 function filterBox(caption, show) {

@@ -1,11 +1,11 @@
-// Opens a report and does with it what its reader would, one of an empty case, and one that tells of changes: node
-// visit.mjs BROWSER PAGE EMPTY CHANGED SCRATCH. Prints what it has seen as one JSON object.
+// Opens a report and does with it what its reader would, one of an empty case, one that tells of changes, and one
+// that has no room for all: node visit.mjs BROWSER PAGE EMPTY CHANGED LIMITED SCRATCH. Prints what it has seen as one JSON object.
 
 import { createHash } from "node:crypto";
 import { pathToFileURL } from "node:url";
 import { chromium } from "playwright-core";
 
-const [browserPath, pagePath, emptyPath, changedPath, scratch] = process.argv.slice(2);
+const [browserPath, pagePath, emptyPath, changedPath, limitedPath, scratch] = process.argv.slice(2);
 const ready = () => document.documentElement.dataset.ready;
 const faults = [];
 const seen = { faults };
@@ -125,6 +125,18 @@ async function readChanges(browser) {
     await context.close();
 }
 
+/** What the page says of what it leaves out, and the last entry of the list beside the view. */
+async function readLimited(browser) {
+    const context = await browser.newContext({ viewport: { width: 1200, height: 1100 } });
+    const page = await open(context, limitedPath);
+    seen.limited = {
+        hints: await page.locator(":is(#overview, #bodies, #boundaries) p.hint:not([role])").allInnerTexts(),
+        note: await page.locator("#note").innerText(),
+        last: await page.locator("#entities > ul > li > .row").last().innerText(),
+    };
+    await context.close();
+}
+
 /** What stands in place of a view that cannot be. */
 async function lookWithout(browser, name, path, prepare) {
     const context = await browser.newContext({ viewport: { width: 1200, height: 1100 } });
@@ -158,6 +170,7 @@ await context.close();
 await look(browser, "phone", { viewport: { width: 360, height: 740 }, colorScheme: "light", isMobile: true, hasTouch: true });
 await look(browser, "dark", { viewport: { width: 1200, height: 800 }, colorScheme: "dark" });
 await readChanges(browser);
+await readLimited(browser);
 await lookWithout(browser, "empty", emptyPath, () => {});
 await lookWithout(browser, "withoutWebGl", pagePath, () => (HTMLCanvasElement.prototype.getContext = () => null));
 await browser.close();
