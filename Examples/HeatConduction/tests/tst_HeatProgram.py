@@ -30,6 +30,33 @@ def heat(*arguments):
     return subprocess.run([sys.executable, PROGRAM, *arguments], capture_output=True, text=True)
 
 
+def squares(path):
+    """The mean colours of a picture in squares of 20 pixels."""
+    reader = vtkPNGReader()
+    reader.SetFileName(str(path))
+    reader.Update()
+    columns, rows, _ = reader.GetOutput().GetDimensions()
+    pixels = vtk_to_numpy(reader.GetOutput().GetPointData().GetScalars()).reshape(rows, columns, 3)
+    whole = pixels[:rows // 20 * 20, :columns // 20 * 20]
+    return whole.reshape(rows // 20, 20, columns // 20, 20, 3).mean(axis=(1, 3))
+
+
+@unittest.skipUnless(testing.NOTHING_SKIPPED or results, "python3-vtk9 is not installed")
+class KeptPicture(unittest.TestCase):
+    """That of the documentation, of a finer mesh."""
+
+    def test_looks_like_one_that_is_made_now(self):
+        solver = testing.conduction.Conduction(testing.case("enclosure"),
+                                               testing.problem.read(PROBLEMS / "enclosure.json"))
+        with tempfile.TemporaryDirectory() as folder:
+            results.write_picture(results.grid(solver, solver.solve()), Path(folder, "made.png"))
+            made = squares(Path(folder, "made.png"))
+        kept = squares(testing.HERE.parent / "enclosure.png")
+        self.assertEqual(made.shape, kept.shape)
+        self.assertLess(np.abs(made - kept).mean(), 1.5)
+        self.assertGreater(np.abs(made[:, ::-1] - kept).mean(), 3)  # the other way round it looks like another
+
+
 class Program(unittest.TestCase):
     """On an input of two boxes, of which each test has a copy."""
 
