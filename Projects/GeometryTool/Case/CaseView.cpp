@@ -40,14 +40,16 @@ std::vector<Entity*> sortedEntities(const Container& container, int dimension)
 
 } // namespace
 
-CaseView::CaseView(const Database& database)
+CaseView::CaseView(const Database& database, Part part)
     : model_(database.model())
     , mesh_(database.mesh())
     , faceDimension_(model_->faceDimension())
 {
     for (int dimension = 0; dimension < 4; ++dimension) {
         modelEntities_[slot(dimension)] = sortedEntities<ModelEntity>(*model_, dimension);
-        meshEntities_[slot(dimension)] = sortedEntities<MeshEntity>(*mesh_, dimension);
+        if (part == Part::Case) {
+            meshEntities_[slot(dimension)] = sortedEntities<MeshEntity>(*mesh_, dimension);
+        }
     }
 }
 

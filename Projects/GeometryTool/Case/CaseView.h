@@ -26,7 +26,13 @@ namespace Ovra::GeoTool
 class CaseView
 {
 public:
-    explicit CaseView(const Geo::Database& database);
+    enum class Part
+    {
+        Case,
+        Model ///< as if there were no mesh, which costs a walk over all of it
+    };
+
+    explicit CaseView(const Geo::Database& database, Part part = Part::Case);
 
     Geo::Model& model() const { return *model_; }
     Geo::Mesh& mesh() const { return *mesh_; }

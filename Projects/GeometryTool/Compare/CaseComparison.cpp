@@ -76,8 +76,8 @@ CaseDifferences CaseComparison::compare(const Database& a, const Database& b,
 
 CaseDifferences CaseComparison::compareModels(const Database& a, const Database& b, int limit)
 {
-    const ComparedCase caseA(a);
-    const ComparedCase caseB(b);
+    const ComparedCase caseA(a, CaseView::Part::Model);
+    const ComparedCase caseB(b, CaseView::Part::Model);
     const CaseMatch match = CaseMatch::byId(caseA, caseB);
     const CasePair pair{caseA, caseB, match, Closeness(0.0)};
     CaseDifferences differences(limit);

@@ -35,8 +35,8 @@ std::vector<int> idsOf(const std::vector<Entity*>& entities)
 
 } // namespace
 
-ComparedCase::ComparedCase(const Database& database)
-    : view_(database)
+ComparedCase::ComparedCase(const Database& database, CaseView::Part part)
+    : view_(database, part)
 {
     for (int dimension = 0; dimension < 4; ++dimension) {
         ids_[slot(Owner::Model, dimension)] = idsOf(view_.modelEntities(dimension));

@@ -34,7 +34,8 @@ class ComparedCase
 public:
     using Owner = EntityName::Owner;
 
-    explicit ComparedCase(const Geo::Database& database);
+    explicit ComparedCase(const Geo::Database& database,
+                          CaseView::Part part = CaseView::Part::Case);
 
     const CaseView& view() const { return view_; }
 
