@@ -125,14 +125,16 @@ Report::Report(const PageBudget& budget)
 {
 }
 
-/// The regions have half of the room at most, so that faces have some.
+/// Regions and faces have half of the room each, and what the others leave of theirs.
 QJsonObject Report::tables(const QJsonObject& data, const QJsonArray& bodies,
                            const QJsonArray& boundaries) const
 {
     QJsonObject result = budget_.limited(data);
     const qsizetype room =
         budget_.page - budget_.surfaces - template_.size() - PageBudget::scriptText(result).size();
-    QJsonArray entities = budget_.fitting(bodies, room / 2);
+    const QJsonArray halfOfBoundaries = budget_.fitting(boundaries, room / 2);
+    QJsonArray entities =
+        budget_.fitting(bodies, room - PageBudget::scriptText(halfOfBoundaries).size());
     const qsizetype left = room - PageBudget::scriptText(entities).size();
     for (const auto& boundary : budget_.fitting(boundaries, left)) {
         entities.append(boundary);

@@ -117,6 +117,31 @@ private slots:
         QCOMPARE(polygons, 1504);
     }
 
+    void regionsHaveWhatFacesLeave()
+    {
+        ClosedCase closed;
+        for (int i = 0; i < 1500; ++i) {
+            closed.model()->add(new ModelRegion);
+        }
+        QVERIFY(closed.save(path("regions")));
+        ClosedCase both;
+        addMany(both, 1500, QString());
+        QVERIFY(both.save(path("both")));
+        const qsizetype fixed = pageOf("closed", PageBudget()).size();
+        const PageBudget small{fixed + 240'000, 100'000, 20'000, 200};
+        const auto regionsOf = [&](const char* name) {
+            int regions = 0;
+            for (const QJsonValue& entity :
+                 ReportFile(pageOf(name, small)).at("entities").toArray()) {
+                regions += entity["dimension"].toInt() == 3 ? 1 : 0;
+            }
+            return regions;
+        };
+        QVERIFY(regionsOf("regions") < 1501);
+        QVERIFY2(2 * regionsOf("regions") > 3 * regionsOf("both"),
+                 qPrintable(QString::number(regionsOf("both"))));
+    }
+
     void cutsTextsAndLists()
     {
         PageBudget budget;
