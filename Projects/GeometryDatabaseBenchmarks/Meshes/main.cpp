@@ -1,8 +1,8 @@
 // Makes a mesh of the comparison: geometry-meshes KIND ELEMENTS BASE writes BASE.geo_model,
 // BASE.geo_mesh and, with Gmsh and up to a few million elements, BASE.msh. KIND is S (structured), I
 // (structured, with all edges and faces) or D (by Gmsh). geometry-meshes load FILE.msh has Gmsh load a
-// file, geometry-meshes save FILE.msh COPY.msh load and write it; geometry-meshes read BASE reads a case,
-// as all that the process does. Exit codes: 1 for what cannot be done, 3 if Gmsh is missing for it.
+// file, geometry-meshes save FILE.msh COPY.msh load and write it. Exit codes: 1 for what cannot be done, 3
+// if Gmsh is missing for it.
 
 #include "BlockCase.h"
 #include "StoredCase.h"
@@ -13,7 +13,6 @@
 #include <QStringList>
 
 #include <cstdio>
-#include <cstdlib>
 
 using namespace Ovra::Geo;
 
@@ -81,27 +80,17 @@ int save(const QString&, const QString&)
 }
 #endif
 
-/// The case is left to the end of the process, as commands of ovrageo leave it.
-int read(const QString& base)
-{
-    const Database* const database = Benchmarks::StoredCase::read(base).release();
-    std::_Exit(database->mesh()->count(0) > 0 ? Done : Failed);
-}
-
 int run(const QStringList& arguments)
 {
     if (arguments.size() == 2 && arguments[0] == QLatin1String("load")) {
         return load(arguments[1]);
-    }
-    if (arguments.size() == 2 && arguments[0] == QLatin1String("read")) {
-        return read(arguments[1]);
     }
     if (arguments.size() == 3 && arguments[0] == QLatin1String("save")) {
         return save(arguments[1], arguments[2]);
     }
     if (arguments.size() != 3 || !QStringLiteral("SID").contains(arguments[0])) {
         std::fputs("geometry-meshes S|I|D ELEMENTS BASE\ngeometry-meshes load FILE.msh\n"
-                   "geometry-meshes save FILE.msh COPY.msh\ngeometry-meshes read BASE\n",
+                   "geometry-meshes save FILE.msh COPY.msh\n",
                    stderr);
         return Failed;
     }
