@@ -198,6 +198,22 @@ class Phone(unittest.TestCase):
         grey = '<p style="color: #767676">as it may be</p><p style="color: #777777">a little too pale</p>'
         self.assertEqual(self.faults(grey), ["p has a contrast of 4.48: rgb(119, 119, 119) on 255,255,255"])
 
+    def test_poor_contrast_of_what_stands_in_an_empty_field(self):
+        page = '<style>input::placeholder { color: #777777 }</style><input placeholder="Find">'
+        self.assertEqual(self.faults(page), ["what stands in an empty input has a contrast of 4.48: "
+                                             "rgb(119, 119, 119) on 255,255,255"])
+
+    MENU = '<input type="checkbox" id="menu" hidden><label for="menu">Pages</label>%s'
+
+    def test_menu_that_stays_shut(self):
+        page = self.MENU % '<nav id="pages" hidden><a href="b.html">b</a></nav>'
+        self.assertEqual(self.faults(page), ["no way to the other pages"])
+
+    def test_menu_that_is_too_wide(self):
+        page = self.MENU % ('<style>body { margin: 0 } nav { width: 750px; display: none } '
+                            '#menu:checked ~ nav { display: block }</style><nav id="pages"><a href="b.html">b</a></nav>')
+        self.assertEqual(self.faults(page), ["with its menu, 750 pixels wide, for 375 on the screen"])
+
     def test_large_letters_may_be_paler(self):
         self.assertEqual(self.faults('<p style="color: #949494; font-size: 24px">large</p>'), [])
 

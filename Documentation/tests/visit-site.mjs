@@ -19,9 +19,20 @@ function faultsOfPage() {
             faults.push(`no picture ${image.getAttribute("src")}`);
         }
     }
-    const width = document.documentElement.scrollWidth; // a phone shows a wide page smaller: innerWidth grows with it
-    if (width > screen.width) {
-        faults.push(`${width} pixels wide, for ${screen.width} on the screen`);
+    function lookAtWidth(of) {
+        const width = document.documentElement.scrollWidth; // a phone shows a wide page smaller: innerWidth grows with it
+        if (width > screen.width) {
+            faults.push(`${of}${width} pixels wide, for ${screen.width} on the screen`);
+        }
+    }
+    lookAtWidth("");
+    const menu = document.querySelector("label[for=menu]");
+    if (menu) {
+        menu.click();
+        lookAtWidth("with its menu, ");
+        if (![...document.querySelectorAll("#pages a")].some((link) => link.checkVisibility())) {
+            faults.push("no way to the other pages");
+        }
     }
 
     const channels = (text) => text.match(/[\d.]+/g).map(Number);
@@ -39,20 +50,25 @@ function faultsOfPage() {
         return (light + 0.05) / (dark + 0.05);
     }
     const poor = new Set();
+    function lookAt(element, style, what) {
+        const size = parseFloat(style.fontSize);
+        const enough = size >= 24 || (size >= 18.66 && style.fontWeight >= 700) ? 3 : 4.5;
+        const paper = paperOf(element);
+        const found = contrast(over(channels(style.color), paper), paper);
+        if (found < enough) {
+            poor.add(`${what} has a contrast of ${found.toFixed(2)}: ${style.color} on ${paper.map(Math.round)}`);
+        }
+    }
+    for (const input of document.querySelectorAll("input[placeholder]:not([hidden])")) {
+        lookAt(input, getComputedStyle(input, "::placeholder"), "what stands in an empty " + name(input));
+    }
     const texts = document.createTreeWalker(document.body, NodeFilter.SHOW_TEXT);
     while (texts.nextNode()) {
         const element = texts.currentNode.parentElement;
         if (!texts.currentNode.data.trim() || !element.checkVisibility({ visibilityProperty: true, opacityProperty: true })) {
             continue;
         }
-        const style = getComputedStyle(element);
-        const size = parseFloat(style.fontSize);
-        const enough = size >= 24 || (size >= 18.66 && style.fontWeight >= 700) ? 3 : 4.5;
-        const paper = paperOf(element);
-        const found = contrast(over(channels(style.color), paper), paper);
-        if (found < enough) {
-            poor.add(`${name(element)} has a contrast of ${found.toFixed(2)}: ${style.color} on ${paper.map(Math.round)}`);
-        }
+        lookAt(element, getComputedStyle(element), name(element));
     }
     return [...faults, ...poor];
 }
