@@ -73,14 +73,16 @@ OffscreenWindow* OffscreenWindow::New()
     return window;
 }
 
-#ifdef OVRAGEO_VTK_HAS_GLEW
-
 OffscreenWindow::OffscreenWindow()
 {
     SetReadyForRendering(true);
     SetIsCurrent(true);
+#ifndef OVRAGEO_VTK_HAS_GLEW
+    SetOpenGLSymbolLoader([](void*, const char* name) { return eglGetProcAddress(name); }, nullptr);
+#endif
 }
 
+#ifdef OVRAGEO_VTK_HAS_GLEW
 // VTK's own takes a missing X server for a failure, when all functions of OpenGL have been found.
 void OffscreenWindow::OpenGLInitContext()
 {
@@ -90,16 +92,6 @@ void OffscreenWindow::OpenGLInitContext()
         Initialized = true;
     }
 }
-
-#else
-
-OffscreenWindow::OffscreenWindow()
-{
-    SetReadyForRendering(true);
-    SetIsCurrent(true);
-    SetOpenGLSymbolLoader([](void*, const char* name) { return eglGetProcAddress(name); }, nullptr);
-}
-
 #endif
 
 } // namespace Ovra::GeoTool
