@@ -1,5 +1,6 @@
 #include "CaseFiles.h"
 #include "ClosedCase.h"
+#include "EarlierCase.h"
 #include "GeometryDatabaseTests/GridMesh.h"
 #include "Places.h"
 #include "PreparationCase.h"
@@ -173,6 +174,12 @@ private slots:
                  QStringLiteral("Left out: %1 polygons, too many for this page")
                      .arg(page.at("surfaces/polygonsLeftOut").toInt()));
         QCOMPARE(told["last"].toString(), QString("On no region or face that is listed"));
+        // What is new, but not listed, cannot be selected.
+        QCOMPARE(told["changed"].toArray(), (QJsonArray{"face 303\tface 303\tnew\t1",
+                                                        "face 304\tface 304\tnew\t1"}));
+        QCOMPARE(told["selected"].toArray(), QJsonArray());
+        QCOMPARE(told["texts"].toArray(),
+                 (QJsonArray{"Every name, attribute and place in the model is as before."}));
     }
 
     void aClickTellsTheNameOfTheFace()
@@ -263,23 +270,32 @@ private:
     /// Of a case with many regions, materials and faces of a triangle each.
     bool writeLimitedPage(const QString& file, qsizetype withoutThem) const
     {
+        const QString name = directory_.filePath("limited");
+        const QString earlier = directory_.filePath("earlier");
+        if (!saveManyFaces(name, 300) || !saveManyFaces(earlier, 298)) {
+            return false;
+        }
+        Progress progress;
+        CaseDatabase database;
+        CaseFiles files(name);
+        files.load(database, progress);
+        const QJsonObject changes = EarlierCase(earlier, progress).changesTo(database);
+        const Report report({withoutThem + 45'000, 18'000, 4'000, 200});
+        return writeContent(file, report.page(files, database, changes, progress));
+    }
+
+    static bool saveManyFaces(const QString& name, int count)
+    {
         ClosedCase closed;
-        for (int i = 0; i < 300; ++i) {
+        for (int i = 0; i < count; ++i) {
             closed.addElement(2, {1, 2, 3 + i % 2}, closed.addFace());
+        }
+        for (int i = 0; i < 300; ++i) {
             auto* const region = new ModelRegion;
             region->attributes().insert(AttributeType::MaterialId, i);
             closed.model()->add(region);
         }
-        const QString name = directory_.filePath("limited");
-        Progress progress;
-        CaseDatabase database;
-        CaseFiles files(name);
-        if (!closed.save(name)) {
-            return false;
-        }
-        files.load(database, progress);
-        const Report report({withoutThem + 45'000, 18'000, 4'000, 200});
-        return writeContent(file, report.page(files, database, std::nullopt, progress));
+        return closed.save(name);
     }
 
     QTemporaryDir directory_;

@@ -26,8 +26,8 @@ export const isPatch = (part) => "triangles" in part;
 function looseOf(data) {
     const patches = data.surfaces.patches.filter((patch) => !data.find(patch.dimension, patch.id));
     const polygons = patches.reduce((sum, patch) => sum + patch.triangles + patch.quadrilaterals + patch.leftOut, 0);
-    const isListed = patches.every(({ id }) => id === null) ? "" : " that is listed";
-    const name = `On no ${kinds[data.bodyDimension]} or ${kinds[data.bodyDimension - 1]}${isListed}`;
+    const suffix = patches.every(({ id }) => id === null) ? "" : " that is listed";
+    const name = `On no ${kinds[data.bodyDimension]} or ${kinds[data.bodyDimension - 1]}${suffix}`;
     return polygons > 0 ? { dimension: null, id: null, name, polygons, bounds: [], attributes: [] } : null;
 }
 
@@ -60,7 +60,8 @@ export async function readSurfaces(head) {
         quadrilateralIndices: next(4 * patch.quadrilaterals),
     }));
     const lines = head.lines.map((line) => ({ ...line, indices: next(2 * line.segments) }));
-    return { positions: new Float32Array(positions), patches, lines, polygonsLeftOut: head.polygonsLeftOut, segmentsLeftOut: head.segmentsLeftOut };
+    const { polygonsLeftOut, segmentsLeftOut } = head;
+    return { positions: new Float32Array(positions), patches, lines, polygonsLeftOut, segmentsLeftOut };
 }
 
 async function inflated(id) {

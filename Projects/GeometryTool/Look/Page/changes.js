@@ -3,7 +3,7 @@
 import { kinds, kindsOf, titleOf } from "./case.js";
 import { element } from "./dom.js";
 import { nameButton } from "./entities.js";
-import { andMore, facts, table, title } from "./tables.js";
+import { andMore, facts, isAny, table, title } from "./tables.js";
 
 const number = (value) => value.toLocaleString("en");
 const signed = (value) => (value === 0 ? "0" : (value > 0 ? "+" : "−") + number(Math.abs(value)));
@@ -36,14 +36,18 @@ function kindRows(then, now) {
     return names.length < 2 ? [] : names.map((kind) => ({ what: `· ${kind}`, then: then[kind] ?? 0, now: now[kind] ?? 0 }));
 }
 
+/** With a way to it, unless it is gone or the page had no room to list it. */
+const nameOf = (entity, otherwise, select) => (entity ? nameButton(entity, select) : otherwise);
+
 function entityTable({ find, before: { changed, changedMore } }, select) {
-    const rows = changed.map((row) => ({ entity: find(row.dimension, row.id) ?? row, ...row }));
+    const rows = changed.map((row) => ({ ...row, entity: row.after === null ? undefined : find(row.dimension, row.id) }));
+    const titleOfRow = ({ entity, ...row }) => titleOf(entity ?? row);
     return table("Regions and faces that are new, gone, or have other elements", [
-        { head: "kind", cell: ({ entity }) => `${kinds[entity.dimension]} ${entity.id}` },
-        { head: "name", cell: ({ entity, after }) => (after === null ? titleOf(entity) : nameButton(entity, select)) },
+        { head: "kind", cell: ({ dimension, id }) => `${kinds[dimension]} ${id}` },
+        { head: "name", cell: (row) => nameOf(row.entity, titleOfRow(row), select) },
         { head: "before", isNumber: true, cell: ({ before }) => (before === null ? "new" : number(before)) },
         { head: "after", isNumber: true, cell: ({ after }) => (after === null ? "gone" : number(after)) },
-    ], rows, ({ entity }) => `${kinds[entity.dimension]} ${entity.id} ${titleOf(entity)}`, changedMore);
+    ], rows, (row) => `${kinds[row.dimension]} ${row.id} ${titleOfRow(row)}`, changedMore);
 }
 
 /** A row for each value that differs; what is in one case only has none. */
@@ -69,26 +73,25 @@ function differenceTable(data, select) {
             element("p", { class: "hint" }, `${kind} ${part}: and ${number(count - first.length)} more`));
     return [table("Names, attributes and places that differ", [
         { head: "kind", cell: ({ whom }) => whom },
-        { head: "name", cell: ({ entity }) => (entity ? nameButton(entity, select) : "") },
+        { head: "name", cell: ({ entity }) => nameOf(entity, "", select) },
         { head: "what", cell: ({ what }) => what },
         { head: "before", isLong: true, cell: ({ a }) => a },
         { head: "after", isLong: true, cell: ({ b }) => b },
     ], rows, ({ whom, entity, what, a, b }) => [whom, entity ? titleOf(entity) : "", what, a, b].join(" ")), ...more,
-    andMore(data.before.differencesMore) ?? ""];
+    andMore(data.before.differencesMore, "p", "kinds") ?? ""];
 }
 
 /** What stands for the two sides of something: made by a preparation, or a shell's faces. */
 export function twinTable(data, twins, more, select) {
-    const entityOf = (twin, id, name) => {
-        const entity = data.find(twin.dimension, id);
-        return entity ? nameButton(entity, select) : name;
-    };
+    const entityOf = (twin, id, name) => nameOf(data.find(twin.dimension, id), name, select);
     return table("Doubled", [
         { head: "as", cell: (twin) => twin.relation },
         { head: "new", cell: (twin) => entityOf(twin, twin.id, twin.name) },
         { head: "made of", cell: (twin) => entityOf(twin, twin.originalId, twin.originalName) },
     ], twins, (twin) => `${twin.relation} ${twin.name} ${twin.originalName}`, more);
 }
+
+const kindsIn = ({ dimensions }) => dimensions.map((dimension) => kinds[dimension]).join(" and ");
 
 export function showChanges(section, data, select) {
     const { info, before } = data;
@@ -99,8 +102,9 @@ export function showChanges(section, data, select) {
     section.append(
         facts([["Since", before.info.case]]),
         countsTable(info, before),
-        before.changed.length > 0 ? entityTable(data, select) : element("p", {}, `Every ${before.dimensions.map((dimension) => kinds[dimension]).join(" and ")} has as many elements as before.`),
-        ...(before.differences.length > 0 ? differenceTable(data, select)
+        isAny(before.changed, before.changedMore) ? entityTable(data, select)
+            : element("p", {}, `Every ${kindsIn(before)} has as many elements as before.`),
+        ...(isAny(before.differences, before.differencesMore) ? differenceTable(data, select)
             : [element("p", {}, "Every name, attribute and place in the model is as before.")]),
-        before.newTwins.length > 0 ? twinTable(data, before.newTwins, before.newTwinsMore, select) : "");
+        isAny(before.newTwins, before.newTwinsMore) ? twinTable(data, before.newTwins, before.newTwinsMore, select) : "");
 }

@@ -1,7 +1,7 @@
 // What `ovrageo verify` has found, with a way to each place.
 
 import { counted, element, place } from "./dom.js";
-import { andMore, title } from "./tables.js";
+import { andMore, isAny, title } from "./tables.js";
 
 function findingItem(finding, goTo) {
     const button = finding.place && element("button", {
@@ -22,7 +22,7 @@ export function showFindings(section, { verify }, goTo) {
     title(section, "Findings");
     const byRank = (a, b) => (a.severity === "error" ? 0 : 1) - (b.severity === "error" ? 0 : 1);
     const groups = [...verify.findings].sort(byRank);
-    section.append(...(groups.length > 0
+    section.append(...(isAny(groups, verify.findingsMore)
         ? groups.map((group) => groupOf(group, goTo))
-        : [element("p", {}, "Nothing is wrong with this case.")]), andMore(verify.findingsMore) ?? "");
+        : [element("p", {}, "Nothing is wrong with this case.")]), andMore(verify.findingsMore, "p", "kinds") ?? "");
 }

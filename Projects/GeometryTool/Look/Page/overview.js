@@ -3,7 +3,7 @@
 import { kindsOf } from "./case.js";
 import { twinTable } from "./changes.js";
 import { counted, element, measure, place } from "./dom.js";
-import { facts, table, title } from "./tables.js";
+import { facts, isAny, table, title } from "./tables.js";
 
 const number = (value) => value.toLocaleString("en");
 
@@ -64,5 +64,5 @@ export function showOverview(section, data, select) {
             ["Refinement", counted(info.refinementRegions, "region")],
         ]),
         element("div", { class: "side-by-side" }, countsTable(info), materialsTable(info)),
-        !before && info.twins.length > 0 ? twinTable(data, info.twins, info.twinsMore, select) : "");
+        !before && isAny(info.twins, info.twinsMore) ? twinTable(data, info.twins, info.twinsMore, select) : "");
 }

@@ -34,10 +34,16 @@ export function table(caption, columns, rows, filterBy = null, more = 0) {
         rest, andMore(more));
 }
 
-/** What stands behind a list of which the page has a part; null where it has all. */
-export function andMore(count = 0, tag = "p") {
-    return count > 0 ? element(tag, { class: "hint" }, `and ${count.toLocaleString("en")} more`) : null;
+/**
+ * What stands behind a list of which the page has a part; null where it has all.
+ * @param what is counted, where that is not plain
+ */
+export function andMore(count = 0, tag = "p", what = "") {
+    return count > 0 ? element(tag, { class: "hint" }, `and ${count.toLocaleString("en")} more ${what}`.trimEnd()) : null;
 }
+
+/** Whether a list has rows, be it that the page had no room for any. */
+export const isAny = (rows, more = 0) => rows.length + more > 0;
 
 function filterBox(caption, show) {
     const input = element("input", {

@@ -125,6 +125,16 @@ async function readChanges(browser) {
     await context.close();
 }
 
+/** What is selected once each of some buttons has been pressed. */
+async function selectEach(page, buttons) {
+    const titles = [];
+    for (const button of await buttons.all()) {
+        await button.click();
+        titles.push(await page.locator("#selection h3").innerText());
+    }
+    return titles;
+}
+
 /** What the page says of what it leaves out, and the last entry of the list beside the view. */
 async function readLimited(browser) {
     const context = await browser.newContext({ viewport: { width: 1200, height: 1100 } });
@@ -133,6 +143,9 @@ async function readLimited(browser) {
         hints: await page.locator(":is(#overview, #bodies, #boundaries) p.hint:not([role])").allInnerTexts(),
         note: await page.locator("#note").innerText(),
         last: await page.locator("#entities > ul > li > .row").last().innerText(),
+        changed: await page.locator("#changes table").nth(1).locator("tbody tr").allInnerTexts(),
+        texts: await page.locator(":is(#findings, #changes) > p").allInnerTexts(),
+        selected: await selectEach(page, page.locator("#changes tbody button")),
     };
     await context.close();
 }
