@@ -2,9 +2,11 @@
 
 #include "CaseView.h"
 #include "ElementTopology.h"
+#include "InParallel.h"
 #include "MeshEntity.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <span>
@@ -22,17 +24,20 @@ using Points = ElementQuality::Points;
 
 constexpr double degenerateFraction = 1e-12;
 
+/// It takes a millisecond to judge these.
+constexpr std::size_t fewElements = 8192;
+
 const Vector& at(const Points& points, int index)
 {
     return points[index];
 }
 
-int cyclic(const std::vector<int>& ring, std::size_t index)
+constexpr int cyclic(const ElementTopology::Side& ring, std::size_t index)
 {
     return ring[index % ring.size()];
 }
 
-Points pick(const std::vector<int>& side, const Points& points)
+Points pick(const ElementTopology::Side& side, const Points& points)
 {
     Points picked(static_cast<qsizetype>(side.size()));
     std::transform(side.begin(), side.end(), picked.begin(),
@@ -87,7 +92,7 @@ Sums sumsOfRing(const Points& ring, const Vector& apex)
     return sums;
 }
 
-Sums sumsOfSide(const std::vector<int>& side, const Points& points)
+Sums sumsOfSide(const ElementTopology::Side& side, const Points& points)
 {
     if (side.size() == 3) {
         // About its first vertex, where splitPoint() has it, the other two triangles are nothing;
@@ -106,11 +111,13 @@ Sums sumsOfSide(const std::vector<int>& side, const Points& points)
 Sums sumsOfSides(const ElementTopology& topology, const Points& points)
 {
     Sums sums;
-    for (const std::vector<int>& side : topology.sides) {
-        const Sums ofSide = sumsOfSide(side, points);
-        sums.measure += ofSide.measure;
-        sums.boundary += ofSide.boundary;
-    }
+    ElementTopology::with(topology, [&](auto kind) {
+        for (const ElementTopology::Side& side : kind().sides) {
+            const Sums ofSide = sumsOfSide(side, points);
+            sums.measure += ofSide.measure;
+            sums.boundary += ofSide.boundary;
+        }
+    });
     return sums;
 }
 
@@ -173,10 +180,10 @@ struct Corner
 
 /// The third edge at a corner of a side is the one that leaves the side.
 std::vector<int> neighboursBeyond(const ElementTopology& topology, int vertex,
-                                  const std::vector<int>& side)
+                                  const ElementTopology::Side& side)
 {
     std::vector<int> neighbours;
-    for (const std::vector<int>& other : topology.sides) {
+    for (const ElementTopology::Side& other : topology.sides) {
         for (std::size_t i = 0; i < other.size(); ++i) {
             const int next = cyclic(other, i + 1);
             if (other[i] == vertex && std::find(side.begin(), side.end(), next) == side.end()) {
@@ -206,56 +213,64 @@ std::vector<Corner> cornersOf(const ElementTopology& topology)
     return corners;
 }
 
+using Edge = std::array<int, 2>;
+using Edges = ShortList<Edge, 12>;
+
 /// Each edge is met once in either direction.
-std::vector<std::pair<int, int>> edgesOf(const ElementTopology& topology)
+constexpr Edges edgesOf(const ElementTopology& topology)
 {
-    std::vector<std::pair<int, int>> edges;
+    Edges edges;
     if (topology.dimension == 1) {
-        edges.emplace_back(0, 1);
+        edges.push_back({0, 1});
     }
-    for (const std::vector<int>& side : topology.sides) {
+    for (const ElementTopology::Side& side : topology.sides) {
         for (std::size_t i = 0; i < side.size(); ++i) {
             const int next = cyclic(side, i + 1);
             if (side[i] < next) {
-                edges.emplace_back(side[i], next);
+                edges.push_back({side[i], next});
             }
         }
     }
     return edges;
 }
 
-/// What follows from the sides of a kind.
-struct Outline
+constexpr std::size_t positionOf(const ElementTopology& topology)
 {
-    std::vector<std::pair<int, int>> edges;
-    std::vector<Corner> corners;
-};
+    return static_cast<std::size_t>(&topology - ElementTopology::all().data());
+}
 
-std::vector<Outline> allOutlines()
+/// What \p makeOne makes of each kind, at its position.
+template <typename MakeOne>
+constexpr auto ofAllKinds(MakeOne makeOne)
 {
-    std::vector<Outline> outlines;
+    std::array<decltype(makeOne(ElementTopology::all()[0])), ElementTopology::all().size()> table;
     for (const ElementTopology& topology : ElementTopology::all()) {
-        outlines.push_back({edgesOf(topology),
-                            topology.dimension == 3 ? cornersOf(topology) : std::vector<Corner>()});
+        table[positionOf(topology)] = makeOne(topology);
     }
-    return outlines;
+    return table;
 }
 
-/// Found once: the walk over a mesh meets few kinds very often.
-const Outline& outlineOf(const ElementTopology& topology)
-{
-    static const std::vector<Outline> outlines = allOutlines();
-    return outlines[static_cast<std::size_t>(&topology - ElementTopology::all().data())];
-}
+constexpr auto edgesOfKinds = ofAllKinds(edgesOf);
 
 /// The root is taken once: that of the largest square is the largest of the roots.
 double longestEdge(const ElementTopology& topology, const Points& points)
 {
     double longest = 0.0;
-    for (const auto& [from, to] : outlineOf(topology).edges) {
-        longest = std::max(longest, squareOf(at(points, to) - at(points, from)));
-    }
+    ElementTopology::with(topology, [&](auto kind) {
+        for (const auto& [from, to] : edgesOfKinds[positionOf(kind())]) {
+            longest = std::max(longest, squareOf(at(points, to) - at(points, from)));
+        }
+    });
     return std::sqrt(longest);
+}
+
+/// Found once: the walk over a mesh meets few kinds very often.
+const std::vector<Corner>& knownCornersOf(const ElementTopology& topology)
+{
+    static const auto corners = ofAllKinds([](const ElementTopology& kind) {
+        return kind.dimension == 3 ? cornersOf(kind) : std::vector<Corner>();
+    });
+    return corners[positionOf(topology)];
 }
 
 /// Asked of solids of positive volume: all corners of a tetrahedron span that very volume.
@@ -264,7 +279,7 @@ bool isSolidTwisted(const ElementTopology& topology, const Points& points)
     if (points.size() == 4) {
         return false;
     }
-    const std::vector<Corner>& corners = outlineOf(topology).corners;
+    const std::vector<Corner>& corners = knownCornersOf(topology);
     return std::any_of(corners.begin(), corners.end(), [&points](const Corner& corner) {
         const Vector& origin = at(points, corner.vertex);
         const Vector normal =
@@ -291,17 +306,6 @@ bool isTwisted(const ElementTopology& topology, const Points& points)
     return points.size() == 4 && foldsAlongDiagonal(points, 0) && foldsAlongDiagonal(points, 1);
 }
 
-bool hasRepeatedVertex(std::span<const int> vertices)
-{
-    for (std::size_t i = 1; i < vertices.size(); ++i) {
-        if (std::find(vertices.begin(), vertices.begin() + static_cast<std::ptrdiff_t>(i),
-                      vertices[i]) != vertices.begin() + static_cast<std::ptrdiff_t>(i)) {
-            return true;
-        }
-    }
-    return false;
-}
-
 Points pointsOf(const MeshEntity& element)
 {
     Points points;
@@ -318,6 +322,17 @@ Points pointsOf(std::span<const int> vertices, const std::vector<Vector>& allPoi
         return allPoints[static_cast<std::size_t>(vertex)];
     });
     return points;
+}
+
+/// That of an unknown element, if it is no kind.
+ElementQuality qualityOf(int dimension, std::span<const int> vertices,
+                         const std::vector<Vector>& allPoints)
+{
+    const auto* const topology =
+        ElementTopology::find(dimension, static_cast<int>(vertices.size()));
+    return topology ? ElementQuality(*topology, pointsOf(vertices, allPoints),
+                                     hasRepeatedVertex(vertices))
+                    : ElementQuality();
 }
 
 bool isDegenerate(double measure, double longest, int dimension)
@@ -346,15 +361,19 @@ ElementQuality::ElementQuality(const ElementTopology& topology, const Points& po
     }
 }
 
-ElementQuality::ElementQuality(const CaseView& view, int dimension, std::size_t element)
+std::vector<ElementQuality>
+ElementQuality::ofMany(const CaseView& view, int dimension, std::size_t count,
+                       const std::function<std::size_t(std::size_t)>& elementAt)
 {
-    const std::span<const int> vertices = view.vertexLists(dimension).of(element);
-    const auto* const topology =
-        ElementTopology::find(dimension, static_cast<int>(vertices.size()));
-    if (topology) {
-        *this = ElementQuality(*topology, pointsOf(vertices, view.points()),
-                               hasRepeatedVertex(vertices));
-    }
+    const VertexLists& lists = view.vertexLists(dimension);
+    const std::vector<Vector>& points = view.points();
+    std::vector<ElementQuality> qualities(count);
+    inParallel(count, fewElements, [&](std::size_t begin, std::size_t end) {
+        for (std::size_t i = begin; i < end; ++i) {
+            qualities[i] = qualityOf(dimension, lists.of(elementAt(i)), points);
+        }
+    });
+    return qualities;
 }
 
 double ElementQuality::measureOf(const MeshEntity& element)

@@ -5,7 +5,9 @@
 #include <QVarLengthArray>
 
 #include <cstddef>
+#include <functional>
 #include <limits>
+#include <vector>
 
 namespace Ovra::Geo
 {
@@ -52,10 +54,15 @@ struct ElementQuality
     /// \brief The points of one element. On the stack: there are a million of them to judge.
     using Points = QVarLengthArray<Geo::Vector, 8>;
 
+    ElementQuality() = default;
+
     ElementQuality(const ElementTopology& topology, const Points& points, bool repeatsVertex);
 
-    /// \param element position in CaseView::meshEntities(dimension), \p dimension being 1 to 3
-    ElementQuality(const CaseView& view, int dimension, std::size_t element);
+    /// \brief Judges \p count elements of \p dimension, 1 to 3, on all cores.
+    /// \param elementAt gives the position of each in CaseView::meshEntities(dimension)
+    static std::vector<ElementQuality>
+    ofMany(const CaseView& view, int dimension, std::size_t count,
+           const std::function<std::size_t(std::size_t)>& elementAt);
 
     /// \brief Signed volume of a solid, area of a face, length of a line.
     /// \pre ElementTopology knows the kind of \p element

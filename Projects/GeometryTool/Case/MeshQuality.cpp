@@ -4,6 +4,7 @@
 #include "MeshEntity.h"
 #include "Progress.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 
@@ -11,6 +12,14 @@ namespace Ovra::GeoTool
 {
 
 using namespace Ovra::Geo;
+
+namespace
+{
+
+/// Elements that are judged before the next are: 3 MiB.
+constexpr std::size_t atATime = 1U << 17U;
+
+} // namespace
 
 void Extremes::add(double value, int id)
 {
@@ -27,10 +36,15 @@ void Extremes::add(double value, int id)
 MeshQuality::MeshQuality(const CaseView& view, int dimension, Progress& progress)
 {
     const std::vector<MeshEntity*>& elements = view.meshEntities(dimension);
-    for (std::size_t i = 0; i < elements.size(); ++i) {
-        add(*elements[i], ElementQuality(view, dimension, i));
-        progress.update(static_cast<qint64>(i) + 1, static_cast<qint64>(elements.size()),
-                        QStringLiteral("elements"));
+    for (std::size_t begin = 0; begin < elements.size(); begin += atATime) {
+        const auto qualities =
+            ElementQuality::ofMany(view, dimension, std::min(atATime, elements.size() - begin),
+                                   [begin](std::size_t i) { return begin + i; });
+        for (std::size_t i = 0; i < qualities.size(); ++i) {
+            add(*elements[begin + i], qualities[i]);
+        }
+        progress.update(static_cast<qint64>(begin + qualities.size()),
+                        static_cast<qint64>(elements.size()), QStringLiteral("elements"));
     }
 }
 

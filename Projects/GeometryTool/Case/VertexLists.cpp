@@ -24,6 +24,17 @@ IdPositions positionsOf(const std::vector<MeshEntity*>& vertices)
 namespace
 {
 
+/// Elements whose vertices are asked for before their turn.
+constexpr std::size_t ahead = 8;
+
+/// They lie anywhere in memory, and come sooner when many are asked for at once.
+void announceVertices(const MeshEntity& entity)
+{
+    for (int i = 0; i < entity.adjacencyCount(0); ++i) {
+        __builtin_prefetch(entity.adjacencyAt(0, i));
+    }
+}
+
 std::size_t vertexCount(const MeshEntity* entity)
 {
     return static_cast<std::size_t>(entity->adjacencyCount(0));
@@ -59,10 +70,18 @@ VertexLists::VertexLists(const std::vector<MeshEntity*>& entities, const IdPosit
         starts_ = startsOf(entities);
     }
     vertices_.reserve(commonCount_ > 0 ? size_ * commonCount_ : starts_.back());
-    for (const MeshEntity* entity : entities) {
-        for (int i = 0; i < entity->adjacencyCount(0); ++i) {
-            vertices_.push_back(positions.find(entity->adjacencyAt(0, i)->id()));
+    for (std::size_t i = 0; i < size_; ++i) {
+        if (i + ahead < size_) {
+            announceVertices(*entities[i + ahead]);
         }
+        append(*entities[i], positions);
+    }
+}
+
+void VertexLists::append(const MeshEntity& entity, const IdPositions& positions)
+{
+    for (int i = 0; i < entity.adjacencyCount(0); ++i) {
+        vertices_.push_back(positions.find(entity.adjacencyAt(0, i)->id()));
     }
 }
 

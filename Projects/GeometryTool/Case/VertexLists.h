@@ -18,6 +18,19 @@ namespace Ovra::GeoTool
 /// \param vertices in ascending order of ids
 IdPositions positionsOf(const std::vector<Geo::MeshEntity*>& vertices);
 
+/// \brief Whether a vertex stands in the list of an element twice.
+inline bool hasRepeatedVertex(std::span<const int> vertices)
+{
+    for (std::size_t i = 1; i < vertices.size(); ++i) {
+        for (std::size_t j = 0; j < i; ++j) {
+            if (vertices[i] == vertices[j]) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 /// \brief The vertices of all mesh entities of one dimension, as positions in the list of all
 /// vertices, in one array.
 ///
@@ -40,6 +53,8 @@ public:
     std::size_t size() const { return size_; }
 
 private:
+    void append(const Geo::MeshEntity& entity, const IdPositions& positions);
+
     std::size_t size_;
     std::size_t commonCount_;         ///< of vertices, if all entities have as many; or else 0
     std::vector<std::size_t> starts_; ///< without a common count

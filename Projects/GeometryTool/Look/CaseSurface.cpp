@@ -54,7 +54,7 @@ bool isDrawable(const Vector& point)
 std::vector<int> ringOf(std::span<const int> element, const ElementSides::Key& key)
 {
     const auto* const topology = ElementTopology::find(3, static_cast<int>(element.size()));
-    for (const std::vector<int>& side : topology->sides) {
+    for (const ElementTopology::Side& side : topology->sides) {
         std::vector<int> ring;
         for (const int local : side) {
             ring.push_back(element[static_cast<std::size_t>(local)]);

@@ -36,7 +36,7 @@ bool isWedge(const MeshEntity* element)
 QList<QList<MeshEntity*>> quadrilateralSides(const MeshEntity& element)
 {
     QList<QList<MeshEntity*>> result;
-    for (const std::vector<int>& side :
+    for (const ElementTopology::Side& side :
          ElementTopology::find(3, element.adjacencyCount(0))->sides) {
         if (side.size() != quadrilateralSize) {
             continue;

@@ -5,6 +5,7 @@
 #include "ElementTopology.h"
 #include "EqualSets.h"
 #include "FindingSink.h"
+#include "InParallel.h"
 #include "Mesh.h"
 #include "MeshEntity.h"
 #include "MeshQuality.h"
@@ -24,6 +25,9 @@ using namespace Ovra::Geo;
 
 namespace
 {
+
+/// It takes a millisecond to look at these.
+constexpr std::size_t fewElements = 65536;
 
 bool isFinite(const Vector& point)
 {
@@ -105,17 +109,8 @@ bool ElementCheck::isWellFormed(const MeshEntity& entity)
 
 bool ElementCheck::isWellFormed(int dimension, std::span<const int> vertices)
 {
-    if (!ElementTopology::find(dimension, static_cast<int>(vertices.size()))) {
-        return false;
-    }
-    for (std::size_t i = 1; i < vertices.size(); ++i) {
-        for (std::size_t j = 0; j < i; ++j) {
-            if (vertices[i] == vertices[j]) {
-                return false;
-            }
-        }
-    }
-    return true;
+    return ElementTopology::find(dimension, static_cast<int>(vertices.size())) &&
+           !hasRepeatedVertex(vertices);
 }
 
 void ElementCheck::run(Progress& progress)
@@ -123,9 +118,7 @@ void ElementCheck::run(Progress& progress)
     checkPresence();
     checkVertices();
     for (int dimension = 1; dimension < 4; ++dimension) {
-        for (const MeshEntity* entity : view_.meshEntities(dimension)) {
-            checkVertexList(*entity);
-        }
+        checkVertexLists(dimension);
         checkShapes(dimension, progress);
         checkDuplicates(dimension);
     }
@@ -174,6 +167,20 @@ void ElementCheck::checkVertexCount(const MeshEntity& entity, FindingSink& sink)
                 .arg(counted(entity.adjacencyCount(0), QStringLiteral("vertex")),
                      vertexCountsOf(entity.dimension()));
         });
+    }
+}
+
+/// The lists tell which are worth a look, which takes longer.
+void ElementCheck::checkVertexLists(int dimension)
+{
+    const VertexLists& lists = view_.vertexLists(dimension);
+    const bool needsFace = dimension < view_.faceDimension();
+    const std::vector<std::size_t> suspects =
+        placesInParallel(lists.size(), fewElements, [&](std::size_t element) {
+            return needsFace || !isWellFormed(dimension, lists.of(element));
+        });
+    for (const std::size_t element : suspects) {
+        checkVertexList(*view_.meshEntities(dimension)[element]);
     }
 }
 

@@ -36,6 +36,7 @@ public:
 private:
     void checkPresence();
     void checkVertices();
+    void checkVertexLists(int dimension);
     void checkVertexList(const Geo::MeshEntity& entity);
     void checkShapes(int dimension, Progress& progress);
     void reportFlat(Geo::MeshEntity& entity);

@@ -4,9 +4,13 @@
 #include "CaseView.h"
 #include "ElementCheck.h"
 #include "ElementTopology.h"
+#include "InParallel.h"
 #include "MeshEntity.h"
 
 #include <algorithm>
+#include <bit>
+#include <functional>
+#include <mutex>
 #include <numeric>
 
 namespace Ovra::GeoTool
@@ -17,8 +21,14 @@ using namespace Ovra::Geo;
 namespace
 {
 
-// A bit of a byte for each.
-constexpr std::size_t PartsOfMany = 8;
+// A bit of a mark for each.
+constexpr std::size_t PartsOfMany = 16;
+
+// Whose memory is in use at a time.
+constexpr std::size_t PartsAtATime = 2;
+
+// It takes a millisecond to find the sides of these.
+constexpr std::size_t FewElements = 16384;
 
 /// From the smallest vertex on, a ring runs towards the smaller of its two neighbours or away from
 /// it; an edge runs up or down.
@@ -36,8 +46,9 @@ bool isRising(std::span<const int> ring)
 } // namespace
 
 ElementSides::ElementSides(const CaseView& view, std::size_t many)
-    : view_(view)
-    , elements_(view.meshEntities(view.elementDimension()))
+    : dimension_(view.elementDimension())
+    , lists_(view.vertexLists(dimension_))
+    , elements_(view.meshEntities(dimension_))
     , counts_(view.meshEntities(0).size(), 0)
 {
     findRegions();
@@ -61,23 +72,30 @@ void ElementSides::findRegions()
 
 void ElementSides::countSides()
 {
-    for (std::size_t element = 0; element < elements_.size(); ++element) {
-        forEachSideOf(element, [this](int smallest, const auto&) {
-            ++counts_[static_cast<std::size_t>(smallest)];
-        });
-    }
+    std::mutex mutex; // of counts_
+    inParallel(elements_.size(), FewElements, [&](std::size_t begin, std::size_t end) {
+        std::vector<int> counts(counts_.size(), 0);
+        for (std::size_t element = begin; element < end; ++element) {
+            forEachSideOf(element, [&counts](int smallest, const auto&) {
+                ++counts[static_cast<std::size_t>(smallest)];
+            });
+        }
+        const std::lock_guard lock(mutex);
+        std::transform(counts.begin(), counts.end(), counts_.begin(), counts_.begin(),
+                       std::plus<>());
+    });
 }
 
 void ElementSides::makeParts(std::size_t many)
 {
     const auto total = std::accumulate(counts_.begin(), counts_.end(), std::size_t(0));
-    const std::size_t most = total > many ? total / PartsOfMany + 1 : total;
+    const std::size_t most = total > many ? (total + PartsOfMany - 1) / PartsOfMany : total;
     parts_ = {Part()};
     std::size_t inParts = 0;
     for (const int count : counts_) {
         if (inParts > parts_.size() * most) {
             const Part& last = parts_.back();
-            parts_.push_back({last.end, last.end, static_cast<std::uint8_t>(2 * last.mark)});
+            parts_.push_back({last.end, last.end, static_cast<std::uint16_t>(2 * last.mark)});
         }
         inParts += static_cast<std::size_t>(count);
         ++parts_.back().end;
@@ -86,24 +104,49 @@ void ElementSides::makeParts(std::size_t many)
 
 void ElementSides::markElements()
 {
-    std::vector<std::uint8_t> marks(counts_.size());
+    std::vector<std::uint16_t> marks(counts_.size());
     for (const Part& part : parts_) {
         std::fill(marks.begin() + part.begin, marks.begin() + part.end, part.mark);
     }
     marks_.assign(elements_.size(), 0);
-    for (std::size_t element = 0; element < elements_.size(); ++element) {
-        forEachSideOf(element, [&](int smallest, const auto&) {
-            marks_[element] |= marks[static_cast<std::size_t>(smallest)];
-        });
-    }
+    inParallel(elements_.size(), FewElements, [&](std::size_t begin, std::size_t end) {
+        for (std::size_t element = begin; element < end; ++element) {
+            forEachSideOf(element, [&](int smallest, const auto&) {
+                marks_[element] |= marks[static_cast<std::size_t>(smallest)];
+            });
+        }
+    });
+}
+
+std::size_t ElementSides::partOf(const Key& key) const
+{
+    const auto part =
+        std::upper_bound(parts_.begin(), parts_.end(), key.front(),
+                         [](int vertex, const Part& each) { return vertex < each.end; });
+    return static_cast<std::size_t>(part - parts_.begin());
 }
 
 void ElementSides::collect(const Part& part)
 {
-    sides_ = {}; // or the memory of two parts would be in use at a time
+    part_ = static_cast<std::size_t>(std::countr_zero(part.mark));
+    if (firstPart_ <= part_ && part_ < firstPart_ + sides_.size()) {
+        return;
+    }
+    firstPart_ = part_;
+    sides_.clear(); // or the memory of more parts would be in use at a time
+    sides_.resize(std::min(PartsAtATime, parts_.size() - part_));
+    inParallel(sides_.size(), 1, [this](std::size_t begin, std::size_t end) {
+        for (std::size_t i = begin; i < end; ++i) {
+            sides_[i] = collected(parts_[firstPart_ + i]);
+        }
+    });
+}
+
+SidesByVertex ElementSides::collected(const Part& part) const
+{
     const auto counts = std::span<const int>(counts_).subspan(
         static_cast<std::size_t>(part.begin), static_cast<std::size_t>(part.end - part.begin));
-    sides_ = SidesByVertex(part.begin, counts, [&](auto add) {
+    return SidesByVertex(part.begin, counts, [&](auto add) {
         for (std::size_t element = 0; element < elements_.size(); ++element) {
             if (!marks_.empty() && (marks_[element] & part.mark) == 0) {
                 continue;
@@ -121,21 +164,23 @@ void ElementSides::collect(const Part& part)
 template <typename Action>
 void ElementSides::forEachSideOf(std::size_t element, Action action) const
 {
-    const int dimension = view_.elementDimension();
-    const std::span<const int> vertices = view_.vertexLists(dimension).of(element);
-    if (!ElementCheck::isWellFormed(dimension, vertices)) {
+    const std::span<const int> vertices = lists_.of(element);
+    const auto* const topology =
+        ElementTopology::find(dimension_, static_cast<int>(vertices.size()));
+    if (!topology || hasRepeatedVertex(vertices)) {
         return;
     }
-    std::array<int, 4> ring;
-    for (const std::vector<int>& local :
-         ElementTopology::find(dimension, static_cast<int>(vertices.size()))->sides) {
-        std::transform(local.begin(), local.end(), ring.begin(), [vertices](int corner) {
-            return vertices[static_cast<std::size_t>(corner)];
-        });
-        const std::span<const int> side = std::span(ring).first(local.size());
-        action(*std::min_element(side.begin(), side.end()),
-               [&] { return Side(keyOf(side), element, isRising(side)); });
-    }
+    ElementTopology::with(*topology, [&](auto kind) {
+        std::array<int, 4> ring;
+        for (const ElementTopology::Side& local : kind().sides) {
+            std::transform(local.begin(), local.end(), ring.begin(), [vertices](int corner) {
+                return vertices[static_cast<std::size_t>(corner)];
+            });
+            const std::span<const int> side = std::span(ring).first(local.size());
+            action(*std::min_element(side.begin(), side.end()),
+                   [&] { return Side(keyOf(side), element, isRising(side)); });
+        }
+    });
 }
 
 ElementSides::Key ElementSides::keyOf(std::span<const int> vertices)

@@ -17,11 +17,12 @@ namespace Ovra::GeoTool
 {
 
 class CaseView;
+class VertexLists;
 
 /// \brief The sides of all elements, with those of the same vertices together, a part at a time.
 ///
 /// All sides of a large mesh take 64 bytes for each tetrahedron, a third of what the mesh does. So
-/// they are collected in a few parts, by their smallest vertices.
+/// they are collected in some parts, by their smallest vertices, two of these at a time.
 ///
 /// Elements of no known kind or with a repeated vertex have no sides here.
 class ElementSides
@@ -39,7 +40,7 @@ public:
     {
         int begin = 0;
         int end = 0;
-        std::uint8_t mark = 1; ///< a bit that no other part has
+        std::uint16_t mark = 1; ///< a bit that no other part has
 
         bool contains(int vertex) const { return begin <= vertex && vertex < end; }
     };
@@ -54,7 +55,13 @@ public:
     /// \brief All vertices, in parts that are the smallest vertices of about as many sides each.
     const std::vector<Part>& parts() const { return parts_; }
 
+    /// \brief The position in parts() of the one that sides of these vertices are in.
+    std::size_t partOf(const Key& key) const;
+
     /// \brief From now on the sides are those whose smallest vertex is in \p part.
+    ///
+    /// The next part is collected beside it, on another core: to go through all in their order is
+    /// quickest.
     /// \param part one of parts()
     void collect(const Part& part);
 
@@ -68,7 +75,7 @@ public:
 
     /// \brief The sides with these vertices, by id of their elements.
     /// \param key whose smallest vertex is in the part
-    Run find(const Key& key) const { return sides_.find(key); }
+    Run find(const Key& key) const { return current().find(key); }
 
     /// \brief Calls \p action with the key and the run of sides that have it, for each of which
     /// \p vertex is the smallest, in the order of the keys.
@@ -76,7 +83,7 @@ public:
     template <typename Action>
     void forEachRun(int vertex, Action action) const
     {
-        sides_.forEachRun(vertex, action);
+        current().forEachRun(vertex, action);
     }
 
     /// \brief Collects one part after the other, and calls \p action with every key and its run.
@@ -85,7 +92,7 @@ public:
     {
         for (const Part& part : parts_) {
             collect(part);
-            sides_.forEachRun(action);
+            current().forEachRun(action);
         }
     }
 
@@ -97,18 +104,23 @@ private:
     void countSides();
     void makeParts(std::size_t many);
     void markElements();
+    SidesByVertex collected(const Part& part) const;
+    const SidesByVertex& current() const { return sides_[part_ - firstPart_]; }
 
     template <typename Action>
     void forEachSideOf(std::size_t element, Action action) const;
 
-    const CaseView& view_;
-    SidesByVertex sides_;
+    int dimension_;
+    const VertexLists& lists_;
+    std::vector<SidesByVertex> sides_; ///< of the parts from firstPart_ on
+    std::size_t firstPart_ = 0;
+    std::size_t part_ = 0; ///< the one that was asked for last
     const std::vector<Geo::MeshEntity*>& elements_;
     std::vector<const Geo::ModelEntity*> regions_; ///< as elements in a row stand on them
     std::vector<int> regionOfElement_;             ///< positions in regions_
     std::vector<int> counts_;                      ///< of sides, by their smallest vertices
     std::vector<Part> parts_;
-    std::vector<std::uint8_t>
+    std::vector<std::uint16_t>
         marks_; ///< of the parts where an element has sides; or none for one part
 };
 

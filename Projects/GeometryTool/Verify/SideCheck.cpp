@@ -5,6 +5,7 @@
 #include "ElementCheck.h"
 #include "ElementQuality.h"
 #include "FindingSink.h"
+#include "InParallel.h"
 #include "MeshEntity.h"
 #include "ModelEntity.h"
 #include "Progress.h"
@@ -20,6 +21,9 @@ using namespace Ovra::Geo;
 
 namespace
 {
+
+/// It takes a millisecond to look at the sides of these.
+constexpr std::size_t fewVertices = 8192;
 
 bool isInsideOut(const MeshEntity& element)
 {
@@ -45,10 +49,15 @@ SideCheck::SideCheck(const CaseView& view, FindingSink& sink)
     , sides_(view)
 {
     const VertexLists& faces = view.vertexLists(view.faceDimension());
-    for (std::size_t i = 0; i < faces.size(); ++i) {
-        if (ElementCheck::isWellFormed(view.faceDimension(), faces.of(i))) {
-            covered_.push_back(ElementSides::keyOf(faces.of(i)));
+    facesByPart_ = Buckets<int>(sides_.parts().size(), [&](auto add) {
+        for (std::size_t i = 0; i < faces.size(); ++i) {
+            if (ElementCheck::isWellFormed(view.faceDimension(), faces.of(i))) {
+                add(sides_.partOf(ElementSides::keyOf(faces.of(i))), static_cast<int>(i));
+            }
         }
+    });
+    for (const int face : facesByPart_.things()) {
+        covered_.push_back(ElementSides::keyOf(faces.of(static_cast<std::size_t>(face))));
     }
     std::sort(covered_.begin(), covered_.end());
 }
@@ -56,30 +65,50 @@ SideCheck::SideCheck(const CaseView& view, FindingSink& sink)
 void SideCheck::run(Progress& progress)
 {
     const auto count = static_cast<qint64>(view_.meshEntities(0).size());
-    for (const ElementSides::Part& part : sides_.parts()) {
+    for (std::size_t i = 0; i < sides_.parts().size(); ++i) {
+        const ElementSides::Part& part = sides_.parts()[i];
         sides_.collect(part);
-        checkFaces(part);
-        for (int vertex = part.begin; vertex < part.end; ++vertex) {
-            sides_.forEachRun(
-                vertex, [this](const auto& key, ElementSides::Run sides) { checkRun(key, sides); });
-            progress.update(vertex, count, QStringLiteral("vertices"));
-        }
+        checkFaces(facesByPart_[i]);
+        checkRuns(part);
+        progress.update(part.end, count, QStringLiteral("vertices"));
     }
 }
 
-void SideCheck::checkFaces(const ElementSides::Part& part)
+void SideCheck::checkFaces(std::span<const int> faces)
 {
     const int dimension = view_.faceDimension();
     const VertexLists& lists = view_.vertexLists(dimension);
-    for (std::size_t i = 0; i < lists.size(); ++i) {
-        if (!ElementCheck::isWellFormed(dimension, lists.of(i))) {
-            continue;
-        }
-        const ElementSides::Key key = ElementSides::keyOf(lists.of(i));
-        if (part.contains(key.front())) {
-            checkFace(*view_.meshEntities(dimension)[i], sides_.find(key));
-        }
+    for (const int position : faces) {
+        const auto face = static_cast<std::size_t>(position);
+        checkFace(*view_.meshEntities(dimension)[face],
+                  sides_.find(ElementSides::keyOf(lists.of(face))));
     }
+}
+
+void SideCheck::checkRuns(const ElementSides::Part& part)
+{
+    const auto first = static_cast<std::size_t>(part.begin);
+    const std::vector<std::size_t> suspects =
+        placesInParallel(static_cast<std::size_t>(part.end) - first, fewVertices,
+                         [&](std::size_t i) { return isSuspect(static_cast<int>(first + i)); });
+    for (const std::size_t i : suspects) {
+        sides_.forEachRun(
+            static_cast<int>(first + i),
+            [this](const auto& key, ElementSides::Run sides) { checkRun(key, sides); });
+    }
+}
+
+/// Whether at a vertex other sides meet than two within a region, from either side.
+bool SideCheck::isSuspect(int vertex) const
+{
+    bool isSuspect = false;
+    sides_.forEachRun(vertex, [&](const auto&, ElementSides::Run sides) {
+        const bool arePlain = sides.size() == 2 &&
+                              sides.front().isRising() != sides.back().isRising() &&
+                              sides_.regionOf(sides.front()) == sides_.regionOf(sides.back());
+        isSuspect = isSuspect || !arePlain;
+    });
+    return isSuspect;
 }
 
 void SideCheck::checkElementCount(const MeshEntity& face, FindingSink& sink)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Buckets.h"
 #include "ElementSides.h"
 
 #include <QString>
@@ -34,7 +35,9 @@ public:
     static void checkElementCount(const Geo::MeshEntity& face, FindingSink& sink);
 
 private:
-    void checkFaces(const ElementSides::Part& part);
+    void checkFaces(std::span<const int> faces);
+    void checkRuns(const ElementSides::Part& part);
+    bool isSuspect(int vertex) const;
     void checkFace(const Geo::MeshEntity& face, ElementSides::Run sides);
     void checkListedElements(const Geo::MeshEntity& face, ElementSides::Run sides);
     void checkRegions(const Geo::MeshEntity& face, ElementSides::Run sides);
@@ -51,6 +54,7 @@ private:
     const CaseView& view_;
     FindingSink& sink_;
     ElementSides sides_;
+    Buckets<int> facesByPart_;               ///< positions of mesh faces, by that of their part
     std::vector<ElementSides::Key> covered_; ///< the mesh faces, ascending
 };
 

@@ -205,6 +205,37 @@ private slots:
         QCOMPARE(quality.measure().smallestId, 4);
     }
 
+    /// More than are judged at a time, by several cores: each is as it is alone.
+    void manyAreLikeEachAlone()
+    {
+        constexpr int count = 150000;
+        Database database;
+        double volume = 0.0;
+        std::vector<int> inverted;
+        for (int i = 1; i <= count; ++i) {
+            Points points = i % 3 == 0 ? regularPyramid : regularTet;
+            if (i % 3 != 0 && i % 1000 == 0) {
+                std::swap(points[0], points[1]);
+                inverted.push_back(i);
+            }
+            for (Vector& point : points) {
+                point *= 1.0 + i % 7;
+            }
+            addElement(*database.mesh(), 3, points);
+            volume += ElementQuality::measureOf(*database.mesh()->entity(3, i));
+        }
+        Progress progress([](const QString&) {});
+        const CaseView view(database);
+        const MeshQuality quality(view, 3, progress);
+        QCOMPARE(inverted.size(), std::size_t{100});
+        QCOMPARE(quality.inverted(), inverted);
+        QCOMPARE(quality.total(), volume); // to the last bit: they are summed up in their order
+        QVERIFY(std::abs(quality.aspect().largest - 1.0) < 1e-12);
+        const auto some = ElementQuality::ofMany(view, 3, 2, [](std::size_t i) { return 998 + i; });
+        QCOMPARE(some[0].state, ElementQuality::State::Sound);
+        QCOMPARE(some[1].state, ElementQuality::State::Inverted);
+    }
+
     void everyTableIsClosed()
     {
         // The sides of a closed solid use each edge twice, in opposite directions.
@@ -213,7 +244,7 @@ private slots:
                 continue;
             }
             std::set<std::pair<int, int>> edges;
-            for (const std::vector<int>& side : topology.sides) {
+            for (const ElementTopology::Side& side : topology.sides) {
                 for (std::size_t i = 0; i < side.size(); ++i) {
                     QVERIFY(edges.emplace(side[i], side[(i + 1) % side.size()]).second);
                 }

@@ -75,7 +75,7 @@ void fillWithElement(Database& database, const ElementTopology& kind)
         ids.push_back(vertex->id());
     }
     addElement(database, kind.dimension, ids, region);
-    for (const std::vector<int>& side : kind.sides) {
+    for (const ElementTopology::Side& side : kind.sides) {
         std::vector<int> sideIds;
         for (const int index : side) {
             sideIds.push_back(ids[static_cast<std::size_t>(index)]);

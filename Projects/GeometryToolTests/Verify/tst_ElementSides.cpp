@@ -21,15 +21,15 @@ namespace
 constexpr int Count = 200;
 
 /// A chain of tetrahedra, each on three vertices of the one before.
-std::unique_ptr<Database> chain()
+std::unique_ptr<Database> chain(int count = Count)
 {
     auto database = std::make_unique<Database>();
     ModelEntity* const region = ModelEntity::create(3);
     database->model()->add(region);
-    for (int i = 0; i < Count + 3; ++i) {
+    for (int i = 0; i < count + 3; ++i) {
         database->mesh()->add(MeshEntity::create(0));
     }
-    for (int i = 1; i <= Count; ++i) {
+    for (int i = 1; i <= count; ++i) {
         MeshEntity* const element = MeshEntity::create(3);
         // Of all orders, so that each vertex of an element is the smallest of some side.
         for (const int step : {i % 4, (i + 1) % 4, (i + 2) % 4, (i + 3) % 4}) {
@@ -81,6 +81,7 @@ private slots:
     void areInOnePartIfFew();
     void areInPartsOfAboutTheSameSizeIfMany();
     void areTheSameInPartsAsInOne();
+    void areTheSameOnSeveralCores();
     void haveAPartWithoutAMesh();
 };
 
@@ -101,7 +102,7 @@ void TestElementSides::areInPartsOfAboutTheSameSizeIfMany()
     const CaseView view(*database);
     ElementSides sides(view, 4 * Count - 1);
     const auto& parts = sides.parts();
-    constexpr int count = 8;
+    constexpr int count = 16;
     QCOMPARE(parts.size(), std::size_t{count});
     QCOMPARE(parts.front().begin, 0);
     QCOMPARE(parts.back().end, Count + 3);
@@ -129,6 +130,25 @@ void TestElementSides::areTheSameInPartsAsInOne()
     QCOMPARE(std::count_if(whole.begin(), whole.end(),
                            [](const Run& run) { return run.elements.size() == 2; }),
              Count - 1);
+}
+
+void TestElementSides::areTheSameOnSeveralCores()
+{
+    constexpr int count = 40000;
+    const auto database = chain(count);
+    const CaseView view(*database);
+    ElementSides all(view);
+    ElementSides divided(view, 0);
+    const std::vector<Run> whole = runs(all, all.parts());
+    QCOMPARE(whole.size(), std::size_t{4 * count - (count - 1)});
+    QVERIFY(runs(divided, divided.parts()) == whole);
+    // Parts may be asked for in any order, and more than once.
+    const auto& parts = divided.parts();
+    const std::vector<Run> last = runs(divided, {parts.back()});
+    QVERIFY(std::equal(last.rbegin(), last.rend(), whole.rbegin()));
+    const std::vector<Run> first = runs(divided, {parts.front()});
+    QVERIFY(std::equal(first.begin(), first.end(), whole.begin()));
+    QVERIFY(runs(divided, {parts.front()}) == first);
 }
 
 void TestElementSides::haveAPartWithoutAMesh()

@@ -15,12 +15,12 @@ using Geo::Vector;
 namespace
 {
 
-using Sides = std::vector<std::vector<int>>;
+using Edges = std::vector<ElementTopology::Side>;
 
 /// \brief The edges of the faces, each once and as a face of two nodes.
-Sides edgesOfFaces(const Sides& faces)
+Edges edgesOfFaces(const ElementTopology::Sides& faces)
 {
-    Sides edges;
+    Edges edges;
     for (const auto& face : faces) {
         for (std::size_t i = 0; i < face.size(); ++i) {
             const auto [low, high] = std::minmax(face[i], face[(i + 1) % face.size()]);
@@ -32,15 +32,15 @@ Sides edgesOfFaces(const Sides& faces)
     return edges;
 }
 
-const Sides& localEdges(int nodeCount, int dimension)
+std::span<const ElementTopology::Side> localEdges(int nodeCount, int dimension)
 {
     if (dimension == 2) {
         return ElementTopology::find(2, nodeCount)->sides;
     }
-    static const Sides tetrahedron = edgesOfFaces(ElementShape::faces(4));
-    static const Sides pyramid = edgesOfFaces(ElementShape::faces(5));
-    static const Sides wedge = edgesOfFaces(ElementShape::faces(6));
-    static const Sides hexahedron = edgesOfFaces(ElementShape::faces(8));
+    static const Edges tetrahedron = edgesOfFaces(ElementShape::faces(4));
+    static const Edges pyramid = edgesOfFaces(ElementShape::faces(5));
+    static const Edges wedge = edgesOfFaces(ElementShape::faces(6));
+    static const Edges hexahedron = edgesOfFaces(ElementShape::faces(8));
     switch (nodeCount) {
     case 4:
         return tetrahedron;
@@ -60,7 +60,7 @@ double sixVolumes(const Vector& a, const Vector& b, const Vector& c)
 
 } // namespace
 
-const std::vector<std::vector<int>>& ElementShape::faces(int nodeCount)
+const ElementTopology::Sides& ElementShape::faces(int nodeCount)
 {
     return ElementTopology::find(3, nodeCount)->sides;
 }
@@ -68,9 +68,10 @@ const std::vector<std::vector<int>>& ElementShape::faces(int nodeCount)
 ImportedElement ElementShape::side(const ImportedElement& element, int dimension,
                                    const NodeKey& key)
 {
-    const Sides& sides = ElementTopology::find(dimension, element.nodeCount)->sides;
-    const std::vector<int>& local =
-        *std::find_if(sides.begin(), sides.end(), [&](const std::vector<int>& candidate) {
+    const ElementTopology::Sides& sides =
+        ElementTopology::find(dimension, element.nodeCount)->sides;
+    const ElementTopology::Side& local =
+        *std::find_if(sides.begin(), sides.end(), [&](const ElementTopology::Side& candidate) {
             return sideKey(element, candidate) == key;
         });
     ImportedElement result;
@@ -97,7 +98,7 @@ NodeKey ElementShape::key(const ImportedElement& element)
     return {ascendingKey(std::span(element.nodes).first(count), NodeKey::NoNode)};
 }
 
-NodeKey ElementShape::sideKey(const ImportedElement& element, const std::vector<int>& local)
+NodeKey ElementShape::sideKey(const ImportedElement& element, const ElementTopology::Side& local)
 {
     std::array<int, 4> nodes;
     const auto end =

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ElementTopology.h"
 #include "ImportedMesh.h"
 
 #include <array>
@@ -28,7 +29,7 @@ class ElementShape
 {
 public:
     /// \brief The local faces of a volume element, outward.
-    static const std::vector<std::vector<int>>& faces(int nodeCount);
+    static const ElementTopology::Sides& faces(int nodeCount);
 
     /// \brief The side of a surface or volume element with these nodes as an element of its own,
     /// outward; the element must have one.
@@ -41,7 +42,7 @@ public:
     static NodeKey key(const ImportedElement& element);
 
     /// \brief The key of the side of an element whose local nodes are \p local.
-    static NodeKey sideKey(const ImportedElement& element, const std::vector<int>& local);
+    static NodeKey sideKey(const ImportedElement& element, const ElementTopology::Side& local);
     static NodeKey key(const std::array<int, 2>& edge);
 
     /// \brief Signed volume of a volume element; four-sided faces count as four triangles about

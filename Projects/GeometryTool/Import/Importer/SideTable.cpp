@@ -11,7 +11,7 @@ namespace Ovra::GeoTool
 namespace
 {
 
-int smallestOf(const ImportedElement& element, const std::vector<int>& local)
+int smallestOf(const ImportedElement& element, const ElementTopology::Side& local)
 {
     int smallest = element.nodes[static_cast<std::size_t>(local.front())];
     for (const int node : local) {
@@ -20,7 +20,8 @@ int smallestOf(const ImportedElement& element, const std::vector<int>& local)
     return smallest;
 }
 
-bool isOn(const NodeMarks& marks, const ImportedElement& element, const std::vector<int>& local)
+bool isOn(const NodeMarks& marks, const ImportedElement& element,
+          const ElementTopology::Side& local)
 {
     return std::all_of(local.begin(), local.end(), [&](int node) {
         return marks.has(element.nodes[static_cast<std::size_t>(node)]);

@@ -23,45 +23,50 @@ namespace
 
 constexpr std::array<const char*, 4> measureNames = {"", "length", "area", "volume"};
 
-/// \param entityAt gives the position among \p entities, those that \p fields are of
+/// \param entityAt gives the position among the entities that \p fields are of
+/// \return the places from each of which to the next all stand on the same model entity
+template <typename EntityAt>
+FieldArrays::Runs runsOf(const MeshFields& fields, std::size_t size, const EntityAt& entityAt)
+{
+    FieldArrays::Runs runs;
+    for (std::size_t i = 0; i < size; ++i) {
+        if (i == 0 || fields.parentOf(entityAt(i)) != fields.parentOf(entityAt(i - 1))) {
+            runs.push_back(i);
+        }
+    }
+    return runs;
+}
+
 template <typename EntityAt>
 void addIds(FieldArrays& arrays, const std::vector<MeshEntity*>& entities, const MeshFields& fields,
-            const EntityAt& entityAt)
+            const FieldArrays::Runs& runs, const EntityAt& entityAt)
 {
     arrays.addIntegers(QStringLiteral("mesh_id"),
                        [&](std::size_t i) { return entities[entityAt(i)]->id(); });
-    arrays.addIntegers(QStringLiteral("model_id"), [&](std::size_t i) {
+    arrays.addIntegers(QStringLiteral("model_id"), runs, [&](std::size_t i) {
         const ModelEntity* const parent = fields.parentOf(entityAt(i));
         return parent ? parent->id() : 0;
     });
-    arrays.addIntegers(QStringLiteral("model_dimension"), [&](std::size_t i) {
+    arrays.addIntegers(QStringLiteral("model_dimension"), runs, [&](std::size_t i) {
         const ModelEntity* const parent = fields.parentOf(entityAt(i));
         return parent ? parent->dimension() : -1;
     });
 }
 
-void addNames(FieldArrays& arrays, const MeshFields& fields, const std::vector<std::size_t>& cells)
+void addNames(FieldArrays& arrays, const MeshFields& fields, const FieldArrays::Runs& runs,
+              const std::vector<std::size_t>& cells)
 {
-    const ModelEntity* last = nullptr; // neighbours mostly stand on the same
-    std::string name;
-    arrays.addTexts(QStringLiteral("model_name"), [&](std::size_t i) {
+    arrays.addTexts(QStringLiteral("model_name"), runs, [&](std::size_t i) {
         const ModelEntity* const parent = fields.parentOf(cells[i]);
-        if (parent != last) {
-            last = parent;
-            name = parent ? parent->name().toStdString() : std::string();
-        }
-        return name;
+        return parent ? parent->name().toStdString() : std::string();
     });
 }
 
 void addQuality(FieldArrays& arrays, const CaseView& view, int dimension,
                 const std::vector<std::size_t>& cells)
 {
-    std::vector<ElementQuality> qualities;
-    qualities.reserve(cells.size());
-    for (const std::size_t cell : cells) {
-        qualities.emplace_back(view, dimension, cell);
-    }
+    const std::vector<ElementQuality> qualities = ElementQuality::ofMany(
+        view, dimension, cells.size(), [&cells](std::size_t i) { return cells[i]; });
     arrays.addReals(QLatin1String(measureNames[static_cast<std::size_t>(dimension)]),
                     [&](std::size_t i) { return qualities[i].measure; });
     if (dimension > 1) {
@@ -72,12 +77,13 @@ void addQuality(FieldArrays& arrays, const CaseView& view, int dimension,
                     [&](std::size_t i) { return static_cast<int>(qualities[i].state); });
 }
 
-void addAttributes(FieldArrays& arrays, const MeshFields& fields,
+void addAttributes(FieldArrays& arrays, const MeshFields& fields, const FieldArrays::Runs& runs,
                    const std::function<std::size_t(std::size_t)>& entityAt)
 {
     ColumnValue own;
     for (const MeshFields::Field& field : fields.fields()) {
         arrays.addColumn(field.column.type().toString(), field.column, field.isPartial,
+                         field.isOwn ? arrays.places() : runs,
                          [&](std::size_t i) { return fields.valueOf(field, entityAt(i), own); });
     }
 }
@@ -91,7 +97,7 @@ void addOwnAttributes(vtkFieldData& data, const QString& owner, const AttributeM
     for (const AttributeColumn& column : columns.sorted()) {
         const ColumnValue value = column.valueOf(attributes.value(column.type(), QVariant()));
         arrays.addColumn(QStringLiteral("%1_%2").arg(owner, column.type().toString()), column,
-                         false, [&](std::size_t) { return &value; });
+                         false, arrays.places(), [&](std::size_t) { return &value; });
     }
 }
 
@@ -134,15 +140,16 @@ void CaseFields::addCellData(vtkFieldData& data, int dimension,
     const MeshFields& fields = fieldsOf(dimension);
     const auto cellAt = [&](std::size_t i) { return cells[i]; };
     FieldArrays arrays(data, cells.size());
-    addIds(arrays, view_.meshEntities(dimension), fields, cellAt);
-    addNames(arrays, fields, cells);
+    const FieldArrays::Runs runs = runsOf(fields, cells.size(), cellAt);
+    addIds(arrays, view_.meshEntities(dimension), fields, runs, cellAt);
+    addNames(arrays, fields, runs, cells);
     addQuality(arrays, view_, dimension, cells);
     for (const TwinSides::Relation& relation : sides_.relations()) {
         arrays.addBytes(relation.name, [&](std::size_t i) {
             return sides_.of(relation, fields.parentOf(cells[i]), dimension, cells[i]);
         });
     }
-    addAttributes(arrays, fields, cellAt);
+    addAttributes(arrays, fields, runs, cellAt);
 }
 
 void CaseFields::addPointData(vtkFieldData& data, const std::vector<int>& vertices)
@@ -150,12 +157,13 @@ void CaseFields::addPointData(vtkFieldData& data, const std::vector<int>& vertic
     const MeshFields& fields = fieldsOf(0);
     const auto vertexAt = [&](std::size_t i) { return static_cast<std::size_t>(vertices[i]); };
     FieldArrays arrays(data, vertices.size());
-    addIds(arrays, view_.meshEntities(0), fields, vertexAt);
+    const FieldArrays::Runs runs = runsOf(fields, vertices.size(), vertexAt);
+    addIds(arrays, view_.meshEntities(0), fields, runs, vertexAt);
     for (const TwinSides::Relation& relation : sides_.relations()) {
         arrays.addBytes(relation.name,
                         [&](std::size_t i) { return relation.ofVertices[vertexAt(i)]; });
     }
-    addAttributes(arrays, fields, vertexAt);
+    addAttributes(arrays, fields, runs, vertexAt);
 }
 
 void CaseFields::addModelTable(vtkFieldData& data, const std::vector<ModelEntity*>& entities)
@@ -177,14 +185,15 @@ void CaseFields::addModelTable(vtkFieldData& data, const std::vector<ModelEntity
     }
     for (const AttributeColumn& column : columns.sorted()) {
         ColumnValue value;
-        arrays.addColumn(kind + column.type().toString(), column, true, [&](std::size_t i) {
+        const auto valueOf = [&](std::size_t i) -> const ColumnValue* {
             const AttributeMap& attributes = entities[i]->attributes();
             if (!attributes.contains(column.type())) {
-                return static_cast<const ColumnValue*>(nullptr);
+                return nullptr;
             }
             value = column.valueOf(attributes.value(column.type(), QVariant()));
-            return static_cast<const ColumnValue*>(&value);
-        });
+            return &value;
+        };
+        arrays.addColumn(kind + column.type().toString(), column, true, arrays.places(), valueOf);
     }
 }
 

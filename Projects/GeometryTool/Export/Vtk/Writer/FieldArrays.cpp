@@ -1,5 +1,7 @@
 #include "FieldArrays.h"
 
+#include <algorithm>
+#include <numeric>
 #include <optional>
 #include <type_traits>
 #include <variant>
@@ -24,6 +26,33 @@ vtkSmartPointer<Array> arrayOf(const QString& name, std::size_t size, int compon
     array->SetNumberOfComponents(components);
     array->SetNumberOfTuples(static_cast<vtkIdType>(size));
     return array;
+}
+
+/// Calls \p action with the first place of each run and the one behind its last.
+template <typename Action>
+void forEachRun(const FieldArrays::Runs& runs, std::size_t size, Action action)
+{
+    for (std::size_t i = 0; i < runs.size(); ++i) {
+        action(runs[i], i + 1 < runs.size() ? runs[i + 1] : size);
+    }
+}
+
+template <typename Array, typename Value>
+void fill(Array& array, std::size_t begin, std::size_t end, const Value& value)
+{
+    auto* const first = array.GetPointer(0);
+    std::fill(first + begin, first + end, value);
+}
+
+template <typename Array, typename Result>
+void addRuns(vtkFieldData& data, const QString& name, std::size_t size,
+             const FieldArrays::Runs& runs, const std::function<Result(std::size_t)>& valueOf)
+{
+    const vtkSmartPointer<Array> array = arrayOf<Array>(name, size);
+    forEachRun(runs, size, [&](std::size_t begin, std::size_t end) {
+        fill(*array, begin, end, valueOf(begin));
+    });
+    data.AddArray(array);
 }
 
 template <typename Array, typename Value, typename Result>
@@ -53,13 +82,16 @@ Numbers numbersFor(const AttributeColumn& column, const QString& name, std::size
     }
 }
 
-void setTuple(Numbers& numbers, vtkIdType place, const std::vector<double>& values)
+void fillTuples(Numbers& numbers, std::size_t begin, std::size_t end,
+                const std::vector<double>& values)
 {
     std::visit(
         [&](auto& array) {
-            auto* target = array->GetPointer(place * static_cast<vtkIdType>(values.size()));
-            for (const double value : values) {
-                *target++ = static_cast<std::remove_reference_t<decltype(*target)>>(value);
+            auto* target = array->GetPointer(static_cast<vtkIdType>(begin * values.size()));
+            using Number = std::remove_reference_t<decltype(*target)>;
+            const std::vector<Number> tuple(values.begin(), values.end());
+            for (std::size_t place = begin; place < end; ++place) {
+                target = std::copy(tuple.begin(), tuple.end(), target);
             }
         },
         numbers);
@@ -94,22 +126,22 @@ public:
         }
     }
 
-    void set(vtkIdType place, const ColumnValue* valueOrNone)
+    void fill(std::size_t begin, std::size_t end, const ColumnValue* valueOrNone)
     {
         const ColumnValue& value = valueOrNone ? *valueOrNone : absent_;
         if (texts_) {
-            texts_->SetValue(place, value.text);
+            GeoTool::fill(*texts_, begin, end, value.text);
         } else {
-            setTuple(*numbers_, place, value.numbers);
+            fillTuples(*numbers_, begin, end, value.numbers);
         }
         if (given_) {
-            given_->SetValue(place, valueOrNone ? 1 : 0);
+            GeoTool::fill(*given_, begin, end, valueOrNone ? 1 : 0);
         }
         if (counts_) {
-            counts_->SetValue(place, value.count);
+            GeoTool::fill(*counts_, begin, end, value.count);
         }
         if (sums_) {
-            sums_->SetValue(place, value.sum);
+            GeoTool::fill(*sums_, begin, end, value.sum);
         }
     }
 
@@ -156,14 +188,34 @@ void FieldArrays::addTexts(const QString& name,
     add<vtkStringArray, std::string>(data_, name, size_, valueOf);
 }
 
+void FieldArrays::addIntegers(const QString& name, const Runs& runs,
+                              const std::function<int(std::size_t)>& valueOf)
+{
+    addRuns<vtkIntArray>(data_, name, size_, runs, valueOf);
+}
+
+void FieldArrays::addTexts(const QString& name, const Runs& runs,
+                           const std::function<std::string(std::size_t)>& valueOf)
+{
+    addRuns<vtkStringArray>(data_, name, size_, runs, valueOf);
+}
+
 void FieldArrays::addColumn(const QString& name, const AttributeColumn& column, bool isPartial,
+                            const Runs& runs,
                             const std::function<const ColumnValue*(std::size_t)>& valueOf)
 {
     ColumnArrays arrays(name, column, isPartial, size_);
-    for (std::size_t i = 0; i < size_; ++i) {
-        arrays.set(static_cast<vtkIdType>(i), valueOf(i));
-    }
+    forEachRun(runs, size_, [&](std::size_t begin, std::size_t end) {
+        arrays.fill(begin, end, valueOf(begin));
+    });
     arrays.addTo(data_);
+}
+
+FieldArrays::Runs FieldArrays::places() const
+{
+    Runs runs(size_);
+    std::iota(runs.begin(), runs.end(), std::size_t(0));
+    return runs;
 }
 
 } // namespace Ovra::GeoTool
