@@ -25,9 +25,9 @@ vtkSmartPointer<vtkUnstructuredGrid> CaseGrid::elements()
     return elements(all, view_.modelEntities(view_.elementDimension()));
 }
 
-std::vector<int> CaseGrid::verticesOf(const Selection& selection) const
+std::vector<int> CaseGrid::verticesOf(const Selection& selection)
 {
-    return GridCells::verticesOf(view_, view_.elementDimension(), selection);
+    return numbers_.verticesOf(view_.elementDimension(), selection);
 }
 
 vtkSmartPointer<vtkPolyData> CaseGrid::faces()
@@ -48,7 +48,7 @@ vtkSmartPointer<vtkUnstructuredGrid> CaseGrid::elements(const Selection& selecti
                                                         const std::vector<ModelEntity*>& of)
 {
     const int dimension = view_.elementDimension();
-    const GridCells cells(view_, dimension, selection);
+    const GridCells cells(view_, dimension, selection, numbers_);
     auto grid = vtkSmartPointer<vtkUnstructuredGrid>::New();
     grid->SetPoints(cells.points());
     grid->SetCells(cells.types(), cells.cells());
@@ -61,7 +61,7 @@ vtkSmartPointer<vtkPolyData> CaseGrid::faces(const Selection& selection,
                                              const std::vector<ModelEntity*>& of)
 {
     const int dimension = view_.faceDimension();
-    const GridCells cells(view_, dimension, selection);
+    const GridCells cells(view_, dimension, selection, numbers_);
     auto surface = vtkSmartPointer<vtkPolyData>::New();
     surface->SetPoints(cells.points());
     if (dimension == 2) {

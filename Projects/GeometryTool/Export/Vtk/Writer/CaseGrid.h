@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CaseFields.h"
+#include "PointNumbers.h"
 
 #include <cstddef>
 #include <vector>
@@ -28,6 +29,7 @@ public:
     explicit CaseGrid(const CaseView& view)
         : view_(view)
         , fields_(view)
+        , numbers_(view)
     {
     }
 
@@ -39,7 +41,7 @@ public:
                                                   const std::vector<Geo::ModelEntity*>& of);
 
     /// \brief The points of elements(selection): positions in CaseView::meshEntities(0).
-    std::vector<int> verticesOf(const Selection& selection) const;
+    std::vector<int> verticesOf(const Selection& selection);
 
     /// \brief The mesh faces that stand on a model face; mesh edges on model edges in a case
     /// without regions.
@@ -52,6 +54,7 @@ public:
 private:
     const CaseView& view_;
     CaseFields fields_;
+    PointNumbers numbers_;
 };
 
 } // namespace Ovra::GeoTool

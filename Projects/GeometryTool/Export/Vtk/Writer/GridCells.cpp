@@ -2,6 +2,7 @@
 
 #include "CaseView.h"
 #include "CellShape.h"
+#include "PointNumbers.h"
 
 #include <limits>
 #include <numeric>
@@ -30,42 +31,21 @@ unsigned char typeOf(int dimension, std::size_t vertexCount)
 
 } // namespace
 
-GridCells::GridCells(const CaseView& view, int dimension, const std::vector<std::size_t>& selection)
+GridCells::GridCells(const CaseView& view, int dimension, const std::vector<std::size_t>& selection,
+                     PointNumbers& numbers)
     : view_(view)
     , dimension_(dimension)
-    , vertices_(verticesOf(view, dimension, selection))
-    , pointOf_(view.meshEntities(0).size())
+    , vertices_(numbers.verticesOf(dimension, selection))
     , cells_(vtkSmartPointer<vtkCellArray>::New())
     , types_(vtkSmartPointer<vtkUnsignedCharArray>::New())
 {
-    for (std::size_t point = 0; point < vertices_.size(); ++point) {
-        pointOf_[static_cast<std::size_t>(vertices_[point])] = static_cast<int>(point);
-    }
+    numbers.number(vertices_);
     const std::size_t corners = cornerCount(selection);
     if (corners <= std::numeric_limits<vtkTypeInt32>::max()) { // half the bytes, mostly
-        fillCells<vtkTypeInt32Array>(selection, corners);
+        fillCells<vtkTypeInt32Array>(selection, numbers, corners);
     } else {
-        fillCells<vtkTypeInt64Array>(selection, corners);
+        fillCells<vtkTypeInt64Array>(selection, numbers, corners);
     }
-}
-
-std::vector<int> GridCells::verticesOf(const CaseView& view, int dimension,
-                                       const std::vector<std::size_t>& selection)
-{
-    std::vector<bool> isUsed(view.meshEntities(0).size());
-    const VertexLists& lists = view.vertexLists(dimension);
-    for (const std::size_t entity : selection) {
-        for (const int vertex : lists.of(entity)) {
-            isUsed[static_cast<std::size_t>(vertex)] = true;
-        }
-    }
-    std::vector<int> vertices;
-    for (std::size_t vertex = 0; vertex < isUsed.size(); ++vertex) {
-        if (isUsed[vertex]) {
-            vertices.push_back(static_cast<int>(vertex));
-        }
-    }
-    return vertices;
 }
 
 vtkSmartPointer<vtkPoints> GridCells::points() const
@@ -95,7 +75,8 @@ std::size_t GridCells::cornerCount(const std::vector<std::size_t>& selection) co
 }
 
 template <typename Array>
-void GridCells::fillCells(const std::vector<std::size_t>& selection, std::size_t corners)
+void GridCells::fillCells(const std::vector<std::size_t>& selection, const PointNumbers& numbers,
+                          std::size_t corners)
 {
     const VertexLists& lists = view_.vertexLists(dimension_);
     const auto offsets = vtkSmartPointer<Array>::New();
@@ -110,19 +91,20 @@ void GridCells::fillCells(const std::vector<std::size_t>& selection, std::size_t
         const std::span<const int> vertices = lists.of(entity);
         types_->SetValue(cell, typeOf(dimension_, vertices.size()));
         offsets->SetValue(cell++, static_cast<typename Array::ValueType>(place - begin));
-        place = fillCell(vertices, place);
+        place = fillCell(vertices, numbers, place);
     }
     offsets->SetValue(cell, static_cast<typename Array::ValueType>(place - begin));
     cells_->SetData(offsets, connectivity);
 }
 
 template <typename Number>
-Number* GridCells::fillCell(std::span<const int> vertices, Number* place) const
+Number* GridCells::fillCell(std::span<const int> vertices, const PointNumbers& numbers,
+                            Number* place) const
 {
     const CellShape* const shape = CellShape::find(dimension_, static_cast<int>(vertices.size()));
     for (std::size_t i = 0; i < vertices.size(); ++i) {
         const int vertex = vertices[shape ? static_cast<std::size_t>(shape->order[i]) : i];
-        *place++ = static_cast<Number>(pointOf_[static_cast<std::size_t>(vertex)]);
+        *place++ = static_cast<Number>(numbers.of(vertex));
     }
     return place;
 }

@@ -14,17 +14,16 @@ namespace Ovra::GeoTool
 {
 
 class CaseView;
+class PointNumbers;
 
 /// \brief Points and cells of some mesh entities of one dimension, as VTK has them.
 class GridCells
 {
 public:
     /// \param selection positions in CaseView::meshEntities(dimension)
-    GridCells(const CaseView& view, int dimension, const std::vector<std::size_t>& selection);
-
-    /// \brief The vertices of some mesh entities, ascending: positions in CaseView::meshEntities(0).
-    static std::vector<int> verticesOf(const CaseView& view, int dimension,
-                                       const std::vector<std::size_t>& selection);
+    /// \param numbers of the same view
+    GridCells(const CaseView& view, int dimension, const std::vector<std::size_t>& selection,
+              PointNumbers& numbers);
 
     vtkSmartPointer<vtkPoints> points() const;
     vtkSmartPointer<vtkCellArray> cells() const { return cells_; }
@@ -36,14 +35,15 @@ public:
 private:
     std::size_t cornerCount(const std::vector<std::size_t>& selection) const;
     template <typename Array>
-    void fillCells(const std::vector<std::size_t>& selection, std::size_t corners);
+    void fillCells(const std::vector<std::size_t>& selection, const PointNumbers& numbers,
+                   std::size_t corners);
     template <typename Number>
-    Number* fillCell(std::span<const int> vertices, Number* place) const;
+    Number* fillCell(std::span<const int> vertices, const PointNumbers& numbers,
+                     Number* place) const;
 
     const CaseView& view_;
     int dimension_;
     std::vector<int> vertices_;
-    std::vector<int> pointOf_; ///< by position of the vertex, where it is a point
     vtkSmartPointer<vtkCellArray> cells_;
     vtkSmartPointer<vtkUnsignedCharArray> types_;
 };

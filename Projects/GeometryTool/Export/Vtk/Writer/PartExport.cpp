@@ -97,8 +97,7 @@ vtkSmartPointer<vtkUnstructuredGrid> PartExport::pieceOf(int part)
     return piece;
 }
 
-void PartExport::addPart(vtkUnstructuredGrid& piece, int part,
-                         const CaseGrid::Selection& cells) const
+void PartExport::addPart(vtkUnstructuredGrid& piece, int part, const CaseGrid::Selection& cells)
 {
     FieldArrays cellArrays(*piece.GetCellData(), cells.size());
     cellArrays.addIntegers(QStringLiteral("part"),

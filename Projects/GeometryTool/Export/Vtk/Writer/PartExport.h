@@ -28,7 +28,7 @@ public:
 
 private:
     vtkSmartPointer<vtkUnstructuredGrid> pieceOf(int part);
-    void addPart(vtkUnstructuredGrid& piece, int part, const CaseGrid::Selection& cells) const;
+    void addPart(vtkUnstructuredGrid& piece, int part, const CaseGrid::Selection& cells);
     void writeIndex(vtkUnstructuredGrid& piece, const QStringList& files) const;
 
     const ExportJob& job_;
