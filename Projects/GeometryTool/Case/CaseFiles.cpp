@@ -31,6 +31,7 @@ const QString meshSuffix = QStringLiteral(".geo_mesh");
 constexpr int oldestHeaderVersion = 10;
 constexpr int latestHeaderVersion = 14;
 constexpr int headerSize = 16;
+constexpr int oldHeaderSize = 12; // without the format
 constexpr int streamVersion = 12;
 
 QString withoutSuffix(const QString& name)
@@ -101,6 +102,7 @@ FileFacts readHeader(InputFile& file, const QString& kind, int formatCount)
     qint32 fourth = 0;
     stream >> first >> second >> third >> fourth;
     facts.oldHeader = first >= oldestHeaderVersion && first <= latestHeaderVersion;
+    facts.headerSize = facts.oldHeader ? oldHeaderSize : headerSize;
     facts.format = facts.oldHeader ? 1 : first;
     facts.version =
         facts.oldHeader ? Version(first, second, third) : Version(second, third, fourth);
@@ -168,15 +170,26 @@ void requireOneCase(const CaseFiles& files)
     }
 }
 
+/// What Mesh::read() does behind the header, but for the upward lists, which it makes in the end.
+void readWithoutUpwardLists(Database& database, QDataStream& stream, const FileFacts& facts)
+{
+    stream.skipRawData(facts.headerSize);
+    stream.setVersion(streamVersion);
+    const auto format = static_cast<MeshSerializer::Format>(facts.format);
+    const std::unique_ptr<MeshSerializer> serializer(
+        MeshSerializer::create(format, database.model(), database.mesh()));
+    serializer->read(stream);
+}
+
 /// Reads a Model or a Mesh behind the checks that both kinds of file share.
-template <typename Container>
+template <typename Container, typename Read>
 FileFacts readInto(Container& container, InputFile& file, const QString& kind, int formatCount,
-                   Progress& progress)
+                   Progress& progress, Read read)
 {
     progress.phase(QStringLiteral("reading ") + fileName(file.path()));
     FileFacts facts = readHeader(file, kind, formatCount);
     QDataStream stream(&file);
-    container.read(stream);
+    read(stream, facts);
     requireSound(stream, facts, whereabouts(container, kind));
     facts.trailingBytes = facts.size - file.pos();
     settleTrailingBytes(container, facts, kind, progress);
@@ -254,16 +267,25 @@ QString CaseFiles::meshPath() const
     return name_ + meshSuffix;
 }
 
-void CaseFiles::load(Database& database, Progress& progress)
+void CaseFiles::load(Database& database, Progress& progress, UpwardLists lists)
 {
     requireOneCase(*this);
     InputFile modelFile(modelPath(), progress);
     InputFile meshFile(meshPath(), progress);
     modelFile.openOrThrow(); // both before the first is read, which may take long
     meshFile.openOrThrow();
-    modelFacts_ = readInto(*database.model(), modelFile, QStringLiteral("model"), 1, progress);
+    modelFacts_ = readInto(
+        *database.model(), modelFile, QStringLiteral("model"), 1, progress,
+        [&database](QDataStream& stream, const FileFacts&) { database.model()->read(stream); });
     meshFacts_ =
-        readInto(*database.mesh(), meshFile, QStringLiteral("mesh"), LatestMeshFormat, progress);
+        readInto(*database.mesh(), meshFile, QStringLiteral("mesh"), LatestMeshFormat, progress,
+                 [&database, lists](QDataStream& stream, const FileFacts& facts) {
+                     if (lists == UpwardLists::Made) {
+                         database.mesh()->read(stream);
+                     } else {
+                         readWithoutUpwardLists(database, stream, facts);
+                     }
+                 });
 }
 
 void CaseFiles::save(Database& database, Progress& progress, MeshSerializer::Format meshFormat,

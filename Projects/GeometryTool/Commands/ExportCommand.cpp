@@ -41,10 +41,7 @@ const ExportFormat& namedFormat(const std::string& text)
 const ExportFormat& formatOf(const Options& options)
 {
     const QString output = QString::fromStdString(options.output);
-    const ExportFormat& format =
-        options.format ? namedFormat(*options.format) : ExportFormat::ofFile(output);
-    format.require();
-    return format;
+    return options.format ? namedFormat(*options.format) : ExportFormat::ofFile(output);
 }
 
 void requireSeekable(const ExportFormat& format, const QString& output)
@@ -120,6 +117,7 @@ void requireOutput(const ExportFormat& format, const QString& output, const QStr
 void run(const Options& options, Progress& progress)
 {
     const ExportFormat& named = formatOf(options); // wrong arguments are told before a long load
+    const ModuleLoading module = named.require();
     requireSeekable(named, QString::fromStdString(options.output));
     requireParts(named, options.job);
     requireZones(named, options.job);
@@ -127,7 +125,9 @@ void run(const Options& options, Progress& progress)
         targetOf(named, QString::fromStdString(options.output), options.job.parts);
     CaseFiles source(QString::fromStdString(options.name));
     requireOutput(format, output, source.paths());
-    const CaseDatabase& database = loadLastingly(source, progress);
+    const CaseDatabase& database = loadLastingly(
+        source, progress,
+        format.needsUpwardLists ? CaseFiles::UpwardLists::Made : CaseFiles::UpwardLists::LeftOut);
     if (OutputFiles::isStandardOutput(output)) {
         progress.giveWay();
     }

@@ -1,6 +1,5 @@
 #include "LastingCase.h"
 
-#include "CaseFiles.h"
 #include "FreedMemory.h"
 
 #include <memory>
@@ -20,11 +19,11 @@ CaseDatabase& lastingDatabase()
 
 } // namespace
 
-CaseDatabase& loadLastingly(CaseFiles& files, Progress& progress)
+CaseDatabase& loadLastingly(CaseFiles& files, Progress& progress, CaseFiles::UpwardLists lists)
 {
     keepFreedMemory();
     CaseDatabase& database = lastingDatabase();
-    files.load(database, progress);
+    files.load(database, progress, lists);
     return database;
 }
 

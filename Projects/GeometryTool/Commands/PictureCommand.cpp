@@ -62,7 +62,7 @@ PictureOptions pictureOptions(const Options& options)
     return picture;
 }
 
-QByteArray drawn(const PictureModule& module, const PictureOptions& options, CaseFiles& source,
+QByteArray drawn(PictureModule& module, const PictureOptions& options, CaseFiles& source,
                  Progress& progress)
 {
     const CaseDatabase& database = loadLastingly(source, progress);
@@ -88,7 +88,7 @@ void run(const Options& options, Progress& progress)
     OutputCheck::requireFile(output, source.paths());
     OutputCheck::requireSuffix(output, {QStringLiteral(".png")});
     OutputCheck::requireNoTerminal(output);
-    const PictureModule module;
+    PictureModule module;
     const QByteArray bytes = drawn(module, picture, source, progress);
     OutputFiles files;
     files.add(output).write(bytes);

@@ -38,8 +38,17 @@ HostModule::HostModule(const QString& fileName, const QString& purpose, const QS
 {
 }
 
+ModuleLoading HostModule::load()
+{
+    loading_ = std::async(std::launch::async | std::launch::deferred, [this] { library_.load(); });
+    return ModuleLoading(loading_);
+}
+
 QFunctionPointer HostModule::resolve(const char* name)
 {
+    if (loading_.valid()) {
+        loading_.wait(); // the thread is gone then, which a copy of this process would lack
+    }
     const QFunctionPointer found = library_.resolve(name);
     if (!found) {
         throw ToolError(

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ModuleLoading.h"
+
 #include <QLibrary>
 #include <QString>
 
@@ -20,6 +22,9 @@ public:
     /// \param option   of the build, by which there is one, "OVRA_WITH_VTK"
     HostModule(const QString& fileName, const QString& purpose, const QString& option);
 
+    /// \brief Begins to load it, beside whatever is done meanwhile.
+    ModuleLoading load();
+
     /// \brief A function of the module, which stays loaded to the end of the program; throws
     /// ToolError Usage if it has none of that name.
     template <typename Signature>
@@ -32,6 +37,7 @@ private:
     QFunctionPointer resolve(const char* name);
 
     QLibrary library_;
+    std::shared_future<void> loading_; ///< invalid while load() has not been called
 };
 
 } // namespace Ovra::GeoTool

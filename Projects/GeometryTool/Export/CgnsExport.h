@@ -1,12 +1,14 @@
 #pragma once
 
+#include "ModuleLoading.h"
+
 namespace Ovra::GeoTool
 {
 
 struct ExportJob;
 
-/// \brief Throws ToolError if this build has no CGNS.
-void requireCgns();
+/// \brief Begins to load what writes CGNS files; throws ToolError if this build has none of it.
+[[nodiscard]] ModuleLoading requireCgns();
 
 /// \brief Writes a case as unstructured zones, one for each region or one for all, with boundary
 /// conditions and connectivity.

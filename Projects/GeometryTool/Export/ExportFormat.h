@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ModuleLoading.h"
+
 #include <QString>
 
 #include <vector>
@@ -23,10 +25,12 @@ struct ExportFormat
     QString description;
     Content content = Content::Binary;
     QString partsSuffix; ///< of the format in which it is written in parts; empty if in none
-    void (*require)() = nullptr; ///< throws ToolError where this build cannot write it
+    ModuleLoading (*require)() =
+        nullptr; ///< begins to load what writes it; throws ToolError where this build has none
     void (*write)(const ExportJob& job) = nullptr;
-    bool hasAttributes = false; ///< an attributes file stands beside it
-    bool hasFolder = false;     ///< it refers to files in a PieceFolder beside it
+    bool hasAttributes = false;    ///< an attributes file stands beside it
+    bool hasFolder = false;        ///< it refers to files in a PieceFolder beside it
+    bool needsUpwardLists = false; ///< it tells what lies on both sides of a mesh face
 
     /// \brief All formats, in the order in which the help lists them.
     static const std::vector<ExportFormat>& all();

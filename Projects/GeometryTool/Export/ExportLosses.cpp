@@ -36,7 +36,8 @@ std::ptrdiff_t strayCount(const std::vector<MeshEntity*>& entities, int dimensio
 bool hasAttributes(MeshEntity* entity)
 {
     const AttributeMap& attributes = entity->attributes();
-    return attributes.count() > (attributes.contains(AttributeType::ShellVertex) ? 1 : 0);
+    return !attributes.isEmpty() &&
+           attributes.count() > (attributes.contains(AttributeType::ShellVertex) ? 1 : 0);
 }
 
 } // namespace

@@ -1,12 +1,14 @@
 #pragma once
 
+#include "ModuleLoading.h"
+
 namespace Ovra::GeoTool
 {
 
 struct ExportJob;
 
-/// \brief Throws ToolError if this build does not write what Gmsh does.
-void requireGmsh();
+/// \brief Begins to load what writes the files of Gmsh; throws ToolError if this build has none of it.
+[[nodiscard]] ModuleLoading requireGmsh();
 
 /// \brief Writes a case by way of Gmsh, in the GmshFormat of the job's suffix, and beside it the
 /// attributes file that gives an import what the format cannot hold.

@@ -1,12 +1,14 @@
 #pragma once
 
+#include "ModuleLoading.h"
+
 namespace Ovra::GeoTool
 {
 
 struct ExportJob;
 
-/// \brief Throws ToolError if this build has no VTK.
-void requireVtk();
+/// \brief Begins to load what writes the files of VTK; throws ToolError if this build has none of it.
+[[nodiscard]] ModuleLoading requireVtk();
 
 /// \brief Writes the elements as an unstructured grid.
 void writeVtu(const ExportJob& job);

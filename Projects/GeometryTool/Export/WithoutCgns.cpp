@@ -4,14 +4,14 @@
 namespace Ovra::GeoTool
 {
 
-void requireCgns()
+ModuleLoading requireCgns()
 {
     throw missingFeature(QStringLiteral("CGNS"), QStringLiteral("OVRA_WITH_CGNS"));
 }
 
 void writeCgns(const ExportJob&)
 {
-    requireCgns();
+    static_cast<void>(requireCgns());
 }
 
 } // namespace Ovra::GeoTool

@@ -4,14 +4,14 @@
 namespace Ovra::GeoTool
 {
 
-void requireGmsh()
+ModuleLoading requireGmsh()
 {
     throw missingFeature(QStringLiteral("Gmsh"), QStringLiteral("OVRA_WITH_GMSH"));
 }
 
 void writeGmsh(const ExportJob&)
 {
-    requireGmsh();
+    static_cast<void>(requireGmsh());
 }
 
 } // namespace Ovra::GeoTool

@@ -4,29 +4,29 @@
 namespace Ovra::GeoTool
 {
 
-void requireVtk()
+ModuleLoading requireVtk()
 {
     throw missingFeature(QStringLiteral("VTK"), QStringLiteral("OVRA_WITH_VTK"));
 }
 
 void writeVtu(const ExportJob&)
 {
-    requireVtk();
+    static_cast<void>(requireVtk());
 }
 
 void writePvtu(const ExportJob&)
 {
-    requireVtk();
+    static_cast<void>(requireVtk());
 }
 
 void writeVtp(const ExportJob&)
 {
-    requireVtk();
+    static_cast<void>(requireVtk());
 }
 
 void writeVtm(const ExportJob&)
 {
-    requireVtk();
+    static_cast<void>(requireVtk());
 }
 
 } // namespace Ovra::GeoTool

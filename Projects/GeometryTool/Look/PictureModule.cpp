@@ -1,6 +1,5 @@
 #include "PictureModule.h"
 
-#include "HostModule.h"
 #include "PictureData.h"
 #include "ToolError.h"
 
@@ -8,16 +7,16 @@ namespace Ovra::GeoTool
 {
 
 PictureModule::PictureModule()
-    : draw_(HostModule(QStringLiteral("ovrageo-picture.so"), QStringLiteral("draws pictures"),
-                       QStringLiteral("OVRA_WITH_VTK"))
-                .function<void()>("ovrageo_draw"))
+    : module_(QStringLiteral("ovrageo-picture.so"), QStringLiteral("draws pictures"),
+              QStringLiteral("OVRA_WITH_VTK"))
+    , loading_(module_.load())
 {
 }
 
-QByteArray PictureModule::draw(const PictureData& data) const
+QByteArray PictureModule::draw(const PictureData& data)
 {
     PictureAnswer answer;
-    reinterpret_cast<DrawPicture>(draw_)(data, answer);
+    module_.function<std::remove_pointer_t<DrawPicture>>("ovrageo_draw")(data, answer);
     if (!answer.error.empty()) {
         throw ToolError(
             ExitCode::InternalError,

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "HostModule.h"
+
 #include <QByteArray>
 
 namespace Ovra::GeoTool
@@ -7,19 +9,22 @@ namespace Ovra::GeoTool
 
 struct PictureData;
 
-/// \brief The library that draws pictures, with VTK; it is loaded when the first one is wanted.
+/// \brief The library that draws pictures, with VTK; it is loaded beside what is done before the
+/// first one is wanted.
 class PictureModule
 {
 public:
-    /// \brief Loads it from beside this program, or from where it is installed; throws ToolError
+    /// \brief Begins to load it from beside this program, or from where it is installed; throws ToolError
     /// Usage where there is none.
     PictureModule();
 
-    /// \brief The bytes of a PNG file; throws ToolError InternalError where drawing does not work.
-    QByteArray draw(const PictureData& data) const;
+    /// \brief The bytes of a PNG file; throws ToolError InternalError where drawing does not work, and
+    /// Usage where the library cannot be loaded.
+    QByteArray draw(const PictureData& data);
 
 private:
-    void (*draw_)() = nullptr;
+    HostModule module_;
+    ModuleLoading loading_;
 };
 
 } // namespace Ovra::GeoTool

@@ -97,6 +97,23 @@ private slots:
         QVERIFY(QDir(directory_.path()).entryList({"new*"}).isEmpty());
     }
 
+    /// It is loaded beside the reading of the case, and what is wrong is told all the same.
+    void tellsOfABrokenModule()
+    {
+        QVERIFY(QDir(directory_.path()).mkdir("modules"));
+        QVERIFY(writeContent(path("modules/ovrageo-vtk.so"), "no library"));
+        QProcess process;
+        process.start(path("ovrageo"), {"export", path("tiny"), "-o", path("new.vtu")});
+        QVERIFY(process.waitForFinished(-1));
+        QCOMPARE(process.exitCode(), 2);
+        const QByteArray errors = process.readAllStandardError();
+        if (!errors.contains("was built without VTK")) {
+            QVERIFY2(errors.startsWith("ovrageo: error: cannot load "), errors.constData());
+            QVERIFY2(errors.contains("modules/ovrageo-vtk.so: "), errors.constData());
+        }
+        QVERIFY(QDir(directory_.path()).entryList({"new*"}).isEmpty());
+    }
+
 private:
     QString path(const char* name) const { return directory_.filePath(QLatin1String(name)); }
 

@@ -17,9 +17,9 @@ HostModule& cgnsModule()
 
 } // namespace
 
-void requireCgns()
+ModuleLoading requireCgns()
 {
-    cgnsModule();
+    return cgnsModule().load();
 }
 
 void writeCgns(const ExportJob& job)

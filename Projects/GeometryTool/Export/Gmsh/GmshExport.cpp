@@ -18,9 +18,9 @@ HostModule& gmshModule()
 
 } // namespace
 
-void requireGmsh()
+ModuleLoading requireGmsh()
 {
-    gmshModule();
+    return gmshModule().load();
 }
 
 void writeGmsh(const ExportJob& job)

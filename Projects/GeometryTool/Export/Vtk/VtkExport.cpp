@@ -25,9 +25,9 @@ void write(const char* function, const ExportJob& job)
 
 } // namespace
 
-void requireVtk()
+ModuleLoading requireVtk()
 {
-    vtkModule();
+    return vtkModule().load();
 }
 
 void writeVtu(const ExportJob& job)

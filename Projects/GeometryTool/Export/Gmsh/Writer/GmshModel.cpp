@@ -36,27 +36,23 @@ int gmshType(int dimension, std::size_t vertices)
 }
 
 template <typename Entity>
-void requireIds(const std::vector<Entity*>& entities)
+void requireId(const Entity& entity)
 {
-    for (const Entity* entity : entities) {
-        if (entity->id() < 1 || entity->id() > highestId) {
-            throw ToolError(ExitCode::Unsuitable,
-                            QStringLiteral("%1: Gmsh takes numbers from 1 to %2; renumber the case")
-                                .arg(nameOf(*entity))
-                                .arg(highestId));
-        }
+    if (entity.id() < 1 || entity.id() > highestId) {
+        throw ToolError(ExitCode::Unsuitable,
+                        QStringLiteral("%1: Gmsh takes numbers from 1 to %2; renumber the case")
+                            .arg(nameOf(entity))
+                            .arg(highestId));
     }
 }
 
-void requireKinds(const std::vector<MeshEntity*>& entities, int dimension)
+void requireKind(const MeshEntity& entity, int dimension)
 {
-    for (const MeshEntity* entity : entities) {
-        if (!ElementTopology::find(dimension, entity->adjacencyCount(0))) {
-            throw ToolError(ExitCode::Unsuitable,
-                            QStringLiteral("%1 is no element: it has %2")
-                                .arg(nameOf(*entity))
-                                .arg(counted(entity->adjacencyCount(0), QStringLiteral("vertex"))));
-        }
+    if (!ElementTopology::find(dimension, entity.adjacencyCount(0))) {
+        throw ToolError(ExitCode::Unsuitable,
+                        QStringLiteral("%1 is no element: it has %2")
+                            .arg(nameOf(entity))
+                            .arg(counted(entity.adjacencyCount(0), QStringLiteral("vertex"))));
     }
 }
 
@@ -87,12 +83,20 @@ std::vector<int> boundaryOf(const ModelEntity& entity)
 void GmshModel::requireFit(const CaseView& view)
 {
     for (int d = 0; d <= view.elementDimension(); ++d) {
-        requireIds(view.modelEntities(d));
+        for (const ModelEntity* entity : view.modelEntities(d)) {
+            requireId(*entity);
+        }
     }
-    requireIds(view.meshEntities(0));
-    requireIds(view.meshEntities(view.elementDimension()));
+    for (const MeshEntity* vertex : view.meshEntities(0)) {
+        requireId(*vertex);
+    }
     for (int d = 1; d <= view.elementDimension(); ++d) {
-        requireKinds(view.meshEntities(d), d);
+        for (const MeshEntity* entity : view.meshEntities(d)) {
+            if (d == view.elementDimension()) {
+                requireId(*entity);
+            }
+            requireKind(*entity, d);
+        }
     }
 }
 
@@ -123,7 +127,8 @@ void GmshModel::make()
         addEntities(d);
     }
     std::vector<int>& regions = entities_.at(static_cast<std::size_t>(highest));
-    if (hasStrays(highest) || regions.empty()) {
+    const std::vector<int> positions = positionsOf(highest);
+    if (regions.empty() || std::find(positions.begin(), positions.end(), -1) != positions.end()) {
         strayEntity_ = gmsh::model::addDiscreteEntity(highest);
         regions.push_back(strayEntity_);
     }
@@ -135,7 +140,7 @@ void GmshModel::make()
     }
     for (int d = 1; d <= highest; ++d) {
         addNodes(vertices, dimensionUnder(d));
-        addElements(d);
+        addElements(d, d < highest ? positionsOf(d) : positions);
     }
     addNodes(vertices, 3);
     addGroups();
@@ -158,12 +163,21 @@ int GmshModel::positionOf(const MeshEntity& entity, int dimension) const
                : -1;
 }
 
-bool GmshModel::hasStrays(int dimension) const
+/// \brief The same of all mesh entities of the dimension.
+std::vector<int> GmshModel::positionsOf(int dimension) const
 {
-    const std::vector<MeshEntity*>& elements = view_.meshEntities(dimension);
-    return std::any_of(elements.begin(), elements.end(), [this, dimension](const MeshEntity* each) {
-        return positionOf(*each, dimension) < 0;
-    });
+    std::vector<int> positions;
+    positions.reserve(view_.meshEntities(dimension).size());
+    const ModelEntity* last = nullptr; // neighbours mostly stand on the same
+    for (const MeshEntity* entity : view_.meshEntities(dimension)) {
+        if (positions.empty() || entity->parent() != last) {
+            last = entity->parent();
+            positions.push_back(positionOf(*entity, dimension));
+        } else {
+            positions.push_back(positions.back());
+        }
+    }
+    return positions;
 }
 
 /// \brief Dimension of the entity whose node a vertex is: what stands nowhere is one of the last region.
@@ -254,16 +268,15 @@ void GmshModel::addPoints()
     }
 }
 
-void GmshModel::addElements(int dimension)
+/// \param positions those of positionsOf(dimension)
+void GmshModel::addElements(int dimension, const std::vector<int>& positions)
 {
-    const std::vector<MeshEntity*>& elements = view_.meshEntities(dimension);
     const std::vector<int>& entities = entities_.at(static_cast<std::size_t>(dimension));
     const bool isHighest = dimension == view_.elementDimension();
     const Buckets<int> byEntity(entities.size(), [&](auto add) {
-        for (std::size_t i = 0; i < elements.size(); ++i) {
-            const int position = positionOf(*elements[i], dimension);
-            if (position >= 0 || isHighest) {
-                add(position < 0 ? entities.size() - 1 : static_cast<std::size_t>(position),
+        for (std::size_t i = 0; i < positions.size(); ++i) {
+            if (positions[i] >= 0 || isHighest) {
+                add(positions[i] < 0 ? entities.size() - 1 : static_cast<std::size_t>(positions[i]),
                     static_cast<int>(i));
             }
         }

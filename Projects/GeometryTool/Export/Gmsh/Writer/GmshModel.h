@@ -46,11 +46,11 @@ private:
     void addNodes(const Buckets<int>& byEntity, int highest);
     void addNodesOf(int dimension, int entity, std::span<const int> vertices) const;
     void addPoints();
-    void addElements(int dimension);
+    void addElements(int dimension, const std::vector<int>& positions);
     void addElementsOf(int dimension, int entity, std::span<const int> elements);
     void addGroups() const;
 
-    bool hasStrays(int dimension) const;
+    std::vector<int> positionsOf(int dimension) const;
     int positionOf(const Geo::MeshEntity& entity, int dimension) const;
     std::vector<std::size_t> tagsOf(int dimension, std::span<const int> elements);
 

@@ -75,6 +75,14 @@ void writeAttributes(const ExportJob& job, const GmshFormat& format, const Group
     }
 }
 
+void writeBeside(const ExportJob& job, const GmshFormat& format, const GroupNames& names)
+{
+    tellLosses(job, format);
+    if (format.comesBack() && !isStream(job.path)) {
+        writeAttributes(job, format, names);
+    }
+}
+
 /// \brief Makes the case Gmsh's and writes it to a name that tells the format.
 void writeHere(const CaseView& view, const GmshFormat& format, const GroupNames& names,
                const std::string& path)
@@ -117,7 +125,11 @@ void writeMesh(const ExportJob& job, const GmshFormat& format, const GroupNames&
             showWriting(job);
             writeHere(job.view, format, names, name.nameInCurrentDirectory());
         },
-        [&] { pipe.drainInto(file); });
+        [&] {
+            writeBeside(job, format,
+                        names); // which takes less time than Gmsh does to begin writing
+            pipe.drainInto(file);
+        });
 }
 
 } // namespace
@@ -128,10 +140,5 @@ extern "C" __attribute__((visibility("default"))) void ovrageo_write_gmsh(const 
     GmshModel::requireFit(job.view);
     requireKinds(job, format);
     showWriting(job);
-    tellLosses(job, format);
-    const GroupNames names(job.view, format);
-    if (format.comesBack() && !isStream(job.path)) {
-        writeAttributes(job, format, names);
-    }
-    writeMesh(job, format, names);
+    writeMesh(job, format, GroupNames(job.view, format));
 }
