@@ -82,10 +82,15 @@ BlockExport::Children BlockExport::childrenOf(int dimension) const
 {
     Children children;
     const std::vector<MeshEntity*>& entities = job_.view.meshEntities(dimension);
+    CaseGrid::Selection* last = nullptr; // neighbours mostly stand on the same
     for (std::size_t i = 0; i < entities.size(); ++i) {
         const ModelEntity* const parent = entities[i]->parent();
-        if (parent && parent->dimension() == dimension) {
-            children[parent].push_back(i);
+        if (i == 0 || parent != entities[i - 1]->parent()) {
+            const bool isOwn = parent && parent->dimension() == dimension;
+            last = isOwn ? &children[parent] : nullptr;
+        }
+        if (last) {
+            last->push_back(i);
         }
     }
     return children;
