@@ -62,8 +62,9 @@ public:
     ///
     /// Throws ToolError: InputMissing for a file that is missing or cannot be opened, InputDamaged
     /// for one that is truncated, of another kind, or names entities that do not exist; \p database
-    /// is then in no defined state. Without upward lists the mesh has no version either. Bytes behind the end of a file's content are a warning, unless
-    /// the content is empty: then they are damage.
+    /// is then in no defined state. Bytes behind the end of a file's content are a warning, unless
+    /// the content is empty: then they are damage. Without upward lists the mesh has no version
+    /// either.
     void load(Geo::Database& database, Progress& progress, UpwardLists lists = UpwardLists::Made);
 
     /// \brief Facts of the files that load() has read.

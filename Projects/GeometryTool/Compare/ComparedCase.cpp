@@ -1,5 +1,6 @@
 #include "ComparedCase.h"
 
+#include "MeanPlace.h"
 #include "MeshEntity.h"
 #include "ModelEntity.h"
 
@@ -83,10 +84,10 @@ AttributeMap& ComparedCase::attributes(Owner owner, int dimension, int position)
                                  : meshEntity(dimension, position).attributes();
 }
 
-Vector ComparedCase::placeOf(Owner owner, int dimension, int position) const
+std::optional<Vector> ComparedCase::placeOf(Owner owner, int dimension, int position) const
 {
     return owner == Owner::Model ? modelEntity(dimension, position).centroid()
-                                 : meshEntity(dimension, position).centroid();
+                                 : meanPlaceOf(meshEntity(dimension, position));
 }
 
 std::span<const int> ComparedCase::vertices(int dimension, int position) const

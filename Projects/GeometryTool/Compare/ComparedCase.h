@@ -50,8 +50,8 @@ public:
     Geo::MeshEntity& meshEntity(int dimension, int position) const;
     Geo::AttributeMap& attributes(Owner owner, int dimension, int position) const;
 
-    /// \brief Mean of the vertices of a mesh entity, stored centroid of one of the model.
-    Geo::Vector placeOf(Owner owner, int dimension, int position) const;
+    /// \brief Mean of the vertices of a mesh entity, none without any; stored centroid of one of the model.
+    std::optional<Geo::Vector> placeOf(Owner owner, int dimension, int position) const;
 
     /// \brief The vertices of a mesh entity by their positions, in its order.
     std::span<const int> vertices(int dimension, int position) const;

@@ -49,6 +49,7 @@ GmshFormat unv()
     format.groupsAll = false;
     format.hasMaterialGroups = true;
     format.missingKinds = {5};
+    format.highestNumber = 999999999; // in 10 columns, the first of which parts it from the last
     return format;
 }
 
@@ -82,6 +83,7 @@ GmshFormat nastran(const QString& suffix)
     format.lowestDimension = 1;
     format.names = Names::Lost;
     format.groupsAll = false;
+    format.highestNumber = 99999999; // in 8 columns
     return format;
 }
 

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -49,6 +50,8 @@ struct GmshFormat
     std::vector<int> missingKinds; ///< of solids that Gmsh does not write to it, by their vertices
     bool hasRegions = true;        ///< tells the elements of one region from those of another
     bool hasEmptyRegions = false;
+    /// Of nodes, elements and entities: columns of a fixed width have no room for more digits.
+    int highestNumber = std::numeric_limits<int>::max();
     Numbers numbers = Numbers::Kept;
     Names names = Names::Kept;
     NameRule nameRule = {};

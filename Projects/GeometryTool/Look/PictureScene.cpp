@@ -4,6 +4,7 @@
 #include "CaseFindings.h"
 #include "CaseView.h"
 #include "Counted.h"
+#include "ElementTopology.h"
 #include "EntityNames.h"
 #include "EntityTitle.h"
 #include "Mesh.h"
@@ -298,7 +299,8 @@ void PictureScene::addSections()
     const VertexLists& lists = view_.vertexLists(3);
     for (std::size_t i = 0; i < lists.size(); ++i) {
         const auto vertices = lists.of(i);
-        if (isCut(vertices) && surface_.isDrawable(vertices)) {
+        const bool isOfKnownKind = ElementTopology::find(3, static_cast<int>(vertices.size()));
+        if (isOfKnownKind && isCut(vertices) && surface_.isDrawable(vertices)) {
             const ModelEntity* const body = view_.meshEntities(3)[i]->parent();
             auto& [owner, section] = sections[body ? body->id() : 0];
             owner = body;

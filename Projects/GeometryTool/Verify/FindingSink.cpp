@@ -1,5 +1,6 @@
 #include "FindingSink.h"
 
+#include "MeanPlace.h"
 #include "MeshEntity.h"
 #include "ModelEntity.h"
 
@@ -8,27 +9,6 @@ namespace Ovra::GeoTool
 
 using namespace Ovra::Geo;
 
-namespace
-{
-
-/// MeshEntity::centroid() wants the vertex number of a known kind; a broken element may have any.
-std::optional<Vector> middleOf(const MeshEntity& entity)
-{
-    if (entity.dimension() == 0) {
-        return entity.centroid();
-    }
-    if (entity.adjacencyCount(0) == 0) {
-        return std::nullopt;
-    }
-    Vector sum;
-    for (int i = 0; i < entity.adjacencyCount(0); ++i) {
-        sum += entity.adjacencyAt(0, i)->centroid();
-    }
-    return sum / static_cast<double>(entity.adjacencyCount(0));
-}
-
-} // namespace
-
 void FindingSink::add(FindingKind kind, const ModelEntity& entity, const Text& text)
 {
     add(kind, EntityName(entity), entity.centroid(), text);
@@ -36,7 +16,7 @@ void FindingSink::add(FindingKind kind, const ModelEntity& entity, const Text& t
 
 void FindingSink::add(FindingKind kind, const MeshEntity& entity, const Text& text)
 {
-    add(kind, EntityName(entity), middleOf(entity), text);
+    add(kind, EntityName(entity), meanPlaceOf(entity), text);
 }
 
 } // namespace Ovra::GeoTool

@@ -465,6 +465,20 @@ private:
             "neighbours mesh vertex 3 at (0, 1, 0): other faces 1 in A, none in B\n"
             "neighbours mesh vertex 4 at (0, 0, 1): other faces none in A, 1 in B\n");
         addRow(
+            "what has too few vertices",
+            [](ClosedCase& c) {
+                c.addElement(2, {}, c.walls);
+                c.addElement(2, {1, 2}, c.walls);
+                c.addElement(1, {2}, c.addEdge());
+            },
+            [](ClosedCase& c) { c.addEdge(); },
+            "only-in-a mesh edge 1 at (1, 0, 0)\n"
+            "only-in-a mesh face 5\n"
+            "only-in-a mesh face 6 at (0.5, 0, 0)\n"
+            "neighbours mesh vertex 1 at (0, 0, 0): other faces 6 in A, none in B\n"
+            "neighbours mesh vertex 2 at (1, 0, 0): other edges 1 in A, none in B; other faces 6 "
+            "in A, none in B\n");
+        addRow(
             "order of vertices",
             [](ClosedCase& c) {
                 c.addElement(2, {1, 2, 3}, c.walls);

@@ -406,6 +406,52 @@ private slots:
         QVERIFY(!QFile::exists(path("high.msh")));
     }
 
+    void refusesWhatTheFormatHasNoColumnsFor_data()
+    {
+        QTest::addColumn<QString>("suffix");
+        QTest::addColumn<int>("limit");
+        QTest::newRow("Nastran") << "bdf" << 99999999;
+        QTest::newRow("Nastran by its other name") << "nas" << 99999999;
+        QTest::newRow("Universal") << "unv" << 999999999;
+    }
+
+    void refusesWhatTheFormatHasNoColumnsFor()
+    {
+        QFETCH(QString, suffix);
+        QFETCH(int, limit);
+        const QString title = suffix == "unv" ? "Universal" : "Nastran";
+        const QString out = path("columns." + suffix);
+        QVERIFY(saveWithIds(limit + 1, 1));
+        QCOMPARE(exportedTo(out), QStringLiteral("ovrageo: error: mesh vertex %1: %2 takes numbers "
+                                                 "from 1 to %3; renumber the case\n")
+                                      .arg(limit + 1)
+                                      .arg(title)
+                                      .arg(limit));
+        QVERIFY(saveWithIds(4, limit)); // the mesh face comes behind
+        QCOMPARE(exportedTo(out),
+                 QStringLiteral("ovrageo: error: mesh region %1: %2 takes numbers up to %3, which "
+                                "leaves too few for what is numbered behind it; renumber the "
+                                "case\n")
+                     .arg(limit)
+                     .arg(title)
+                     .arg(limit));
+        QVERIFY(!QFile::exists(out));
+    }
+
+    void comesBackFromTheLastOfTheColumns_data() { refusesWhatTheFormatHasNoColumnsFor_data(); }
+
+    void comesBackFromTheLastOfTheColumns()
+    {
+        QFETCH(QString, suffix);
+        QFETCH(int, limit);
+        const QString out = path("last." + suffix);
+        QVERIFY(saveWithIds(limit, limit - 1));
+        QCOMPARE(exportedTo(out), QString());
+        QCOMPARE(runTool({"import", out, "-o", path("last")}).errors, QByteArray());
+        const ToolRun text = runTool({"info", path("last"), "--json"});
+        QVERIFY(text.output.contains("tetrahedra"));
+    }
+
     void refusesWhatIsNoElement()
     {
         TinyCase tiny;
@@ -418,6 +464,21 @@ private slots:
     }
 
 private:
+    /// A tetrahedron and a mesh face, with an id of one of the vertices and of the tetrahedron.
+    bool saveWithIds(int vertex, int element)
+    {
+        TinyCase tiny;
+        tiny.vertices[3]->setId(vertex);
+        tiny.tetrahedron->setId(element);
+        return tiny.save(path("numbered"));
+    }
+
+    /// \brief What the export of that said.
+    QString exportedTo(const QString& out)
+    {
+        return QString::fromUtf8(runTool({"export", path("numbered"), "-o", out}).errors);
+    }
+
     QString path(const QString& name) const { return directory_.filePath(name); }
 
     /// Two joined boxes and a device without mesh on top; faces of several names and of none.

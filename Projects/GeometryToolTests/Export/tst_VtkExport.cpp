@@ -1,4 +1,5 @@
 #include "AttributeType.h"
+#include "ClosedCase.h"
 #include "GeometryDatabaseTests/GridMesh.h"
 #include "Matrix.h"
 #include "MeshRegion.h"
@@ -343,6 +344,44 @@ private slots:
         QCOMPARE(textOf(*grid->GetCellData(), "volume", 1), "nan");
         const auto surface = readBy<vtkXMLPolyDataReader, vtkPolyData>(path("odd.vtp"));
         QCOMPARE(surface->GetCell(1)->GetNumberOfPoints(), 5);
+    }
+
+    void keepsFacesOfTooFewVertices()
+    {
+        TinyCase tiny;
+        tiny.addElement(2, {}, tiny.face);
+        tiny.addElement(2, {4}, tiny.face);
+        tiny.addElement(2, {1, 4, 2}, tiny.face);
+        tiny.addElement(2, {4, 2}, tiny.face);
+        QVERIFY(tiny.save(path("few")));
+        for (const char* file : {"few.vtp", "few.vtm"}) {
+            QCOMPARE(run(path("few"), path(file)),
+                     "ovrageo: warning: " + path(file).toUtf8() +
+                         ": 1 mesh face without vertices is left out\n");
+        }
+        for (const char* file : {"few.vtp", "few/face_3.vtp"}) {
+            const auto surface = readBy<vtkXMLPolyDataReader, vtkPolyData>(path(file));
+            QCOMPARE(surface->GetNumberOfVerts(), 2);
+            QCOMPARE(surface->GetNumberOfPolys(), 2);
+            QStringList told;
+            for (vtkIdType cell = 0; cell < 4; ++cell) {
+                told += textOf(*surface->GetCellData(), "mesh_id", cell) + ':' +
+                        QString::number(surface->GetCell(cell)->GetNumberOfPoints());
+            }
+            QCOMPARE(told, (QStringList{"3:1", "5:2", "1:3", "4:3"}));
+        }
+    }
+
+    void keepsEdgesOfTooFewVertices()
+    {
+        PlanarCase planar;
+        planar.addElement(1, {2}, planar.edges[0]);
+        QVERIFY(SavedCase::save(planar.database, path("fewer")));
+        QCOMPARE(run(path("fewer"), path("fewer.vtp")), QByteArray());
+        const auto edges = readBy<vtkXMLPolyDataReader, vtkPolyData>(path("fewer.vtp"));
+        QCOMPARE(edges->GetNumberOfVerts(), 1);
+        QCOMPARE(edges->GetCell(0)->GetNumberOfPoints(), 1);
+        QCOMPARE(edges->GetNumberOfLines(), 5);
     }
 
     void hasTheSameBytesInEveryRun()

@@ -143,6 +143,13 @@ private slots:
                              "Attributes"}));
     }
 
+    void tellsWhichEntitiesShareAName()
+    {
+        QCOMPARE(seen_["names"].toArray(),
+                 (QJsonArray{QJsonArray{"air", "region 1"}, QJsonArray{"chip", "region 2"},
+                             QJsonArray{hostile, "faces 1, 2, 3"}}));
+    }
+
     void tellsWhatOfTheModelHasChanged()
     {
         const QJsonObject told = seen_["differences"].toObject();
@@ -174,12 +181,15 @@ private slots:
                  QStringLiteral("Left out: %1 polygons, too many for this page")
                      .arg(page.at("surfaces/polygonsLeftOut").toInt()));
         QCOMPARE(told["last"].toString(), QString("On no region or face that is listed"));
+        // But for two all faces bound no region that is listed.
+        QCOMPARE(told["rows"].toInt(), regions + faces - 2 + 1);
         // What is new, but not listed, cannot be selected.
-        QCOMPARE(told["changed"].toArray(), (QJsonArray{"face 303\tface 303\tnew\t1",
-                                                        "face 304\tface 304\tnew\t1"}));
+        QCOMPARE(told["changed"].toArray(),
+                 (QJsonArray{"face 303\tface 303\tnew\t1", "face 304\tface 304\tnew\t1"}));
         QCOMPARE(told["selected"].toArray(), QJsonArray());
         QCOMPARE(told["texts"].toArray(),
-                 (QJsonArray{"Every name, attribute and place in the model is as before."}));
+                 (QJsonArray{"Every name, attribute and place in the model is as before.",
+                             "and 1 more kind"}));
     }
 
     void aClickTellsTheNameOfTheFace()
@@ -291,10 +301,10 @@ private:
             closed.addElement(2, {1, 2, 3 + i % 2}, closed.addFace());
         }
         for (int i = 0; i < 300; ++i) {
-            auto* const region = new ModelRegion;
-            region->attributes().insert(AttributeType::MaterialId, i);
-            closed.model()->add(region);
+            closed.addRegion()->attributes().insert(AttributeType::MaterialId, i);
         }
+        // Listed, unlike its region.
+        ClosedCase::link(closed.model()->entity(2, 5), closed.model()->entity(3, 302));
         return closed.save(name);
     }
 

@@ -153,6 +153,28 @@ private slots:
         QVERIFY(half.count(isBlue) > 4000);
     }
 
+    void cutsOpenWhatIsNoElement()
+    {
+        ClosedCase odd;
+        odd.addVertex(Vector(1, 1, 1));
+        odd.addVertex(Vector(0, 1, 1));
+        odd.addVertex(Vector(1, 0, 1));
+        for (const auto& vertices : {std::initializer_list<int>{1, 2},
+                                     {1, 2, 3},
+                                     {1, 2, 3, 4, 5, 6, 7},
+                                     {1, 2, 3, 4, 5, 6, 7, 1, 2}}) {
+            odd.addElement(3, vertices, odd.region);
+        }
+        QVERIFY(odd.save(path("odd")));
+        const auto isGrey = [](const PngImage::Colour& colour) {
+            return std::abs(colour[0] - 172) + std::abs(colour[1] - 176) +
+                       std::abs(colour[2] - 182) <
+                   20;
+        };
+        const int section = pictureOf("odd", {"--clip", "x=0.25"}).count(isGrey);
+        QVERIFY2(section > 1000, qPrintable(QString::number(section)));
+    }
+
     void movesRegionsApart()
     {
         const PngImage apart = pictureOf("cubes", {"--explode", "1"});

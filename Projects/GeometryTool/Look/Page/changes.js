@@ -78,7 +78,7 @@ function differenceTable(data, select) {
         { head: "before", isLong: true, cell: ({ a }) => a },
         { head: "after", isLong: true, cell: ({ b }) => b },
     ], rows, ({ whom, entity, what, a, b }) => [whom, entity ? titleOf(entity) : "", what, a, b].join(" ")), ...more,
-    andMore(data.before.differencesMore, "p", "kinds") ?? ""];
+    andMore(data.before.differencesMore, "p", "kind") ?? ""];
 }
 
 /** What stands for the two sides of something: made by a preparation, or a shell's faces. */

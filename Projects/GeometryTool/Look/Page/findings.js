@@ -24,5 +24,5 @@ export function showFindings(section, { verify }, goTo) {
     const groups = [...verify.findings].sort(byRank);
     section.append(...(isAny(groups, verify.findingsMore)
         ? groups.map((group) => groupOf(group, goTo))
-        : [element("p", {}, "Nothing is wrong with this case.")]), andMore(verify.findingsMore, "p", "kinds") ?? "");
+        : [element("p", {}, "Nothing is wrong with this case.")]), andMore(verify.findingsMore, "p", "kind") ?? "");
 }

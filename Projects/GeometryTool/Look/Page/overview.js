@@ -1,6 +1,6 @@
 // What `ovrageo info` tells of a case as a whole.
 
-import { kindsOf } from "./case.js";
+import { kinds, kindsOf } from "./case.js";
 import { twinTable } from "./changes.js";
 import { counted, element, measure, place } from "./dom.js";
 import { facts, isAny, table, title } from "./tables.js";
@@ -49,6 +49,14 @@ function materialsTable(info) {
     ], info.materials, null, info.materialsMore);
 }
 
+/** Which entities share a name. */
+function namesTable({ names, namesMore }) {
+    return table("Names", [
+        { head: "name", isLong: true, cell: ({ name }) => name },
+        { head: "of", isLong: true, cell: ({ dimension, ids }) => `${(ids.length > 1 ? kindsOf : kinds)[dimension]} ${ids.join(", ")}` },
+    ], names, ({ name }) => name, namesMore);
+}
+
 export function showOverview(section, data, select) {
     const { info, before } = data;
     title(section, "Overview");
@@ -64,5 +72,6 @@ export function showOverview(section, data, select) {
             ["Refinement", counted(info.refinementRegions, "region")],
         ]),
         element("div", { class: "side-by-side" }, countsTable(info), materialsTable(info)),
+        isAny(info.names, info.namesMore) ? namesTable(info) : "",
         !before && isAny(info.twins, info.twinsMore) ? twinTable(data, info.twins, info.twinsMore, select) : "");
 }

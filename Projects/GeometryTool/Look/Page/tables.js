@@ -39,7 +39,8 @@ export function table(caption, columns, rows, filterBy = null, more = 0) {
  * @param what is counted, where that is not plain
  */
 export function andMore(count = 0, tag = "p", what = "") {
-    return count > 0 ? element(tag, { class: "hint" }, `and ${count.toLocaleString("en")} more ${what}`.trimEnd()) : null;
+    const more = what ? counted(count, `more ${what}`) : `${count.toLocaleString("en")} more`;
+    return count > 0 ? element(tag, { class: "hint" }, `and ${more}`) : null;
 }
 
 /** Whether a list has rows, be it that the page had no room for any. */

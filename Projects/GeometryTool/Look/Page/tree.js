@@ -10,6 +10,7 @@ export class EntityTree {
         this.visibility = visibility;
         this.onSelect = onSelect;
         this.rows = [];
+        this.sortBoundaries();
         this.filter = element("input", { type: "search", oninput: () => this.show(), "aria-label": "Names that contain" });
         this.filter.placeholder = "Names that contain …";
         this.list = element("ul", {});
@@ -28,14 +29,23 @@ export class EntityTree {
         this.update();
     }
 
+    /** By the regions that they bound; what bounds none, or none that is listed, is a row of its own. */
+    sortBoundaries() {
+        this.boundariesOf = new Map(this.data.bodies.map(({ id }) => [id, []]));
+        this.others = [];
+        for (const entity of this.data.boundaries) {
+            const lists = [...new Set(entity.bounds)].map((id) => this.boundariesOf.get(id)).filter(Boolean);
+            (lists.length > 0 ? lists : [this.others]).forEach((list) => list.push(entity));
+        }
+        this.others.push(...(this.data.loose ? [this.data.loose] : []));
+    }
+
     wholeTree() {
-        const boundNothing = this.data.boundaries.filter((entity) => entity.bounds.length === 0);
-        const others = this.data.loose ? [...boundNothing, this.data.loose] : boundNothing;
-        return [...this.data.bodies.map((body) => this.branch(body)), ...others.map((entity) => this.item(entity))];
+        return [...this.data.bodies.map((body) => this.branch(body)), ...this.others.map((entity) => this.item(entity))];
     }
 
     branch(body) {
-        const boundaries = this.data.boundaries.filter((entity) => entity.bounds.includes(body.id));
+        const boundaries = this.boundariesOf.get(body.id);
         const inner = element("ul", {});
         const opened = element("details", {},
             element("summary", {}, counted(boundaries.length, kinds[this.data.bodyDimension - 1])), inner);

@@ -134,7 +134,7 @@ void addSurface(const PictureData& data, const PictureData::Surface& surface, vt
 int cellType(int vertexCount)
 {
     static const std::map<int, int> types = {
-        {3, VTK_TRIANGLE}, {4, VTK_TETRA}, {5, VTK_PYRAMID}, {6, VTK_WEDGE}, {8, VTK_HEXAHEDRON}};
+        {4, VTK_TETRA}, {5, VTK_PYRAMID}, {6, VTK_WEDGE}, {8, VTK_HEXAHEDRON}};
     return types.at(vertexCount);
 }
 

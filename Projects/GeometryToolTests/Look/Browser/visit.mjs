@@ -30,12 +30,16 @@ async function picture(page) {
     return createHash("sha256").update(await page.locator("#canvas").screenshot()).digest("hex");
 }
 
+/** The cells of a table, row by row. */
+const rowsOf = async (table) => (await table.locator("tbody tr").allInnerTexts()).map((row) => row.split("\t"));
+
 const selected = (page) => page.locator("#selection").innerText();
 
 async function visit(page) {
     seen.ready = await page.evaluate(ready);
     seen.title = await page.title();
     seen.sections = await page.locator("#sections a").allInnerTexts();
+    seen.names = await rowsOf(page.locator("#overview table").filter({ has: page.locator("caption", { hasText: "Names" }) }));
     await page.locator("#canvas").click();
     seen.clicked = await selected(page);
     await page.locator("#canvas").click();
@@ -119,7 +123,7 @@ async function readChanges(browser) {
     const table = page.locator("#changes table").last();
     seen.differences = {
         caption: await table.locator("caption").innerText(),
-        rows: (await table.locator("tbody tr").allInnerTexts()).map((row) => row.split("\t")),
+        rows: await rowsOf(table),
         paragraphs: await page.locator("#changes p:not(:empty)").allInnerTexts(),
     };
     await context.close();
@@ -142,6 +146,7 @@ async function readLimited(browser) {
     seen.limited = {
         hints: await page.locator(":is(#overview, #bodies, #boundaries) p.hint:not([role])").allInnerTexts(),
         note: await page.locator("#note").innerText(),
+        rows: await page.locator("#entities > ul > li > .row").count(),
         last: await page.locator("#entities > ul > li > .row").last().innerText(),
         changed: await page.locator("#changes table").nth(1).locator("tbody tr").allInnerTexts(),
         texts: await page.locator(":is(#findings, #changes) > p").allInnerTexts(),

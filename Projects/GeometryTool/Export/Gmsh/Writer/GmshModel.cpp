@@ -5,6 +5,7 @@
 #include "Counted.h"
 #include "ElementTopology.h"
 #include "EntityNames.h"
+#include "GmshFormat.h"
 #include "MeshEntity.h"
 #include "ModelEntity.h"
 #include "ToolError.h"
@@ -36,14 +37,42 @@ int gmshType(int dimension, std::size_t vertices)
 }
 
 template <typename Entity>
-void requireId(const Entity& entity)
+void requireId(const Entity& entity, const GmshFormat& format)
 {
-    if (entity.id() < 1 || entity.id() > highestId) {
-        throw ToolError(ExitCode::Unsuitable,
-                        QStringLiteral("%1: Gmsh takes numbers from 1 to %2; renumber the case")
-                            .arg(nameOf(entity))
-                            .arg(highestId));
+    const int highest = std::min(highestId, format.highestNumber);
+    if (entity.id() < 1 || entity.id() > highest) {
+        throw ToolError(
+            ExitCode::Unsuitable,
+            QStringLiteral("%1: %2 takes numbers from 1 to %3; renumber the case")
+                .arg(nameOf(entity), highest < highestId ? format.title : QStringLiteral("Gmsh"))
+                .arg(highest));
     }
+}
+
+/// \param count how many numbers are given behind the highest of \p entities
+template <typename Entity>
+void requireRoomBehind(const std::vector<Entity*>& entities, std::size_t count,
+                       const GmshFormat& format)
+{
+    const auto highest = static_cast<std::size_t>(format.highestNumber);
+    if (!entities.empty() && static_cast<std::size_t>(entities.back()->id()) + count > highest) {
+        throw ToolError(
+            ExitCode::Unsuitable,
+            QStringLiteral("%1: %2 takes numbers up to %3, which leaves too few for what is "
+                           "numbered behind it; renumber the case")
+                .arg(nameOf(*entities.back()), format.title)
+                .arg(format.highestNumber));
+    }
+}
+
+/// \brief How many elements are numbered behind those of the highest dimension, or more.
+std::size_t lowerElementCount(const CaseView& view)
+{
+    std::size_t count = view.modelEntities(0).size();
+    for (int d = 1; d < view.elementDimension(); ++d) {
+        count += view.meshEntities(d).size();
+    }
+    return count;
 }
 
 void requireKind(const MeshEntity& entity, int dimension)
@@ -80,24 +109,29 @@ std::vector<int> boundaryOf(const ModelEntity& entity)
 
 } // namespace
 
-void GmshModel::requireFit(const CaseView& view)
+void GmshModel::requireFit(const CaseView& view, const GmshFormat& format)
 {
-    for (int d = 0; d <= view.elementDimension(); ++d) {
+    const int highest = view.elementDimension();
+    for (int d = 0; d <= highest; ++d) {
         for (const ModelEntity* entity : view.modelEntities(d)) {
-            requireId(*entity);
+            requireId(*entity, format);
         }
     }
     for (const MeshEntity* vertex : view.meshEntities(0)) {
-        requireId(*vertex);
+        requireId(*vertex, format);
     }
-    for (int d = 1; d <= view.elementDimension(); ++d) {
+    for (int d = 1; d <= highest; ++d) {
         for (const MeshEntity* entity : view.meshEntities(d)) {
-            if (d == view.elementDimension()) {
-                requireId(*entity);
+            if (d == highest) {
+                requireId(*entity, format);
             }
             requireKind(*entity, d);
         }
     }
+    requireRoomBehind(view.meshEntities(highest), lowerElementCount(view), format);
+    // Groups of materials, and an entity for what stands on no region.
+    const std::vector<ModelEntity*>& regions = view.modelEntities(highest);
+    requireRoomBehind(regions, regions.size() + 1, format);
 }
 
 GmshModel::GmshModel(const CaseView& view, const GmshFormat& format, const GroupNames& names)

@@ -30,8 +30,8 @@ class GmshModel
 public:
     /// \brief Throws ToolError Unsuitable for what Gmsh has no counterpart for: ids that are not
     /// positive, or so high that no others fit behind them, and numbers of vertices that make no
-    /// element.
-    static void requireFit(const CaseView& view);
+    /// element; and for numbers that the format has no room for.
+    static void requireFit(const CaseView& view, const GmshFormat& format);
 
     /// \pre requireFit()
     GmshModel(const CaseView& view, const GmshFormat& format, const GroupNames& names);

@@ -137,7 +137,7 @@ void writeMesh(const ExportJob& job, const GmshFormat& format, const GroupNames&
 extern "C" __attribute__((visibility("default"))) void ovrageo_write_gmsh(const ExportJob& job)
 {
     const GmshFormat& format = GmshFormat::ofSuffix(job.format.suffix);
-    GmshModel::requireFit(job.view);
+    GmshModel::requireFit(job.view, format);
     requireKinds(job, format);
     showWriting(job);
     writeMesh(job, format, GroupNames(job.view, format));

@@ -51,6 +51,7 @@ void BlockExport::write()
                  [this](const CaseGrid::Selection& elements, ModelEntity* region, QFile& file) {
                      VtkFile::write(*grid_.elements(elements, {region}), file);
                  });
+    grid_.tellOfEmptyFaces(job_);
     const Blocks faces =
         writeAll(job_.view.faceDimension(), QStringLiteral(".vtp"),
                  [this](const CaseGrid::Selection& meshFaces, ModelEntity* face, QFile& file) {

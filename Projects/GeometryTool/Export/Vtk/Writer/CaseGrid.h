@@ -14,6 +14,7 @@ namespace Ovra::GeoTool
 {
 
 class CaseView;
+struct ExportJob;
 
 /// \brief The mesh of a case as data sets of VTK, with all that is known of it as fields; see
 /// Documentation/Export.md for their names.
@@ -48,10 +49,20 @@ public:
     vtkSmartPointer<vtkPolyData> faces();
 
     /// \brief Some of the mesh faces, in which the model entities \p of go as a table.
+    ///
+    /// Those with too few vertices for a polygon come first, as sets of points; a surface has no
+    /// place for those without any.
     vtkSmartPointer<vtkPolyData> faces(const Selection& selection,
                                        const std::vector<Geo::ModelEntity*>& of);
 
+    /// \brief Warns of mesh faces that faces() leaves out.
+    void tellOfEmptyFaces(const ExportJob& job) const;
+
 private:
+    std::size_t vertexCount(std::size_t face) const;
+    bool isSetOfPoints(std::size_t face) const;
+    Selection ofSetsOfPoints(const Selection& selection) const;
+
     const CaseView& view_;
     CaseFields fields_;
     PointNumbers numbers_;

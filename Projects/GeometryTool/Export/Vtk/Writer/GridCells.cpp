@@ -9,6 +9,8 @@
 #include <vtkCellArray.h>
 #include <vtkCellType.h>
 #include <vtkDoubleArray.h>
+#include <vtkIdList.h>
+#include <vtkNew.h>
 #include <vtkPoints.h>
 #include <vtkTypeInt32Array.h>
 #include <vtkTypeInt64Array.h>
@@ -63,6 +65,17 @@ vtkSmartPointer<vtkPoints> GridCells::points() const
     auto points = vtkSmartPointer<vtkPoints>::New();
     points->SetData(array);
     return points;
+}
+
+vtkSmartPointer<vtkCellArray> GridCells::cells(vtkIdType begin, vtkIdType end) const
+{
+    auto some = vtkSmartPointer<vtkCellArray>::New();
+    const vtkNew<vtkIdList> corners;
+    for (vtkIdType cell = begin; cell < end; ++cell) {
+        cells_->GetCellAtId(cell, corners);
+        some->InsertNextCell(corners);
+    }
+    return some;
 }
 
 std::size_t GridCells::cornerCount(const std::vector<std::size_t>& selection) const

@@ -27,6 +27,10 @@ public:
 
     vtkSmartPointer<vtkPoints> points() const;
     vtkSmartPointer<vtkCellArray> cells() const { return cells_; }
+
+    /// \brief Those from \p begin on; \p end is not one of them.
+    vtkSmartPointer<vtkCellArray> cells(vtkIdType begin, vtkIdType end) const;
+
     vtkSmartPointer<vtkUnsignedCharArray> types() const { return types_; }
 
     /// \brief Of each point, the position in CaseView::meshEntities(0); ascending.

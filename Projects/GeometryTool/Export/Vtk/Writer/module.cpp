@@ -31,7 +31,9 @@ __attribute__((visibility("default"))) void ovrageo_write_vtu(const ExportJob& j
 __attribute__((visibility("default"))) void ovrageo_write_vtp(const ExportJob& job)
 {
     job.progress.phase(QStringLiteral("writing ") + job.path);
-    VtkFile::write(*CaseGrid(job.view).faces(), job.files.add(job.path));
+    CaseGrid grid(job.view);
+    grid.tellOfEmptyFaces(job);
+    VtkFile::write(*grid.faces(), job.files.add(job.path));
 }
 
 __attribute__((visibility("default"))) void ovrageo_write_vtm(const ExportJob& job)
