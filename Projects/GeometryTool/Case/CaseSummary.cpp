@@ -152,8 +152,10 @@ void CaseSummary::countMeshEntity(MeshEntity& entity)
 {
     const std::size_t place = slot(entity.dimension());
     addId(mesh[place], entity.id());
-    for (const AttributeType& type : entity.attributes().types()) {
-        ++attributes[tagOf(type)].meshEntities[place];
+    if (!entity.attributes().isEmpty()) { // few have any, and to list none takes its time
+        for (const AttributeType& type : entity.attributes().types()) {
+            ++attributes[tagOf(type)].meshEntities[place];
+        }
     }
     if (!entity.parent()) {
         ++unclassified[place];

@@ -44,6 +44,12 @@ public:
     const std::vector<Geo::ModelEntity*>& modelEntities(int dimension) const;
     const std::vector<Geo::MeshEntity*>& meshEntities(int dimension) const;
 
+    /// \brief The ids of meshEntities(dimension): to ask each of these again is a cache miss.
+    const std::vector<int>& ids(int dimension) const;
+
+    /// \brief Positions in meshEntities(dimension) by id, made at the first call.
+    const IdPositions& positions(int dimension) const;
+
     /// \brief The vertices of meshEntities(dimension), made at the first call.
     /// \pre all vertices that are listed are in the mesh
     const VertexLists& vertexLists(int dimension) const;
@@ -67,7 +73,8 @@ private:
     int faceDimension_;
     std::array<std::vector<Geo::ModelEntity*>, 4> modelEntities_;
     std::array<std::vector<Geo::MeshEntity*>, 4> meshEntities_;
-    mutable std::optional<IdPositions> positions_;
+    std::array<std::vector<int>, 4> ids_;
+    mutable std::array<std::optional<IdPositions>, 4> positions_;
     mutable std::array<std::optional<VertexLists>, 4> vertexLists_;
     mutable std::array<std::optional<MeshQuality>, 4> qualities_;
     mutable std::optional<std::vector<Geo::Vector>> points_;

@@ -46,7 +46,7 @@ std::vector<int> sorted(std::vector<int> vertices)
 
 KeptInterfaces::KeptInterfaces(const CaseView& view)
     : view_(view)
-    , vertices_(positionsOf(view.meshEntities(0)))
+    , vertices_(view.positions(0))
     , joined_(view.meshEntities(view.elementDimension()).size())
 {
     findPairs();

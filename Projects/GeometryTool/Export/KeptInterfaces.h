@@ -64,7 +64,7 @@ private:
     int tiedPartner(int vertex, const VertexTies& ties) const;
 
     const CaseView& view_;
-    IdPositions vertices_; ///< by id
+    const IdPositions& vertices_; ///< by id
     std::vector<Pair> pairs_;
     QHash<const Geo::ModelEntity*, std::vector<int>> children_; ///< of the entities of the pairs
     QHash<int, std::vector<int>> elements_;                     ///< at mesh faces among them

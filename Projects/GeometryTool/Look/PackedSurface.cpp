@@ -1,8 +1,12 @@
 #include "PackedSurface.h"
 
+#include "InParallel.h"
+
 #include <QJsonDocument>
 
 #include <algorithm>
+#include <array>
+#include <utility>
 
 namespace Ovra::GeoTool
 {
@@ -46,8 +50,13 @@ PackedSurface::PackedSurface(const CaseView& view, const CaseSurface& surface, q
 void PackedSurface::take(const SurfaceData& data)
 {
     head_ = data.head();
-    positions_ = packed(data.positions());
-    indices_ = packed(data.indices());
+    const std::array<std::pair<QByteArray*, QByteArray>, 2> blocks = {
+        {{&positions_, data.positions()}, {&indices_, data.indices()}}};
+    inParallel(blocks.size(), 1, [&blocks](std::size_t begin, std::size_t end) {
+        for (std::size_t i = begin; i < end; ++i) {
+            *blocks.at(i).first = packed(blocks.at(i).second);
+        }
+    });
     size_ = QJsonDocument(head_).toJson(QJsonDocument::Compact).size() + positions_.size() +
             indices_.size();
 }

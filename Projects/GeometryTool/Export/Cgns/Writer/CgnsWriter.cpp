@@ -4,6 +4,7 @@
 #include "CaseView.h"
 #include "ElementTopology.h"
 #include "EntityNames.h"
+#include "InParallel.h"
 #include "IntAttribute.h"
 #include "MeshEntity.h"
 #include "ModelEntity.h"
@@ -23,6 +24,9 @@ using namespace Ovra::Geo;
 
 namespace
 {
+
+// Their nodes are listed in less than a millisecond.
+constexpr std::size_t fewElements = 65536;
 
 /// \brief The kind of an element; its nodes stand in the order of ours.
 CGNS_ENUMT(ElementType_t) typeOf(const ZoneSection& section)
@@ -67,6 +71,13 @@ const QStringList zoneNodes{QStringLiteral("ZoneType"),
                             QStringLiteral("Attributes"),
                             QStringLiteral("Elements"),
                             QStringLiteral("Vertices")};
+
+/// Most elements have no attributes, and to ask for one takes its time.
+bool isInBoundaryLayer(MeshEntity& element)
+{
+    const AttributeMap& attributes = element.attributes();
+    return !attributes.isEmpty() && attributes.value(AttributeType::InBL, false).toBool();
+}
 
 QString textOf(const AttributeType& type, const QVariant& value)
 {
@@ -222,13 +233,16 @@ QString CgnsWriter::nameOf(const ZoneSection& section) const
 std::vector<cgsize_t> CgnsWriter::connectivity(const ZoneSection& section) const
 {
     const VertexLists& lists = view_.vertexLists(section.dimension);
-    std::vector<cgsize_t> nodes;
-    nodes.reserve(section.entities.size() * static_cast<std::size_t>(section.vertexCount));
-    for (const int entity : section.entities) {
-        for (const int vertex : lists.of(static_cast<std::size_t>(entity))) {
-            nodes.push_back(nodeOf_[static_cast<std::size_t>(vertex)]);
+    const auto corners = static_cast<std::size_t>(section.vertexCount);
+    std::vector<cgsize_t> nodes(section.entities.size() * corners);
+    inParallel(section.entities.size(), fewElements, [&](std::size_t begin, std::size_t end) {
+        cgsize_t* place = nodes.data() + corners * begin;
+        for (std::size_t i = begin; i < end; ++i) {
+            for (const int vertex : lists.of(static_cast<std::size_t>(section.entities[i]))) {
+                *place++ = nodeOf_[static_cast<std::size_t>(vertex)];
+            }
         }
-    }
+    });
     return nodes;
 }
 
@@ -381,11 +395,10 @@ void CgnsWriter::writeElementFields(const Zone& zone)
     std::vector<int> layers;
     for (const ZoneSection& section : zone.sections) {
         for (const int position : section.entities) {
-            MeshEntity& element =
-                *view_.meshEntities(section.dimension)[static_cast<std::size_t>(position)];
-            ids.push_back(element.id());
-            layers.push_back(element.attributes().value(AttributeType::InBL, false).toBool() ? 1
-                                                                                             : 0);
+            const auto place = static_cast<std::size_t>(position);
+            MeshEntity& element = *view_.meshEntities(section.dimension)[place];
+            ids.push_back(view_.ids(section.dimension)[place]);
+            layers.push_back(isInBoundaryLayer(element) ? 1 : 0);
         }
         const ModelEntity* const region = section.owner;
         regions.resize(ids.size(), region ? region->id() : 0);
@@ -406,7 +419,7 @@ void CgnsWriter::writeVertexFields(const Zone& zone)
     std::vector<int> ids;
     ids.reserve(zone.vertices.size());
     for (const int vertex : zone.vertices) {
-        ids.push_back(view_.meshEntities(0)[static_cast<std::size_t>(vertex)]->id());
+        ids.push_back(view_.ids(0)[static_cast<std::size_t>(vertex)]);
     }
     writeField(addSolution("Vertices", CGNS_ENUMV(Vertex)), "mesh_id", ids);
 }

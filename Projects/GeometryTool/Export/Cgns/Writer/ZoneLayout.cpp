@@ -177,8 +177,8 @@ ZoneLayout ZoneLayout::byPart(const CaseView& view, const Partition& partition)
 
 ZoneLayout::ZoneLayout(const CaseView& view, const std::vector<int>& zoneOfElement, int count)
     : zoneOfElement_(zoneOfElement)
-    , elements_(positionsOf(view.meshEntities(view.elementDimension())))
-    , faces_(positionsOf(view.meshEntities(view.faceDimension())))
+    , elements_(view.positions(view.elementDimension()))
+    , faces_(view.positions(view.faceDimension()))
 {
     addElements(view, count);
     for (const ModelEntity* face : view.modelEntities(view.faceDimension())) {

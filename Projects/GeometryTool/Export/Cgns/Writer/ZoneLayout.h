@@ -51,6 +51,8 @@ struct Zone
 };
 
 /// \brief Divides the elements of a case into zones and tells what lies between these.
+///
+/// The case must outlive it.
 class ZoneLayout
 {
 public:
@@ -87,8 +89,8 @@ private:
     int zoneOf(const Geo::MeshEntity& element) const;
 
     std::vector<int> zoneOfElement_;
-    IdPositions elements_; ///< by id
-    IdPositions faces_;
+    const IdPositions& elements_; ///< by id
+    const IdPositions& faces_;
     std::vector<Zone> zones_;
     int looseFaces_ = 0;
     std::vector<int> parts_;

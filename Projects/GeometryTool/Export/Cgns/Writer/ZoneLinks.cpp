@@ -240,7 +240,7 @@ void ZoneLinks::matchTies(ZoneLink& link) const
     if (link.patch->vertices.size() != link.donor->vertices.size()) {
         return;
     }
-    const IdPositions positions = positionsOf(view_.meshEntities(0));
+    const IdPositions& positions = view_.positions(0);
     std::vector<int> donors;
     for (const int vertex : link.patch->vertices) {
         const MeshEntity* const partner =

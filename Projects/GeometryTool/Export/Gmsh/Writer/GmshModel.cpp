@@ -6,6 +6,7 @@
 #include "ElementTopology.h"
 #include "EntityNames.h"
 #include "GmshFormat.h"
+#include "InParallel.h"
 #include "MeshEntity.h"
 #include "ModelEntity.h"
 #include "ToolError.h"
@@ -26,6 +27,9 @@ constexpr int highestId = 1000000000;
 
 constexpr int gmshPoint = 15;
 
+// Their nodes are listed in less than a millisecond.
+constexpr std::size_t fewElements = 65536;
+
 /// \brief Gmsh's number of a kind of element; its nodes stand in the order of ours.
 int gmshType(int dimension, std::size_t vertices)
 {
@@ -36,15 +40,22 @@ int gmshType(int dimension, std::size_t vertices)
     return types[dimension][vertices];
 }
 
+/// \param entities ascending
 template <typename Entity>
-void requireId(const Entity& entity, const GmshFormat& format)
+void requireIds(const std::vector<Entity*>& entities, const GmshFormat& format)
 {
     const int highest = std::min(highestId, format.highestNumber);
-    if (entity.id() < 1 || entity.id() > highest) {
+    const bool areLow = !entities.empty() && entities.front()->id() < 1;
+    const auto wrong =
+        areLow ? entities.begin()
+               : std::partition_point(entities.begin(), entities.end(), [highest](Entity* entity) {
+                     return entity->id() <= highest;
+                 });
+    if (wrong != entities.end()) {
         throw ToolError(
             ExitCode::Unsuitable,
             QStringLiteral("%1: %2 takes numbers from 1 to %3; renumber the case")
-                .arg(nameOf(entity), highest < highestId ? format.title : QStringLiteral("Gmsh"))
+                .arg(nameOf(**wrong), highest < highestId ? format.title : QStringLiteral("Gmsh"))
                 .arg(highest));
     }
 }
@@ -75,13 +86,17 @@ std::size_t lowerElementCount(const CaseView& view)
     return count;
 }
 
-void requireKind(const MeshEntity& entity, int dimension)
+void requireKinds(const CaseView& view, int dimension)
 {
-    if (!ElementTopology::find(dimension, entity.adjacencyCount(0))) {
-        throw ToolError(ExitCode::Unsuitable,
-                        QStringLiteral("%1 is no element: it has %2")
-                            .arg(nameOf(entity))
-                            .arg(counted(entity.adjacencyCount(0), QStringLiteral("vertex"))));
+    const VertexLists& lists = view.vertexLists(dimension);
+    for (std::size_t i = 0; i < lists.size(); ++i) {
+        const auto vertices = static_cast<int>(lists.of(i).size());
+        if (!ElementTopology::find(dimension, vertices)) {
+            throw ToolError(ExitCode::Unsuitable,
+                            QStringLiteral("%1 is no element: it has %2")
+                                .arg(nameOf(*view.meshEntities(dimension)[i]))
+                                .arg(counted(vertices, QStringLiteral("vertex"))));
+        }
     }
 }
 
@@ -113,20 +128,12 @@ void GmshModel::requireFit(const CaseView& view, const GmshFormat& format)
 {
     const int highest = view.elementDimension();
     for (int d = 0; d <= highest; ++d) {
-        for (const ModelEntity* entity : view.modelEntities(d)) {
-            requireId(*entity, format);
-        }
+        requireIds(view.modelEntities(d), format);
     }
-    for (const MeshEntity* vertex : view.meshEntities(0)) {
-        requireId(*vertex, format);
-    }
+    requireIds(view.meshEntities(0), format);
+    requireIds(view.meshEntities(highest), format);
     for (int d = 1; d <= highest; ++d) {
-        for (const MeshEntity* entity : view.meshEntities(d)) {
-            if (d == highest) {
-                requireId(*entity, format);
-            }
-            requireKind(*entity, d);
-        }
+        requireKinds(view, d);
     }
     requireRoomBehind(view.meshEntities(highest), lowerElementCount(view), format);
     // Groups of materials, and an entity for what stands on no region.
@@ -138,6 +145,7 @@ GmshModel::GmshModel(const CaseView& view, const GmshFormat& format, const Group
     : view_(view)
     , format_(format)
     , names_(names)
+    , nodeTags_(view.ids(0).begin(), view.ids(0).end())
 {
     const int highest = view.elementDimension();
     for (int d = 0; d <= highest; ++d) {
@@ -145,10 +153,6 @@ GmshModel::GmshModel(const CaseView& view, const GmshFormat& format, const Group
         ids = idsOf(view.modelEntities(d));
         positions_.at(static_cast<std::size_t>(d)) =
             IdPositions(std::vector<std::int64_t>(ids.begin(), ids.end()));
-    }
-    nodeTags_.reserve(view.meshEntities(0).size());
-    for (const MeshEntity* vertex : view.meshEntities(0)) {
-        nodeTags_.push_back(static_cast<std::size_t>(vertex->id()));
     }
     const std::vector<MeshEntity*>& elements = view.meshEntities(highest);
     nextTag_ = elements.empty() ? 1 : static_cast<std::size_t>(elements.back()->id()) + 1;
@@ -332,16 +336,27 @@ void GmshModel::addElementsOf(int dimension, int entity, std::span<const int> el
         if (byKind[kind].empty()) {
             continue;
         }
-        std::vector<std::size_t> nodes;
-        nodes.reserve(kind * byKind[kind].size());
-        for (const int element : byKind[kind]) {
-            for (const int vertex : lists.of(static_cast<std::size_t>(element))) {
-                nodes.push_back(nodeTags_[static_cast<std::size_t>(vertex)]);
+        gmsh::model::mesh::addElementsByType(entity, gmshType(dimension, kind),
+                                             tagsOf(dimension, byKind[kind]),
+                                             nodesOf(dimension, kind, byKind[kind]));
+    }
+}
+
+/// \param elements all with \p corners vertices
+std::vector<std::size_t> GmshModel::nodesOf(int dimension, std::size_t corners,
+                                            std::span<const int> elements) const
+{
+    const VertexLists& lists = view_.vertexLists(dimension);
+    std::vector<std::size_t> nodes(corners * elements.size());
+    inParallel(elements.size(), fewElements, [&](std::size_t begin, std::size_t end) {
+        std::size_t* place = nodes.data() + corners * begin;
+        for (std::size_t i = begin; i < end; ++i) {
+            for (const int vertex : lists.of(static_cast<std::size_t>(elements[i]))) {
+                *place++ = nodeTags_[static_cast<std::size_t>(vertex)];
             }
         }
-        gmsh::model::mesh::addElementsByType(entity, gmshType(dimension, kind),
-                                             tagsOf(dimension, byKind[kind]), nodes);
-    }
+    });
+    return nodes;
 }
 
 std::vector<std::size_t> GmshModel::tagsOf(int dimension, std::span<const int> elements)
@@ -350,10 +365,9 @@ std::vector<std::size_t> GmshModel::tagsOf(int dimension, std::span<const int> e
     std::vector<std::size_t> tags;
     tags.reserve(elements.size());
     for (const int element : elements) {
-        tags.push_back(
-            isHighest ? static_cast<std::size_t>(
-                            view_.meshEntities(dimension)[static_cast<std::size_t>(element)]->id())
-                      : nextTag_++);
+        const auto position = static_cast<std::size_t>(element);
+        tags.push_back(isHighest ? static_cast<std::size_t>(view_.ids(dimension)[position])
+                                 : nextTag_++);
     }
     return tags;
 }

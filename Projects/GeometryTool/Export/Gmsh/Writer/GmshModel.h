@@ -52,6 +52,8 @@ private:
 
     std::vector<int> positionsOf(int dimension) const;
     int positionOf(const Geo::MeshEntity& entity, int dimension) const;
+    std::vector<std::size_t> nodesOf(int dimension, std::size_t corners,
+                                     std::span<const int> elements) const;
     std::vector<std::size_t> tagsOf(int dimension, std::span<const int> elements);
 
     const CaseView& view_;
