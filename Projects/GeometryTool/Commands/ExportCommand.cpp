@@ -125,9 +125,7 @@ void run(const Options& options, Progress& progress)
         targetOf(named, QString::fromStdString(options.output), options.job.parts);
     CaseFiles source(QString::fromStdString(options.name));
     requireOutput(format, output, source.paths());
-    const CaseDatabase& database = loadLastingly(
-        source, progress,
-        format.needsUpwardLists ? CaseFiles::UpwardLists::Made : CaseFiles::UpwardLists::LeftOut);
+    const CaseDatabase& database = loadLastingly(source, progress, CaseFiles::UpwardLists::LeftOut);
     if (OutputFiles::isStandardOutput(output)) {
         progress.giveWay();
     }

@@ -2,6 +2,9 @@
 
 #include <cstddef>
 #include <functional>
+#include <map>
+#include <mutex>
+#include <utility>
 #include <vector>
 
 namespace Ovra::GeoTool
@@ -18,6 +21,29 @@ namespace Ovra::GeoTool
 ///              at a time: ranges may write to nothing that they share
 void inParallel(std::size_t size, std::size_t least,
                 const std::function<void(std::size_t begin, std::size_t end)>& work);
+
+/// \brief What \p work adds for each of the places from 0 to \p size, in the order of these; asked like
+/// inParallel().
+/// \param work called with a place and the list to add to
+template <typename Thing, typename Work>
+std::vector<Thing> gatherInParallel(std::size_t size, std::size_t least, Work work)
+{
+    std::mutex mutex; // of byBegin
+    std::map<std::size_t, std::vector<Thing>> byBegin;
+    inParallel(size, least, [&](std::size_t begin, std::size_t end) {
+        std::vector<Thing> things;
+        for (std::size_t place = begin; place < end; ++place) {
+            work(place, things);
+        }
+        const std::lock_guard lock(mutex);
+        byBegin[begin] = std::move(things);
+    });
+    std::vector<Thing> all;
+    for (const auto& [begin, things] : byBegin) {
+        all.insert(all.end(), things.begin(), things.end());
+    }
+    return all;
+}
 
 /// \brief The places from 0 to \p size of which \p isWanted is true, ascending; asked like inParallel().
 std::vector<std::size_t> placesInParallel(std::size_t size, std::size_t least,

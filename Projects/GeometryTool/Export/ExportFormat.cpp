@@ -61,7 +61,7 @@ const std::vector<ExportFormat>& ExportFormat::all()
          false,
          true},
         {"cgns", "CGNS: a zone for each region, or with --one-zone for all", Content::Binary,
-         "cgns", requireCgns, writeCgns, false, false, true},
+         "cgns", requireCgns, writeCgns},
         {"msh", "Gmsh 4.1, binary", Content::Binary, {}, requireGmsh, writeGmsh, true},
         {"msh2", "Gmsh 2.2, text", Content::Text, {}, requireGmsh, writeGmsh, true},
         {"unv", "Universal", Content::Text, {}, requireGmsh, writeGmsh, true},

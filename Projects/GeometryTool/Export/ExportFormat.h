@@ -28,9 +28,8 @@ struct ExportFormat
     ModuleLoading (*require)() =
         nullptr; ///< begins to load what writes it; throws ToolError where this build has none
     void (*write)(const ExportJob& job) = nullptr;
-    bool hasAttributes = false;    ///< an attributes file stands beside it
-    bool hasFolder = false;        ///< it refers to files in a PieceFolder beside it
-    bool needsUpwardLists = false; ///< it tells what lies on both sides of a mesh face
+    bool hasAttributes = false; ///< an attributes file stands beside it
+    bool hasFolder = false;     ///< it refers to files in a PieceFolder beside it
 
     /// \brief All formats, in the order in which the help lists them.
     static const std::vector<ExportFormat>& all();

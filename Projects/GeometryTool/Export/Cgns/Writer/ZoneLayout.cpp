@@ -3,6 +3,7 @@
 #include "Buckets.h"
 #include "CaseView.h"
 #include "ElementSides.h"
+#include "FaceElements.h"
 #include "MeshEntity.h"
 #include "ModelEntity.h"
 #include "Partition.h"
@@ -177,12 +178,11 @@ ZoneLayout ZoneLayout::byPart(const CaseView& view, const Partition& partition)
 
 ZoneLayout::ZoneLayout(const CaseView& view, const std::vector<int>& zoneOfElement, int count)
     : zoneOfElement_(zoneOfElement)
-    , elements_(view.positions(view.elementDimension()))
-    , faces_(view.positions(view.faceDimension()))
 {
     addElements(view, count);
+    const FaceElements elements(view);
     for (const ModelEntity* face : view.modelEntities(view.faceDimension())) {
-        addPatches(view, *face);
+        addPatches(view, elements, *face);
     }
 }
 
@@ -206,42 +206,38 @@ void ZoneLayout::addElements(const CaseView& view, int count)
     }
 }
 
-int ZoneLayout::zoneOf(const MeshEntity& element) const
-{
-    return zoneOfElement_[static_cast<std::size_t>(elements_.find(element.id()))];
-}
-
 /// \brief The zones that a mesh face lies in, each with what is behind it there; one, if both are
 /// the same.
-std::vector<ZoneLayout::PatchKey> ZoneLayout::keysOf(const MeshEntity& face) const
+std::vector<ZoneLayout::PatchKey> ZoneLayout::keysOf(const std::array<int, 2>& elements) const
 {
-    const int dimension = face.dimension() + 1;
-    const int count = face.adjacencyCount(dimension);
-    if (count == 0) {
+    if (elements[0] == FaceElements::None) {
         return {};
     }
-    const int first = zoneOf(*face.adjacencyAt(dimension, 0));
-    if (count == 1) {
+    const int first = zoneOfElement_[static_cast<std::size_t>(elements[0])];
+    if (elements[1] == FaceElements::None) {
         return {{first, Outside}};
     }
-    const int second = zoneOf(*face.adjacencyAt(dimension, 1));
+    const int second = zoneOfElement_[static_cast<std::size_t>(elements[1])];
     if (first == second) {
         return {{first, first}};
     }
     return {{first, second}, {second, first}};
 }
 
-void ZoneLayout::addPatches(const CaseView& view, const ModelEntity& face)
+void ZoneLayout::addPatches(const CaseView& view, const FaceElements& elements,
+                            const ModelEntity& face)
 {
+    const IdPositions& positions = view.positions(face.dimension());
     std::map<PatchKey, std::vector<int>> faces;
     for (const MeshEntity* child : CaseView::childrenOf(face)) {
         if (child->dimension() != face.dimension()) {
             continue;
         }
-        const std::vector<PatchKey> keys = keysOf(*child);
+        const int position = positions.find(child->id());
+        const std::vector<PatchKey> keys = keysOf(elements.of(static_cast<std::size_t>(position)));
         looseFaces_ += keys.empty() ? 1 : 0;
         for (const PatchKey& key : keys) {
-            faces[key].push_back(faces_.find(child->id()));
+            faces[key].push_back(position);
         }
     }
     for (const auto& [key, members] : faces) {

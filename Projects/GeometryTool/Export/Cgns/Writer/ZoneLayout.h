@@ -1,14 +1,12 @@
 #pragma once
 
-#include "IdPositions.h"
-
+#include <array>
 #include <cstddef>
 #include <utility>
 #include <vector>
 
 namespace Ovra::Geo
 {
-class MeshEntity;
 class ModelEntity;
 } // namespace Ovra::Geo
 
@@ -16,6 +14,7 @@ namespace Ovra::GeoTool
 {
 
 class CaseView;
+class FaceElements;
 class Partition;
 
 /// \brief Entities of the mesh that have one number of vertices, as positions in their list.
@@ -51,8 +50,6 @@ struct Zone
 };
 
 /// \brief Divides the elements of a case into zones and tells what lies between these.
-///
-/// The case must outlive it.
 class ZoneLayout
 {
 public:
@@ -83,14 +80,12 @@ private:
     ZoneLayout(const CaseView& view, const std::vector<int>& zoneOfElement, int count);
 
     void addElements(const CaseView& view, int count);
-    void addPatches(const CaseView& view, const Geo::ModelEntity& face);
+    void addPatches(const CaseView& view, const FaceElements& elements,
+                    const Geo::ModelEntity& face);
     void addSidesBetween(const CaseView& view);
-    std::vector<PatchKey> keysOf(const Geo::MeshEntity& face) const;
-    int zoneOf(const Geo::MeshEntity& element) const;
+    std::vector<PatchKey> keysOf(const std::array<int, 2>& elements) const;
 
     std::vector<int> zoneOfElement_;
-    const IdPositions& elements_; ///< by id
-    const IdPositions& faces_;
     std::vector<Zone> zones_;
     int looseFaces_ = 0;
     std::vector<int> parts_;
