@@ -9,7 +9,6 @@
 #include "Utility.h"
 
 #include <algorithm>
-#include <cstdint>
 
 namespace Ovra::GeoTool
 {
@@ -25,38 +24,18 @@ std::size_t slot(int dimension)
 }
 
 template <typename Entity, typename Container>
-std::vector<Entity*> entitiesOf(const Container& container, int dimension)
+std::vector<Entity*> sortedEntities(const Container& container, int dimension)
 {
     std::vector<Entity*> entities;
     entities.reserve(static_cast<std::size_t>(container.count(dimension)));
     for (auto walk = container.iterator(dimension); walk.hasNext();) {
         entities.push_back(walk.next().value());
     }
-    return entities;
-}
-
-template <typename Entity>
-std::vector<int> idsOf(const std::vector<Entity*>& entities)
-{
-    std::vector<int> ids;
-    ids.reserve(entities.size());
-    for (const Entity* entity : entities) {
-        ids.push_back(entity->id());
-    }
-    return ids;
-}
-
-/// In memory an entity may stand under another id than its own.
-/// \return the ids
-template <typename Entity>
-std::vector<int> sortById(std::vector<Entity*>& entities)
-{
-    std::vector<int> ids = idsOf(entities);
-    if (!std::is_sorted(ids.begin(), ids.end())) {
+    // In memory an entity may stand under another id than its own.
+    if (!std::is_sorted(entities.begin(), entities.end(), Entity::lessThan)) {
         std::sort(entities.begin(), entities.end(), Entity::lessThan);
-        ids = idsOf(entities);
     }
-    return ids;
+    return entities;
 }
 
 } // namespace
@@ -67,11 +46,9 @@ CaseView::CaseView(const Database& database, Part part)
     , faceDimension_(model_->faceDimension())
 {
     for (int dimension = 0; dimension < 4; ++dimension) {
-        modelEntities_[slot(dimension)] = entitiesOf<ModelEntity>(*model_, dimension);
-        sortById(modelEntities_[slot(dimension)]);
+        modelEntities_[slot(dimension)] = sortedEntities<ModelEntity>(*model_, dimension);
         if (part == Part::Case) {
-            meshEntities_[slot(dimension)] = entitiesOf<MeshEntity>(*mesh_, dimension);
-            ids_[slot(dimension)] = sortById(meshEntities_[slot(dimension)]);
+            meshEntities_[slot(dimension)] = sortedEntities<MeshEntity>(*mesh_, dimension);
         }
     }
 }
@@ -88,15 +65,22 @@ const std::vector<MeshEntity*>& CaseView::meshEntities(int dimension) const
 
 const std::vector<int>& CaseView::ids(int dimension) const
 {
-    return ids_.at(slot(dimension));
+    std::optional<std::vector<int>>& ids = ids_.at(slot(dimension));
+    if (!ids) {
+        ids.emplace();
+        ids->reserve(meshEntities(dimension).size());
+        for (const MeshEntity* entity : meshEntities(dimension)) {
+            ids->push_back(entity->id());
+        }
+    }
+    return *ids;
 }
 
 const IdPositions& CaseView::positions(int dimension) const
 {
     std::optional<IdPositions>& positions = positions_.at(slot(dimension));
     if (!positions) {
-        const std::vector<int>& all = ids(dimension);
-        positions.emplace(std::vector<std::int64_t>(all.begin(), all.end()));
+        positions = positionsOf(meshEntities(dimension));
     }
     return *positions;
 }

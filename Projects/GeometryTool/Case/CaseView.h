@@ -44,7 +44,8 @@ public:
     const std::vector<Geo::ModelEntity*>& modelEntities(int dimension) const;
     const std::vector<Geo::MeshEntity*>& meshEntities(int dimension) const;
 
-    /// \brief The ids of meshEntities(dimension): to ask each of these again is a cache miss.
+    /// \brief The ids of meshEntities(dimension), made at the first call: to ask each of these
+    /// again is a cache miss.
     const std::vector<int>& ids(int dimension) const;
 
     /// \brief Positions in meshEntities(dimension) by id, made at the first call.
@@ -73,7 +74,7 @@ private:
     int faceDimension_;
     std::array<std::vector<Geo::ModelEntity*>, 4> modelEntities_;
     std::array<std::vector<Geo::MeshEntity*>, 4> meshEntities_;
-    std::array<std::vector<int>, 4> ids_;
+    mutable std::array<std::optional<std::vector<int>>, 4> ids_;
     mutable std::array<std::optional<IdPositions>, 4> positions_;
     mutable std::array<std::optional<VertexLists>, 4> vertexLists_;
     mutable std::array<std::optional<MeshQuality>, 4> qualities_;
