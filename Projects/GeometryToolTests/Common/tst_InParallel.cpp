@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+using Ovra::GeoTool::gatherInParallel;
 using Ovra::GeoTool::inParallel;
 using Ovra::GeoTool::placesInParallel;
 
@@ -75,6 +76,19 @@ private slots:
         }
         QVERIFY(placesInParallel(1000, 1, [](std::size_t) { return false; }).empty());
         QVERIFY(placesInParallel(0, 1, [](std::size_t) { return true; }).empty());
+    }
+
+    void whatIsGatheredIsInItsOrder()
+    {
+        const auto gathered = gatherInParallel<std::size_t>(
+            1000, 1, [](std::size_t place, std::vector<std::size_t>& things) {
+                things.insert(things.end(), place % 3, place);
+            });
+        std::vector<std::size_t> expected;
+        for (std::size_t place = 0; place < 1000; ++place) {
+            expected.insert(expected.end(), place % 3, place);
+        }
+        QCOMPARE(gathered, expected);
     }
 
     void throwsWhenTheOthersAreDone()

@@ -353,6 +353,35 @@ private slots:
         checkLink(content, "left", "face_2", "shared", 1);
     }
 
+    /// Of its face 3 one mesh face lies outside, one within the region, one at two regions and one
+    /// nowhere; an element that lists a vertex twice is one element.
+    void findsTheElementsAtEachFace()
+    {
+        TinyCase tiny;
+        auto* const other = new Ovra::Geo::ModelRegion;
+        tiny.model()->add(other);
+        tiny.addVertex(Vector(1, 1, 1));
+        tiny.addVertex(Vector(-1, 0, 0));
+        tiny.addVertex(Vector(5, 5, 5));
+        tiny.addElement(3, {2, 3, 4, 5}, tiny.region);
+        tiny.addElement(3, {1, 4, 3, 6}, other);
+        tiny.addElement(3, {6, 6, 3, 4}, other);
+        tiny.addElement(2, {2, 3, 4}, tiny.face);
+        tiny.addElement(2, {1, 3, 4}, tiny.face);
+        tiny.addElement(2, {1, 3, 6}, tiny.face);
+        tiny.addElement(2, {1, 2, 7}, tiny.face);
+        QVERIFY(tiny.save(path("faces")));
+        const ToolRun run = runTool({"export", path("faces"), "-o", path("out.cgns")});
+        QCOMPARE(run.errors, "ovrageo: warning: " + path("out.cgns").toUtf8() +
+                                 ": 1 mesh face without an element is left out\n");
+        const CgnsContent content(path("out.cgns"));
+        QCOMPARE(facesIn(content.zone("box")), (QStringList{"inlet 1", "inlet_2 1", "inlet_3 1"}));
+        QCOMPARE(facesIn(content.zones.back()), (QStringList{"inlet 1", "inlet_2 1"}));
+        QCOMPARE(content.zone("box").conditions.size(), 1u);
+        QCOMPARE(content.zones.back().conditions.size(), 1u);
+        QVERIFY(content.zone("box").linkTo(content.zones.back().name, "shared"));
+    }
+
     void leavesRegionsWithoutElementsOut()
     {
         TinyCase tiny;
@@ -540,6 +569,19 @@ private:
     {
         write(name, options);
         return CgnsContent(path("out.cgns"));
+    }
+
+    /// \brief The sections of mesh faces, with the number of these.
+    static QStringList facesIn(const CgnsContent::Zone& zone)
+    {
+        QStringList faces;
+        for (const CgnsContent::Section& section : zone.sections) {
+            if (section.type == CGNS_ENUMV(TRI_3)) {
+                faces +=
+                    QStringLiteral("%1 %2").arg(section.name).arg(section.last - section.first + 1);
+            }
+        }
+        return faces;
     }
 
     static Ovra::Geo::ModelEntity* regionOf(ImportedCase& original, const QString& name)
