@@ -176,8 +176,9 @@ void GmshModel::make()
     if (format_.lowestDimension == 0) {
         addPoints();
     }
+    const std::vector<int> dimensions = dimensionsUnder();
     for (int d = 1; d <= highest; ++d) {
-        addNodes(vertices, dimensionUnder(d));
+        addNodes(vertices, dimensionUnder(d, dimensions));
         addElements(d, d < highest ? positionsOf(d) : positions);
     }
     addNodes(vertices, 3);
@@ -226,15 +227,26 @@ int GmshModel::dimensionUnder(const MeshEntity& vertex) const
                                                                  : view_.elementDimension();
 }
 
+/// \brief The same of all vertices.
+std::vector<int> GmshModel::dimensionsUnder() const
+{
+    std::vector<int> dimensions;
+    dimensions.reserve(view_.meshEntities(0).size());
+    for (const MeshEntity* vertex : view_.meshEntities(0)) {
+        dimensions.push_back(dimensionUnder(*vertex));
+    }
+    return dimensions;
+}
+
 /// \brief The highest of the vertices of all elements of a dimension.
-int GmshModel::dimensionUnder(int dimension) const
+/// \param ofVertices dimensionsUnder()
+int GmshModel::dimensionUnder(int dimension, const std::vector<int>& ofVertices) const
 {
     int highest = dimension;
     const VertexLists& lists = view_.vertexLists(dimension);
     for (std::size_t i = 0; i < lists.size() && highest < view_.elementDimension(); ++i) {
         for (const int vertex : lists.of(i)) {
-            const auto position = static_cast<std::size_t>(vertex);
-            highest = std::max(highest, dimensionUnder(*view_.meshEntities(0)[position]));
+            highest = std::max(highest, ofVertices[static_cast<std::size_t>(vertex)]);
         }
     }
     return highest;

@@ -42,7 +42,8 @@ private:
     void addEntities(int dimension) const;
     Buckets<int> verticesByEntity() const;
     int dimensionUnder(const Geo::MeshEntity& vertex) const;
-    int dimensionUnder(int dimension) const;
+    std::vector<int> dimensionsUnder() const;
+    int dimensionUnder(int dimension, const std::vector<int>& ofVertices) const;
     void addNodes(const Buckets<int>& byEntity, int highest);
     void addNodesOf(int dimension, int entity, std::span<const int> vertices) const;
     void addPoints();
