@@ -94,6 +94,15 @@ const VertexLists& CaseView::vertexLists(int dimension) const
     return *lists;
 }
 
+const UpwardPositions& CaseView::upward(int dimension) const
+{
+    std::optional<UpwardPositions>& upward = upward_.at(slot(dimension));
+    if (!upward) {
+        upward.emplace(vertexLists(dimension), vertexLists(dimension + 1), meshEntities(0).size());
+    }
+    return *upward;
+}
+
 const MeshQuality& CaseView::quality(int dimension, Progress& progress) const
 {
     std::optional<MeshQuality>& quality = qualities_.at(slot(dimension));

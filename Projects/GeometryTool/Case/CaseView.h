@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MeshQuality.h"
+#include "UpwardPositions.h"
 #include "Vector.h"
 #include "VertexLists.h"
 
@@ -55,6 +56,11 @@ public:
     /// \pre all vertices that are listed are in the mesh
     const VertexLists& vertexLists(int dimension) const;
 
+    /// \brief What of the next dimension lies at meshEntities(dimension), 1 or 2, made at the first
+    /// call.
+    /// \pre as of vertexLists()
+    const UpwardPositions& upward(int dimension) const;
+
     /// \brief How good the mesh entities of \p dimension, 1 to 3, are, judged at the first call.
     /// \pre as of vertexLists(); no vertex moves between two calls
     const MeshQuality& quality(int dimension, Progress& progress) const;
@@ -77,6 +83,7 @@ private:
     mutable std::array<std::optional<std::vector<int>>, 4> ids_;
     mutable std::array<std::optional<IdPositions>, 4> positions_;
     mutable std::array<std::optional<VertexLists>, 4> vertexLists_;
+    mutable std::array<std::optional<UpwardPositions>, 3> upward_;
     mutable std::array<std::optional<MeshQuality>, 4> qualities_;
     mutable std::optional<std::vector<Geo::Vector>> points_;
 };

@@ -59,7 +59,7 @@ void run(const Options& options, Progress& progress)
         return;
     }
     CaseFiles files(QString::fromStdString(options.name));
-    const CaseDatabase& database = loadLastingly(files, progress);
+    const CaseDatabase& database = loadLastingly(files, progress, CaseFiles::UpwardLists::LeftOut);
     const CaseSummary summary(files, database, progress);
     printToStandardOutput(options.json ? infoJson(summary) : infoText(summary));
 }

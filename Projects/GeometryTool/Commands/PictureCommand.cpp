@@ -65,7 +65,7 @@ PictureOptions pictureOptions(const Options& options)
 QByteArray drawn(PictureModule& module, const PictureOptions& options, CaseFiles& source,
                  Progress& progress)
 {
-    const CaseDatabase& database = loadLastingly(source, progress);
+    const CaseDatabase& database = loadLastingly(source, progress, CaseFiles::UpwardLists::LeftOut);
     const CaseView view(database);
     std::optional<CaseFindings> findings;
     if (options.hasFindings) {

@@ -46,7 +46,7 @@ void run(const Options& options, Progress& progress)
         before.emplace(QString::fromStdString(*options.before), progress);
     }
     CaseFiles source(QString::fromStdString(options.name));
-    const CaseDatabase& database = loadLastingly(source, progress);
+    const CaseDatabase& database = loadLastingly(source, progress, CaseFiles::UpwardLists::LeftOut);
     std::optional<QJsonObject> changes;
     if (before) {
         changes = before->changesTo(database);

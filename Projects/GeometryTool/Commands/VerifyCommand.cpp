@@ -31,7 +31,7 @@ void run(const Options& options, Progress& progress)
         throw ToolError(ExitCode::Usage, QStringLiteral("--limit must be 0 or more"));
     }
     CaseFiles files(QString::fromStdString(options.name));
-    const CaseDatabase& database = loadLastingly(files, progress);
+    const CaseDatabase& database = loadLastingly(files, progress, CaseFiles::UpwardLists::LeftOut);
     const CaseFindings findings =
         CaseVerifier(database).verify(progress, CaseVerifier::ContentTopics, options.limit);
     const VerifyReport report(files.name(), database, findings);

@@ -84,7 +84,7 @@ quint64 sumOfOuterFaces(const CaseView& view, const std::vector<quint64>& number
     const VertexLists& lists = view.vertexLists(dimension);
     quint64 sum = 0;
     for (std::size_t i = 0; i < lists.size(); ++i) {
-        if (view.meshEntities(dimension)[i]->adjacencyCount(dimension + 1) == 1) {
+        if (view.upward(dimension).of(i).size() == 1) {
             sum ^= sideNumber(numbers, lists.of(i), [](int vertex) { return vertex; });
         }
     }

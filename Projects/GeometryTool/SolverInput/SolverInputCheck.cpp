@@ -87,7 +87,8 @@ void SolverInputCheck::checkSurfaceConnectivity() const
         }
         references.checkReference(*face, AttributeType::NonExtrudedFace);
         for (const MeshEntity* child : CaseView::childrenOf(*face)) {
-            SideCheck::checkElementCount(*child, refusal);
+            const int count = child->adjacencyCount(view_.elementDimension());
+            SideCheck::checkElementCount(*child, static_cast<std::size_t>(count), refusal);
         }
         for (MeshEntity* vertex : CaseView::verticesOn(*face)) {
             references.checkReference(*vertex, AttributeType::ShellVertex);

@@ -94,6 +94,21 @@ QString measureText(const MeshEntity& entity)
         .arg(ElementQuality::measureOf(entity), 0, 'g', 6);
 }
 
+/// \brief Of each vertex, whether a mesh edge, face or region has it.
+std::vector<bool> usedVertices(const CaseView& view)
+{
+    std::vector<bool> used(view.meshEntities(0).size(), false);
+    for (int dimension = 1; dimension < 4; ++dimension) {
+        const VertexLists& lists = view.vertexLists(dimension);
+        for (std::size_t i = 0; i < lists.size(); ++i) {
+            for (const int vertex : lists.of(i)) {
+                used[static_cast<std::size_t>(vertex)] = true;
+            }
+        }
+    }
+    return used;
+}
+
 } // namespace
 
 ElementCheck::ElementCheck(const CaseView& view, FindingSink& sink)
@@ -146,14 +161,15 @@ void ElementCheck::checkPresence()
 
 void ElementCheck::checkVertices()
 {
-    for (const MeshEntity* vertex : view_.meshEntities(0)) {
-        if (!isFinite(vertex->centroid())) {
-            sink_.add(FindingKind::BadPoint, *vertex,
+    const std::vector<bool> used = usedVertices(view_);
+    for (std::size_t i = 0; i < used.size(); ++i) {
+        const MeshEntity& vertex = *view_.meshEntities(0)[i];
+        if (!isFinite(view_.points()[i])) {
+            sink_.add(FindingKind::BadPoint, vertex,
                       [] { return QStringLiteral("has a coordinate that is no finite number"); });
         }
-        if (vertex->adjacencyCount(1) + vertex->adjacencyCount(2) + vertex->adjacencyCount(3) ==
-            0) {
-            sink_.add(FindingKind::UnusedVertex, *vertex,
+        if (!used[i]) {
+            sink_.add(FindingKind::UnusedVertex, vertex,
                       [] { return QStringLiteral("is used by no mesh edge, face or region"); });
         }
     }
@@ -174,13 +190,20 @@ void ElementCheck::checkVertexCount(const MeshEntity& entity, FindingSink& sink)
 void ElementCheck::checkVertexLists(int dimension)
 {
     const VertexLists& lists = view_.vertexLists(dimension);
-    const bool needsFace = dimension < view_.faceDimension();
+    const UpwardPositions* const faces =
+        dimension < view_.faceDimension() ? &view_.upward(dimension) : nullptr;
+    const auto lacksFace = [faces](std::size_t edge) { return faces && faces->of(edge).empty(); };
     const std::vector<std::size_t> suspects =
         placesInParallel(lists.size(), fewElements, [&](std::size_t element) {
-            return needsFace || !isWellFormed(dimension, lists.of(element));
+            return lacksFace(element) || !isWellFormed(dimension, lists.of(element));
         });
     for (const std::size_t element : suspects) {
-        checkVertexList(*view_.meshEntities(dimension)[element]);
+        const MeshEntity& entity = *view_.meshEntities(dimension)[element];
+        checkVertexList(entity);
+        if (lacksFace(element)) {
+            sink_.add(FindingKind::EdgeWithoutFace, entity,
+                      [] { return QStringLiteral("is a side of no mesh face"); });
+        }
     }
 }
 
@@ -193,10 +216,6 @@ void ElementCheck::checkVertexList(const MeshEntity& entity)
                                   "different")
                 .arg(vertex->id());
         });
-    }
-    if (entity.dimension() < view_.faceDimension() && entity.adjacencyCount(2) == 0) {
-        sink_.add(FindingKind::EdgeWithoutFace, entity,
-                  [] { return QStringLiteral("is a side of no mesh face"); });
     }
 }
 

@@ -121,8 +121,14 @@ void MotionCheck::checkRotor(const ModelEntity& face)
 
 void MotionCheck::checkOneElementEach(const ModelEntity& face)
 {
+    const UpwardPositions& elements = view_.upward(view_.faceDimension());
     for (const MeshEntity* child : CaseView::childrenOf(face)) {
-        const int count = child->adjacencyCount(view_.elementDimension());
+        if (child->dimension() != view_.faceDimension()) {
+            continue;
+        }
+        const int position = view_.positions(view_.faceDimension()).find(child->id());
+        const auto count =
+            static_cast<qint64>(elements.of(static_cast<std::size_t>(position)).size());
         if (count != 1) {
             sink_.add(FindingKind::RotorSide, *child, [&face, count] {
                 return QStringLiteral("on the rotor or stator side %1 has %2, not one")

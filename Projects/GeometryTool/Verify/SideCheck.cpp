@@ -76,12 +76,10 @@ void SideCheck::run(Progress& progress)
 
 void SideCheck::checkFaces(std::span<const int> faces)
 {
-    const int dimension = view_.faceDimension();
-    const VertexLists& lists = view_.vertexLists(dimension);
+    const VertexLists& lists = view_.vertexLists(view_.faceDimension());
     for (const int position : faces) {
         const auto face = static_cast<std::size_t>(position);
-        checkFace(*view_.meshEntities(dimension)[face],
-                  sides_.find(ElementSides::keyOf(lists.of(face))));
+        checkFace(face, sides_.find(ElementSides::keyOf(lists.of(face))));
     }
 }
 
@@ -111,35 +109,40 @@ bool SideCheck::isSuspect(int vertex) const
     return isSuspect;
 }
 
-void SideCheck::checkElementCount(const MeshEntity& face, FindingSink& sink)
+void SideCheck::checkElementCount(const MeshEntity& face, std::size_t count, FindingSink& sink)
 {
-    const int count = face.adjacencyCount(face.dimension() + 1);
     if (count > 2) {
         sink.add(FindingKind::TooManyElements, face, [count] {
             return QStringLiteral("lies between %1; a face has two sides")
-                .arg(counted(count, QStringLiteral("element")));
+                .arg(counted(static_cast<qint64>(count), QStringLiteral("element")));
         });
     }
 }
 
-void SideCheck::checkFace(const MeshEntity& face, ElementSides::Run sides)
+void SideCheck::checkFace(std::size_t position, ElementSides::Run sides)
 {
-    checkElementCount(face, sink_);
-    checkListedElements(face, sides);
+    const MeshEntity& face = *view_.meshEntities(view_.faceDimension())[position];
+    checkElementCount(face, view_.upward(view_.faceDimension()).of(position).size(), sink_);
+    checkElementsAt(position, sides);
     if (face.parent() && face.parent()->dimension() == face.dimension()) {
         checkRegions(face, sides);
     }
 }
 
-void SideCheck::checkListedElements(const MeshEntity& face, ElementSides::Run sides)
+void SideCheck::checkElementsAt(std::size_t position, ElementSides::Run sides)
 {
-    for (int i = 0; i < face.adjacencyCount(view_.elementDimension()); ++i) {
-        const MeshEntity* const element = face.adjacencyAt(view_.elementDimension(), i);
-        if (!hasElement(sides, *element) && ElementCheck::isWellFormed(*element)) {
-            sink_.add(FindingKind::NoSide, face, [element] {
-                return QStringLiteral("has all its vertices in %1, but is no side of it")
-                    .arg(EntityName(*element).text());
-            });
+    const int dimension = view_.elementDimension();
+    for (const int each : view_.upward(view_.faceDimension()).of(position)) {
+        const auto element = static_cast<std::size_t>(each);
+        const bool isSide =
+            std::ranges::binary_search(sides, element, {}, &ElementSides::Side::element);
+        if (!isSide &&
+            ElementCheck::isWellFormed(dimension, view_.vertexLists(dimension).of(element))) {
+            sink_.add(FindingKind::NoSide, *view_.meshEntities(view_.faceDimension())[position],
+                      [&other = *view_.meshEntities(dimension)[element]] {
+                          return QStringLiteral("has all its vertices in %1, but is no side of it")
+                              .arg(EntityName(other).text());
+                      });
         }
     }
 }
@@ -170,15 +173,6 @@ void SideCheck::checkRegions(const MeshEntity& face, ElementSides::Run sides)
                 });
         }
     }
-}
-
-// Sides of one key are in the order of the ids of their elements.
-bool SideCheck::hasElement(ElementSides::Run sides, const MeshEntity& element) const
-{
-    const auto found = std::lower_bound(
-        sides.begin(), sides.end(), element.id(),
-        [this](const auto& side, int id) { return sides_.elementOf(side).id() < id; });
-    return found != sides.end() && &sides_.elementOf(*found) == &element;
 }
 
 bool SideCheck::hasElementIn(ElementSides::Run sides, const ModelEntity* region) const

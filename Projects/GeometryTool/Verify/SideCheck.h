@@ -22,7 +22,8 @@ class Progress;
 /// case without regions which mesh faces lie on which edge.
 ///
 /// It goes by whole sides of elements. The upward list of a mesh face goes by vertices alone, and
-/// may name an element that has all of them without having that side.
+/// so does CaseView::upward(): they may name an element that has all of them without having that
+/// side.
 class SideCheck
 {
 public:
@@ -31,22 +32,22 @@ public:
 
     void run(Progress& progress);
 
-    /// \brief Reports a mesh face with more than two elements in its upward list.
-    static void checkElementCount(const Geo::MeshEntity& face, FindingSink& sink);
+    /// \brief Reports a mesh face with more than two elements.
+    static void checkElementCount(const Geo::MeshEntity& face, std::size_t count,
+                                  FindingSink& sink);
 
 private:
     void checkFaces(std::span<const int> faces);
     void checkRuns(const ElementSides::Part& part);
     bool isSuspect(int vertex) const;
-    void checkFace(const Geo::MeshEntity& face, ElementSides::Run sides);
-    void checkListedElements(const Geo::MeshEntity& face, ElementSides::Run sides);
+    void checkFace(std::size_t position, ElementSides::Run sides);
+    void checkElementsAt(std::size_t position, ElementSides::Run sides);
     void checkRegions(const Geo::MeshEntity& face, ElementSides::Run sides);
     void reportMissing(const Geo::MeshEntity& face, const Geo::ModelEntity& region, bool isBare);
     void checkRun(const ElementSides::Key& key, ElementSides::Run sides);
     void checkMeeting(const ElementSides::Key& key, ElementSides::Run pair);
     void checkCover(const ElementSides::Key& key, ElementSides::Run sides);
     bool isCovered(const ElementSides::Key& key) const;
-    bool hasElement(ElementSides::Run sides, const Geo::MeshEntity& element) const;
     bool hasElementIn(ElementSides::Run sides, const Geo::ModelEntity* region) const;
     QString elementNames(ElementSides::Run sides) const;
     QString verticesText(const ElementSides::Key& key) const;

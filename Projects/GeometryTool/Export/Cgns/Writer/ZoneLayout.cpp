@@ -3,7 +3,6 @@
 #include "Buckets.h"
 #include "CaseView.h"
 #include "ElementSides.h"
-#include "FaceElements.h"
 #include "MeshEntity.h"
 #include "ModelEntity.h"
 #include "Partition.h"
@@ -180,9 +179,8 @@ ZoneLayout::ZoneLayout(const CaseView& view, const std::vector<int>& zoneOfEleme
     : zoneOfElement_(zoneOfElement)
 {
     addElements(view, count);
-    const FaceElements elements(view);
     for (const ModelEntity* face : view.modelEntities(view.faceDimension())) {
-        addPatches(view, elements, *face);
+        addPatches(view, *face);
     }
 }
 
@@ -208,13 +206,13 @@ void ZoneLayout::addElements(const CaseView& view, int count)
 
 /// \brief The zones that a mesh face lies in, each with what is behind it there; one, if both are
 /// the same.
-std::vector<ZoneLayout::PatchKey> ZoneLayout::keysOf(const std::array<int, 2>& elements) const
+std::vector<ZoneLayout::PatchKey> ZoneLayout::keysOf(std::span<const int> elements) const
 {
-    if (elements[0] == FaceElements::None) {
+    if (elements.empty()) {
         return {};
     }
     const int first = zoneOfElement_[static_cast<std::size_t>(elements[0])];
-    if (elements[1] == FaceElements::None) {
+    if (elements.size() == 1) {
         return {{first, Outside}};
     }
     const int second = zoneOfElement_[static_cast<std::size_t>(elements[1])];
@@ -224,9 +222,9 @@ std::vector<ZoneLayout::PatchKey> ZoneLayout::keysOf(const std::array<int, 2>& e
     return {{first, second}, {second, first}};
 }
 
-void ZoneLayout::addPatches(const CaseView& view, const FaceElements& elements,
-                            const ModelEntity& face)
+void ZoneLayout::addPatches(const CaseView& view, const ModelEntity& face)
 {
+    const UpwardPositions& elements = view.upward(face.dimension());
     const IdPositions& positions = view.positions(face.dimension());
     std::map<PatchKey, std::vector<int>> faces;
     for (const MeshEntity* child : CaseView::childrenOf(face)) {

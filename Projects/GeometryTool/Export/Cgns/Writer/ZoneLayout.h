@@ -1,7 +1,7 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -14,7 +14,6 @@ namespace Ovra::GeoTool
 {
 
 class CaseView;
-class FaceElements;
 class Partition;
 
 /// \brief Entities of the mesh that have one number of vertices, as positions in their list.
@@ -80,10 +79,9 @@ private:
     ZoneLayout(const CaseView& view, const std::vector<int>& zoneOfElement, int count);
 
     void addElements(const CaseView& view, int count);
-    void addPatches(const CaseView& view, const FaceElements& elements,
-                    const Geo::ModelEntity& face);
+    void addPatches(const CaseView& view, const Geo::ModelEntity& face);
     void addSidesBetween(const CaseView& view);
-    std::vector<PatchKey> keysOf(const std::array<int, 2>& elements) const;
+    std::vector<PatchKey> keysOf(std::span<const int> elements) const;
 
     std::vector<int> zoneOfElement_;
     std::vector<Zone> zones_;

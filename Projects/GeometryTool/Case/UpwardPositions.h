@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Buckets.h"
+
+#include <cstddef>
+#include <span>
+
+namespace Ovra::GeoTool
+{
+
+class VertexLists;
+
+/// \brief What lies at the mesh entities of one dimension: the elements at each mesh face, or the
+/// mesh faces at each edge.
+///
+/// It tells what the upward lists of a mesh do once Geo::Mesh::setUpwardAdjacencies() has made
+/// them. To make those of a whole mesh takes two fifths of the time in which it is read.
+class UpwardPositions
+{
+public:
+    /// \param lower, upper vertices of the mesh entities of two dimensions, of the same view
+    UpwardPositions(const VertexLists& lower, const VertexLists& upper, std::size_t vertexCount);
+
+    /// \brief The mesh entities of the upper dimension that have all vertices of one of the lower,
+    /// as ascending positions.
+    std::span<const int> of(std::size_t lower) const { return upper_[lower]; }
+
+private:
+    Buckets<int> upper_; ///< by position of the lower
+};
+
+} // namespace Ovra::GeoTool
