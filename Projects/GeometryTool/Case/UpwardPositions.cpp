@@ -1,11 +1,17 @@
 #include "UpwardPositions.h"
 
+#include "EqualSets.h"
 #include "InParallel.h"
+#include "ToolError.h"
 #include "VertexLists.h"
 
+#include <QVarLengthArray>
+
 #include <algorithm>
+#include <atomic>
+#include <cstdint>
+#include <numeric>
 #include <utility>
-#include <vector>
 
 namespace Ovra::GeoTool
 {
@@ -17,47 +23,149 @@ namespace
 constexpr std::size_t fewEntities = 65536;
 
 using Meeting = std::pair<int, int>; ///< a lower entity and an upper one
+using VertexSet = QVarLengthArray<int, 8>;
 
-bool hasAll(std::span<const int> upper, std::span<const int> lower)
+/// \brief The vertices of an entity in ascending order, each once.
+VertexSet vertexSet(std::span<const int> vertices)
 {
-    return std::all_of(lower.begin(), lower.end(), [upper](int vertex) {
-        return std::find(upper.begin(), upper.end(), vertex) != upper.end();
+    VertexSet set(vertices.begin(), vertices.end());
+    std::sort(set.begin(), set.end());
+    set.erase(std::unique(set.begin(), set.end()), set.end());
+    return set;
+}
+
+bool hasAll(const VertexSet& upper, std::span<const int> lower)
+{
+    return std::all_of(lower.begin(), lower.end(), [&upper](int vertex) {
+        return std::binary_search(upper.begin(), upper.end(), vertex);
     });
 }
 
-Buckets<int> bySmallestVertex(const VertexLists& lists, std::size_t vertexCount)
+/// \brief For each entity the first of those that have the same vertices.
+std::vector<int> firstTwins(const VertexLists& lists, std::size_t vertexCount)
 {
-    return Buckets<int>(vertexCount, [&lists](auto add) {
+    std::vector<int> twins(lists.size());
+    std::iota(twins.begin(), twins.end(), 0);
+    const auto groups = EqualSets::find(vertexCount, lists.size(), [&lists](std::size_t i) {
+        const std::span<const int> vertices = lists.of(i);
+        return vertices.size() <= EqualSets::MostVertices ? vertices : std::span<const int>();
+    });
+    for (const EqualSets::Group& group : groups) {
+        for (const int twin : group) {
+            twins[static_cast<std::size_t>(twin)] = group.front();
+        }
+    }
+    return twins;
+}
+
+std::vector<int> entityCounts(const VertexLists& lists, std::size_t vertexCount)
+{
+    std::vector<int> counts(vertexCount, 0);
+    for (std::size_t i = 0; i < lists.size(); ++i) {
+        for (const int vertex : lists.of(i)) {
+            ++counts[static_cast<std::size_t>(vertex)];
+        }
+    }
+    return counts;
+}
+
+/// Where many meet at one vertex, as at the tip of a cone, each stands at another of its own.
+Buckets<int> byRarestVertex(const VertexLists& lists, const std::vector<int>& twins,
+                            std::size_t vertexCount)
+{
+    const std::vector<int> counts = entityCounts(lists, vertexCount);
+    const auto isRarer = [&counts](int a, int b) {
+        return counts[static_cast<std::size_t>(a)] < counts[static_cast<std::size_t>(b)];
+    };
+    return Buckets<int>(vertexCount, [&](auto add) {
         for (std::size_t i = 0; i < lists.size(); ++i) {
             const std::span<const int> vertices = lists.of(i);
-            if (!vertices.empty()) {
-                add(static_cast<std::size_t>(*std::min_element(vertices.begin(), vertices.end())),
-                    static_cast<int>(i));
+            if (!vertices.empty() && twins[i] == static_cast<int>(i)) {
+                const int rarest = *std::min_element(vertices.begin(), vertices.end(), isRarer);
+                add(static_cast<std::size_t>(rarest), static_cast<int>(i));
             }
         }
     });
+}
+
+/// \brief What is left to be looked at and found, by all threads together, where entities have many
+/// below them.
+class Proportion
+{
+public:
+    /// \param size how many vertices the upper entities list
+    explicit Proportion(std::int64_t size)
+        : looks_(256 * size + (std::int64_t(1) << 30))
+        , finds_(8 * size + (std::int64_t(1) << 20))
+    {
+    }
+
+    void spend(std::size_t looks, std::size_t finds)
+    {
+        constexpr std::size_t few = 64;
+        if (looks <= few) {
+            return; // for which threads need not wait for one another
+        }
+        const std::int64_t looksLeft = looks_ -= static_cast<std::int64_t>(looks);
+        const std::int64_t findsLeft = finds_ -= static_cast<std::int64_t>(finds);
+        if (looksLeft < 0 || findsLeft < 0) {
+            throw ToolError(ExitCode::InputDamaged,
+                            QStringLiteral("the mesh is damaged: entities lie within one another "
+                                           "in numbers that no mesher leaves, out of all "
+                                           "proportion to its size"));
+        }
+    }
+
+private:
+    std::atomic<std::int64_t> looks_;
+    std::atomic<std::int64_t> finds_;
+};
+
+std::int64_t listedVertices(const VertexLists& lists)
+{
+    std::int64_t count = 0;
+    for (std::size_t i = 0; i < lists.size(); ++i) {
+        count += static_cast<std::int64_t>(lists.of(i).size());
+    }
+    return count;
+}
+
+/// \brief Adds what of \p lowerAt lies within one upper entity.
+void addMeetings(int upper, std::span<const int> vertices, const VertexLists& lower,
+                 const Buckets<int>& lowerAt, Proportion& proportion, std::vector<Meeting>& found)
+{
+    const auto countAt = [&lowerAt](std::size_t sum, int vertex) {
+        return sum + lowerAt[static_cast<std::size_t>(vertex)].size();
+    };
+    const std::size_t looks =
+        std::accumulate(vertices.begin(), vertices.end(), std::size_t(0), countAt);
+    if (looks == 0) {
+        return; // as of nearly all within a volume
+    }
+    const std::size_t before = found.size();
+    const VertexSet set = vertexSet(vertices);
+    for (const int vertex : set) {
+        for (const int each : lowerAt[static_cast<std::size_t>(vertex)]) {
+            if (hasAll(set, lower.of(static_cast<std::size_t>(each)))) {
+                found.emplace_back(each, upper);
+            }
+        }
+    }
+    proportion.spend(looks, found.size() - before);
 }
 
 } // namespace
 
 UpwardPositions::UpwardPositions(const VertexLists& lower, const VertexLists& upper,
                                  std::size_t vertexCount)
+    : twins_(firstTwins(lower, vertexCount))
 {
-    const Buckets<int> lowerAt = bySmallestVertex(lower, vertexCount);
+    const Buckets<int> lowerAt = byRarestVertex(lower, twins_, vertexCount);
+    Proportion proportion(listedVertices(upper));
     const auto meetings = gatherInParallel<Meeting>(
         upper.size(), fewEntities, [&](std::size_t place, std::vector<Meeting>& found) {
-            const std::span<const int> vertices = upper.of(place);
-            for (auto vertex = vertices.begin(); vertex != vertices.end(); ++vertex) {
-                const std::span<const int> some = lowerAt[static_cast<std::size_t>(*vertex)];
-                if (some.empty() || std::find(vertices.begin(), vertex, *vertex) != vertex) {
-                    continue; // a vertex that is listed twice is looked at once
-                }
-                for (const int each : some) {
-                    if (hasAll(vertices, lower.of(static_cast<std::size_t>(each)))) {
-                        found.emplace_back(each, static_cast<int>(place));
-                    }
-                }
-            }
+            addMeetings(static_cast<int>(place), upper.of(place), lower, lowerAt, proportion,
+                        found);
         });
     upper_ = Buckets<int>(lower.size(), [&meetings](auto add) {
         for (const auto& [below, above] : meetings) {

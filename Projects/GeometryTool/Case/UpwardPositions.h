@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <span>
+#include <vector>
 
 namespace Ovra::GeoTool
 {
@@ -18,15 +19,21 @@ class VertexLists;
 class UpwardPositions
 {
 public:
+    /// Throws ToolError InputDamaged for a mesh in which entities lie within one another in numbers
+    /// that no mesher leaves, and that would take time and memory out of all proportion.
     /// \param lower, upper vertices of the mesh entities of two dimensions, of the same view
     UpwardPositions(const VertexLists& lower, const VertexLists& upper, std::size_t vertexCount);
 
     /// \brief The mesh entities of the upper dimension that have all vertices of one of the lower,
     /// as ascending positions.
-    std::span<const int> of(std::size_t lower) const { return upper_[lower]; }
+    std::span<const int> of(std::size_t lower) const
+    {
+        return upper_[static_cast<std::size_t>(twins_[lower])];
+    }
 
 private:
-    Buckets<int> upper_; ///< by position of the lower
+    std::vector<int> twins_; ///< of the lower: the first that has the same vertices
+    Buckets<int> upper_;     ///< by position of the lower; of twins, that of the first
 };
 
 } // namespace Ovra::GeoTool

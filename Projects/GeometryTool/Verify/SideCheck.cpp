@@ -132,7 +132,11 @@ void SideCheck::checkFace(std::size_t position, ElementSides::Run sides)
 void SideCheck::checkElementsAt(std::size_t position, ElementSides::Run sides)
 {
     const int dimension = view_.elementDimension();
-    for (const int each : view_.upward(view_.faceDimension()).of(position)) {
+    const std::span<const int> elements = view_.upward(view_.faceDimension()).of(position);
+    if (elements.size() == sides.size()) {
+        return; // a side is one of an element that has all its vertices
+    }
+    for (const int each : elements) {
         const auto element = static_cast<std::size_t>(each);
         const bool isSide =
             std::ranges::binary_search(sides, element, {}, &ElementSides::Side::element);
@@ -161,17 +165,30 @@ void SideCheck::checkRegions(const MeshEntity& face, ElementSides::Run sides)
             return;
         }
     }
+    if (modelFace.adjacencyCount(view_.elementDimension()) > 0) {
+        checkForeign(face, sides);
+    }
+}
+
+void SideCheck::checkForeign(const MeshEntity& face, ElementSides::Run sides)
+{
+    const ModelEntity& modelFace = *face.parent();
+    const ModelEntity* bounded = nullptr; // most, of however many sides, are of the same
     for (const auto& side : sides) {
         const ModelEntity* const region = sides_.regionOf(side);
-        if (region && modelFace.adjacencyCount(view_.elementDimension()) > 0 &&
-            !bounds(modelFace, region)) {
-            sink_.add(
-                FindingKind::ForeignElement, face, [&modelFace, &element = sides_.elementOf(side)] {
-                    return QStringLiteral("is a side of %1 in %2, which its %3 does not bound")
-                        .arg(EntityName(element).text(), EntityName(*element.parent()).text(),
-                             EntityName(modelFace).text());
-                });
+        if (!region || region == bounded) {
+            continue;
         }
+        if (bounds(modelFace, region)) {
+            bounded = region;
+            continue;
+        }
+        sink_.add(FindingKind::ForeignElement, face,
+                  [&modelFace, &element = sides_.elementOf(side)] {
+                      return QStringLiteral("is a side of %1 in %2, which its %3 does not bound")
+                          .arg(EntityName(element).text(), EntityName(*element.parent()).text(),
+                               EntityName(modelFace).text());
+                  });
     }
 }
 

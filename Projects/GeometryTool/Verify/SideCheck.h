@@ -43,6 +43,7 @@ private:
     void checkFace(std::size_t position, ElementSides::Run sides);
     void checkElementsAt(std::size_t position, ElementSides::Run sides);
     void checkRegions(const Geo::MeshEntity& face, ElementSides::Run sides);
+    void checkForeign(const Geo::MeshEntity& face, ElementSides::Run sides);
     void reportMissing(const Geo::MeshEntity& face, const Geo::ModelEntity& region, bool isBare);
     void checkRun(const ElementSides::Key& key, ElementSides::Run sides);
     void checkMeeting(const ElementSides::Key& key, ElementSides::Run pair);

@@ -2,11 +2,14 @@
 #include "ClosedCase.h"
 #include "GeometryDatabaseTests/GridMesh.h"
 #include "PreparationCase.h"
+#include "ToolError.h"
 
 #include <QTest>
 
 using namespace Ovra::Geo;
 using Ovra::GeoTool::CaseView;
+using Ovra::GeoTool::ExitCode;
+using Ovra::GeoTool::ToolError;
 using Ovra::GeoTool::UpwardPositions;
 
 namespace
@@ -56,6 +59,28 @@ void addMany(ClosedCase& c)
     }
 }
 
+/// 200 elements that list the same 40 vertices, and a face on every three of these.
+void addFacesWithinAllElements(ClosedCase& c)
+{
+    std::vector<MeshEntity*> vertices;
+    for (int i = 0; i < 40; ++i) {
+        vertices.push_back(c.addVertex(Vector(i, i * i, 1)));
+    }
+    for (int i = 0; i < 200; ++i) {
+        MeshEntity* const element = c.addElement(3, {}, c.region);
+        for (MeshEntity* const vertex : vertices) {
+            element->addAdjacency(vertex);
+        }
+    }
+    for (int first = vertices.front()->id(); first <= vertices.back()->id(); ++first) {
+        for (int second = vertices.front()->id(); second < first; ++second) {
+            for (int third = vertices.front()->id(); third < second; ++third) {
+                c.addElement(2, {first, second, third}, c.walls);
+            }
+        }
+    }
+}
+
 } // namespace
 
 class TestUpwardPositions : public QObject
@@ -91,6 +116,36 @@ private slots:
         closed.addElement(3, {1, 1, 2, 3}, closed.region);
         const CaseView view(closed.database);
         QCOMPARE(found(view, 2).front(), (std::vector<int>{0, 1}));
+    }
+
+    void facesOfTheSameVerticesShareWhatIsFound()
+    {
+        ClosedCase closed;
+        for (int i = 0; i < 2000; ++i) {
+            closed.addElement(3, {1, 2, 3, 4}, closed.region);
+            closed.addElement(2, {3, 1, 2}, closed.walls);
+        }
+        const CaseView view(closed.database);
+        const std::span<const int> first = view.upward(2).of(0);
+        QCOMPARE(first.size(), std::size_t(2001));
+        for (std::size_t face = 4; face < 2004; ++face) {
+            QCOMPARE(view.upward(2).of(face).data(), first.data());
+            QCOMPARE(view.upward(2).of(face).size(), first.size());
+        }
+    }
+
+    void aMeshOutOfAllProportionIsDamaged()
+    {
+        ClosedCase closed;
+        addFacesWithinAllElements(closed);
+        const CaseView view(closed.database);
+        try {
+            view.upward(2);
+            QFAIL("made lists of 200 elements for each of 9880 faces");
+        } catch (const ToolError& error) {
+            QCOMPARE(error.exitCode(), ExitCode::InputDamaged);
+            QVERIFY(error.text().startsWith("the mesh is damaged: "));
+        }
     }
 };
 
