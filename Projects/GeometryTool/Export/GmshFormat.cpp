@@ -29,7 +29,8 @@ GmshFormat msh2()
     GmshFormat format = msh();
     format.suffix = QStringLiteral("msh2");
     format.title = QStringLiteral("Gmsh 2.2");
-    format.gmshOptions = {{"Mesh.MshFileVersion", 2.2}, {"Mesh.Binary", 0}};
+    // Where all is saved, an element is written without its group.
+    format.gmshOptions = {{"Mesh.MshFileVersion", 2.2}, {"Mesh.Binary", 0}, {"Mesh.SaveAll", 0}};
     format.hasEmptyRegions = false;
     format.hasMaterialGroups = false;
     return format;

@@ -93,7 +93,8 @@ void writeHere(const CaseView& view, const GmshFormat& format, const GroupNames&
         [&] {
             gmsh::model::add("case");
             GmshModel(view, format, names).make();
-            gmsh::option::setNumber("Mesh.SaveAll", format.groupsAll ? 0 : 1);
+            // Or Gmsh asks the nodes of all elements for their entities, to leave none out.
+            gmsh::option::setNumber("Mesh.SaveAll", 1);
             for (const auto& [name, value] : format.gmshOptions) {
                 gmsh::option::setNumber(name, value);
             }
