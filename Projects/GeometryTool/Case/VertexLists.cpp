@@ -78,6 +78,13 @@ VertexLists::VertexLists(const std::vector<MeshEntity*>& entities, const IdPosit
     }
 }
 
+void VertexLists::mark(std::vector<bool>& vertices) const
+{
+    for (const int vertex : vertices_) {
+        vertices[static_cast<std::size_t>(vertex)] = true;
+    }
+}
+
 void VertexLists::append(const MeshEntity& entity, const IdPositions& positions)
 {
     for (int i = 0; i < entity.adjacencyCount(0); ++i) {

@@ -52,6 +52,9 @@ public:
 
     std::size_t size() const { return size_; }
 
+    /// \brief Sets the mark at the position of each vertex that is listed.
+    void mark(std::vector<bool>& vertices) const;
+
 private:
     void append(const Geo::MeshEntity& entity, const IdPositions& positions);
 

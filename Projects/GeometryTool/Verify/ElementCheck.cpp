@@ -99,12 +99,7 @@ std::vector<bool> usedVertices(const CaseView& view)
 {
     std::vector<bool> used(view.meshEntities(0).size(), false);
     for (int dimension = 1; dimension < 4; ++dimension) {
-        const VertexLists& lists = view.vertexLists(dimension);
-        for (std::size_t i = 0; i < lists.size(); ++i) {
-            for (const int vertex : lists.of(i)) {
-                used[static_cast<std::size_t>(vertex)] = true;
-            }
-        }
+        view.vertexLists(dimension).mark(used);
     }
     return used;
 }

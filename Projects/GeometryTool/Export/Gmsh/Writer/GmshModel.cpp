@@ -146,6 +146,7 @@ GmshModel::GmshModel(const CaseView& view, const GmshFormat& format, const Group
     , format_(format)
     , names_(names)
     , nodeTags_(view.ids(0).begin(), view.ids(0).end())
+    , isAdded_(nodeTags_.size(), false)
 {
     const int highest = view.elementDimension();
     for (int d = 0; d <= highest; ++d) {
@@ -172,16 +173,16 @@ void GmshModel::make()
     }
     // Gmsh looks up all nodes anew for the elements of each entity, so that nodes come as late as can be.
     const Buckets<int> vertices = verticesByEntity();
-    addNodes(vertices, 0);
     if (format_.lowestDimension == 0) {
+        addNodes(vertices, onPoints(vertices));
         addPoints();
     }
-    const std::vector<int> dimensions = dimensionsUnder();
-    for (int d = 1; d <= highest; ++d) {
-        addNodes(vertices, dimensionUnder(d, dimensions));
-        addElements(d, d < highest ? positionsOf(d) : positions);
+    for (int d = 1; d < highest; ++d) {
+        addNodes(vertices, verticesOf(d));
+        addElements(d, positionsOf(d));
     }
-    addNodes(vertices, 3);
+    addNodes(vertices, std::vector<bool>(nodeTags_.size(), true));
+    addElements(highest, positions);
     addGroups();
 }
 
@@ -219,39 +220,6 @@ std::vector<int> GmshModel::positionsOf(int dimension) const
     return positions;
 }
 
-/// \brief Dimension of the entity whose node a vertex is: what stands nowhere is one of the last region.
-int GmshModel::dimensionUnder(const MeshEntity& vertex) const
-{
-    const int dimension = vertex.parent() ? vertex.parent()->dimension() : 0;
-    return vertex.parent() && positionOf(vertex, dimension) >= 0 ? dimension
-                                                                 : view_.elementDimension();
-}
-
-/// \brief The same of all vertices.
-std::vector<int> GmshModel::dimensionsUnder() const
-{
-    std::vector<int> dimensions;
-    dimensions.reserve(view_.meshEntities(0).size());
-    for (const MeshEntity* vertex : view_.meshEntities(0)) {
-        dimensions.push_back(dimensionUnder(*vertex));
-    }
-    return dimensions;
-}
-
-/// \brief The highest of the vertices of all elements of a dimension.
-/// \param ofVertices dimensionsUnder()
-int GmshModel::dimensionUnder(int dimension, const std::vector<int>& ofVertices) const
-{
-    int highest = dimension;
-    const VertexLists& lists = view_.vertexLists(dimension);
-    for (std::size_t i = 0; i < lists.size() && highest < view_.elementDimension(); ++i) {
-        for (const int vertex : lists.of(i)) {
-            highest = std::max(highest, ofVertices[static_cast<std::size_t>(vertex)]);
-        }
-    }
-    return highest;
-}
-
 /// \brief Positions of the vertices by that of their entity, counted through all dimensions.
 Buckets<int> GmshModel::verticesByEntity() const
 {
@@ -274,18 +242,43 @@ Buckets<int> GmshModel::verticesByEntity() const
     });
 }
 
-/// \brief Adds the nodes on entities up to a dimension that are not there yet.
-void GmshModel::addNodes(const Buckets<int>& byEntity, int highest)
+/// \brief Which vertices stand on model vertices.
+std::vector<bool> GmshModel::onPoints(const Buckets<int>& byEntity) const
 {
-    std::size_t start = 0;
-    for (int d = 0; d <= highest; ++d) {
-        const std::vector<int>& entities = entities_.at(static_cast<std::size_t>(d));
-        for (std::size_t i = 0; i < entities.size() && d >= nextNodes_; ++i) {
-            addNodesOf(d, entities[i], byEntity[start + i]);
+    std::vector<bool> marks(nodeTags_.size(), false);
+    for (std::size_t point = 0; point < entities_[0].size(); ++point) {
+        for (const int vertex : byEntity[point]) {
+            marks[static_cast<std::size_t>(vertex)] = true;
         }
-        start += entities.size();
     }
-    nextNodes_ = std::max(nextNodes_, highest + 1);
+    return marks;
+}
+
+/// \brief Which vertices the elements of a dimension have.
+std::vector<bool> GmshModel::verticesOf(int dimension) const
+{
+    std::vector<bool> marks(nodeTags_.size(), false);
+    view_.vertexLists(dimension).mark(marks);
+    return marks;
+}
+
+/// \brief Adds the nodes of those vertices that have none yet.
+void GmshModel::addNodes(const Buckets<int>& byEntity, const std::vector<bool>& wanted)
+{
+    std::size_t bucket = 0;
+    for (int d = 0; d < 4; ++d) {
+        for (const int entity : entities_.at(static_cast<std::size_t>(d))) {
+            std::vector<int> vertices;
+            for (const int vertex : byEntity[bucket++]) {
+                const auto position = static_cast<std::size_t>(vertex);
+                if (wanted[position] && !isAdded_[position]) {
+                    vertices.push_back(vertex);
+                    isAdded_[position] = true;
+                }
+            }
+            addNodesOf(d, entity, vertices);
+        }
+    }
 }
 
 void GmshModel::addNodesOf(int dimension, int entity, std::span<const int> vertices) const

@@ -41,10 +41,9 @@ public:
 private:
     void addEntities(int dimension) const;
     Buckets<int> verticesByEntity() const;
-    int dimensionUnder(const Geo::MeshEntity& vertex) const;
-    std::vector<int> dimensionsUnder() const;
-    int dimensionUnder(int dimension, const std::vector<int>& ofVertices) const;
-    void addNodes(const Buckets<int>& byEntity, int highest);
+    std::vector<bool> onPoints(const Buckets<int>& byEntity) const;
+    std::vector<bool> verticesOf(int dimension) const;
+    void addNodes(const Buckets<int>& byEntity, const std::vector<bool>& wanted);
     void addNodesOf(int dimension, int entity, std::span<const int> vertices) const;
     void addPoints();
     void addElements(int dimension, const std::vector<int>& positions);
@@ -63,8 +62,8 @@ private:
     std::array<std::vector<int>, 4> entities_; ///< ids, ascending
     std::array<IdPositions, 4> positions_;     ///< of the ids in entities_
     int strayEntity_ = 0;                      ///< for elements that stand on no region
-    int nextNodes_ = 0;                        ///< dimension of entities whose nodes come next
     std::vector<std::size_t> nodeTags_;        ///< by position of the mesh vertex
+    std::vector<bool> isAdded_;                ///< the same: whether Gmsh has the node
     std::size_t nextTag_;                      ///< for elements below the highest dimension
 };
 
