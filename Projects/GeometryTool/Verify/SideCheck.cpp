@@ -46,6 +46,7 @@ bool bounds(const ModelEntity& face, const ModelEntity* region)
 SideCheck::SideCheck(const CaseView& view, FindingSink& sink)
     : view_(view)
     , sink_(sink)
+    , elements_(view.upward(view.faceDimension()))
     , sides_(view)
 {
     const VertexLists& faces = view.vertexLists(view.faceDimension());
@@ -56,10 +57,6 @@ SideCheck::SideCheck(const CaseView& view, FindingSink& sink)
             }
         }
     });
-    for (const int face : facesByPart_.things()) {
-        covered_.push_back(ElementSides::keyOf(faces.of(static_cast<std::size_t>(face))));
-    }
-    std::sort(covered_.begin(), covered_.end());
 }
 
 void SideCheck::run(Progress& progress)
@@ -68,10 +65,21 @@ void SideCheck::run(Progress& progress)
     for (std::size_t i = 0; i < sides_.parts().size(); ++i) {
         const ElementSides::Part& part = sides_.parts()[i];
         sides_.collect(part);
+        cover(facesByPart_[i]);
         checkFaces(facesByPart_[i]);
         checkRuns(part);
         progress.update(part.end, count, QStringLiteral("vertices"));
     }
+}
+
+void SideCheck::cover(std::span<const int> faces)
+{
+    const VertexLists& lists = view_.vertexLists(view_.faceDimension());
+    covered_.clear();
+    for (const int face : faces) {
+        covered_.push_back(ElementSides::keyOf(lists.of(static_cast<std::size_t>(face))));
+    }
+    std::sort(covered_.begin(), covered_.end());
 }
 
 void SideCheck::checkFaces(std::span<const int> faces)
@@ -122,7 +130,7 @@ void SideCheck::checkElementCount(const MeshEntity& face, std::size_t count, Fin
 void SideCheck::checkFace(std::size_t position, ElementSides::Run sides)
 {
     const MeshEntity& face = *view_.meshEntities(view_.faceDimension())[position];
-    checkElementCount(face, view_.upward(view_.faceDimension()).of(position).size(), sink_);
+    checkElementCount(face, elements_.of(position).size(), sink_);
     checkElementsAt(position, sides);
     if (face.parent() && face.parent()->dimension() == face.dimension()) {
         checkRegions(face, sides);
@@ -132,7 +140,7 @@ void SideCheck::checkFace(std::size_t position, ElementSides::Run sides)
 void SideCheck::checkElementsAt(std::size_t position, ElementSides::Run sides)
 {
     const int dimension = view_.elementDimension();
-    const std::span<const int> elements = view_.upward(view_.faceDimension()).of(position);
+    const std::span<const int> elements = elements_.of(position);
     if (elements.size() == sides.size()) {
         return; // a side is one of an element that has all its vertices
     }

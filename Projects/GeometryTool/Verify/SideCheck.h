@@ -17,6 +17,7 @@ namespace Ovra::GeoTool
 class CaseView;
 class FindingSink;
 class Progress;
+class UpwardPositions;
 
 /// \brief Looks how the elements meet one another, and which of them lie on which mesh face; in a
 /// case without regions which mesh faces lie on which edge.
@@ -37,6 +38,7 @@ public:
                                   FindingSink& sink);
 
 private:
+    void cover(std::span<const int> faces);
     void checkFaces(std::span<const int> faces);
     void checkRuns(const ElementSides::Part& part);
     bool isSuspect(int vertex) const;
@@ -55,9 +57,10 @@ private:
 
     const CaseView& view_;
     FindingSink& sink_;
+    const UpwardPositions& elements_; ///< at the mesh faces; made ahead of the sides
     ElementSides sides_;
     Buckets<int> facesByPart_;               ///< positions of mesh faces, by that of their part
-    std::vector<ElementSides::Key> covered_; ///< the mesh faces, ascending
+    std::vector<ElementSides::Key> covered_; ///< the mesh faces of the part, ascending
 };
 
 } // namespace Ovra::GeoTool
