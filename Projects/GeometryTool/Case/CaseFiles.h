@@ -40,10 +40,11 @@ public:
     static constexpr auto LatestMeshFormat = Geo::MeshSerializer::Format2014a;
 
     /// \brief Whether load() finds what uses a mesh vertex and what lies on both sides of a mesh face,
-    /// which takes a fifth of its time.
+    /// which takes two fifths of its time.
     ///
     /// A mesh for which it would take time or memory out of all proportion, as no mesher makes one, is
-    /// damaged where the lists are made. Without them it is read as it stands.
+    /// damaged where the lists are made. Without them it is read as it stands; UpwardPositions refuses
+    /// it when it is asked.
     enum class UpwardLists
     {
         Made,

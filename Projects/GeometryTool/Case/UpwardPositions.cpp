@@ -25,6 +25,23 @@ constexpr std::size_t fewEntities = 65536;
 using Meeting = std::pair<int, int>; ///< a lower entity and an upper one
 using VertexSet = QVarLengthArray<int, 8>;
 
+/// \brief What may lie within an upper entity.
+struct Lower
+{
+    std::uint64_t marks;
+    int place;
+};
+
+/// \brief A bit for each vertex, out of 64: what has not all bits of another has not all its vertices.
+std::uint64_t marksOf(std::span<const int> vertices)
+{
+    std::uint64_t marks = 0;
+    for (const int vertex : vertices) {
+        marks |= std::uint64_t(1) << (static_cast<unsigned>(vertex) % 64U);
+    }
+    return marks;
+}
+
 /// \brief The vertices of an entity in ascending order, each once.
 VertexSet vertexSet(std::span<const int> vertices)
 {
@@ -70,19 +87,21 @@ std::vector<int> entityCounts(const VertexLists& lists, std::size_t vertexCount)
 }
 
 /// Where many meet at one vertex, as at the tip of a cone, each stands at another of its own.
-Buckets<int> byRarestVertex(const VertexLists& lists, const std::vector<int>& twins,
-                            std::size_t vertexCount)
+Buckets<Lower> byRarestVertex(const VertexLists& lists, const std::vector<int>& twins,
+                              std::size_t vertexCount)
 {
     const std::vector<int> counts = entityCounts(lists, vertexCount);
     const auto isRarer = [&counts](int a, int b) {
         return counts[static_cast<std::size_t>(a)] < counts[static_cast<std::size_t>(b)];
     };
-    return Buckets<int>(vertexCount, [&](auto add) {
+    return Buckets<Lower>(vertexCount, [&](auto add) {
         for (std::size_t i = 0; i < lists.size(); ++i) {
             const std::span<const int> vertices = lists.of(i);
             if (!vertices.empty() && twins[i] == static_cast<int>(i)) {
                 const int rarest = *std::min_element(vertices.begin(), vertices.end(), isRarer);
-                add(static_cast<std::size_t>(rarest), static_cast<int>(i));
+                add(static_cast<std::size_t>(rarest), [&] {
+                    return Lower{marksOf(vertices), static_cast<int>(i)};
+                });
             }
         }
     });
@@ -132,7 +151,7 @@ std::int64_t listedVertices(const VertexLists& lists)
 
 /// \brief Adds what of \p lowerAt lies within one upper entity.
 void addMeetings(int upper, std::span<const int> vertices, const VertexLists& lower,
-                 const Buckets<int>& lowerAt, Proportion& proportion, std::vector<Meeting>& found)
+                 const Buckets<Lower>& lowerAt, Proportion& proportion, std::vector<Meeting>& found)
 {
     const auto countAt = [&lowerAt](std::size_t sum, int vertex) {
         return sum + lowerAt[static_cast<std::size_t>(vertex)].size();
@@ -144,10 +163,12 @@ void addMeetings(int upper, std::span<const int> vertices, const VertexLists& lo
     }
     const std::size_t before = found.size();
     const VertexSet set = vertexSet(vertices);
+    const std::uint64_t marks = marksOf(vertices);
     for (const int vertex : set) {
-        for (const int each : lowerAt[static_cast<std::size_t>(vertex)]) {
-            if (hasAll(set, lower.of(static_cast<std::size_t>(each)))) {
-                found.emplace_back(each, upper);
+        for (const Lower& each : lowerAt[static_cast<std::size_t>(vertex)]) {
+            if ((each.marks & ~marks) == 0 &&
+                hasAll(set, lower.of(static_cast<std::size_t>(each.place)))) {
+                found.emplace_back(each.place, upper);
             }
         }
     }
@@ -160,7 +181,7 @@ UpwardPositions::UpwardPositions(const VertexLists& lower, const VertexLists& up
                                  std::size_t vertexCount)
     : twins_(firstTwins(lower, vertexCount))
 {
-    const Buckets<int> lowerAt = byRarestVertex(lower, twins_, vertexCount);
+    const Buckets<Lower> lowerAt = byRarestVertex(lower, twins_, vertexCount);
     Proportion proportion(listedVertices(upper));
     const auto meetings = gatherInParallel<Meeting>(
         upper.size(), fewEntities, [&](std::size_t place, std::vector<Meeting>& found) {

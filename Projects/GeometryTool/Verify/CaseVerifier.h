@@ -17,8 +17,8 @@ class Progress;
 
 /// \brief Looks whether a case in memory is sound, and says what is wrong where.
 ///
-/// The upward lists of the mesh must be set, as Mesh::read leaves them. Works in n log n for n
-/// entities. Documentation/Verify.md has the rules, one for each FindingKind.
+/// It goes by the vertex lists of the mesh, whether the upward lists are set or not. Works in n log n
+/// for n entities. Documentation/Verify.md has the rules, one for each FindingKind.
 class CaseVerifier
 {
 public:
