@@ -43,8 +43,9 @@ MeshQuality::MeshQuality(const CaseView& view, int dimension, Progress& progress
         for (std::size_t i = 0; i < qualities.size(); ++i) {
             add(*elements[begin + i], qualities[i]);
         }
-        progress.update(static_cast<qint64>(begin + qualities.size()),
-                        static_cast<qint64>(elements.size()), QStringLiteral("elements"));
+        const std::size_t done = begin + qualities.size();
+        progress.update(static_cast<qint64>(done), static_cast<qint64>(elements.size()),
+                        QStringLiteral("elements"));
     }
 }
 

@@ -208,7 +208,8 @@ Signature MeshMatching::parentSignature(Side side, int dimension, int position) 
     const int inB = side == Side::A                   ? match.inB(parent.position)
                     : match.inA(parent.position) >= 0 ? parent.position
                                                       : -1;
-    return joined(static_cast<Signature>(parent.dimension), static_cast<Signature>(inB + 1));
+    const int number = inB + 1;
+    return joined(static_cast<Signature>(parent.dimension), static_cast<Signature>(number));
 }
 
 /// The same in both cases.

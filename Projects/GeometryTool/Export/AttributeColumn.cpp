@@ -50,6 +50,7 @@ QString textOf(const QVariant& variant)
 std::vector<double> numbersIn(const Matrix& matrix)
 {
     std::vector<double> numbers;
+    numbers.reserve(9);
     for (int i = 0; i < 9; ++i) {
         numbers.push_back(matrix(i / 3, i % 3));
     }

@@ -11,6 +11,7 @@ namespace Ovra::GeoTool
 QJsonArray adjacentIdsJson(const Geo::ModelEntity& entity, int dimension)
 {
     std::vector<int> ids;
+    ids.reserve(static_cast<std::size_t>(entity.adjacencyCount(dimension)));
     for (int i = 0; i < entity.adjacencyCount(dimension); ++i) {
         ids.push_back(entity.adjacencyAt(dimension, i)->id());
     }

@@ -79,6 +79,7 @@ std::vector<BodyPair> byBodies(const Model& model, const std::vector<BodyContact
             contact.size;
     }
     std::vector<BodyPair> list;
+    list.reserve(pairs.size());
     for (const auto& entry : pairs) {
         list.push_back(entry.second);
     }

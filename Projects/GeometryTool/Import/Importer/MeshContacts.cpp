@@ -96,6 +96,7 @@ std::vector<BodyContact> MeshContacts::findAll() const
         });
     }
     std::vector<BodyContact> all;
+    all.reserve(contacts.size());
     for (const auto& entry : contacts) {
         all.push_back(entry.second);
     }

@@ -34,6 +34,7 @@ std::vector<Box> boxesOf(const ImportedMesh& mesh,
                          const std::vector<const ImportedElement*>& elements)
 {
     std::vector<Box> boxes;
+    boxes.reserve(elements.size());
     for (const ImportedElement* element : elements) {
         boxes.push_back(mesh.boxOf(*element));
     }
@@ -106,6 +107,7 @@ void MeshOverlaps::addTwins(std::set<Pair>& pairs) const
 {
     const auto& bodies = mesh_.entitiesOf(dimension_);
     std::vector<Box> boxes;
+    boxes.reserve(bodies.size());
     for (const ImportedEntity& body : bodies) {
         boxes.push_back(body.geometry.box);
     }

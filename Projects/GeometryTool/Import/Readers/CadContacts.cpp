@@ -153,11 +153,13 @@ std::optional<BodyContact> CadContacts::within(double limit, const Side& a, cons
         return std::nullopt;
     }
     const double least = a.flat && b.flat ? margin * offset(a, b) : 0;
-    for (double t = std::max(2 * tolerance_, least); t < limit; t *= 2) {
-        const std::vector<BodyContact> contact = common(a.tag, {b.tag}, t);
+    double reach = std::max(2 * tolerance_, least);
+    while (reach < limit) {
+        const std::vector<BodyContact> contact = common(a.tag, {b.tag}, reach);
         if (!contact.empty()) {
             return contact.front();
         }
+        reach *= 2;
     }
     return widest.front();
 }

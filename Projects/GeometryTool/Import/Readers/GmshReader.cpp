@@ -209,11 +209,11 @@ int GmshReader::read(const ImportOptions& options)
 
 void GmshReader::requireReader(const QString& path) const
 {
-    static const QHash<QString, QString> Features{{QStringLiteral("cgns"), QStringLiteral("Cgns")},
+    static const QHash<QString, QString> features{{QStringLiteral("cgns"), QStringLiteral("Cgns")},
                                                   {QStringLiteral("med"), QStringLiteral("Med")},
                                                   {QStringLiteral("mmed"), QStringLiteral("Med")},
                                                   {QStringLiteral("rmed"), QStringLiteral("Med")}};
-    const QString feature = Features.value(InputFileCheck::suffix(path));
+    const QString feature = features.value(InputFileCheck::suffix(path));
     if (!feature.isEmpty() && !GmshSession::hasFeature(feature)) {
         throw ToolError(ExitCode::Unsuitable,
                         QStringLiteral("%1: the installed Gmsh was built without support for %2 "

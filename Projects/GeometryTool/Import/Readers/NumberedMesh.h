@@ -75,7 +75,7 @@ private:
         int reference = 0;
         Groups groups;
 
-        auto operator<=>(const EntityKey&) const = default;
+        auto operator<=>(const EntityKey&) const = default; // NOLINT(modernize-use-nullptr)
     };
 
     EntityKey keyOf(const Element& element) const;

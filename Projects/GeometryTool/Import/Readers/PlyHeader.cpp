@@ -35,7 +35,7 @@ bool takeProperty(const QList<QByteArray>& words, PlyHeader& header)
     if (header.elements.isEmpty() || words.size() != (isList ? 5 : 3)) {
         return false;
     }
-    const QByteArray type = words.at(isList ? 3 : 1);
+    const QByteArray& type = words.at(isList ? 3 : 1);
     const QByteArray countType = isList ? words.at(2) : QByteArray();
     header.elements.last().properties.append({words.last(), type, countType});
     return BinaryNumber::sizeOf(type) > 0 &&

@@ -21,7 +21,7 @@ constexpr qint64 TriangleSize = 50;
 /// \brief The point at a corner, 0 to 2, of a binary triangle.
 Vector cornerOf(const QByteArray& triangle, int corner)
 {
-    constexpr int normalSize = 12;
+    constexpr qint64 normalSize = 12;
     const char* place = triangle.constData() + normalSize * (corner + 1);
     return {qFromLittleEndian<float>(place), qFromLittleEndian<float>(place + 4),
             qFromLittleEndian<float>(place + 8)};

@@ -64,15 +64,15 @@ void UniversalReader::parse()
 
 void UniversalReader::readDataset(int number)
 {
-    static const QList<int> Conditions{755, 756, 757, 790, 791, 792};
-    static const QList<int> OlderElements{71, 780};
+    static const QList<int> conditions{755, 756, 757, 790, 791, 792};
+    static const QList<int> olderElements{71, 780};
     if (number == 15 || number == 781 || number == 2411) {
         readNodes(number == 15);
     } else if (number == 2412) {
         readElements();
     } else if (const int width = groupWidth(number); width > 0) {
         readGroups(width);
-    } else if (OlderElements.contains(number)) {
+    } else if (olderElements.contains(number)) {
         throw ToolError(
             ExitCode::Unsuitable,
             QStringLiteral("%1: line %2: elements of data set %3 are not read; save "
@@ -80,7 +80,7 @@ void UniversalReader::readDataset(int number)
                 .arg(file_.fileName(), QString::number(line_), QString::number(number)));
     } else {
         const QString name = QString::number(number);
-        if (Conditions.contains(number) && !conditionSets_.contains(name)) {
+        if (conditions.contains(number) && !conditionSets_.contains(name)) {
             conditionSets_.append(name);
         }
         skip();

@@ -46,6 +46,7 @@ std::vector<ZoneSection> sectionsOf(const CaseView& view, int dimension,
         last->entities.push_back(position);
     }
     std::vector<ZoneSection> list;
+    list.reserve(sections.size());
     for (auto& [key, section] : sections) {
         list.push_back(std::move(section));
     }

@@ -85,9 +85,10 @@ Numbers numbersFor(const AttributeColumn& column, const QString& name, std::size
 void fillTuples(Numbers& numbers, std::size_t begin, std::size_t end,
                 const std::vector<double>& values)
 {
+    const std::size_t first = begin * values.size();
     std::visit(
         [&](auto& array) {
-            auto* target = array->GetPointer(static_cast<vtkIdType>(begin * values.size()));
+            auto* target = array->GetPointer(static_cast<vtkIdType>(first));
             using Number = std::remove_reference_t<decltype(*target)>;
             const std::vector<Number> tuple(values.begin(), values.end());
             for (std::size_t place = begin; place < end; ++place) {
