@@ -36,12 +36,19 @@ void Extremes::add(double value, int id)
 MeshQuality::MeshQuality(const CaseView& view, int dimension, Progress& progress)
 {
     const std::vector<MeshEntity*>& elements = view.meshEntities(dimension);
+    const ModelEntity* owner = nullptr;
+    double* total = nullptr;
     for (std::size_t begin = 0; begin < elements.size(); begin += atATime) {
         const auto qualities =
             ElementQuality::ofMany(view, dimension, std::min(atATime, elements.size() - begin),
                                    [begin](std::size_t i) { return begin + i; });
         for (std::size_t i = 0; i < qualities.size(); ++i) {
-            add(*elements[begin + i], qualities[i]);
+            const MeshEntity& element = *elements[begin + i];
+            if (!total || element.parent() != owner) { // neighbours mostly stand on the same
+                owner = element.parent();
+                total = &totals_[owner];
+            }
+            add(element, qualities[i], *total);
         }
         const std::size_t done = begin + qualities.size();
         progress.update(static_cast<qint64>(done), static_cast<qint64>(elements.size()),
@@ -49,7 +56,7 @@ MeshQuality::MeshQuality(const CaseView& view, int dimension, Progress& progress
     }
 }
 
-void MeshQuality::add(const MeshEntity& element, const ElementQuality& quality)
+void MeshQuality::add(const MeshEntity& element, const ElementQuality& quality, double& onOwner)
 {
     if (std::vector<int>* const list = listOf(quality.state)) {
         list->push_back(element.id());
@@ -58,7 +65,7 @@ void MeshQuality::add(const MeshEntity& element, const ElementQuality& quality)
         measure_.add(quality.measure, element.id());
         histogram_.addMeasure(quality.measure);
         total_ += quality.measure;
-        totals_[element.parent()] += quality.measure;
+        onOwner += quality.measure;
     }
     if (!std::isnan(quality.aspect)) {
         aspect_.add(quality.aspect, element.id());

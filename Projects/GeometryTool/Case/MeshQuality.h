@@ -63,7 +63,7 @@ public:
     const std::vector<int>& unknown() const { return unknown_; }
 
 private:
-    void add(const Geo::MeshEntity& element, const ElementQuality& quality);
+    void add(const Geo::MeshEntity& element, const ElementQuality& quality, double& onOwner);
     std::vector<int>* listOf(ElementQuality::State state);
 
     Extremes measure_;
