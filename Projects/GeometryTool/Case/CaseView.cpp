@@ -98,7 +98,7 @@ const UpwardPositions& CaseView::upward(int dimension) const
 {
     std::optional<UpwardPositions>& upward = upward_.at(slot(dimension));
     if (!upward) {
-        upward.emplace(vertexLists(dimension), vertexLists(dimension + 1), meshEntities(0).size());
+        upward.emplace(*this, dimension);
     }
     return *upward;
 }

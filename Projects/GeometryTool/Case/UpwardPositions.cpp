@@ -1,9 +1,11 @@
 #include "UpwardPositions.h"
 
+#include "CaseView.h"
+#include "EntityNames.h"
 #include "EqualSets.h"
 #include "InParallel.h"
+#include "MeshEntity.h"
 #include "ToolError.h"
-#include "VertexLists.h"
 
 #include <QVarLengthArray>
 
@@ -15,6 +17,8 @@
 
 namespace Ovra::GeoTool
 {
+
+using namespace Ovra::Geo;
 
 namespace
 {
@@ -112,6 +116,11 @@ Buckets<Lower> byRarestVertex(const VertexLists& lists, const std::vector<int>& 
 class Proportion
 {
 public:
+    /// \brief Thrown when nothing is left.
+    struct Exceeded
+    {
+    };
+
     /// \param size how many vertices the upper entities list
     explicit Proportion(std::int64_t size)
         : looks_(256 * size + (std::int64_t(1) << 30))
@@ -128,10 +137,7 @@ public:
         const std::int64_t looksLeft = looks_ -= static_cast<std::int64_t>(looks);
         const std::int64_t findsLeft = finds_ -= static_cast<std::int64_t>(finds);
         if (looksLeft < 0 || findsLeft < 0) {
-            throw ToolError(ExitCode::InputDamaged,
-                            QStringLiteral("the mesh is damaged: entities lie within one another "
-                                           "in numbers that no mesher leaves, out of all "
-                                           "proportion to its size"));
+            throw Exceeded();
         }
     }
 
@@ -149,15 +155,35 @@ std::int64_t listedVertices(const VertexLists& lists)
     return count;
 }
 
+/// \brief How many of the lower may lie within an upper entity.
+std::size_t countAbout(std::span<const int> vertices, const Buckets<Lower>& lowerAt)
+{
+    return std::accumulate(vertices.begin(), vertices.end(), std::size_t(0),
+                           [&lowerAt](std::size_t sum, int vertex) {
+                               return sum + lowerAt[static_cast<std::size_t>(vertex)].size();
+                           });
+}
+
+/// \brief The first of the upper entities about which there are most of the lower.
+std::size_t mostCrowded(const VertexLists& upper, const Buckets<Lower>& lowerAt)
+{
+    std::size_t crowded = 0;
+    std::size_t most = 0;
+    for (std::size_t i = 0; i < upper.size(); ++i) {
+        const std::size_t count = countAbout(upper.of(i), lowerAt);
+        if (count > most) {
+            crowded = i;
+            most = count;
+        }
+    }
+    return crowded;
+}
+
 /// \brief Adds what of \p lowerAt lies within one upper entity.
 void addMeetings(int upper, std::span<const int> vertices, const VertexLists& lower,
                  const Buckets<Lower>& lowerAt, Proportion& proportion, std::vector<Meeting>& found)
 {
-    const auto countAt = [&lowerAt](std::size_t sum, int vertex) {
-        return sum + lowerAt[static_cast<std::size_t>(vertex)].size();
-    };
-    const std::size_t looks =
-        std::accumulate(vertices.begin(), vertices.end(), std::size_t(0), countAt);
+    const std::size_t looks = countAbout(vertices, lowerAt);
     if (looks == 0) {
         return; // as of nearly all within a volume
     }
@@ -175,19 +201,41 @@ void addMeetings(int upper, std::span<const int> vertices, const VertexLists& lo
     proportion.spend(looks, found.size() - before);
 }
 
+/// \brief All that lies within one another.
+std::vector<Meeting> meetingsOf(const VertexLists& lower, const VertexLists& upper,
+                                const Buckets<Lower>& lowerAt)
+{
+    Proportion proportion(listedVertices(upper));
+    return gatherInParallel<Meeting>(upper.size(), fewEntities,
+                                     [&](std::size_t place, std::vector<Meeting>& found) {
+                                         addMeetings(static_cast<int>(place), upper.of(place),
+                                                     lower, lowerAt, proportion, found);
+                                     });
+}
+
+ToolError outOfProportion(const MeshEntity& crowded)
+{
+    return ToolError(ExitCode::InputDamaged,
+                     QStringLiteral("the mesh is damaged: entities lie within one another in "
+                                    "numbers that no mesher leaves, out of all proportion to its "
+                                    "size, most of them about %1")
+                         .arg(nameOf(crowded)));
+}
+
 } // namespace
 
-UpwardPositions::UpwardPositions(const VertexLists& lower, const VertexLists& upper,
-                                 std::size_t vertexCount)
-    : twins_(firstTwins(lower, vertexCount))
+UpwardPositions::UpwardPositions(const CaseView& view, int dimension)
+    : twins_(firstTwins(view.vertexLists(dimension), view.meshEntities(0).size()))
 {
-    const Buckets<Lower> lowerAt = byRarestVertex(lower, twins_, vertexCount);
-    Proportion proportion(listedVertices(upper));
-    const auto meetings = gatherInParallel<Meeting>(
-        upper.size(), fewEntities, [&](std::size_t place, std::vector<Meeting>& found) {
-            addMeetings(static_cast<int>(place), upper.of(place), lower, lowerAt, proportion,
-                        found);
-        });
+    const VertexLists& lower = view.vertexLists(dimension);
+    const VertexLists& upper = view.vertexLists(dimension + 1);
+    const Buckets<Lower> lowerAt = byRarestVertex(lower, twins_, view.meshEntities(0).size());
+    std::vector<Meeting> meetings;
+    try {
+        meetings = meetingsOf(lower, upper, lowerAt);
+    } catch (const Proportion::Exceeded&) {
+        throw outOfProportion(*view.meshEntities(dimension + 1)[mostCrowded(upper, lowerAt)]);
+    }
     upper_ = Buckets<int>(lower.size(), [&meetings](auto add) {
         for (const auto& [below, above] : meetings) {
             add(static_cast<std::size_t>(below), above);

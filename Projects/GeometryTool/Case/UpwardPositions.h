@@ -9,7 +9,7 @@
 namespace Ovra::GeoTool
 {
 
-class VertexLists;
+class CaseView;
 
 /// \brief What lies at the mesh entities of one dimension: the elements at each mesh face, or the
 /// mesh faces at each edge.
@@ -21,8 +21,8 @@ class UpwardPositions
 public:
     /// Throws ToolError InputDamaged for a mesh in which entities lie within one another in numbers
     /// that no mesher leaves, and that would take time and memory out of all proportion.
-    /// \param lower, upper vertices of the mesh entities of two dimensions, of the same view
-    UpwardPositions(const VertexLists& lower, const VertexLists& upper, std::size_t vertexCount);
+    /// \param dimension of the lower
+    UpwardPositions(const CaseView& view, int dimension);
 
     /// \brief The mesh entities of the upper dimension that have all vertices of one of the lower,
     /// as ascending positions.
