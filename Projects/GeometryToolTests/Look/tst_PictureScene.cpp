@@ -215,7 +215,7 @@ private slots:
         options.cut = PictureOptions::Cut{0, 0.5};
         QCOMPARE(PictureScene(view, options, nullptr).data().high[0], -0.5);
         options.cut = PictureOptions::Cut{0, 2.5}; // within what is moved, beyond the case
-        QVERIFY_EXCEPTION_THROWN(PictureScene(view, options, nullptr), ToolError);
+        QVERIFY_THROWS_EXCEPTION(ToolError, PictureScene(view, options, nullptr));
     }
 
     void marksMoveWithWhatTheyStandOn_data()
